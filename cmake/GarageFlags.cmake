@@ -1,0 +1,21 @@
+# One place for the language level, the warnings and Qt's strictness; every target of ours links it privately.
+add_library(garage_flags INTERFACE)
+target_compile_features(garage_flags INTERFACE cxx_std_17)
+target_compile_definitions(garage_flags INTERFACE
+    QT_NO_CAST_FROM_ASCII
+    QT_NO_CAST_TO_ASCII
+    QT_NO_FOREACH
+    QT_NO_NARROWING_CONVERSIONS_IN_CONNECT
+    QT_USE_QSTRINGBUILDER
+    QT_DISABLE_DEPRECATED_BEFORE=0x050F00)
+target_compile_options(garage_flags INTERFACE
+    -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wold-style-cast
+    -Woverloaded-virtual -Wnon-virtual-dtor
+    $<$<CXX_COMPILER_ID:GNU>:-Wsuggest-override>
+    $<$<BOOL:${GARAGE_WARNINGS_AS_ERRORS}>:-Werror>)
+
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_CXX_VISIBILITY_PRESET hidden)
+set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)

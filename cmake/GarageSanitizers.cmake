@@ -1,0 +1,5 @@
+if(GARAGE_SANITIZE)
+    list(JOIN GARAGE_SANITIZE "," garage_sanitizers)
+    add_compile_options(-fsanitize=${garage_sanitizers} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    add_link_options(-fsanitize=${garage_sanitizers})
+endif()

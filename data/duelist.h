@@ -1,0 +1,16 @@
+#pragma once
+
+#include "data/records.h"
+
+#include <QJsonArray>
+
+/// What the loader tells the host after each reload.
+namespace DueList {
+
+/// Per car and in the order of the cars: its open complaint, then every recorded operation that is open or
+/// due by the limits of the car's model.
+QJsonArray pendingServices(const QList<MaintainanceItem> &cars, const QList<ModelReglament> &reglament);
+/// Per car what it has driven since each recorded operation.
+QJsonArray carStatuses(const QList<MaintainanceItem> &cars);
+
+} // namespace DueList

@@ -1,0 +1,17 @@
+#pragma once
+
+#include "data/records.h"
+
+/// When a service operation is due again.
+namespace DueRule {
+
+/// True if at least one counter is strictly above a limit that is not 0: the loader's due list and the
+/// colour of a cell.
+bool isDue(const OperationStat &stat, const ReglamentLimit &limit);
+
+/// The table filter's reading: only a limit of 1 or more counts. A negative limit, which any counter
+/// exceeds, therefore colours the cell red and is reported as due, but does not put the car among those
+/// that need service.
+bool isDueForFilter(const OperationStat &stat, const ReglamentLimit &limit);
+
+} // namespace DueRule

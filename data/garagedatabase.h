@@ -1,0 +1,36 @@
+#pragma once
+
+#include <QSqlDatabase>
+#include <QSqlQuery>
+#include <QString>
+
+/// The SQLite file that host and module share: "Ruvalo-QT/DB/ruvalo.sqlite" in the user's documents.
+QString garageDatabasePath();
+
+/// One named connection to the garage database, opened on construction, closed and removed from Qt's list
+/// on destruction. Belongs to the thread that made it. Opening is never reported as failed: statements on a
+/// connection that is not open fail silently. No query on it may outlive it.
+class GarageDatabase final
+{
+    Q_DISABLE_COPY(GarageDatabase)
+public:
+    explicit GarageDatabase(const QString &connectionName);
+    ~GarageDatabase();
+
+    /// Tries once more to open a connection that is not open. Called before each write and each reload, so
+    /// that a database that appears later is used without a restart.
+    void ensureOpen();
+
+    bool isOpen() const { return m_database.isOpen(); }
+
+    /// An unused query of this connection, forward-only.
+    QSqlQuery newQuery() const;
+    /// Runs a statement that yields rows or none; an inactive query if it failed.
+    QSqlQuery run(const QString &statement) const;
+
+private:
+    void open();
+
+    const QString m_connectionName;
+    QSqlDatabase m_database;
+};

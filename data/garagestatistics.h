@@ -1,0 +1,20 @@
+#pragma once
+
+#include "data/garagedatabase.h"
+#include "data/records.h"
+
+/// Reading of the records that carry maintenance statistics. A statement that fails gives nothing; values
+/// that are NULL or do not convert read as 0, empty text or an invalid date-time.
+namespace GarageStatistics {
+
+/// All cars in the order of the table, with no operations yet.
+QList<MaintainanceItem> readCars(const GarageDatabase &database);
+/// Gives each car, per operation, its latest record and what it has driven since.
+void readDrivingSinceService(const GarageDatabase &database, QList<MaintainanceItem> &cars);
+/// The journal, newest first.
+QList<ServiceLogItem> readServiceLog(const GarageDatabase &database);
+/// The schedule, one entry per car model.
+QList<ModelReglament> readReglament(const GarageDatabase &database);
+ServiceOperations readOperations(const GarageDatabase &database);
+
+} // namespace GarageStatistics

@@ -1,0 +1,108 @@
+#include "data/immediatetransaction.h"
+
+#include <QSqlError>
+#include <QThread>
+
+namespace {
+
+constexpr unsigned long retryIntervalMs = 100;
+
+bool isBusy(const QSqlError &error)
+{
+    constexpr int primaryCodeMask = 0xff;
+    constexpr int sqliteBusy = 5;
+    constexpr int sqliteLocked = 6;
+    const int code = error.nativeErrorCode().toInt() & primaryCodeMask;
+    return code == sqliteBusy || code == sqliteLocked;
+}
+
+QVariant storable(const QVariant &value)
+{
+    const bool isNullText = value.type() == QVariant::String && value.isNull();
+    return isNullText ? QVariant(QLatin1String("")) : value;
+}
+
+} // namespace
+
+ImmediateTransaction::ImmediateTransaction(GarageDatabase &database, KeepTrying keepTrying)
+    : m_database(database), m_keepTrying(std::move(keepTrying))
+{
+    m_database.ensureOpen();
+    m_active = runWhileBusy(QStringLiteral("BEGIN IMMEDIATE"));
+}
+
+ImmediateTransaction::~ImmediateTransaction()
+{
+    if (m_active)
+        leave();
+}
+
+QSqlQuery ImmediateTransaction::prepare(const QString &statement) const
+{
+    QSqlQuery query = m_database.newQuery();
+    if (m_active)
+        query.prepare(statement);
+    return query;
+}
+
+bool ImmediateTransaction::exec(QSqlQuery &query, StatementValues values)
+{
+    if (!m_active)
+        return false;
+    for (const auto &[placeholder, value] : values)
+        query.bindValue(placeholder, storable(value));
+    if (query.exec())
+        return true;
+
+    // SQLite may have rolled back by itself; the statements still to come would then be stored one by one.
+    // Only outside a transaction can a new one begin.
+    if (m_database.run(QStringLiteral("BEGIN")).isActive())
+        leave();
+    return false;
+}
+
+bool ImmediateTransaction::commit()
+{
+    if (!m_active)
+        return false;
+    if (!runWhileBusy(QStringLiteral("COMMIT"))) {
+        leave();
+        return false;
+    }
+    m_active = false;
+    return true;
+}
+
+bool ImmediateTransaction::runWhileBusy(const QString &statement) const
+{
+    if (!m_database.isOpen())
+        return false;
+    for (;;) {
+        const QSqlQuery query = m_database.run(statement);
+        if (query.isActive())
+            return true;
+        if (!isBusy(query.lastError()) || (m_keepTrying && !m_keepTrying()))
+            return false;
+        QThread::msleep(retryIntervalMs);
+    }
+}
+
+void ImmediateTransaction::leave()
+{
+    m_database.run(QStringLiteral("ROLLBACK"));
+    m_active = false;
+}
+
+WriteResult writeStatement(GarageDatabase &database, const QString &statement, StatementValues values,
+                           ImmediateTransaction::KeepTrying keepTrying)
+{
+    ImmediateTransaction transaction(database, std::move(keepTrying));
+    QSqlQuery query = transaction.prepare(statement);
+    const bool done = transaction.exec(query, values);
+
+    WriteResult result;
+    result.committed = transaction.commit();
+    if (result.committed && done)
+        result.insertedId = query.lastInsertId();
+    return result;
+}

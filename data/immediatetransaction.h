@@ -1,0 +1,61 @@
+#pragma once
+
+#include "data/garagedatabase.h"
+
+#include <QLatin1String>
+#include <QVariant>
+
+#include <functional>
+#include <initializer_list>
+#include <utility>
+
+/// Values for the named placeholders of a statement. A null text is stored as an empty one.
+using StatementValues = std::initializer_list<std::pair<QLatin1String, QVariant>>;
+
+/// One write of the module: from "BEGIN IMMEDIATE" to "COMMIT".
+///
+/// While another connection keeps the database busy, beginning and committing wait, in the calling thread
+/// and by default without limit. Any other failure ends the write silently: nothing of it is stored and
+/// nothing is raised. The connection is never left inside a transaction.
+class ImmediateTransaction final
+{
+    Q_DISABLE_COPY(ImmediateTransaction)
+public:
+    /// Asked before each further attempt on a busy database; false gives the write up.
+    using KeepTrying = std::function<bool()>;
+
+    /// Begins. Opens the connection first if it is not open.
+    explicit ImmediateTransaction(GarageDatabase &database, KeepTrying keepTrying = {});
+    ~ImmediateTransaction();
+
+    /// False if the transaction could not begin or was ended by SQLite itself.
+    bool isActive() const { return m_active; }
+
+    /// A query for one statement of this write, with named placeholders to bind.
+    QSqlQuery prepare(const QString &statement) const;
+    /// Runs a prepared statement with these values. Its failure does not end the write, unless SQLite ended
+    /// the whole transaction over it (a full disk, say): from then on nothing more is run.
+    bool exec(QSqlQuery &query, StatementValues values);
+
+    /// True once everything is stored.
+    bool commit();
+
+private:
+    bool runWhileBusy(const QString &statement) const;
+    void leave();
+
+    GarageDatabase &m_database;
+    const KeepTrying m_keepTrying;
+    bool m_active = false;
+};
+
+/// What became of a write of one statement.
+struct WriteResult
+{
+    bool committed = false;
+    QVariant insertedId; ///< of the row that an INSERT added; invalid if it added none
+};
+
+/// One statement as a write of its own.
+WriteResult writeStatement(GarageDatabase &database, const QString &statement, StatementValues values,
+                           ImmediateTransaction::KeepTrying keepTrying = {});

@@ -1,0 +1,24 @@
+#include "data/numbertext.h"
+
+#include <algorithm>
+#include <limits>
+
+std::optional<int> leadingInteger(QStringView text)
+{
+    using Limits = std::numeric_limits<int>;
+    const auto isDigit = [](QChar c) { return c >= QLatin1Char('0') && c <= QLatin1Char('9'); };
+
+    auto it = std::find_if_not(text.begin(), text.end(), [](QChar c) { return c.isSpace(); });
+    const bool negative = it != text.end() && *it == QLatin1Char('-');
+    if (it != text.end() && (negative || *it == QLatin1Char('+')))
+        ++it;
+    if (it == text.end() || !isDigit(*it))
+        return std::nullopt;
+
+    qint64 value = 0;
+    for (; it != text.end() && isDigit(*it) && value <= Limits::max(); ++it)
+        value = value * 10 + (it->unicode() - u'0');
+    if (negative)
+        value = -value;
+    return int(std::clamp<qint64>(value, Limits::min(), Limits::max()));
+}

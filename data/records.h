@@ -1,0 +1,82 @@
+#pragma once
+
+#include <QDateTime>
+#include <QList>
+#include <QMap>
+#include <QString>
+
+/// Operation id of a complaint: a free-text fault report or task instead of a service operation.
+/// In combo boxes the same value stands for "none".
+constexpr int complaintOperationId = -1;
+
+/// Value of "no car", "no person", "no record" wherever an id is read or written.
+constexpr int noId = -1;
+
+/// `operation_state` of a service record.
+enum ServiceState {
+    OpenState = 0, ///< a complaint or requested work that is not yet done
+    DoneState = 1
+};
+
+/// What one car has driven since one operation was last recorded for it.
+struct OperationStat
+{
+    int opId = 0;
+    QDateTime lastDone; ///< local time; invalid: never
+    int totalTime = 0; ///< seconds of driving since `lastDone`
+    int runs = 0;
+    int laps = 0;
+    int state = OpenState; ///< of the latest record
+    QString comment;
+    int localId = 0; ///< `maintainance.id` of the latest record
+};
+
+/// The maintenance status of one car. `ops` holds only operations that were recorded at least once.
+struct MaintainanceItem
+{
+    int carId = noId;
+    QString num;
+    QString model; ///< links the car to the reglament of its model
+    QMap<int, OperationStat> ops; ///< by operation id
+
+    /// An operation that was never recorded reads as a default record.
+    OperationStat operation(int opId) const { return ops.value(opId); }
+    /// True if the latest record of any operation is still open.
+    bool hasOpenOperation() const;
+};
+
+/// One record of the service journal.
+struct ServiceLogItem
+{
+    int id = noId; ///< the local id
+    int carId = noId;
+    int remoteId = noId; ///< -1: the record was not made by the remote side
+    int state = OpenState;
+    int opId = complaintOperationId;
+    QString num; ///< empty when the car is gone, as is `model`
+    QString model;
+    QDateTime opTime; ///< local time
+    QString opName; ///< empty for a complaint
+    QString personName;
+    QString comment;
+};
+
+/// The limits of one operation for one car model; a limit of 0 is no limit.
+struct ReglamentLimit
+{
+    int opId = complaintOperationId;
+    QString opName;
+    int timeLimit = 0; ///< seconds of driving
+    int runsLimit = 0;
+    int lapsLimit = 0;
+};
+
+/// The maintenance schedule of one car model.
+struct ModelReglament
+{
+    QString model;
+    QMap<int, ReglamentLimit> limits; ///< by operation id
+};
+
+/// Operation names by operation id.
+using ServiceOperations = QMap<int, QString>;

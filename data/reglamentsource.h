@@ -1,0 +1,18 @@
+#pragma once
+
+#include "data/records.h"
+
+/// Where tables look up the limits: the schedule as it is edited, one entry per car model.
+class ReglamentSource
+{
+public:
+    virtual ~ReglamentSource() = default;
+
+    virtual const QList<ModelReglament> &entries() const = 0;
+
+    /// The first entry of that car model, compared exactly; null if there is none. Valid until the entries
+    /// change.
+    const ModelReglament *findModel(const QString &model) const;
+    /// The limits of one operation for a car model; none (zeros) if there is no such entry.
+    ReglamentLimit limit(const QString &model, int opId) const;
+};

@@ -1,0 +1,143 @@
+#include "models/clearbackgroundtablemodel.h"
+
+#include <QHash>
+#include <QTreeView>
+
+ClearbackgroundTableModel::ClearbackgroundTableModel(QObject *parent)
+    : QAbstractTableModel(parent), m_background(Qt::transparent)
+{
+}
+
+int ClearbackgroundTableModel::columnCount(const QModelIndex &parent) const
+{
+    return parent.isValid() ? 0 : m_columns.size();
+}
+
+QVariant ClearbackgroundTableModel::data(const QModelIndex &index, int role) const
+{
+    switch (role) {
+    case Qt::TextAlignmentRole:
+        if (!index.isValid() || index.column() >= m_columns.size())
+            return {};
+        return m_columns.at(index.column()).alignment;
+    case Qt::BackgroundRole:
+        return m_background;
+    default:
+        return {};
+    }
+}
+
+QVariant ClearbackgroundTableModel::headerData(int section, Qt::Orientation orientation, int role) const
+{
+    if (orientation != Qt::Horizontal || section < 0 || section >= m_columns.size())
+        return {};
+    const Column &column = m_columns.at(section);
+    switch (role) {
+    case Qt::DisplayRole:
+        return column.title;
+    case Qt::TextAlignmentRole:
+        return column.headerAlignment == -1 ? column.alignment : column.headerAlignment;
+    default:
+        return {};
+    }
+}
+
+QString ClearbackgroundTableModel::columnKey(int column) const
+{
+    return column >= 0 && column < m_columns.size() ? m_columns.at(column).key : QString();
+}
+
+void ClearbackgroundTableModel::applyColumnWidths(QTreeView *view) const
+{
+    for (int column = 0; column < m_columns.size(); ++column)
+        view->setColumnWidth(column, m_columns.at(column).width);
+}
+
+bool ClearbackgroundTableModel::isCell(const QModelIndex &index) const
+{
+    return index.isValid() && index.model() == this && index.row() < rowCount()
+        && index.column() < m_columns.size();
+}
+
+void ClearbackgroundTableModel::appendColumn(const Column &column)
+{
+    m_columns.append(column);
+}
+
+void ClearbackgroundTableModel::renameColumn(int column, const QString &title, const QString &key)
+{
+    m_columns[column].title = title;
+    m_columns[column].key = key;
+}
+
+void ClearbackgroundTableModel::removeColumnAt(int column)
+{
+    m_columns.removeAt(column);
+}
+
+void ClearbackgroundTableModel::truncateColumns(int count)
+{
+    while (m_columns.size() > count)
+        m_columns.removeLast();
+}
+
+void ClearbackgroundTableModel::beginLayoutChange()
+{
+    if (m_layoutChangeDepth++ > 0)
+        return;
+    emit layoutAboutToBeChanged();
+    trackPersistentIndexes();
+}
+
+void ClearbackgroundTableModel::endLayoutChange()
+{
+    if (--m_layoutChangeDepth > 0)
+        return;
+    movePersistentIndexes();
+    emit layoutChanged();
+}
+
+void ClearbackgroundTableModel::trackPersistentIndexes()
+{
+    const QModelIndexList indexes = persistentIndexList();
+    if (indexes.isEmpty())
+        return;
+
+    const int rows = rowCount();
+    QVector<int> occurrences(rows);
+    QHash<QString, int> seen;
+    for (int row = 0; row < rows; ++row)
+        occurrences[row] = seen[recordId(row)]++;
+
+    m_tracked.reserve(indexes.size());
+    for (const QModelIndex &index : indexes) {
+        if (isCell(index)) {
+            m_tracked.append(
+                {index, recordId(index.row()), occurrences.at(index.row()), columnKey(index.column())});
+        }
+    }
+}
+
+void ClearbackgroundTableModel::movePersistentIndexes()
+{
+    if (m_tracked.isEmpty())
+        return;
+
+    QHash<QString, QVector<int>> rowsByRecord;
+    for (int row = 0, rows = rowCount(); row < rows; ++row)
+        rowsByRecord[recordId(row)].append(row);
+    QHash<QString, int> columnsByKey;
+    for (int column = 0; column < m_columns.size(); ++column)
+        columnsByKey.insert(m_columns.at(column).key, column);
+
+    QModelIndexList from;
+    QModelIndexList to;
+    for (const TrackedIndex &tracked : qAsConst(m_tracked)) {
+        const int row = rowsByRecord.value(tracked.recordId).value(tracked.occurrence, -1);
+        const int column = columnsByKey.value(tracked.columnKey, -1);
+        from.append(tracked.index);
+        to.append(index(row, column));
+    }
+    m_tracked.clear();
+    changePersistentIndexList(from, to);
+}

@@ -1,0 +1,2 @@
+garage_test(tst_datetimetext)
+garage_test(tst_duerule)

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "support/testdatabase.h"
+#include "support/testhome.h"
+
+#include <QObject>
+#include <QStringList>
+#include <QtTest>
+
+#include <memory>
+
+/// Base of the tests: each test function starts in an empty home of its own and fails if Qt warned of
+/// anything meanwhile.
+class GarageTest : public QObject
+{
+    Q_OBJECT
+protected:
+    TestHome &home() { return *m_home; }
+    /// Makes the database file with the host's schema and opens it.
+    std::unique_ptr<TestDatabase> createDatabase() const;
+
+    /// Qt's warnings since init(); a test that means to cause some takes them.
+    static QStringList takeWarnings();
+    /// What was written with qDebug since init().
+    static QStringList takeDebugLines();
+
+protected slots:
+    void init();
+    void cleanup();
+
+private:
+    std::unique_ptr<TestHome> m_home;
+};

@@ -1,0 +1,28 @@
+#include "support/testhome.h"
+
+#include <QDir>
+#include <QFileInfo>
+
+TestHome::TestHome() : m_previousHome(qgetenv("HOME")), m_previousConfigHome(qgetenv("XDG_CONFIG_HOME"))
+{
+    if (!m_directory.isValid())
+        qFatal("No scratch home: %s", qPrintable(m_directory.errorString()));
+    qputenv("HOME", m_directory.path().toLocal8Bit());
+    qputenv("XDG_CONFIG_HOME", (m_directory.path() + QLatin1String("/.config")).toLocal8Bit());
+}
+
+TestHome::~TestHome()
+{
+    qputenv("HOME", m_previousHome);
+    qputenv("XDG_CONFIG_HOME", m_previousConfigHome);
+}
+
+QString TestHome::databasePath() const
+{
+    return m_directory.path() + QLatin1String("/Documents/Ruvalo-QT/DB/ruvalo.sqlite");
+}
+
+void TestHome::createDatabaseFolder() const
+{
+    QDir().mkpath(QFileInfo(databasePath()).path());
+}

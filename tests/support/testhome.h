@@ -1,0 +1,24 @@
+#pragma once
+
+#include <QString>
+#include <QTemporaryDir>
+
+/// A home folder of the test's own: while it lives, the user's documents lie inside it.
+class TestHome final
+{
+    Q_DISABLE_COPY(TestHome)
+public:
+    TestHome();
+    ~TestHome();
+
+    QString path() const { return m_directory.path(); }
+    /// Where the module looks for the database.
+    QString databasePath() const;
+    /// Makes the folder of the database.
+    void createDatabaseFolder() const;
+
+private:
+    QTemporaryDir m_directory;
+    const QByteArray m_previousHome;
+    const QByteArray m_previousConfigHome;
+};
