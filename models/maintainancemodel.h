@@ -1,0 +1,61 @@
+#pragma once
+
+#include "data/records.h"
+#include "data/reglamentsource.h"
+#include "models/clearbackgroundtablemodel.h"
+
+#include <QList>
+
+class QAbstractProxyModel;
+class QTreeView;
+
+/// The maintenance table: one row per car, one column per service operation. Sorts itself.
+class MaintainanceModel final : public ClearbackgroundTableModel
+{
+    Q_OBJECT
+public:
+    using MaintainanceItem = ::MaintainanceItem;
+    using OperationStat = ::OperationStat;
+
+    /// What an operation column is sorted by.
+    enum SortMode { SortByLastDone, SortByTotalTime, SortByRuns, SortByLaps };
+
+    explicit MaintainanceModel(QObject *parent = nullptr);
+
+    int rowCount(const QModelIndex &parent = {}) const override;
+    QVariant data(const QModelIndex &index, int role = Qt::DisplayRole) const override;
+    /// The toolkit's flags and what the cell offers (CellFlags).
+    Qt::ItemFlags flags(const QModelIndex &index) const override;
+    /// The first request ever is answered by number, whatever it asks for.
+    void sort(int column, Qt::SortOrder order = Qt::AscendingOrder) override;
+
+    /// The proxy whose rows the position column counts; not owned, may be null.
+    void setRowNumberProxy(const QAbstractProxyModel *proxy);
+    /// Makes the operation columns those of the reglament's first entry; nothing happens without one. Says
+    /// nothing to views: call it within a LayoutChange.
+    void updateColumns(const ReglamentSource *reglament, QTreeView *view);
+    void setItems(const QList<MaintainanceItem> &items);
+    /// One of SortMode; any other value sorts by model and number.
+    void setSortMode(int mode);
+
+    /// The record of an existing row.
+    const MaintainanceItem &itemAt(int row) const { return m_items.at(row); }
+    /// The first item of that car, to be changed in place, or null. Valid until the items change.
+    MaintainanceItem *itemById(int carId);
+    /// For the immediate feedback: moves the last date of an operation forward on every item of the car, if
+    /// that date is later than what the item has; counters stay, and a new entry is a done one.
+    void recordServiceDone(int carId, int opId, const QDateTime &doneAt);
+
+protected:
+    QString recordId(int row) const override;
+
+private:
+    void resort();
+
+    const QAbstractProxyModel *m_rowNumberProxy = nullptr;
+    const QBrush m_attentionBrush;
+    QList<MaintainanceItem> m_items;
+    int m_sortMode = SortByLastDone;
+    int m_sortColumn = -1; ///< -1: never sorted
+    Qt::SortOrder m_sortOrder = Qt::AscendingOrder;
+};

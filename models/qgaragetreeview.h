@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QPushButton>
+#include <QTreeView>
+
+/// Offers one push button over the cell under the pointer: for a service or for the car's complaint,
+/// whichever the model's flags name (CellFlags). Needs mouse tracking, which the owner turns on.
+class QGarageTreeView final : public QTreeView
+{
+    Q_OBJECT
+public:
+    explicit QGarageTreeView(QWidget *parent = nullptr);
+
+signals:
+    /// The cell under the centre of the button; it is the current one by then.
+    void serviceButtonClicked(QModelIndex index);
+    void attentionButtonClicked(QModelIndex index);
+
+public slots:
+    void serviceButtonClick();
+
+protected:
+    void mouseMoveEvent(QMouseEvent *event) override;
+
+private:
+    QPushButton m_serviceButton;
+    QPushButton m_attentionButton;
+};

@@ -1,0 +1,41 @@
+#pragma once
+
+#include "data/records.h"
+#include "models/clearbackgroundtablemodel.h"
+
+#include <QList>
+
+/// The service journal, newest record first as the loader delivers it. Shows at most the first thousand.
+class ServiceLogModel final : public ClearbackgroundTableModel
+{
+    Q_OBJECT
+public:
+    using ServiceLogItem = ::ServiceLogItem;
+
+    static constexpr int maximumRowCount = 1000;
+
+    explicit ServiceLogModel(QObject *parent = nullptr);
+
+    int rowCount(const QModelIndex &parent = {}) const override;
+    QVariant data(const QModelIndex &index, int role = Qt::DisplayRole) const override;
+
+    /// A refill is clear, append and refresh within one LayoutChange; clear and append say nothing to views.
+    void clear();
+    void append(const QList<ServiceLogItem> &items);
+    /// Emits layoutChanged; within a LayoutChange that is left to its end.
+    void refresh();
+    /// Removes a record, also one beyond those shown; out of range nothing goes.
+    void removeItem(int row);
+
+    /// The record of an existing row.
+    const ServiceLogItem &itemAt(int row) const { return m_items.at(row); }
+    /// The row of a record by its local id, or -1.
+    int rowOf(int id) const;
+
+protected:
+    QString recordId(int row) const override;
+
+private:
+    const QBrush m_pendingBrush;
+    QList<ServiceLogItem> m_items;
+};
