@@ -1,2 +1,6 @@
 garage_test(tst_datetimetext)
 garage_test(tst_duerule)
+garage_test(tst_garageupdater
+    LIBRARIES garage_loader
+    SOURCES support/loaderprobe.cpp support/loaderprobe.h
+    TIMEOUT 180)

@@ -1,0 +1,29 @@
+#include "support/databaselock.h"
+
+#include "support/testdatabase.h"
+
+#include <QDeadlineTimer>
+#include <QThread>
+
+DatabaseLock::DatabaseLock(const QString &path, Kind kind, int milliseconds)
+    : m_thread([=] {
+        const TestDatabase database(path, false);
+        database.exec(kind == Exclusive ? QStringLiteral("BEGIN EXCLUSIVE")
+                                        : QStringLiteral("BEGIN IMMEDIATE"));
+        m_held = true;
+        const QDeadlineTimer deadline(milliseconds);
+        while (!m_release && !deadline.hasExpired())
+            QThread::msleep(5);
+        m_held = false;
+        database.exec(QStringLiteral("COMMIT"));
+    })
+{
+    while (!m_held)
+        QThread::msleep(1);
+}
+
+DatabaseLock::~DatabaseLock()
+{
+    m_release = true;
+    m_thread.join();
+}

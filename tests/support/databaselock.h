@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QString>
+
+#include <atomic>
+#include <thread>
+
+/// Another connection, of another thread, that holds the database's write lock for a while.
+class DatabaseLock final
+{
+    Q_DISABLE_COPY(DatabaseLock)
+public:
+    enum Kind {
+        Immediate, ///< writers wait, readers do not
+        Exclusive ///< everybody waits
+    };
+
+    /// Returns once the lock is held. It is released after that time, or on destruction.
+    DatabaseLock(const QString &path, Kind kind, int milliseconds);
+    ~DatabaseLock();
+
+    bool isHeld() const { return m_held; }
+
+private:
+    std::atomic<bool> m_held {false};
+    std::atomic<bool> m_release {false};
+    std::thread m_thread;
+};
