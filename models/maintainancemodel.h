@@ -50,6 +50,9 @@ protected:
     QString recordId(int row) const override;
 
 private:
+    QVariant displayText(const QModelIndex &index) const;
+    static QString operationText(const OperationStat &stat);
+    bool offersAttention(int column) const;
     void resort();
 
     const QAbstractProxyModel *m_rowNumberProxy = nullptr;

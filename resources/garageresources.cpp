@@ -1,6 +1,6 @@
 #include "resources/garageresources.h"
 
-#include <QDir>
+#include <QtGlobal>
 
 void initGarageResources()
 {

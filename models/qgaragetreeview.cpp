@@ -1,0 +1,52 @@
+#include "models/qgaragetreeview.h"
+
+#include "models/cellflags.h"
+#include "resources/garageresources.h"
+
+#include <QMouseEvent>
+
+QGarageTreeView::QGarageTreeView(QWidget *parent)
+    : QTreeView(parent), m_serviceButton(viewport()), m_attentionButton(viewport())
+{
+    initGarageResources();
+    m_serviceButton.setIcon(QIcon(QStringLiteral(":/icons/iconService")));
+    m_serviceButton.hide();
+    m_attentionButton.setIcon(QIcon(QStringLiteral(":/icons/iconAttention")));
+    m_attentionButton.hide();
+    connect(&m_serviceButton, &QPushButton::clicked, this, &QGarageTreeView::serviceButtonClick);
+    connect(&m_attentionButton, &QPushButton::clicked, this, &QGarageTreeView::serviceButtonClick);
+}
+
+void QGarageTreeView::mouseMoveEvent(QMouseEvent *event)
+{
+    // The base is not asked: no drag-selection, no hover of its own.
+    const QModelIndex index = indexAt(event->pos());
+    const int flags = model() ? int(model()->flags(index)) : 0;
+    const bool offersService = flags & CellFlags::service;
+    const bool offersAttention = !offersService && (flags & CellFlags::attention);
+
+    m_serviceButton.setVisible(offersService);
+    m_attentionButton.setVisible(offersAttention);
+    if (!offersService && !offersAttention)
+        return;
+    const QRect cell = visualRect(index);
+    QPushButton &button = offersService ? m_serviceButton : m_attentionButton;
+    button.setGeometry(cell.left(), cell.top(), cell.height(), cell.height());
+}
+
+void QGarageTreeView::serviceButtonClick()
+{
+    const auto *button = qobject_cast<QPushButton *>(sender());
+    if (!button)
+        return;
+    const QModelIndex index = indexAt(button->mapToParent(button->rect().center()));
+    if (!index.isValid())
+        return;
+    const bool isService = button == &m_serviceButton;
+    setCurrentIndex(index);
+    // A receiver may open a dialog during which the view dies: nothing may follow.
+    if (isService)
+        emit serviceButtonClicked(index);
+    else
+        emit attentionButtonClicked(index);
+}
