@@ -1,11 +1,10 @@
 #pragma once
 
 #include "data/reglamentsource.h"
-#include "data/scheduletables.h"
 #include "models/clearbackgroundtablemodel.h"
 
 /// The maintenance schedule as it is edited: one row per car model, one column per service operation.
-/// Read-only for views. Rows and columns are replaced within a LayoutChange.
+/// Read-only for views. Everything that fills it says nothing to views: do it within a LayoutChange.
 class ServiceReglamentModel final : public ClearbackgroundTableModel, public ReglamentSource
 {
     Q_OBJECT
@@ -17,19 +16,21 @@ public:
 
     const QList<ModelReglament> &entries() const override { return m_entries; }
 
-    /// Back to the fixed columns and no rows; says nothing to views.
+    /// Back to the fixed columns and no rows.
     void clear();
-    /// A row with no limits; says nothing to views.
+    /// Appends a car model without any limits record.
     void addModel(const QString &name);
-    /// Appends the operation's column and gives every row that lacks it a record without limits; says
-    /// nothing to views.
+    /// Appends the operation's column, and a record without limits to every row that has none of it.
     void addOperation(int opId, const QString &name);
-    /// Changes a record that is there; for an unknown model or operation nothing happens.
+    /// Changes a record that is there; nothing happens for an unknown model or operation. `timeLimit` in
+    /// seconds of driving; 0 is no limit.
     void setLimits(const QString &model, int opId, int timeLimit, int runsLimit, int lapsLimit);
 
-    /// The operation that the row holds at a place in ascending id order, or nothing.
-    // used by the page: operations are found by position there, not by column key
-    const ReglamentLimit *limitAt(int row, int position) const;
+    /// True for a column of one of the operations.
+    bool isOperationColumn(int column) const;
+    /// The record of a row whose place in ascending id order is the column's among the operation columns;
+    /// null if there is none. Valid until the rows change.
+    const ReglamentLimit *limitAt(int row, int column) const;
 
 protected:
     QString recordId(int row) const override;

@@ -26,7 +26,7 @@ void watchOutput(QtMsgType type, const QMessageLogContext &context, const QStrin
         else if (type != QtInfoMsg && !isPlatformNoise(text))
             warnings.append(text);
     }
-    if (type != QtDebugMsg && previousHandler)
+    if (type != QtDebugMsg && !isPlatformNoise(text) && previousHandler)
         previousHandler(type, context, text);
 }
 

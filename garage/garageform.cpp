@@ -1,0 +1,207 @@
+#include "garage/garageform.h"
+
+#include "models/columnwidthkeeper.h"
+#include "models/maintainancedelegate.h"
+#include "resources/garageresources.h"
+#include "settings/servicereglamentmodel.h"
+#include "ui_garageform.h"
+
+#include <QHeaderView>
+#include <QSignalBlocker>
+
+namespace {
+
+constexpr int numberColumn = 2; // what the maintenance table is sorted by at first
+
+/// Every car model once, in the order of first appearance.
+QStringList modelNames(const QList<MaintainanceItem> &items)
+{
+    QStringList names;
+    QSet<QString> seen;
+    for (const MaintainanceItem &item : items) {
+        if (seen.contains(item.model))
+            continue;
+        seen.insert(item.model);
+        names.append(item.model);
+    }
+    return names;
+}
+
+} // namespace
+
+GarageForm::GarageForm(QWidget *parent)
+    : QWidget(parent)
+    , m_maintainanceModel(this)
+    , m_maintainanceFilterProxy(this)
+    , m_allCarsModel(this)
+    , m_availableCarsModel(this)
+    , m_serviceLogModel(this)
+    , m_serviceLogFilter(this)
+    , m_database(QStringLiteral("maintainanceDbReader"))
+    , m_ui(std::make_unique<Ui::GarageForm>())
+{
+    initGarageResources();
+    m_maintainanceModel.setObjectName(QStringLiteral("maintainanceModel"));
+    m_maintainanceFilterProxy.setObjectName(QStringLiteral("maintaincancFilterProxy"));
+
+    m_ui->setupUi(this);
+    setUpMaintainanceTab();
+    setUpCarsTab();
+    setUpServiceLogTab();
+    m_ui->tabWidget->setCurrentWidget(m_ui->tabCars);
+    connectLoader();
+}
+
+GarageForm::~GarageForm() = default;
+
+void GarageForm::setUpMaintainanceTab()
+{
+    QTreeView *view = m_ui->tvMaintainanceTable;
+    // The view asks for an order as soon as it can be sorted: by then the rows must be reachable, and the
+    // arrow must stand where the answer will be.
+    m_maintainanceFilterProxy.setMaintainanceModel(&m_maintainanceModel);
+    m_maintainanceModel.setRowNumberProxy(&m_maintainanceFilterProxy);
+    view->setItemDelegate(new MaintainanceDelegate(view));
+    view->setModel(&m_maintainanceFilterProxy);
+    view->header()->setSortIndicator(numberColumn, Qt::AscendingOrder);
+    view->setSortingEnabled(true);
+    m_maintainanceModel.applyColumnWidths(view);
+
+    connect(m_ui->tvMaintainanceTable, &QGarageTreeView::serviceButtonClicked, this,
+            &GarageForm::serviceClicked);
+    connect(m_ui->tvMaintainanceTable, &QGarageTreeView::attentionButtonClicked, this,
+            &GarageForm::attentionClicked);
+}
+
+void GarageForm::setUpCarsTab()
+{
+    const auto setUp = [this](QTreeView *view, CarsListModel &model) {
+        view->setItemDelegate(&m_gridDelegate);
+        view->setModel(&model);
+        model.applyColumnWidths(view);
+    };
+    setUp(m_ui->tvAllCars, m_allCarsModel);
+    setUp(m_ui->tvAvailableCars, m_availableCarsModel);
+}
+
+void GarageForm::setUpServiceLogTab()
+{
+    m_serviceLogFilter.setSourceModel(&m_serviceLogModel);
+    m_ui->tvServiceLog->setItemDelegate(&m_gridDelegate);
+    m_ui->tvServiceLog->setModel(&m_serviceLogFilter);
+    m_serviceLogModel.applyColumnWidths(m_ui->tvServiceLog);
+}
+
+void GarageForm::connectLoader()
+{
+    connect(&m_updater, &GarageUpdater::garageStatsUpdated, this, &GarageForm::reloadMaintainanceData);
+    connect(this, &GarageForm::reloadGarageStats, &m_updater, &GarageUpdater::reloadStats);
+    connect(this, &GarageForm::updateServiceTable, &m_updater, &GarageUpdater::updateService);
+    connect(this, &GarageForm::deleteOperation, &m_updater, &GarageUpdater::deleteOperation);
+}
+
+void GarageForm::setReglament(const ServiceReglamentModel &reglament)
+{
+    m_reglament = &reglament;
+    m_maintainanceFilterProxy.setReglament(m_reglament);
+    if (auto *delegate = qobject_cast<MaintainanceDelegate *>(m_ui->tvMaintainanceTable->itemDelegate()))
+        delegate->setReglament(m_reglament);
+    connect(m_reglament, &QAbstractItemModel::dataChanged, this, &GarageForm::reglamentChanged);
+    connect(m_reglament, &QAbstractItemModel::layoutChanged, this, &GarageForm::reglamentChanged);
+}
+
+void GarageForm::setPersonalList(const QJsonArray &personalList)
+{
+    m_personalList = personalList;
+}
+
+void GarageForm::showEvent(QShowEvent *event)
+{
+    QWidget::showEvent(event);
+    emit reloadGarageStats();
+}
+
+void GarageForm::reloadMaintainanceData(QList<MaintainanceModel::MaintainanceItem> mlist,
+                                        QList<ServiceLogModel::ServiceLogItem> serviceLog,
+                                        QMap<int, QString> operationsList)
+{
+    m_operations = operationsList;
+    refillModelCombos(modelNames(mlist));
+    refillMaintainanceTable(mlist);
+    refillOperationCombo();
+    refillServiceLog(serviceLog);
+}
+
+void GarageForm::refillModelCombos(const QStringList &models)
+{
+    const QSignalBlocker noFiltering(m_ui->cbFilterModels);
+    const int chosenIndex = m_ui->cbFilterModels->currentIndex();
+
+    for (QComboBox *combo : {m_ui->cbFilterModels, m_ui->cbLogFilterModels}) {
+        combo->clear();
+        combo->addItem(tr("Все"));
+        combo->addItems(models);
+    }
+
+    const bool isOffered = chosenIndex >= 0 && chosenIndex < m_ui->cbFilterModels->count();
+    m_ui->cbFilterModels->setCurrentIndex(isOffered ? chosenIndex : 0);
+
+    const int logModel =
+        m_serviceLogFilter.modelFilter().isEmpty() ? 0 : models.indexOf(m_serviceLogFilter.modelFilter()) + 1;
+    m_ui->cbLogFilterModels->setCurrentIndex(logModel);
+}
+
+void GarageForm::refillMaintainanceTable(const QList<MaintainanceItem> &items)
+{
+    {
+        const ColumnWidthKeeper widths(m_ui->tvMaintainanceTable, m_maintainanceModel);
+        const ClearbackgroundTableModel::LayoutChange change(m_maintainanceModel);
+        m_maintainanceModel.updateColumns(m_reglament, m_ui->tvMaintainanceTable);
+        m_maintainanceModel.setItems(items);
+    }
+    on_cbFilterModels_currentIndexChanged(m_ui->cbFilterModels->currentText());
+}
+
+void GarageForm::refillOperationCombo()
+{
+    QComboBox *combo = m_ui->cbLogFilterOperation;
+    const QVariant chosen = combo->currentIndex() >= 1 ? combo->currentData() : QVariant();
+
+    combo->clear();
+    combo->addItem(tr("Все"), ServiceLogFilter::anyOperation);
+    combo->addItem(tr("Невыполненные"), ServiceLogFilter::pendingOnly);
+    for (auto it = m_operations.cbegin(); it != m_operations.cend(); ++it)
+        combo->addItem(it.value(), it.key());
+    combo->addItem(tr("Прочее"), complaintOperationId);
+
+    const int index = chosen.isValid() ? combo->findData(chosen) : 0;
+    combo->setCurrentIndex(qMax(index, 0));
+}
+
+void GarageForm::refillServiceLog(const QList<ServiceLogItem> &items)
+{
+    {
+        const ClearbackgroundTableModel::LayoutChange change(m_serviceLogModel);
+        m_serviceLogModel.clear();
+        m_serviceLogModel.append(items);
+        m_serviceLogModel.refresh();
+    }
+    // What was chosen before may no longer be offered.
+    on_cbLogFilterModels_activated(m_ui->cbLogFilterModels->currentIndex());
+    on_cbLogFilterOperation_activated(m_ui->cbLogFilterOperation->currentIndex());
+}
+
+void GarageForm::on_pbCloseGarage_clicked()
+{
+    emit closeGarage();
+}
+
+void GarageForm::on_pbCloseGarage_2_clicked()
+{
+    emit closeGarage();
+}
+
+void GarageForm::on_pbCloseGarage_3_clicked()
+{
+    emit closeGarage();
+}

@@ -1,0 +1,131 @@
+#pragma once
+
+#include "data/garagedatabase.h"
+#include "data/garageupdater.h"
+#include "models/carslistmodel.h"
+#include "models/griddelegate.h"
+#include "models/maintainancefilterproxy.h"
+#include "models/maintainancemodel.h"
+#include "models/servicelogfilter.h"
+#include "models/servicelogmodel.h"
+
+#include <QHash>
+#include <QJsonArray>
+#include <QJsonObject>
+#include <QPointer>
+#include <QWidget>
+
+#include <memory>
+
+class QTreeView;
+class ServiceDialog;
+class ServiceReglamentModel;
+
+namespace Ui {
+class GarageForm;
+}
+
+/// The garage window with its three tabs: cars in work, maintenance, service log. Shows what the loader
+/// delivers, writes what the mechanic records, and asks the host for everything else. GUI thread only.
+class GarageForm final : public QWidget
+{
+    Q_OBJECT
+public:
+    explicit GarageForm(QWidget *parent = nullptr);
+    ~GarageForm() override;
+
+    const GarageUpdater &updater() const { return m_updater; }
+
+    /// The limits that the maintenance table works from; they outlive the window.
+    void setReglament(const ServiceReglamentModel &reglament);
+    /// The host's people, offered by the dialogs.
+    void setPersonalList(const QJsonArray &personalList);
+    /// Fills both cars lists from the host's cars message.
+    void loadCars(const QJsonObject &jsonData);
+
+    /// Carries out a remote request and fills the answer to it; the answer stays empty if there is none.
+    QJsonObject remoteControlRequest(QJsonObject answer, const QJsonObject &jsonData);
+    /// Hands the records in "data", a JSON text, to the loader; without any nothing happens.
+    void remoteServiceData(const QJsonObject &jsonData);
+    /// Asks for a complaint about the car "carId"; nothing happens for an unknown one.
+    void complainAboutCar(const QJsonObject &jsonData);
+
+signals:
+    void closeGarage();
+    void reloadGarageStats();
+    void updateServiceTable(QJsonArray opsList, QJsonArray personalList);
+    void addRemoteOperation(QJsonObject jsonOperation);
+    void deleteOperation(int opId, int remoteId);
+    void pluginSignal(QString event, QJsonObject jsonData);
+
+public slots:
+    void reloadMaintainanceData(QList<MaintainanceModel::MaintainanceItem> mlist,
+                                QList<ServiceLogModel::ServiceLogItem> serviceLog,
+                                QMap<int, QString> operationsList);
+
+private slots: // connected by name, except serviceClicked and attentionClicked
+    void on_pbCloseGarage_clicked();
+    void on_pbCloseGarage_2_clicked();
+    void on_pbCloseGarage_3_clicked();
+    void serviceClicked(QModelIndex index);
+    void attentionClicked(QModelIndex index);
+    void on_cbSortKind_currentIndexChanged(int index);
+    void on_pbReloadMaintainance_clicked();
+    void on_pbReloadLog_clicked();
+    void on_cbFilterModels_currentIndexChanged(QString arg1);
+    void on_cbFilterServiceState_currentIndexChanged(int index);
+    void on_pushButton_clicked();
+    void on_actionDeleteMaintainanceItem_triggered();
+    void on_actionDoneOperation_triggered();
+    void on_pbRemoveAvailable_clicked();
+    void on_pbSetAvailable_clicked();
+    void on_tvAvailableCars_doubleClicked(QModelIndex index);
+    void on_tvAllCars_doubleClicked(QModelIndex index);
+    void on_pushButton_2_clicked();
+    void on_cbLogFilterModels_activated(int index);
+    void on_leLogFilterNum_textEdited(QString arg1);
+    void on_cbLogFilterOperation_activated(int index);
+
+protected:
+    void showEvent(QShowEvent *event) override;
+
+private:
+    // Construction and reload.
+    void setUpMaintainanceTab();
+    void setUpCarsTab();
+    void setUpServiceLogTab();
+    void connectLoader();
+    void refillModelCombos(const QStringList &models);
+    void refillOperationCombo();
+    void refillMaintainanceTable(const QList<MaintainanceItem> &items);
+    void refillServiceLog(const QList<ServiceLogItem> &items);
+
+    // Availability.
+    void changeAvailability(QTreeView *view, const CarsListModel &model, bool available);
+
+    // Maintenance.
+    void reglamentChanged();
+    void addServiceOp(const QModelIndex &index);
+    void carComplain(const MaintainanceItem &item);
+    int openComplaintId(int carId);
+    void prepareDialog(ServiceDialog &dialog, const QString &caption, int opId) const;
+
+    // Service log.
+    const ServiceLogItem *currentLogItem() const;
+
+    MaintainanceModel m_maintainanceModel;
+    MaintainanceFilterProxy m_maintainanceFilterProxy;
+    CarsListModel m_allCarsModel;
+    CarsListModel m_availableCarsModel;
+    ServiceLogModel m_serviceLogModel;
+    ServiceLogFilter m_serviceLogFilter;
+    GarageDatabase m_database;
+    GarageUpdater m_updater;
+    QJsonArray m_personalList;
+    const std::unique_ptr<Ui::GarageForm> m_ui;
+
+    GridDelegate m_gridDelegate;
+    const ServiceReglamentModel *m_reglament = nullptr;
+    ServiceOperations m_operations; ///< of the last reload
+    QHash<int, QPointer<ServiceDialog>> m_complaintDialogs; ///< open ones, by car id
+};

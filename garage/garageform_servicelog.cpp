@@ -1,0 +1,84 @@
+// The service log tab: filters, and the actions on a record.
+
+#include "garage/garageform.h"
+
+#include "data/datetimetext.h"
+#include "settings/confirmation.h"
+#include "settings/modaldialog.h"
+#include "settings/servicedialog.h"
+#include "ui_garageform.h"
+
+void GarageForm::on_pbReloadLog_clicked()
+{
+    emit reloadGarageStats();
+}
+
+void GarageForm::on_cbLogFilterModels_activated(int index)
+{
+    m_serviceLogFilter.setModelFilter(index > 0 ? m_ui->cbLogFilterModels->itemText(index) : QString());
+}
+
+void GarageForm::on_leLogFilterNum_textEdited(QString arg1)
+{
+    m_serviceLogFilter.setNumberFilter(arg1);
+}
+
+void GarageForm::on_cbLogFilterOperation_activated(int index)
+{
+    m_serviceLogFilter.setOperationFilter(m_ui->cbLogFilterOperation->itemData(index).toInt());
+}
+
+void GarageForm::on_pushButton_2_clicked()
+{
+    m_ui->cbLogFilterModels->setCurrentIndex(0);
+    m_ui->leLogFilterNum->clear();
+    m_ui->cbLogFilterOperation->setCurrentIndex(0);
+    m_serviceLogFilter.reset();
+}
+
+const ServiceLogItem *GarageForm::currentLogItem() const
+{
+    const QModelIndex index = m_serviceLogFilter.mapToSource(m_ui->tvServiceLog->currentIndex());
+    return index.isValid() ? &m_serviceLogModel.itemAt(index.row()) : nullptr;
+}
+
+void GarageForm::on_actionDeleteMaintainanceItem_triggered()
+{
+    const ServiceLogItem *current = currentLogItem();
+    if (!current)
+        return;
+    const ServiceLogItem record = *current;
+    if (!confirmDeletion(this))
+        return;
+    // A reload may have moved the record, or taken it away, while the question was open.
+    m_serviceLogModel.removeItem(m_serviceLogModel.rowOf(record.id));
+    emit deleteOperation(record.id, record.remoteId);
+}
+
+void GarageForm::on_actionDoneOperation_triggered()
+{
+    const ServiceLogItem *current = currentLogItem();
+    if (!current)
+        return;
+    const ServiceLogItem record = *current;
+
+    ModalDialog<ServiceDialog> dialog(this);
+    prepareDialog(*dialog, record.model + QLatin1String("  ") + record.num, record.opId);
+    dialog->setDateTime(record.opTime);
+    dialog->setComment(record.comment);
+    if (dialog.exec() != QDialog::Accepted)
+        return;
+
+    // Written when it comes back from the remote side.
+    emit addRemoteOperation(
+        {{QStringLiteral("carId"), record.carId},
+         {QStringLiteral("opId"), dialog->operationId()},
+         {QStringLiteral("opName"), dialog->operationName()},
+         {QStringLiteral("opDoneDateTime"), DateTimeText::forJsonWithZone(dialog->dateTime())},
+         {QStringLiteral("operatorId"), dialog->personId()},
+         {QStringLiteral("operatorName"), dialog->personName()},
+         {QStringLiteral("comment"), dialog->comment()},
+         {QStringLiteral("localId"), record.id},
+         {QStringLiteral("updateFromLocal"), true},
+         {QStringLiteral("opDoneDateTimeWeb"), DateTimeText::forJson(dialog->dateTime())}});
+}

@@ -1,0 +1,28 @@
+#include "settings/confirmation.h"
+
+#include "settings/modaldialog.h"
+
+#include <QCoreApplication>
+#include <QMessageBox>
+#include <QPushButton>
+
+namespace {
+
+QString translated(const char *text)
+{
+    return QCoreApplication::translate("GarageForm", text);
+}
+
+} // namespace
+
+bool confirmDeletion(QWidget *owner)
+{
+    ModalDialog<QMessageBox> question(owner);
+    question->setIcon(QMessageBox::Question);
+    question->setWindowTitle(translated("Подтверждение"));
+    question->setText(translated("Точно удалить?"));
+    question->setStandardButtons(QMessageBox::Yes | QMessageBox::No);
+    question->button(QMessageBox::Yes)->setText(translated("Да"));
+    question->button(QMessageBox::No)->setText(translated("Нет"));
+    return question.exec() == QMessageBox::Yes;
+}

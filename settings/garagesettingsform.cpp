@@ -1,0 +1,149 @@
+#include "settings/garagesettingsform.h"
+
+#include "data/scheduletables.h"
+#include "models/columnwidthkeeper.h"
+#include "settings/confirmation.h"
+#include "settings/modaldialog.h"
+#include "settings/reglamentsettingsdialog.h"
+#include "ui_garagesettingsform.h"
+
+#include <QJsonArray>
+
+GarageSettingsForm::GarageSettingsForm(QWidget *parent)
+    : QWidget(parent)
+    , m_database(QStringLiteral("garageSettingsDb"))
+    , m_ui(std::make_unique<Ui::GarageSettingsForm>())
+{
+    m_ui->setupUi(this);
+    setUpTable(m_ui->tvServiceOperations, m_operationsModel);
+    connect(&m_operationsModel, &ServiceOperationsModel::operationNameChanged, this,
+            &GarageSettingsForm::opnameChange);
+    setUpTable(m_ui->tvServiceReglament, m_reglamentModel);
+    reloadReglamentModel();
+}
+
+GarageSettingsForm::~GarageSettingsForm() = default;
+
+void GarageSettingsForm::setUpTable(QTreeView *view, ClearbackgroundTableModel &model)
+{
+    view->setItemDelegate(&m_gridDelegate);
+    view->setModel(&model);
+    model.applyColumnWidths(view);
+}
+
+void GarageSettingsForm::loadOperations()
+{
+    const ClearbackgroundTableModel::LayoutChange change(m_operationsModel);
+    for (const ServiceOperation &operation : ScheduleTables::readOperations(m_database))
+        m_operationsModel.appendOperation(operation.id, operation.name);
+}
+
+void GarageSettingsForm::reloadReglamentModel()
+{
+    m_database.ensureOpen();
+    // The database may have come after the page.
+    if (m_operationsModel.operations().isEmpty())
+        loadOperations();
+
+    const ColumnWidthKeeper widths(m_ui->tvServiceReglament, m_reglamentModel);
+    const ClearbackgroundTableModel::LayoutChange change(m_reglamentModel);
+    m_reglamentModel.clear();
+    for (const QString &model : ScheduleTables::readCarModels(m_database))
+        m_reglamentModel.addModel(model);
+    for (const ServiceOperation &operation : m_operationsModel.operations()) {
+        if (operation.id != noId)
+            m_reglamentModel.addOperation(operation.id, operation.name);
+    }
+    for (const StoredLimit &limit : ScheduleTables::readLimits(m_database)) {
+        m_reglamentModel.setLimits(limit.model, limit.opId, limit.timeLimit, limit.runsLimit,
+                                   limit.lapsLimit);
+    }
+}
+
+void GarageSettingsForm::opnameChange(int opId, const QString &newName)
+{
+    const bool isNew = opId == noId;
+    // An editor that only lost the focus commits an empty name.
+    if (isNew && newName.isEmpty())
+        return;
+
+    if (isNew) {
+        if (const std::optional<int> id = ScheduleTables::addOperation(m_database, newName))
+            m_operationsModel.setNewOperationId(*id);
+    } else {
+        ScheduleTables::renameOperation(m_database, opId, newName);
+    }
+    reloadReglamentModel();
+    announceOperations();
+}
+
+void GarageSettingsForm::announceOperations()
+{
+    QJsonArray opsList;
+    for (const ServiceOperation &operation : m_operationsModel.operations()) {
+        opsList.append(
+            QJsonObject {{QStringLiteral("id"), operation.id}, {QStringLiteral("opName"), operation.name}});
+    }
+    emit pluginSignal(QStringLiteral("garage_settings"), QStringLiteral("service_ops_changed"),
+                      {{QStringLiteral("opsList"), opsList}});
+}
+
+void GarageSettingsForm::on_actionAddOperation_triggered()
+{
+    const QModelIndex name = m_operationsModel.addEmptyOperation();
+    m_ui->tvServiceOperations->setCurrentIndex(name);
+    m_ui->tvServiceOperations->edit(name);
+}
+
+void GarageSettingsForm::on_actionRemoveOperation_triggered()
+{
+    removeServiceOp();
+}
+
+void GarageSettingsForm::removeServiceOp()
+{
+    const QModelIndex current = m_ui->tvServiceOperations->currentIndex();
+    if (!current.isValid())
+        return;
+    const int opId = m_operationsModel.operations().at(current.row()).id;
+    if (!confirmDeletion(this))
+        return;
+    // The reglament keeps the operation's column and limits until it is read anew.
+    ScheduleTables::removeOperation(m_database, opId);
+    m_operationsModel.removeOperation(opId);
+    announceOperations();
+}
+
+void GarageSettingsForm::on_tvServiceReglament_doubleClicked(QModelIndex index)
+{
+    serviceReglamentChange(index);
+}
+
+void GarageSettingsForm::serviceReglamentChange(const QModelIndex &index)
+{
+    if (!index.isValid() || !m_reglamentModel.isOperationColumn(index.column()))
+        return;
+    const ReglamentLimit *record = m_reglamentModel.limitAt(index.row(), index.column());
+    if (!record)
+        return;
+    const ReglamentLimit limit = *record;
+    const QString model = m_reglamentModel.entries().at(index.row()).model;
+    const QPersistentModelIndex cell = index;
+
+    ModalDialog<ReglamentSettingsDialog> dialog(this);
+    dialog->setOperationName(limit.opName);
+    dialog->setModelName(model);
+    dialog->setTimeLimit(limit.timeLimit);
+    dialog->setRunsLimit(limit.runsLimit);
+    dialog->setLapsLimit(limit.lapsLimit);
+    if (dialog.exec() != QDialog::Accepted)
+        return;
+
+    const StoredLimit edited {model, limit.opId, dialog->timeLimit(), dialog->runsLimit(),
+                              dialog->lapsLimit()};
+    m_reglamentModel.setLimits(edited.model, edited.opId, edited.timeLimit, edited.runsLimit,
+                               edited.lapsLimit);
+    ScheduleTables::storeLimit(m_database, edited);
+    if (cell.isValid())
+        emit m_reglamentModel.dataChanged(cell, cell);
+}

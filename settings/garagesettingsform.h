@@ -1,0 +1,54 @@
+#pragma once
+
+#include "data/garagedatabase.h"
+#include "models/griddelegate.h"
+#include "settings/serviceoperationsmodel.h"
+#include "settings/servicereglamentmodel.h"
+
+#include <QJsonObject>
+#include <QWidget>
+
+#include <memory>
+
+class QTreeView;
+
+namespace Ui {
+class GarageSettingsForm;
+}
+
+/// The page of the host's settings dialog on which service operations and their limits per car model are
+/// edited. Every change is stored at once and waits while the database is busy. GUI thread only.
+class GarageSettingsForm final : public QWidget
+{
+    Q_OBJECT
+public:
+    explicit GarageSettingsForm(QWidget *parent = nullptr);
+    ~GarageSettingsForm() override;
+
+    const ServiceReglamentModel &reglamentModel() const { return m_reglamentModel; }
+    /// Reads the car models and their limits anew; the operations are those of the page.
+    void reloadReglamentModel();
+
+signals:
+    /// A message for the host.
+    void pluginSignal(QString m, QString e, QJsonObject jsonData);
+
+private slots: // connected by name
+    void on_tvServiceReglament_doubleClicked(QModelIndex index);
+    void on_actionAddOperation_triggered();
+    void on_actionRemoveOperation_triggered();
+
+private:
+    void setUpTable(QTreeView *view, ClearbackgroundTableModel &model);
+    void loadOperations();
+    void opnameChange(int opId, const QString &newName);
+    void removeServiceOp();
+    void serviceReglamentChange(const QModelIndex &index);
+    void announceOperations();
+
+    ServiceReglamentModel m_reglamentModel;
+    ServiceOperationsModel m_operationsModel;
+    GarageDatabase m_database;
+    GridDelegate m_gridDelegate;
+    const std::unique_ptr<Ui::GarageSettingsForm> m_ui;
+};

@@ -1,0 +1,76 @@
+#include "settings/reglamentsettingsdialog.h"
+
+#include "ui_reglamentsettingsdialog.h"
+
+#include <QPushButton>
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+namespace {
+
+constexpr double secondsPerHour = 3600.0;
+
+/// Seconds from hours as people type them, with a comma or a point.
+int secondsFromHours(QString text)
+{
+    const double seconds = text.replace(QLatin1Char(','), QLatin1Char('.')).toDouble() * secondsPerHour;
+    if (std::isnan(seconds))
+        return 0;
+    using Limits = std::numeric_limits<int>;
+    return int(std::clamp(seconds, double(Limits::min()), double(Limits::max())));
+}
+
+QString limitText(int limit)
+{
+    return limit == 0 ? QString() : QString::number(limit);
+}
+
+} // namespace
+
+ReglamentSettingsDialog::ReglamentSettingsDialog(QWidget *parent)
+    : QDialog(parent), m_ui(std::make_unique<Ui::ReglamentSettingsDialog>())
+{
+    m_ui->setupUi(this);
+    m_ui->buttonBox->button(QDialogButtonBox::Ok)->setText(tr("ОК"));
+    m_ui->buttonBox->button(QDialogButtonBox::Cancel)->setText(tr("Отмена"));
+}
+
+ReglamentSettingsDialog::~ReglamentSettingsDialog() = default;
+
+void ReglamentSettingsDialog::setModelName(const QString &text)
+{
+    m_ui->lModelName->setText(text);
+}
+
+void ReglamentSettingsDialog::setOperationName(const QString &text)
+{
+    QString title = text;
+    title.replace(QLatin1Char('\n'), QLatin1Char(' '));
+    title.replace(QLatin1Char('&'), QLatin1String("&&")); // not meant as a shortcut
+    m_ui->gbParameterName->setTitle(title);
+}
+
+void ReglamentSettingsDialog::setTimeLimit(int seconds)
+{
+    m_ui->leTime->setText(seconds == 0 ? QString() : QString::asprintf("%.1f", seconds / secondsPerHour));
+}
+
+void ReglamentSettingsDialog::setRunsLimit(int runs)
+{
+    m_ui->leRunsCount->setText(limitText(runs));
+}
+
+void ReglamentSettingsDialog::setLapsLimit(int laps)
+{
+    m_ui->leLapsCount->setText(limitText(laps));
+}
+
+void ReglamentSettingsDialog::accept()
+{
+    m_timeLimit = secondsFromHours(m_ui->leTime->text());
+    m_runsLimit = m_ui->leRunsCount->text().toInt();
+    m_lapsLimit = m_ui->leLapsCount->text().toInt();
+    QDialog::accept();
+}

@@ -1,0 +1,103 @@
+#include "settings/servicereglamentmodel.h"
+
+#include "data/columnkeys.h"
+
+#include <algorithm>
+
+namespace {
+
+constexpr int fixedColumnCount = 2;
+constexpr int operationColumnWidth = 120;
+
+bool hasAnyLimit(const ReglamentLimit &limit)
+{
+    return limit.timeLimit != 0 || limit.runsLimit != 0 || limit.lapsLimit != 0;
+}
+
+} // namespace
+
+ServiceReglamentModel::ServiceReglamentModel()
+{
+    appendColumn({tr("#"), Qt::AlignRight, 50, ColumnKeys::position, Qt::AlignCenter});
+    appendColumn({tr("Модель"), Qt::AlignLeft, 80, ColumnKeys::model, Qt::AlignCenter});
+}
+
+int ServiceReglamentModel::rowCount(const QModelIndex &parent) const
+{
+    return parent.isValid() ? 0 : m_entries.size();
+}
+
+QVariant ServiceReglamentModel::data(const QModelIndex &index, int role) const
+{
+    if (role != Qt::DisplayRole || !isCell(index))
+        return ClearbackgroundTableModel::data(index, role);
+
+    const QString key = columnKey(index.column());
+    const ModelReglament &entry = m_entries.at(index.row());
+    if (key == ColumnKeys::position)
+        return index.row() + 1;
+    if (key == ColumnKeys::model)
+        return entry.model;
+
+    const int opId = ColumnKeys::operationId(key);
+    const auto limit = entry.limits.constFind(opId);
+    if (opId == noId || limit == entry.limits.cend() || !hasAnyLimit(*limit))
+        return QString();
+    return QString::asprintf(qUtf8Printable(tr("%.1f ч. %d заезд. %d кр.")), limit->timeLimit / 3600.0,
+                             limit->runsLimit, limit->lapsLimit);
+}
+
+void ServiceReglamentModel::clear()
+{
+    truncateColumns(fixedColumnCount);
+    m_entries.clear();
+}
+
+void ServiceReglamentModel::addModel(const QString &name)
+{
+    m_entries.append({name, {}});
+}
+
+void ServiceReglamentModel::addOperation(int opId, const QString &name)
+{
+    appendColumn({name, Qt::AlignCenter, operationColumnWidth, ColumnKeys::operation(opId), Qt::AlignCenter});
+    for (ModelReglament &entry : m_entries) {
+        if (!entry.limits.contains(opId))
+            entry.limits.insert(opId, {opId, name, 0, 0, 0});
+    }
+}
+
+void ServiceReglamentModel::setLimits(const QString &model, int opId, int timeLimit, int runsLimit,
+                                      int lapsLimit)
+{
+    const auto entry =
+        std::find_if(m_entries.begin(), m_entries.end(),
+                     [&model](const ModelReglament &candidate) { return candidate.model == model; });
+    if (entry == m_entries.end())
+        return;
+    const auto limit = entry->limits.find(opId);
+    if (limit == entry->limits.end())
+        return;
+    limit->timeLimit = timeLimit;
+    limit->runsLimit = runsLimit;
+    limit->lapsLimit = lapsLimit;
+}
+
+bool ServiceReglamentModel::isOperationColumn(int column) const
+{
+    return ColumnKeys::isOperation(columnKey(column));
+}
+
+const ReglamentLimit *ServiceReglamentModel::limitAt(int row, int column) const
+{
+    const int place = column - fixedColumnCount;
+    if (row < 0 || row >= m_entries.size())
+        return nullptr;
+    const QMap<int, ReglamentLimit> &limits = m_entries.at(row).limits;
+    return place >= 0 && place < limits.size() ? &*std::next(limits.cbegin(), place) : nullptr;
+}
+
+QString ServiceReglamentModel::recordId(int row) const
+{
+    return m_entries.at(row).model;
+}

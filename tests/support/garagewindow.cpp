@@ -1,0 +1,161 @@
+#include "support/garagewindow.h"
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QComboBox>
+#include <QTabWidget>
+#include <QTimer>
+#include <QTreeView>
+#include <QtTest>
+
+namespace {
+
+int awaitedDialogs = 0;
+
+} // namespace
+
+GarageWindow::GarageWindow()
+    : settings(std::make_unique<GarageSettingsForm>()), form(std::make_unique<GarageForm>())
+{
+    form->setReglament(settings->reglamentModel());
+    const auto note = [this](const QString &name, const QJsonObject &data = {}) {
+        events.append({name, data});
+    };
+    connect(form.get(), &GarageForm::closeGarage, this, [=] { note(QStringLiteral("closeGarage")); });
+    connect(form.get(), &GarageForm::reloadGarageStats, this, [=] {
+        ++requested;
+        note(QStringLiteral("reloadGarageStats"));
+    });
+    connect(form.get(), &GarageForm::updateServiceTable, this,
+            [=](const QJsonArray &opsList, const QJsonArray &personalList) {
+                note(QStringLiteral("updateServiceTable"),
+                     {{QStringLiteral("opsList"), opsList}, {QStringLiteral("personalList"), personalList}});
+            });
+    connect(form.get(), &GarageForm::addRemoteOperation, this,
+            [=](const QJsonObject &operation) { note(QStringLiteral("addRemoteOperation"), operation); });
+    connect(form.get(), &GarageForm::deleteOperation, this, [=](int opId, int remoteId) {
+        ++requested;
+        note(QStringLiteral("deleteOperation"),
+             {{QStringLiteral("opId"), opId}, {QStringLiteral("remoteId"), remoteId}});
+    });
+    connect(form.get(), &GarageForm::pluginSignal, this, note);
+    connect(&form->updater(), &GarageUpdater::garageStatsUpdated, this, [this] { ++delivered; });
+    connect(form.get(), &GarageForm::updateServiceTable, this, [this] { ++requested; });
+}
+
+void GarageWindow::show()
+{
+    form->show();
+    QVERIFY(QTest::qWaitForWindowExposed(form.get()));
+    settle();
+}
+
+void GarageWindow::reload()
+{
+    emit form->reloadGarageStats();
+    settle();
+}
+
+void GarageWindow::settle()
+{
+    QVERIFY(QTest::qWaitFor([this] { return delivered >= requested; }, 60000));
+}
+
+void GarageWindow::click(const char *button) const
+{
+    QTest::mouseClick(find<QAbstractButton>(button), Qt::LeftButton);
+}
+
+void GarageWindow::openTab(const char *page) const
+{
+    auto *tabs = find<QTabWidget>("tabWidget");
+    const int index = tabs->indexOf(find<QWidget>(page));
+    QTest::mouseClick(tabs->tabBar(), Qt::LeftButton, {}, tabs->tabBar()->tabRect(index).center());
+    QCOMPARE(tabs->currentIndex(), index);
+}
+
+void GarageWindow::choose(const char *comboName, int index) const
+{
+    auto *combo = find<QComboBox>(comboName);
+    combo->setFocus();
+    while (combo->currentIndex() != index)
+        QTest::keyClick(combo, combo->currentIndex() < index ? Qt::Key_Down : Qt::Key_Up);
+}
+
+void GarageWindow::hover(const QModelIndex &cell) const
+{
+    auto *view = find<QTreeView>("tvMaintainanceTable");
+    view->scrollTo(cell);
+    const QRect rect = view->visualRect(cell);
+    QTest::mouseMove(view->viewport(), rect.center() + QPoint(1, 0));
+    QTest::mouseMove(view->viewport(), rect.center());
+}
+
+int GarageWindow::visibleRowOf(const QString &num) const
+{
+    const QAbstractItemModel *model = find<QTreeView>("tvMaintainanceTable")->model();
+    for (int row = 0; row < model->rowCount(); ++row) {
+        if (model->index(row, 2).data().toString() == num)
+            return row;
+    }
+    return -1;
+}
+
+int GarageWindow::columnOf(const QString &title) const
+{
+    const QAbstractItemModel *model = find<QTreeView>("tvMaintainanceTable")->model();
+    for (int column = 0; column < model->columnCount(); ++column) {
+        if (model->headerData(column, Qt::Horizontal).toString() == title)
+            return column;
+    }
+    return -1;
+}
+
+QStringList GarageWindow::texts(const QAbstractItemModel &model)
+{
+    QStringList rows;
+    for (int row = 0; row < model.rowCount(); ++row) {
+        QStringList cells;
+        for (int column = 0; column < model.columnCount(); ++column)
+            cells.append(model.index(row, column).data().toString());
+        rows.append(cells.join(QLatin1Char('|')));
+    }
+    return rows;
+}
+
+QStringList GarageWindow::eventNames() const
+{
+    QStringList names;
+    for (const Event &event : events)
+        names.append(event.name);
+    return names;
+}
+
+QVector<GarageWindow::Event> GarageWindow::takeEvents()
+{
+    QVector<Event> taken;
+    taken.swap(events);
+    return taken;
+}
+
+void onNextDialog(const std::function<void(QDialog &)> &answer)
+{
+    ++awaitedDialogs;
+    auto *timer = new QTimer(qApp);
+    timer->setInterval(1);
+    QObject::connect(timer, &QTimer::timeout, timer, [timer, answer] {
+        auto *dialog = qobject_cast<QDialog *>(QApplication::activeModalWidget());
+        if (!dialog || !dialog->isVisible())
+            return;
+        timer->stop();
+        timer->deleteLater();
+        --awaitedDialogs;
+        answer(*dialog);
+    });
+    timer->start();
+}
+
+bool allDialogsAnswered()
+{
+    return awaitedDialogs == 0;
+}

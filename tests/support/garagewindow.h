@@ -1,0 +1,68 @@
+#pragma once
+
+#include "garage/garageform.h"
+#include "settings/garagesettingsform.h"
+#include "support/testdatabase.h"
+
+#include <QDialog>
+#include <QPointer>
+#include <QVector>
+
+#include <functional>
+
+/// A garage window on a real file, with its loader and the settings page's limits, and all that it asked for.
+class GarageWindow final : public QObject
+{
+    Q_OBJECT
+public:
+    struct Event
+    {
+        QString name; ///< the signal's name, or the event's of a message to the host
+        QJsonObject data;
+    };
+
+    GarageWindow();
+
+    /// Shows the window and waits for the reload that this causes.
+    void show();
+    /// Asks for a reload and waits for it.
+    void reload();
+    /// Waits until no reload is under way.
+    void settle();
+
+    template<class Widget> Widget *find(const char *name) const
+    {
+        Widget *widget = form->findChild<Widget *>(QLatin1String(name));
+        if (!widget)
+            qFatal("The window has no %s", name);
+        return widget;
+    }
+    void click(const char *button) const;
+    /// Brings a tab to the front by its page's name.
+    void openTab(const char *page) const;
+    /// Chooses an item of a combo box with the keyboard, as a user does.
+    void choose(const char *combo, int index) const;
+    /// Moves the mouse to a cell of the maintenance table, so that its button appears.
+    void hover(const QModelIndex &cell) const;
+    /// Row of a car in the maintenance table as it is shown, or -1.
+    int visibleRowOf(const QString &num) const;
+    /// Column of the maintenance table by its title.
+    int columnOf(const QString &title) const;
+    /// All texts of a view's rows, cells joined by "|".
+    static QStringList texts(const QAbstractItemModel &model);
+
+    /// Names of the events since the last call of takeEvents.
+    QStringList eventNames() const;
+    QVector<Event> takeEvents();
+
+    std::unique_ptr<GarageSettingsForm> settings;
+    std::unique_ptr<GarageForm> form;
+    QVector<Event> events;
+    int requested = 0; ///< reloads asked for
+    int delivered = 0;
+};
+
+/// Answers the next modal dialog as soon as it is there. The answer must close it.
+void onNextDialog(const std::function<void(QDialog &)> &answer);
+/// True once every awaited dialog was answered.
+bool allDialogsAnswered();
