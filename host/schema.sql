@@ -20,7 +20,7 @@ CREATE TABLE laps (
 );
 CREATE INDEX laps_by_car ON laps (car_id, lap_timestamp);
 CREATE TABLE service_operations (
-    id             INTEGER PRIMARY KEY,
+    id             INTEGER PRIMARY KEY AUTOINCREMENT, -- never reused: limits are kept by operation id
     operation_name TEXT
 );
 CREATE TABLE service_reglament (
@@ -32,7 +32,7 @@ CREATE TABLE service_reglament (
     PRIMARY KEY (model, operation_id)
 );
 CREATE TABLE maintainance (
-    id              INTEGER PRIMARY KEY,
+    id              INTEGER PRIMARY KEY AUTOINCREMENT, -- never reused: the remote side remembers ids
     car_id          INTEGER,
     operation_id    INTEGER,           -- -1 = complaint
     operation_time  TEXT,              -- UTC, ISO 8601

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "sampledata.h"
+
+#include <QString>
+#include <QStringList>
+
+/// What the program was asked to do.
+struct HostOptions
+{
+    bool stdio = false;
+    bool due = false;
+    bool documents = false;
+    bool fresh = false;
+    QString pluginFile;
+    QString homeFolder;
+    quint32 seed = 1;
+    SampleKind data = SampleKind::Sample;
+};
+
+/// The command line, read; needs an application object for the program's name.
+class CommandLine final
+{
+public:
+    explicit CommandLine(const QStringList &arguments);
+
+    const HostOptions &options() const { return m_options; }
+    /// Why the arguments make no sense, or empty.
+    QString errorText() const { return m_errorText; }
+    bool wantsHelp() const { return m_wantsHelp; }
+    QString helpText() const { return m_helpText; }
+
+private:
+    void read(const class QCommandLineParser &parser);
+
+    HostOptions m_options;
+    QString m_errorText;
+    QString m_helpText;
+    bool m_wantsHelp = false;
+};

@@ -1,0 +1,53 @@
+#pragma once
+
+#include <QJsonArray>
+#include <QJsonObject>
+#include <QVector>
+
+class HostConnection;
+
+struct FleetCar
+{
+    int id = -1;
+    QString number;
+    QString model;
+    QString guid;
+    bool available = true;
+};
+
+struct FleetPerson
+{
+    int id = -1;
+    QString lastName;
+    QString firstName;
+    QString midName;
+    QString serviceCode;
+};
+
+/// The host's cars and people: read, changed, and put into the messages that announce them.
+class Fleet final
+{
+public:
+    explicit Fleet(HostConnection &connection) : m_connection(connection) { }
+
+    QVector<FleetCar> cars() const;
+    QVector<FleetPerson> people() const;
+
+    /// Data of "cars_list_changed".
+    QJsonObject carsMessage() const;
+    /// Data of "personal_list".
+    QJsonObject peopleMessage() const;
+
+    /// Carries out the data of "update_cars". False if it asks for nothing that is known here, or failed.
+    bool carryOut(const QJsonObject &updateCars);
+    bool setAvailable(const QVector<int> &carIds, bool available);
+
+    /// Adds the car if it has no id yet, else changes number, model and availability.
+    bool store(const FleetCar &car);
+    bool removeCar(int id);
+    bool store(const FleetPerson &person);
+    bool removePerson(int id);
+
+private:
+    HostConnection &m_connection;
+};

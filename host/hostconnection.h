@@ -1,0 +1,56 @@
+#pragma once
+
+#include <QSqlDatabase>
+#include <QSqlQuery>
+#include <QString>
+#include <QVariantList>
+
+/// One connection to an SQLite file, with a name of its own; belongs to the thread that made it. Queries
+/// obtained from it must be gone before it is.
+class HostConnection final
+{
+    Q_DISABLE_COPY(HostConnection)
+public:
+    explicit HostConnection(const QString &path);
+    ~HostConnection();
+
+    bool isOpen() const { return m_database.isOpen(); }
+    QString path() const { return m_database.databaseName(); }
+    /// Why the last statement failed, or empty.
+    QString errorText() const { return m_errorText; }
+
+    /// Runs one statement with the values bound to its "?" placeholders.
+    bool exec(const QString &statement, const QVariantList &values = {});
+    /// As exec(); the query is inactive if the statement failed.
+    QSqlQuery query(const QString &statement, const QVariantList &values = {});
+    /// First column of the first row; invalid if there is none.
+    QVariant value(const QString &statement, const QVariantList &values = {});
+    /// A statement to be run many times; the caller binds and executes.
+    QSqlQuery prepared(const QString &statement);
+    /// Id of the row that the last exec() inserted.
+    int lastInsertId() const { return m_lastInsertId; }
+    /// Runs every statement of a script; stops at the first that fails.
+    bool execScript(const QString &resourcePath);
+
+private:
+    const QString m_name;
+    QSqlDatabase m_database;
+    QString m_errorText;
+    int m_lastInsertId = -1;
+};
+
+/// A write transaction: takes the lock at once, and is undone unless commit() succeeded.
+class HostTransaction final
+{
+    Q_DISABLE_COPY(HostTransaction)
+public:
+    explicit HostTransaction(HostConnection &connection);
+    ~HostTransaction();
+
+    bool isActive() const { return m_active; }
+    bool commit();
+
+private:
+    HostConnection &m_connection;
+    bool m_active = false;
+};

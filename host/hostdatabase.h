@@ -1,0 +1,18 @@
+#pragma once
+
+#include "hosthome.h"
+
+#include <QString>
+
+class HostConnection;
+
+/// The host's side of the shared database file: it owns the file and its schema.
+namespace HostDatabase {
+
+/// Makes the folder, the file and whatever tables are missing. An error text, or empty.
+QString prepare(const HostHome &home);
+
+/// True if nobody has put cars into the file yet.
+bool isBlank(HostConnection &connection);
+
+} // namespace HostDatabase

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <QJsonObject>
+#include <QMetaType>
+#include <QString>
+
+#include <optional>
+
+/// One message between host and plug-in, in either direction.
+struct HostMessage
+{
+    QString module;
+    QString event;
+    QJsonObject data;
+
+    /// {"module":…,"event":…,"data":{…}} on one line, UTF-8, without a line end.
+    QByteArray toJsonLine() const;
+    /// Nothing if the line is not a JSON object with a non-empty "event"; other keys may be missing.
+    static std::optional<HostMessage> fromJsonLine(const QByteArray &line);
+};
+
+Q_DECLARE_METATYPE(HostMessage)
