@@ -26,9 +26,9 @@ QVector<SampleCatalogue::Operation> SampleCatalogue::operations(int count)
 QVector<SampleCatalogue::Model> SampleCatalogue::models()
 {
     return {
-        {QStringLiteral("Вихрь 270"), 1.0, 39000},      {QStringLiteral("Стриж 200"), 1.1, 42000},
-        {QStringLiteral("Юниор 120"), 1.3, 48000},      {QStringLiteral("Дуэт 270"), 0.9, 46000},
-        {QStringLiteral("Молния Электро"), 1.5, 37000},
+        {QStringLiteral("Вихрь"), 1.0, 39000},  {QStringLiteral("Стриж"), 1.1, 42000},
+        {QStringLiteral("Юниор"), 1.3, 48000},  {QStringLiteral("Дуэт"), 0.9, 46000},
+        {QStringLiteral("Молния"), 1.5, 37000},
     };
 }
 

@@ -1,6 +1,8 @@
 #include "support/garagetest.h"
 
+#include <QDir>
 #include <QFileInfo>
+#include <QImage>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -66,6 +68,9 @@ private slots:
     void theLastReloadIsWaitedFor();
     void availabilityRequestsAreCarriedOutAndAnnounced();
     void withoutAnythingDueTheTableSaysSo();
+    void aFileOfEventsIsPlayedAndPhotographed();
+    void aPlayFileWithABadLineIsNamed();
+    void withoutADisplayTheWindowIsPhotographed();
     void theDatabaseLiesInTheHomeAndIsKept();
     void freshStartsOver();
     void documentsAreOnlyTouchedWhenAskedFor();
@@ -106,7 +111,8 @@ void TestGarageHost::helpExplainsEachOption()
     for (const QLatin1String option :
          {QLatin1String("--stdio"), QLatin1String("--due"), QLatin1String("--plugin"),
           QLatin1String("--home"), QLatin1String("--documents"), QLatin1String("--data"),
-          QLatin1String("--seed"), QLatin1String("--fresh")})
+          QLatin1String("--seed"), QLatin1String("--fresh"), QLatin1String("--play"),
+          QLatin1String("--screenshots")})
         QVERIFY2(run.output.contains(option), option.data());
     QVERIFY(run.output.contains(QStringLiteral("Коды завершения")));
     QVERIFY(!QFileInfo::exists(hostHome()));
@@ -242,6 +248,42 @@ void TestGarageHost::withoutAnythingDueTheTableSaysSo()
                                  QStringLiteral("--home"), hostHome()});
     QCOMPARE(run.exitCode, 0);
     QVERIFY2(run.output.contains(QStringLiteral("Обслуживание не требуется")), qPrintable(run.output));
+}
+
+void TestGarageHost::aFileOfEventsIsPlayedAndPhotographed()
+{
+    QFile file(home().path() + QLatin1String("/play.jsonl"));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write("{\"event\":\"clicked\"}\n{\"screenshot\":\"garage\"}\n{\"event\":\"run_saved_to_db\"}\n");
+    file.close();
+    const QString pictures = home().path() + QLatin1String("/pictures");
+    const HostRun run =
+        runHost({QStringLiteral("--play"), file.fileName(), QStringLiteral("--plugin"), fakePlugin,
+                 QStringLiteral("--home"), hostHome(), QStringLiteral("--screenshots"), pictures});
+    QCOMPARE(run.exitCode, 0);
+    QVERIFY(run.events().contains(QStringLiteral("insert_tab")));
+    QCOMPARE(run.events().last(), QStringLiteral("update_pending_service"));
+    QVERIFY(!QImage(pictures + QLatin1String("/garage.png")).isNull());
+}
+
+void TestGarageHost::aPlayFileWithABadLineIsNamed()
+{
+    const HostRun run =
+        runHost({QStringLiteral("--play"), QStringLiteral(__FILE__), QStringLiteral("--plugin"), fakePlugin,
+                 QStringLiteral("--home"), hostHome()});
+    QCOMPARE(run.exitCode, 5);
+    QVERIFY2(run.complaints.contains(QStringLiteral("строка 1")), qPrintable(run.complaints));
+}
+
+void TestGarageHost::withoutADisplayTheWindowIsPhotographed()
+{
+    const HostRun run =
+        runHost({QStringLiteral("--plugin"), fakePlugin, QStringLiteral("--home"), hostHome()});
+    QCOMPARE(run.exitCode, 0);
+    const QStringList pictures =
+        QDir(hostHome() + QLatin1String("/screenshots")).entryList({QStringLiteral("*.png")});
+    QCOMPARE(run.output.count(QStringLiteral("Снимок: ")), pictures.size());
+    QVERIFY(pictures.size() >= 6);
 }
 
 void TestGarageHost::theDatabaseLiesInTheHomeAndIsKept()
