@@ -8,3 +8,4 @@ target_link_libraries(garage_hostsupport PUBLIC garage_testsupport trivex_interf
 add_dependencies(garage_hostsupport ruvalogarage)
 
 garage_test(tst_pluginlibrary LIBRARIES garage_hostsupport ${CMAKE_DL_LIBS})
+garage_test(tst_hostprotocol LIBRARIES garage_hostsupport)
