@@ -9,3 +9,4 @@ add_dependencies(garage_hostsupport ruvalogarage)
 
 garage_test(tst_pluginlibrary LIBRARIES garage_hostsupport ${CMAKE_DL_LIBS})
 garage_test(tst_hostprotocol LIBRARIES garage_hostsupport)
+garage_test(tst_remotesynchronisation LIBRARIES garage_hostsupport)
