@@ -26,6 +26,15 @@ QList<QCommandLineOption> allOptions()
          tr("Без окна: каждая строка стандартного ввода {\"module\":…,\"event\":…,\"data\":{…}} передаётся "
             "плагину, каждое его событие печатается такой же строкой. Завершается в конце ввода.")},
         {QStringLiteral("due"), tr("Без окна: напечатать, какое обслуживание требуется, и завершиться.")},
+        {QStringLiteral("play"),
+         tr("Сыграть плагину события из файла: строки JSON как у --stdio, а также {\"wait\":миллисекунды}, "
+            "{\"wait\":\"answer\"} и {\"screenshot\":\"имя\"}; годится и сохранённый журнал. События плагина "
+            "печатаются. Завершается в конце файла."),
+         tr("ФАЙЛ")},
+        {QStringLiteral("screenshots"),
+         tr("Пройти по окну, сохранить снимки в папку и завершиться; вместе с --play — только папка для "
+            "снимков. Без экрана так и происходит, снимки ложатся в папку программы."),
+         tr("ПАПКА")},
         {QStringLiteral("plugin"),
          tr("Библиотека плагина. По умолчанию libruvalogarage.so рядом с программой."), tr("ФАЙЛ")},
         {QStringLiteral("home"),
@@ -81,6 +90,8 @@ void CommandLine::read(const QCommandLineParser &parser)
     m_options.due = parser.isSet(QStringLiteral("due"));
     m_options.documents = parser.isSet(QStringLiteral("documents"));
     m_options.fresh = parser.isSet(QStringLiteral("fresh"));
+    m_options.playFile = parser.value(QStringLiteral("play"));
+    m_options.screenshotsFolder = parser.value(QStringLiteral("screenshots"));
     m_options.pluginFile = parser.value(QStringLiteral("plugin"));
     m_options.homeFolder = parser.value(QStringLiteral("home"));
 
@@ -94,8 +105,17 @@ void CommandLine::read(const QCommandLineParser &parser)
         m_options.seed = parser.value(QStringLiteral("seed")).toUInt(&isNumber);
     if (!isNumber)
         m_errorText = tr("--seed должен быть целым числом от 0");
+    if (m_errorText.isEmpty())
+        checkCombination();
+}
+
+void CommandLine::checkCombination()
+{
     if (m_options.documents && (m_options.fresh || !m_options.homeFolder.isEmpty()))
         m_errorText = tr("--documents не сочетается с --home и --fresh");
-    if (m_options.stdio && m_options.due)
-        m_errorText = tr("--stdio не сочетается с --due");
+    const int ways = int(m_options.stdio) + int(m_options.due) + int(!m_options.playFile.isEmpty());
+    if (ways > 1)
+        m_errorText = tr("--stdio, --due и --play исключают друг друга");
+    if ((m_options.stdio || m_options.due) && !m_options.screenshotsFolder.isEmpty())
+        m_errorText = tr("--screenshots не сочетается с --stdio и --due");
 }

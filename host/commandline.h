@@ -5,6 +5,8 @@
 #include <QString>
 #include <QStringList>
 
+class QCommandLineParser;
+
 /// What the program was asked to do.
 struct HostOptions
 {
@@ -12,6 +14,8 @@ struct HostOptions
     bool due = false;
     bool documents = false;
     bool fresh = false;
+    QString playFile;
+    QString screenshotsFolder;
     QString pluginFile;
     QString homeFolder;
     quint32 seed = 1;
@@ -31,7 +35,8 @@ public:
     QString helpText() const { return m_helpText; }
 
 private:
-    void read(const class QCommandLineParser &parser);
+    void read(const QCommandLineParser &parser);
+    void checkCombination();
 
     HostOptions m_options;
     QString m_errorText;

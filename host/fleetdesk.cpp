@@ -29,6 +29,7 @@ void FleetDesk::announceCars(bool withStatistics)
 void FleetDesk::announcePeople()
 {
     m_plugin.send(QStringLiteral("personal_list"), m_fleet.peopleMessage());
+    emit peopleAnnounced();
 }
 
 void FleetDesk::take(const HostMessage &message)

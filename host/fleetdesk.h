@@ -23,6 +23,7 @@ public:
 
 signals:
     void carsAnnounced();
+    void peopleAnnounced();
 
 private:
     void take(const HostMessage &message);

@@ -46,7 +46,8 @@ QString HostDatabase::prepare(const HostHome &home)
     return reason.isEmpty() ? QString() : tr("файл %1: %2").arg(home.databasePath(), reason);
 }
 
-bool HostDatabase::isBlank(HostConnection &connection)
+bool HostDatabase::isBlank(const HostHome &home)
 {
+    HostConnection connection(home.databasePath());
     return connection.value(QStringLiteral("SELECT count(*) FROM cars")).toInt() == 0;
 }

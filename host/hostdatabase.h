@@ -4,8 +4,6 @@
 
 #include <QString>
 
-class HostConnection;
-
 /// The host's side of the shared database file: it owns the file and its schema.
 namespace HostDatabase {
 
@@ -13,6 +11,6 @@ namespace HostDatabase {
 QString prepare(const HostHome &home);
 
 /// True if nobody has put cars into the file yet.
-bool isBlank(HostConnection &connection);
+bool isBlank(const HostHome &home);
 
 } // namespace HostDatabase

@@ -1,16 +1,20 @@
 #include "commandline.h"
 #include "console.h"
-#include "dueprinter.h"
+#include "demohost.h"
+#include "duesession.h"
 #include "exitcode.h"
-#include "fleetdesk.h"
-#include "hostconnection.h"
 #include "hostdatabase.h"
 #include "hosthome.h"
-#include "pluginhost.h"
+#include "playsession.h"
+#include "samplejob.h"
 #include "stdiosession.h"
+#include "toursession.h"
+#include "windowsession.h"
 
 #include <QApplication>
+#include <QEventLoop>
 #include <QFile>
+#include <QProgressDialog>
 
 #include <memory>
 
@@ -29,6 +33,38 @@ void chooseDisplay()
         qputenv("QT_QPA_PLATFORM", "offscreen");
 }
 
+bool isHeadless()
+{
+    return QGuiApplication::platformName() == QLatin1String("offscreen");
+}
+
+void printProgress(int percent)
+{
+    if (percent % 10 == 0 && percent < 100)
+        Console::complain(tr("готовятся примеры данных: %1 %").arg(percent));
+}
+
+SampleOutcome makeSampleData(SampleJob &job, bool takesLong)
+{
+    QEventLoop loop;
+    SampleOutcome outcome = SampleOutcome::Failed;
+    std::unique_ptr<QProgressDialog> dialog;
+    if (takesLong && isHeadless()) {
+        QObject::connect(&job, &SampleJob::progress, &loop, &printProgress);
+    } else if (takesLong) {
+        dialog = std::make_unique<QProgressDialog>(tr("Готовятся примеры данных…"), tr("Прервать"), 0, 100);
+        QObject::connect(&job, &SampleJob::progress, dialog.get(), &QProgressDialog::setValue);
+        QObject::connect(dialog.get(), &QProgressDialog::canceled, &job, &SampleJob::cancel);
+    }
+    QObject::connect(&job, &SampleJob::finished, &loop, [&](SampleOutcome result) {
+        outcome = result;
+        loop.quit();
+    });
+    job.start();
+    loop.exec();
+    return outcome;
+}
+
 int fillDatabase(const HostOptions &options, const HostHome &home)
 {
     if (options.fresh) {
@@ -40,48 +76,54 @@ int fillDatabase(const HostOptions &options, const HostHome &home)
         Console::complain(tr("база данных не готова: %1").arg(error));
         return ExitCode::NoDatabase;
     }
-    HostConnection connection(home.databasePath());
-    if (options.documents || !HostDatabase::isBlank(connection))
+    if (options.documents || !HostDatabase::isBlank(home))
         return ExitCode::Ok;
-    const auto progress = [](int) { return true; };
-    if (makeSampleData(connection, options.data, options.seed, QDateTime::currentDateTimeUtc(), progress)
-        == SampleOutcome::Made)
+    SampleJob job(home.databasePath(), options.data, options.seed);
+    const SampleOutcome outcome = makeSampleData(job, options.data == SampleKind::Season);
+    if (outcome == SampleOutcome::Made)
         return ExitCode::Ok;
-    Console::complain(tr("примеры данных не записаны: %1").arg(connection.errorText()));
+    if (outcome == SampleOutcome::Cancelled) {
+        Console::complain(tr("подготовка примеров данных прервана"));
+        return ExitCode::Cancelled;
+    }
+    Console::complain(tr("примеры данных не записаны: %1").arg(job.errorText()));
     return ExitCode::NoDatabase;
 }
 
-int loadPlugin(const HostOptions &options, PluginHost &plugin)
+/// An error text, or empty.
+QString loadPlugin(const HostOptions &options, PluginHost &plugin)
 {
     const QString library = options.pluginFile.isEmpty() ? PluginHost::defaultLibrary() : options.pluginFile;
-    const QString error =
-        library.isEmpty() ? tr("libruvalogarage.so рядом с программой не найдена") : plugin.load(library);
-    if (error.isEmpty())
-        return ExitCode::Ok;
-    Console::complain(tr("плагин не загружен: %1").arg(error));
-    return ExitCode::NoPlugin;
+    return library.isEmpty() ? tr("libruvalogarage.so рядом с программой не найдена") : plugin.load(library);
 }
 
-int run(QApplication &application, const HostOptions &options, const HostHome &home)
+std::unique_ptr<HostSession> makeSession(const HostOptions &options, const HostHome &home, DemoHost &host)
 {
-    PluginHost plugin;
-    HostConnection connection(home.databasePath());
-    if (const int failure = loadPlugin(options, plugin))
-        return failure;
+    const QString folder =
+        options.screenshotsFolder.isEmpty() ? home.screenshotsPath() : options.screenshotsFolder;
+    if (options.stdio)
+        return std::make_unique<StdioSession>(host);
+    if (options.due)
+        return std::make_unique<DueSession>(host);
+    if (!options.playFile.isEmpty())
+        return std::make_unique<PlaySession>(host, home, options.playFile, folder);
+    if (isHeadless() || !options.screenshotsFolder.isEmpty())
+        return std::make_unique<TourSession>(host, home, folder);
+    return std::make_unique<WindowSession>(host, home);
+}
 
-    FleetDesk desk(connection, plugin);
-    std::unique_ptr<QObject> session;
-    if (options.stdio) {
-        auto stdioSession = std::make_unique<StdioSession>(plugin);
-        QObject::connect(stdioSession.get(), &StdioSession::finished, &application, &QApplication::exit);
-        session = std::move(stdioSession);
-    } else {
-        auto printer = std::make_unique<DuePrinter>(connection, plugin);
-        QObject::connect(printer.get(), &DuePrinter::finished, &application, &QApplication::exit);
-        session = std::move(printer);
+int run(const HostOptions &options, const HostHome &home)
+{
+    DemoHost host(home, options.seed);
+    const QString error = loadPlugin(options, host.plugin());
+    if (!error.isEmpty()) {
+        Console::complain(tr("плагин не загружен: %1").arg(error));
+        return ExitCode::NoPlugin;
     }
-    desk.playStart();
-    return application.exec();
+    const std::unique_ptr<HostSession> session = makeSession(options, home, host);
+    QObject::connect(session.get(), &HostSession::finished, qApp, &QApplication::exit, Qt::QueuedConnection);
+    session->start();
+    return QApplication::exec();
 }
 
 /// An application object of its own reads the arguments: the environment must be ready before the real one.
@@ -110,9 +152,9 @@ int main(int argc, char **argv)
     home.enter();
     chooseDisplay();
     int programNameOnly = 1; // Qt has a --plugin option of its own
-    QApplication application(programNameOnly, argv);
+    const QApplication application(programNameOnly, argv);
     QApplication::setQuitOnLastWindowClosed(false);
     if (const int failure = fillDatabase(options, home))
         return failure;
-    return run(application, options, home);
+    return run(options, home);
 }

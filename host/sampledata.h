@@ -3,6 +3,7 @@
 #include "samplecatalogue.h"
 
 #include <QDateTime>
+#include <QMetaType>
 #include <QString>
 
 #include <functional>
@@ -16,6 +17,7 @@ enum class SampleKind {
 };
 
 enum class SampleOutcome { Made, Cancelled, Failed };
+Q_DECLARE_METATYPE(SampleOutcome)
 
 /// Told how far the making is, in per cent; false cancels it and leaves the file as it was.
 using SampleProgress = std::function<bool(int percent)>;

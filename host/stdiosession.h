@@ -1,27 +1,27 @@
 #pragma once
 
 #include "answerwatch.h"
+#include "hostsession.h"
 #include "standardlines.h"
 
-#include <QObject>
-
-class PluginHost;
+class DemoHost;
 
 /// Lets another program talk to the plug-in: messages in on standard input, out on standard output, one JSON
-/// object a line. Ends some quiet time after the input has ended and all is answered.
-class StdioSession final : public QObject
+/// object a line. The other program plays the remote side. Ends some quiet time after the input has ended and
+/// all is answered.
+class StdioSession final : public HostSession
 {
     Q_OBJECT
 public:
-    explicit StdioSession(PluginHost &plugin, QObject *parent = nullptr);
+    explicit StdioSession(DemoHost &host);
 
-signals:
-    void finished(int exitCode);
+    void start() override;
 
 private:
     void handOver(const QByteArray &line);
+    void end(bool allAnswered);
 
-    PluginHost &m_plugin;
+    DemoHost &m_host;
     AnswerWatch m_watch;
     StandardLines m_input;
     int m_lineNumber = 0;

@@ -5,7 +5,7 @@ add_library(fakeplugin MODULE
 target_link_libraries(fakeplugin PRIVATE trivex_interface Qt5::Widgets garage_flags)
 set_target_properties(fakeplugin PROPERTIES LIBRARY_OUTPUT_DIRECTORY ${CMAKE_CURRENT_BINARY_DIR}/fixtures)
 
-garage_test(tst_garagehost)
+garage_test(tst_garagehost TIMEOUT 240)
 add_dependencies(tst_garagehost garage-host fakeplugin)
 target_compile_definitions(tst_garagehost PRIVATE
     GARAGE_HOST="$<TARGET_FILE:garage-host>" FAKE_PLUGIN="$<TARGET_FILE:fakeplugin>")

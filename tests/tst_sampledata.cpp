@@ -136,8 +136,8 @@ void TestSampleData::everythingLiesInThePastInTheSharedForm()
 void TestSampleData::cancellingLeavesTheFileBlank()
 {
     QCOMPARE(make(1, [](int) { return false; }), SampleOutcome::Cancelled);
-    HostConnection connection(home().databasePath());
-    QVERIFY(HostDatabase::isBlank(connection));
+    QVERIFY(HostDatabase::isBlank(HostHome::userDocuments()));
+    const TestDatabase connection(home().databasePath(), false);
     QCOMPARE(connection.value(QStringLiteral("SELECT count(*) FROM sqlite_master WHERE name='laps_by_car'"))
                  .toInt(),
              1);

@@ -1,0 +1,98 @@
+#include "journalmodel.h"
+
+#include "pluginhost.h"
+
+#include <QJsonDocument>
+#include <QLocale>
+#include <QSaveFile>
+
+namespace {
+
+constexpr int mostEntries = 20000;
+constexpr int droppedAtOnce = 2000; // so that a full journal is not moved up for each message
+
+} // namespace
+
+QByteArray JournalModel::Entry::toJsonLine() const
+{
+    const QByteArray head = "{\"time\":\"" + time.toUTC().toString(Qt::ISODateWithMs).toLatin1()
+        + "\",\"direction\":\"" + (toPlugin ? "toPlugin" : "fromPlugin") + "\",";
+    return head + message.toJsonLine().mid(1);
+}
+
+JournalModel::JournalModel(PluginHost &plugin, QObject *parent) : QAbstractTableModel(parent)
+{
+    connect(&plugin, &PluginHost::sent, this, [this](const HostMessage &message) { append(true, message); });
+    connect(&plugin, &PluginHost::received, this,
+            [this](const HostMessage &message) { append(false, message); });
+}
+
+int JournalModel::rowCount(const QModelIndex &parent) const
+{
+    return parent.isValid() ? 0 : m_entries.size();
+}
+
+int JournalModel::columnCount(const QModelIndex &parent) const
+{
+    return parent.isValid() ? 0 : ColumnCount;
+}
+
+QVariant JournalModel::data(const QModelIndex &index, int role) const
+{
+    if (!checkIndex(index, CheckIndexOption::IndexIsValid))
+        return {};
+    if (role == Qt::TextAlignmentRole && index.column() == SizeColumn)
+        return int(Qt::AlignRight | Qt::AlignVCenter);
+    if (role != Qt::DisplayRole)
+        return {};
+    const Entry &entry = m_entries.at(index.row());
+    switch (index.column()) {
+    case TimeColumn:
+        return entry.time.toString(QStringLiteral("hh:mm:ss.zzz"));
+    case DirectionColumn:
+        return entry.toPlugin ? tr("→ плагину") : tr("← хосту");
+    case ModuleColumn:
+        return entry.message.module;
+    case EventColumn:
+        return entry.message.event;
+    default:
+        return QLocale().toString(entry.size);
+    }
+}
+
+QVariant JournalModel::headerData(int section, Qt::Orientation orientation, int role) const
+{
+    if (role != Qt::DisplayRole || orientation != Qt::Horizontal || section < 0 || section >= ColumnCount)
+        return {};
+    return QStringList {tr("Время"), tr("Направление"), tr("Модуль"), tr("Событие"), tr("Байт")}.at(section);
+}
+
+void JournalModel::clear()
+{
+    beginResetModel();
+    m_entries.clear();
+    endResetModel();
+}
+
+QString JournalModel::save(const QString &fileName) const
+{
+    QSaveFile file(fileName);
+    if (!file.open(QIODevice::WriteOnly))
+        return file.errorString();
+    for (const Entry &entry : m_entries)
+        file.write(entry.toJsonLine() + '\n');
+    return file.commit() ? QString() : file.errorString();
+}
+
+void JournalModel::append(bool toPlugin, const HostMessage &message)
+{
+    if (m_entries.size() >= mostEntries) {
+        beginRemoveRows({}, 0, droppedAtOnce - 1);
+        m_entries.remove(0, droppedAtOnce);
+        endRemoveRows();
+    }
+    beginInsertRows({}, m_entries.size(), m_entries.size());
+    m_entries.append({QDateTime::currentDateTime(), toPlugin, message,
+                      QJsonDocument(message.data).toJson(QJsonDocument::Compact).size()});
+    endInsertRows();
+}

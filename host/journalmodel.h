@@ -1,0 +1,45 @@
+#pragma once
+
+#include "hostmessage.h"
+
+#include <QAbstractTableModel>
+#include <QDateTime>
+#include <QVector>
+
+class PluginHost;
+
+/// Every message between host and plug-in since the start, the latest at the bottom.
+class JournalModel final : public QAbstractTableModel
+{
+    Q_OBJECT
+public:
+    enum Column { TimeColumn, DirectionColumn, ModuleColumn, EventColumn, SizeColumn, ColumnCount };
+
+    struct Entry
+    {
+        QDateTime time;
+        bool toPlugin;
+        HostMessage message;
+        int size; // bytes of compact JSON
+
+        /// As HostMessage::toJsonLine(), with "time" and "direction" ("toPlugin" or "fromPlugin") added.
+        QByteArray toJsonLine() const;
+    };
+
+    explicit JournalModel(PluginHost &plugin, QObject *parent = nullptr);
+
+    int rowCount(const QModelIndex &parent = {}) const override;
+    int columnCount(const QModelIndex &parent = {}) const override;
+    QVariant data(const QModelIndex &index, int role) const override;
+    QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
+
+    const Entry &entry(int row) const { return m_entries.at(row); }
+    void clear();
+    /// Writes all entries, a line each. An error text, or empty.
+    QString save(const QString &fileName) const;
+
+private:
+    void append(bool toPlugin, const HostMessage &message);
+
+    QVector<Entry> m_entries;
+};

@@ -1,0 +1,106 @@
+#include "screenshottour.h"
+
+#include "demohost.h"
+#include "hostsettingsdialog.h"
+#include "hostwindow.h"
+#include "screenshot.h"
+
+#include <QTabWidget>
+#include <QTableView>
+
+#include <iterator>
+
+namespace {
+
+constexpr const char *hostTabNames[] = {"track", "fleet", "remote", "journal"};
+constexpr int hostTabs = int(std::size(hostTabNames));
+const QSize photographed(1500, 900);
+constexpr int liveMilliseconds = 4000;
+constexpr int liveSpeed = 300;
+
+/// So that the picture shows a table's details beside it.
+void showLatestRow(const QWidget &page)
+{
+    auto *table = page.findChild<QTableView *>();
+    if (table && table->model())
+        table->selectRow(table->model()->rowCount() - 1);
+}
+
+} // namespace
+
+ScreenshotTour::ScreenshotTour(DemoHost &host, HostWindow &window, const QString &folder, QObject *parent)
+    : QObject(parent), m_host(host), m_window(window), m_folder(folder), m_watch(host.plugin())
+{
+    connect(&m_watch, &AnswerWatch::finished, this, &ScreenshotTour::photograph);
+}
+
+void ScreenshotTour::start()
+{
+    m_window.resize(photographed);
+    m_window.openGarage();
+    // The plug-in's window is known from here on.
+    addPluginStops();
+    m_stops.append({QStringLiteral("settings"), [this] { m_window.openSettings(); }});
+    const auto showHostTab = [this](int tab) {
+        QTabWidget &tabs = m_window.tabs();
+        tabs.setCurrentIndex(tabs.count() - hostTabs + tab);
+    };
+    m_stops.append({QLatin1String(hostTabNames[0]),
+                    [this, showHostTab] {
+                        m_window.closeSettings();
+                        showHostTab(0);
+                        m_host.track().setSpeed(liveSpeed);
+                        m_host.track().setLive(true);
+                    },
+                    liveMilliseconds});
+    for (int tab = 1; tab < hostTabs; ++tab) {
+        m_stops.append({QLatin1String(hostTabNames[tab]), [this, showHostTab, tab] {
+                            m_host.track().setLive(false);
+                            showHostTab(tab);
+                            showLatestRow(*m_window.tabs().currentWidget());
+                        }});
+    }
+    visit();
+}
+
+/// One stop for each tab that the plug-in's window has.
+void ScreenshotTour::addPluginStops()
+{
+    QWidget *garage = m_window.tabs().currentWidget();
+    QTabWidget *inner = garage ? garage->findChild<QTabWidget *>() : nullptr;
+    if (!inner) {
+        m_stops.append({QStringLiteral("garage"), [] {}});
+        return;
+    }
+    for (int tab = 0; tab < inner->count(); ++tab)
+        m_stops.append(
+            {QStringLiteral("garage-%1").arg(tab + 1), [inner, tab] { inner->setCurrentIndex(tab); }});
+}
+
+void ScreenshotTour::visit()
+{
+    if (m_position >= m_stops.size()) {
+        emit finished(QString());
+        return;
+    }
+    const Stop &stop = m_stops.at(m_position);
+    stop.go();
+    if (stop.stay > 0)
+        QTimer::singleShot(stop.stay, this, [this] { photograph(true); });
+    else
+        m_watch.finishWhenQuiet();
+}
+
+void ScreenshotTour::photograph(bool allAnswered)
+{
+    const QString name =
+        QStringLiteral("%1-%2").arg(m_position + 1, 2, 10, QLatin1Char('0')).arg(m_stops.at(m_position).name);
+    const QString error = allAnswered ? Screenshot::save(m_window, m_folder, name) : tr("плагин не ответил");
+    if (!error.isEmpty()) {
+        emit finished(error);
+        return;
+    }
+    emit saved(m_folder + QLatin1Char('/') + name + QLatin1String(".png"));
+    ++m_position;
+    visit();
+}

@@ -1,0 +1,46 @@
+#pragma once
+
+#include "answerwatch.h"
+
+#include <QObject>
+#include <QVector>
+
+#include <functional>
+
+class DemoHost;
+class HostWindow;
+
+/// Walks through the window, waits at each place until the plug-in has answered, and saves what is to be
+/// seen.
+class ScreenshotTour final : public QObject
+{
+    Q_OBJECT
+public:
+    ScreenshotTour(DemoHost &host, HostWindow &window, const QString &folder, QObject *parent = nullptr);
+
+    void start();
+
+signals:
+    void saved(const QString &fileName);
+    /// With an error text, or empty.
+    void finished(const QString &error);
+
+private:
+    struct Stop
+    {
+        QString name;
+        std::function<void()> go;
+        int stay = 0; // milliseconds before the picture; 0 = until all is quiet
+    };
+
+    void addPluginStops();
+    void visit();
+    void photograph(bool allAnswered);
+
+    DemoHost &m_host;
+    HostWindow &m_window;
+    const QString m_folder;
+    AnswerWatch m_watch;
+    QVector<Stop> m_stops;
+    int m_position = 0;
+};

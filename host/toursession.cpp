@@ -1,0 +1,34 @@
+#include "toursession.h"
+
+#include "console.h"
+#include "demohost.h"
+#include "duetable.h"
+#include "exitcode.h"
+
+TourSession::TourSession(DemoHost &host, const HostHome &home, const QString &screenshots)
+    : m_host(host), m_window(host, home), m_tour(host, m_window, screenshots)
+{
+    connect(&host.plugin(), &PluginHost::received, this, &TourSession::printDue);
+    connect(&m_tour, &ScreenshotTour::saved, this,
+            [](const QString &fileName) { Console::writeLine(tr("Снимок: %1").arg(fileName)); });
+    connect(&m_tour, &ScreenshotTour::finished, this, [this](const QString &error) {
+        if (!error.isEmpty())
+            Console::complain(error);
+        emit finished(error.isEmpty() ? ExitCode::Ok : ExitCode::NoAnswer);
+    });
+}
+
+void TourSession::start()
+{
+    m_window.start();
+    m_tour.start();
+}
+
+void TourSession::printDue(const HostMessage &message)
+{
+    if (m_hasPrinted || message.event != QLatin1String("update_pending_service"))
+        return;
+    m_hasPrinted = true;
+    for (const QString &line : DueTable(m_host.connection()).lines(message.data))
+        Console::writeLine(line);
+}
