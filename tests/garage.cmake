@@ -4,3 +4,5 @@ target_link_libraries(garage_windowsupport PUBLIC garage_testsupport garage_wind
 
 garage_test(tst_garageform LIBRARIES garage_windowsupport)
 garage_test(tst_caravailability LIBRARIES garage_windowsupport)
+garage_test(tst_servicerecording LIBRARIES garage_windowsupport)
+garage_test(tst_servicelogactions LIBRARIES garage_windowsupport)

@@ -1,0 +1,12 @@
+# Whole-system tests: the finished library, known by its interface, its messages, its widgets' names and the
+# database file alone.
+add_library(garage_hostsupport STATIC
+    support/pluginhost.cpp support/pluginhost.h
+    ${PROJECT_SOURCE_DIR}/plugin/trivexplugininterface.h)
+target_compile_definitions(garage_hostsupport PUBLIC GARAGE_PLUGIN_FILE="$<TARGET_FILE:ruvalogarage>")
+target_link_libraries(garage_hostsupport PUBLIC garage_testsupport trivex_interface PRIVATE garage_flags)
+add_dependencies(garage_hostsupport ruvalogarage)
+
+garage_test(tst_pluginlibrary LIBRARIES garage_hostsupport ${CMAKE_DL_LIBS})
+garage_test(tst_hostprotocol LIBRARIES garage_hostsupport)
+garage_test(tst_remotesynchronisation LIBRARIES garage_hostsupport)
