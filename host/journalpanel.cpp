@@ -126,7 +126,6 @@ QWidget *JournalPanel::makeFilterRow()
     auto *text = new QLineEdit;
     text->setObjectName(QStringLiteral("textFilterLineEdit"));
     text->setPlaceholderText(tr("Найти в сообщении"));
-    text->setClearButtonEnabled(true);
     layout->addWidget(m_eventFilter);
     layout->addWidget(text, 1);
     const auto addButton = [&](const QString &caption, const char *name, void (JournalPanel::*slot)()) {

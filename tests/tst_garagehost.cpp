@@ -78,6 +78,8 @@ private slots:
 private:
     HostRun runHost(const QStringList &arguments, const QByteArray &input = {});
     HostRun runStdio(const QByteArray &input, const QStringList &more = {});
+    /// A file of that text in the test's home.
+    QString writeFile(const QByteArray &text);
     QString hostHome() { return home().path() + QLatin1String("/host"); }
     QString hostDatabase() { return hostHome() + QLatin1String("/Documents/Ruvalo-QT/DB/ruvalo.sqlite"); }
 };
@@ -101,6 +103,14 @@ HostRun TestGarageHost::runStdio(const QByteArray &input, const QStringList &mor
                                 QStringLiteral("--home"), hostHome()}
                        + more,
                    input);
+}
+
+QString TestGarageHost::writeFile(const QByteArray &text)
+{
+    QFile file(home().path() + QLatin1String("/play.jsonl"));
+    if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size())
+        qFatal("Cannot write %s", qPrintable(file.fileName()));
+    return file.fileName();
 }
 
 void TestGarageHost::helpExplainsEachOption()
@@ -147,7 +157,7 @@ void TestGarageHost::aPluginThatDoesNotLoadIsNamed_data()
 {
     QTest::addColumn<QString>("file");
     QTest::newRow("no such file") << QStringLiteral("/nowhere/libmissing.so");
-    QTest::newRow("not a library") << QStringLiteral(__FILE__);
+    QTest::newRow("not a library") << QStringLiteral("/etc/passwd");
     QTest::newRow("a library without a plug-in") << QStringLiteral(GARAGE_HOST);
 }
 
@@ -252,13 +262,11 @@ void TestGarageHost::withoutAnythingDueTheTableSaysSo()
 
 void TestGarageHost::aFileOfEventsIsPlayedAndPhotographed()
 {
-    QFile file(home().path() + QLatin1String("/play.jsonl"));
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write("{\"event\":\"clicked\"}\n{\"screenshot\":\"garage\"}\n{\"event\":\"run_saved_to_db\"}\n");
-    file.close();
+    const QString file =
+        writeFile("{\"event\":\"clicked\"}\n{\"screenshot\":\"garage\"}\n{\"event\":\"run_saved_to_db\"}\n");
     const QString pictures = home().path() + QLatin1String("/pictures");
     const HostRun run =
-        runHost({QStringLiteral("--play"), file.fileName(), QStringLiteral("--plugin"), fakePlugin,
+        runHost({QStringLiteral("--play"), file, QStringLiteral("--plugin"), fakePlugin,
                  QStringLiteral("--home"), hostHome(), QStringLiteral("--screenshots"), pictures});
     QCOMPARE(run.exitCode, 0);
     QVERIFY(run.events().contains(QStringLiteral("insert_tab")));
