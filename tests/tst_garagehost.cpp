@@ -74,6 +74,7 @@ private slots:
     void theDatabaseLiesInTheHomeAndIsKept();
     void freshStartsOver();
     void documentsAreOnlyTouchedWhenAskedFor();
+    void theTourWritesNothingIntoRealDocuments();
 
 private:
     HostRun runHost(const QStringList &arguments, const QByteArray &input = {});
@@ -325,6 +326,19 @@ void TestGarageHost::documentsAreOnlyTouchedWhenAskedFor()
     QCOMPARE(run.exitCode, 0);
     const TestDatabase database(home().databasePath(), false);
     QCOMPARE(database.value(QStringLiteral("SELECT count(*) FROM cars")).toInt(), 0);
+}
+
+void TestGarageHost::theTourWritesNothingIntoRealDocuments()
+{
+    const std::unique_ptr<TestDatabase> database = createDatabase();
+    for (int car = 1; car <= 5; ++car)
+        database->addCar(car, QString::number(car), QStringLiteral("Вихрь"));
+    const QString pictures = home().path() + QLatin1String("/pictures");
+    const HostRun run = runHost({QStringLiteral("--documents"), QStringLiteral("--plugin"), fakePlugin,
+                                 QStringLiteral("--screenshots"), pictures});
+    QCOMPARE(run.exitCode, 0);
+    QCOMPARE(database->value(QStringLiteral("SELECT count(*) FROM laps")).toInt(), 0);
+    QCOMPARE(database->value(QStringLiteral("SELECT count(*) FROM cars")).toInt(), 5);
 }
 
 QTEST_GUILESS_MAIN(TestGarageHost)

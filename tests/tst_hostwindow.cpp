@@ -39,6 +39,7 @@ private slots:
     void carsAndPeopleComeAndGo();
     void anyEventCanBeSentByHand();
     void theJournalIsFilteredAndShown();
+    void closingTheWindowIsTold();
 
 private:
     /// A host on sample data, its window shown.
@@ -298,6 +299,15 @@ void TestHostWindow::theJournalIsFilteredAndShown()
     stage.find<QLineEdit>("textFilterLineEdit")->setText(QStringLiteral("кузнецов"));
     QVERIFY(table->model()->rowCount() >= 1);
     QVERIFY(table->model()->rowCount() < all);
+}
+
+void TestHostWindow::closingTheWindowIsTold()
+{
+    const Stage stage = makeStage();
+    QSignalSpy closed(stage.window.get(), &HostWindow::closed);
+    trigger(stage, "openSettingsAction");
+    stage.window->close();
+    QCOMPARE(closed.count(), 1);
 }
 
 QTEST_MAIN(TestHostWindow)
