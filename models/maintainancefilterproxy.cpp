@@ -1,0 +1,103 @@
+#include "models/maintainancefilterproxy.h"
+
+#include "data/duerule.h"
+
+#include <algorithm>
+
+MaintainanceFilterProxy::MaintainanceFilterProxy(QObject *parent) : QSortFilterProxyModel(parent)
+{
+}
+
+void MaintainanceFilterProxy::setModelFilter(const QString &text, int enabled)
+{
+    setFilters(enabled != 0 ? text : QString(), m_needsServiceOnly);
+}
+
+void MaintainanceFilterProxy::setNeedsServiceOnly(int on)
+{
+    setFilters(m_modelFilter, on);
+}
+
+void MaintainanceFilterProxy::resetFilters()
+{
+    setFilters(QString(), 0);
+}
+
+void MaintainanceFilterProxy::setReglament(const ReglamentSource *reglament)
+{
+    if (m_reglament == reglament)
+        return;
+    m_reglament = reglament;
+    refilter();
+}
+
+void MaintainanceFilterProxy::setMaintainanceModel(MaintainanceModel *model)
+{
+    setSourceModel(model);
+}
+
+void MaintainanceFilterProxy::setSourceModel(QAbstractItemModel *model)
+{
+    if (sourceModel())
+        sourceModel()->disconnect(this);
+    m_isSourceChanging = false;
+    m_model = qobject_cast<MaintainanceModel *>(model);
+    if (m_model) {
+        // Connected before the base class connects its own, so that what it then tells its views finds the
+        // switch as it has to be.
+        connect(m_model, &QAbstractItemModel::layoutAboutToBeChanged, this,
+                [this] { m_isSourceChanging = true; });
+        connect(m_model, &QAbstractItemModel::layoutChanged, this, [this] { m_isSourceChanging = false; });
+    }
+    QSortFilterProxyModel::setSourceModel(model);
+}
+
+void MaintainanceFilterProxy::refilter()
+{
+    // At the end of a change of the source everything is filtered anew anyway; before it, the base class
+    // would announce rows that are about to go.
+    if (!m_isSourceChanging)
+        invalidateFilter();
+}
+
+void MaintainanceFilterProxy::sort(int column, Qt::SortOrder order)
+{
+    if (sourceModel())
+        sourceModel()->sort(column, order);
+}
+
+bool MaintainanceFilterProxy::filterAcceptsRow(int sourceRow, const QModelIndex &sourceParent) const
+{
+    if (!m_model)
+        return true;
+    if (sourceRow < 0 || sourceRow >= m_model->rowCount(sourceParent))
+        return false;
+
+    const MaintainanceItem &car = m_model->itemAt(sourceRow);
+    if (!m_modelFilter.isEmpty() && car.model != m_modelFilter)
+        return false;
+    if (m_needsServiceOnly == 0 || !m_reglament)
+        return true;
+    return isOverLimit(car) || car.hasOpenOperation();
+}
+
+void MaintainanceFilterProxy::setFilters(const QString &modelFilter, int needsServiceOnly)
+{
+    if (m_modelFilter == modelFilter && m_needsServiceOnly == needsServiceOnly)
+        return;
+    m_modelFilter = modelFilter;
+    m_needsServiceOnly = needsServiceOnly;
+    refilter();
+}
+
+bool MaintainanceFilterProxy::isOverLimit(const MaintainanceItem &car) const
+{
+    const QList<ModelReglament> &entries = m_reglament->entries();
+    return std::any_of(entries.cbegin(), entries.cend(), [&car](const ModelReglament &entry) {
+        return entry.model == car.model
+            && std::any_of(car.ops.cbegin(), car.ops.cend(), [&entry](const OperationStat &stat) {
+                   const auto limit = entry.limits.constFind(stat.opId);
+                   return limit != entry.limits.cend() && DueRule::isDueForFilter(stat, *limit);
+               });
+    });
+}

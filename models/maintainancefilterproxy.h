@@ -1,0 +1,48 @@
+#pragma once
+
+#include "models/maintainancemodel.h"
+
+#include <QPointer>
+#include <QSortFilterProxyModel>
+
+/// Shows of the maintenance table the cars of one model, or those that need service, or both. Leaves sorting
+/// to the table. May be told anything at any time, also while the table replaces its rows or columns.
+class MaintainanceFilterProxy final : public QSortFilterProxyModel
+{
+    Q_OBJECT
+public:
+    explicit MaintainanceFilterProxy(QObject *parent = nullptr);
+
+    /// Only cars of exactly this model; of any model if `enabled` is 0 or the text is empty.
+    void setModelFilter(const QString &text, int enabled);
+    /// If not 0, only cars with an operation over its limit or still open; needs the reglament.
+    void setNeedsServiceOnly(int on);
+    /// Back to all cars.
+    void resetFilters();
+    /// Not owned, may be null.
+    void setReglament(const ReglamentSource *reglament);
+    /// The same as setSourceModel.
+    void setMaintainanceModel(MaintainanceModel *model);
+    void setSourceModel(QAbstractItemModel *model) override;
+    /// To be called when the reglament's limits were edited.
+    void refilter();
+
+    QString modelFilter() const { return m_modelFilter; }
+    int needsServiceOnly() const { return m_needsServiceOnly; }
+
+    /// Hands the request to the table.
+    void sort(int column, Qt::SortOrder order = Qt::AscendingOrder) override;
+
+protected:
+    bool filterAcceptsRow(int sourceRow, const QModelIndex &sourceParent) const override;
+
+private:
+    void setFilters(const QString &modelFilter, int needsServiceOnly);
+    bool isOverLimit(const MaintainanceItem &car) const;
+
+    QString m_modelFilter; ///< empty: any model
+    int m_needsServiceOnly = 0;
+    const ReglamentSource *m_reglament = nullptr;
+    QPointer<MaintainanceModel> m_model;
+    bool m_isSourceChanging = false;
+};
