@@ -1,0 +1,1 @@
+garage_test(tst_maintainancemodel LIBRARIES garage_models)
