@@ -1,1 +1,2 @@
 garage_test(tst_maintainancemodel LIBRARIES garage_models)
+garage_test(tst_maintainanceorder LIBRARIES garage_models)
