@@ -1,2 +1,3 @@
 garage_test(tst_maintainancemodel LIBRARIES garage_models)
 garage_test(tst_maintainanceorder LIBRARIES garage_models)
+garage_test(tst_maintainancefilterproxy LIBRARIES garage_models)
