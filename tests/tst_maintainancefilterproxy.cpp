@@ -117,6 +117,8 @@ private slots:
     void currentAndSelectionFollowTheirCars();
     void columnsThatGoTakeTheirIndexesAlong();
     void filtersSetDuringARefillHoldAfterIt();
+    void aRecordedServiceShowsAtOnce();
+    void aTableSelectedWholeSurvivesRefills();
     void nothingDanglesInRandomRefills_data();
     void nothingDanglesInRandomRefills();
 
@@ -395,6 +397,48 @@ void TestMaintainanceFilterProxy::filtersSetDuringARefillHoldAfterIt()
     table.proxy.resetFilters();
     QCOMPARE(table.proxy.rowCount(), 2);
     QCOMPARE(inserted.count(), 1);
+}
+
+void TestMaintainanceFilterProxy::aRecordedServiceShowsAtOnce()
+{
+    ShownTable table;
+    table.model.setItems({sodi(1, {done(2, noonOf(1), 0, 0, 9)}), sodi(2)});
+    table.proxy.setModelFilter(QStringLiteral("Sodi"), 1);
+    table.show();
+    const QPersistentModelIndex cell = table.indexOfCar(1, 4);
+    QSignalSpy changed(&table.proxy, &QAbstractItemModel::dataChanged);
+    table.model.recordServiceDone(1, 2, noonOf(2));
+    QCOMPARE(changed.count(), 0);
+    const QModelIndex clicked = table.proxy.mapToSource(cell);
+    emit table.model.dataChanged(clicked, clicked);
+    QCOMPARE(changed.count(), 1);
+    QVERIFY(cell.data().toString().startsWith(QLatin1String("02.05.2024 12:00\n")));
+}
+
+void TestMaintainanceFilterProxy::aTableSelectedWholeSurvivesRefills()
+{
+    ShownTable table;
+    const auto cars = [](int first, int last) {
+        QList<MaintainanceItem> result;
+        for (int carId = first; carId <= last; ++carId)
+            result.append(sodi(carId));
+        return result;
+    };
+    table.show();
+    for (const QList<MaintainanceItem> &refill :
+         {cars(2, 250), cars(200, 210), cars(500, 510), cars(1, 400), QList<MaintainanceItem>()}) {
+        table.model.setItems(cars(1, 300));
+        table.view.selectAll();
+        table.view.setCurrentIndex(table.proxy.index(299, 5));
+        table.view.selectAll();
+        table.model.setItems(refill);
+        for (const QModelIndex &index : table.view.selectionModel()->selectedIndexes()) {
+            QVERIFY(index.row() < table.proxy.rowCount());
+            QVERIFY(table.carIdOf(index) <= 300); // no car that came later
+        }
+        QCOMPARE(table.view.currentIndex().isValid(), refill.size() == 400);
+        table.view.grab();
+    }
 }
 
 void TestMaintainanceFilterProxy::nothingDanglesInRandomRefills_data()

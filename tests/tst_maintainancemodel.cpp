@@ -282,18 +282,20 @@ void TestMaintainanceModel::fewerOperationsRemoveColumnsFromTheirCountOn()
 {
     ChangeableModel table;
     table.setOperations({1, 2, 3, 4, 5});
-    table.model.setItems({car(1, QStringLiteral("9"), QStringLiteral("Sodi"), {open(4, noonOf(4))}),
-                          car(2, QStringLiteral("8"), QStringLiteral("Sodi"), {open(4, noonOf(5))})});
+    table.model.setItems(
+        {car(1, QStringLiteral("9"), QStringLiteral("Sodi"), {done(3, noonOf(3)), open(4, noonOf(4))}),
+         car(2, QStringLiteral("8"), QStringLiteral("Sodi"), {done(3, noonOf(9)), open(4, noonOf(5))})});
+    table.model.sort(0);
     table.setOperations({1, 2});
     QCOMPARE(table.keys(), QStringLiteral("POS MODEL OP_3 OP_4 OP_5"));
-    QCOMPARE(table.model.index(0, 3).data(), QVariant(QStringLiteral("04.05.2024 12:00")));
+    QCOMPARE(table.model.index(0, 3).data(), QVariant(QStringLiteral("05.05.2024 12:00")));
     QCOMPARE(table.model.index(0, 1).data(Qt::BackgroundRole).value<QBrush>(), QBrush(attention));
     QCOMPARE(table.model.index(0, 2).data(Qt::BackgroundRole).value<QBrush>(), QBrush(Qt::transparent));
 
+    table.model.sort(3);
+    QCOMPARE(table.carIds(), QList<int>({1, 2}));
     table.model.sort(2); // by model and number, also where the number's column has gone
     QCOMPARE(table.carIds(), QList<int>({2, 1}));
-    table.model.sort(3, Qt::AscendingOrder);
-    QCOMPARE(table.carIds(), QList<int>({1, 2}));
 
     table.setOperations({1, 2});
     QCOMPARE(table.keys(), QStringLiteral("POS MODEL OP_3 OP_1 OP_2"));
@@ -406,6 +408,7 @@ void TestMaintainanceModel::aServiceMovesTheDateForward_data()
     QTest::newRow("one second later") << noonOf(1) << noonOf(1).addSecs(1) << noonOf(1).addSecs(1);
     QTest::newRow("equal") << noonOf(1) << noonOf(1) << noonOf(1);
     QTest::newRow("earlier") << noonOf(2) << noonOf(1) << noonOf(2);
+    QTest::newRow("one second earlier") << noonOf(1).addSecs(1) << noonOf(1) << noonOf(1).addSecs(1);
     QTest::newRow("never before") << QDateTime() << noonOf(1) << noonOf(1);
     QTest::newRow("no date") << noonOf(1) << QDateTime() << noonOf(1);
 }
