@@ -111,10 +111,10 @@ void ClearbackgroundTableModel::trackPersistentIndexes()
 
     m_tracked.reserve(indexes.size());
     for (const QModelIndex &index : indexes) {
-        if (isCell(index)) {
-            m_tracked.append(
-                {index, recordId(index.row()), occurrences.at(index.row()), columnKey(index.column())});
-        }
+        // An index left over from rows that went without announcement has no record to follow.
+        const int occurrence = isCell(index) ? occurrences.at(index.row()) : -1;
+        m_tracked.append({index, isCell(index) ? recordId(index.row()) : QString(), occurrence,
+                          columnKey(index.column())});
     }
 }
 
