@@ -1,0 +1,1 @@
+garage_test(tst_carslistmodel LIBRARIES garage_models)
