@@ -1,1 +1,2 @@
 garage_test(tst_carslistmodel LIBRARIES garage_models)
+garage_test(tst_servicelogmodel LIBRARIES garage_models)
