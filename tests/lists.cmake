@@ -1,2 +1,3 @@
 garage_test(tst_carslistmodel LIBRARIES garage_models)
 garage_test(tst_servicelogmodel LIBRARIES garage_models)
+garage_test(tst_servicelogfilter LIBRARIES garage_models)
