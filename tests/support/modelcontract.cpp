@@ -190,6 +190,28 @@ void selectRow(QTreeView &view, int row)
                                   QItemSelectionModel::Select | QItemSelectionModel::Rows);
 }
 
+void selectEverySecondRow(QTreeView &view, int currentRow)
+{
+    view.setCurrentIndex(view.model()->index(currentRow, 1));
+    view.clearSelection();
+    for (int row = 0; row < view.model()->rowCount(); row += 2)
+        selectRow(view, row);
+}
+
+/// What the indexes of all cells, the selection or the current cell lose by a layout change; empty: nothing.
+QString lostBy(const std::function<void()> &layoutChange, Subject &subject, QTreeView &view)
+{
+    view.grab();
+    Followers followers(subject, view);
+    for (int row = 0; row < subject.shown().rowCount(); ++row) {
+        for (int column = 0; column < subject.shown().columnCount(); ++column)
+            followers.follow(row, column);
+    }
+    layoutChange();
+    view.grab();
+    return followers.verdict(false);
+}
+
 Records sequence(int first, int last)
 {
     Records records;
@@ -311,24 +333,20 @@ void checkThatIndexesFollow(Subject &subject)
     showAll(view, subject);
     for (const NamedRefill &refill : refills()) {
         subject.refill(refill.from);
-        view.clearSelection();
-        const int rowCount = subject.shown().rowCount();
-        for (int currentRow = -1; currentRow < rowCount; currentRow += 4) {
+        for (int currentRow = -1, rows = subject.shown().rowCount(); currentRow < rows; currentRow += 4) {
             subject.refill(refill.from);
-            view.setCurrentIndex(subject.shown().index(currentRow, 1));
-            for (int row = 0; row < rowCount; row += 2)
-                selectRow(view, row);
-            view.grab();
+            selectEverySecondRow(view, currentRow);
+            const QString lost = lostBy([&] { subject.refill(refill.to); }, subject, view);
+            QVERIFY2(lost.isEmpty(), qPrintable(report(QLatin1String(refill.name), lost)));
+        }
+    }
 
-            Followers followers(subject, view);
-            for (int row = 0; row < rowCount; ++row) {
-                for (int column = 0; column < subject.shown().columnCount(); ++column)
-                    followers.follow(row, column);
-            }
-            subject.refill(refill.to);
-            view.grab();
-            const QString verdict = followers.verdict(false);
-            QVERIFY2(verdict.isEmpty(), qPrintable(report(QLatin1String(refill.name), verdict)));
+    subject.refill(sequence(1, 20));
+    selectEverySecondRow(view, 0);
+    for (int column = -1; column <= subject.shown().columnCount(); ++column) {
+        for (Qt::SortOrder order : {Qt::AscendingOrder, Qt::DescendingOrder}) {
+            const QString lost = lostBy([&] { subject.sort(column, order); }, subject, view);
+            QVERIFY2(lost.isEmpty(), qPrintable(report(QStringLiteral("sort by %1").arg(column), lost)));
         }
     }
 }

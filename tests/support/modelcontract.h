@@ -13,7 +13,8 @@
 /// selections and the current cell follow their record or become invalid with it. A model joins by a Subject.
 namespace ModelContract {
 
-/// Numbers of records, top to bottom. Each stands at the end of its row's text, behind a "-": "Sodi-12".
+/// Numbers of records, 1 to 60, top to bottom. Each stands at the end of its row's text, behind a "-":
+/// "Sodi-12".
 using Records = QVector<int>;
 
 /// A mutation and the signals that it makes the model send, in order.
@@ -25,7 +26,8 @@ struct Mutation
 };
 
 /// The signals of a change of content, each by its name.
-const QStringList oneLayoutChange {QStringLiteral("layoutAboutToBeChanged"), QStringLiteral("layoutChanged")};
+inline const QStringList oneLayoutChange {QStringLiteral("layoutAboutToBeChanged"),
+                                          QStringLiteral("layoutChanged")};
 
 /// A model under test, the proxy through which it is shown, and a plain list of what it must hold.
 class Subject
