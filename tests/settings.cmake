@@ -1,0 +1,1 @@
+garage_test(tst_serviceoperationsmodel LIBRARIES garage_settings)
