@@ -1,1 +1,2 @@
 garage_test(tst_serviceoperationsmodel LIBRARIES garage_settings)
+garage_test(tst_servicereglamentmodel LIBRARIES garage_settings)
