@@ -86,6 +86,8 @@ void ElidedGroupBox::paintEvent(QPaintEvent *)
     QStyleOptionGroupBox option;
     initStyleOption(&option);
     option.text = elided(this, title(), titleWidth()).replace(QLatin1Char('&'), QLatin1String("&&"));
+    // The Fusion style measures the ink of the title, which is narrower than the title, and clips to that.
+    option.text += QLatin1String("  ");
     painter.drawComplexControl(QStyle::CC_GroupBox, option);
 }
 

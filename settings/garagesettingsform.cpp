@@ -7,6 +7,7 @@
 #include "settings/reglamentsettingsdialog.h"
 #include "ui_garagesettingsform.h"
 
+#include <QHeaderView>
 #include <QJsonArray>
 
 GarageSettingsForm::GarageSettingsForm(QWidget *parent)
@@ -15,20 +16,37 @@ GarageSettingsForm::GarageSettingsForm(QWidget *parent)
     , m_ui(std::make_unique<Ui::GarageSettingsForm>())
 {
     m_ui->setupUi(this);
+    m_designedSize = size();
     setUpTable(m_ui->tvServiceOperations, m_operationsModel);
     connect(&m_operationsModel, &ServiceOperationsModel::operationNameChanged, this,
             &GarageSettingsForm::opnameChange);
     setUpTable(m_ui->tvServiceReglament, m_reglamentModel);
+    setUpOperationTitles();
     reloadReglamentModel();
 }
 
 GarageSettingsForm::~GarageSettingsForm() = default;
+
+QSize GarageSettingsForm::sizeHint() const
+{
+    return m_designedSize;
+}
 
 void GarageSettingsForm::setUpTable(QTreeView *view, ClearbackgroundTableModel &model)
 {
     view->setItemDelegate(&m_gridDelegate);
     view->setModel(&model);
     model.applyColumnWidths(view);
+}
+
+/// Names of any length are titles here: a long one shows how it begins, a high one leaves room for the table.
+void GarageSettingsForm::setUpOperationTitles()
+{
+    constexpr int mostLines = 3;
+    QHeaderView *header = m_ui->tvServiceReglament->header();
+    header->setTextElideMode(Qt::ElideRight);
+    header->setMaximumHeight(header->sizeHint().height()
+                             + (mostLines - 1) * header->fontMetrics().lineSpacing());
 }
 
 void GarageSettingsForm::loadOperations()
