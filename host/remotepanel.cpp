@@ -1,5 +1,6 @@
 #include "remotepanel.h"
 
+#include "columnwidths.h"
 #include "fleetdesk.h"
 #include "remoteside.h"
 
@@ -83,7 +84,7 @@ RemotePanel::RemotePanel(RemoteSide &remote, FleetDesk &desk, QWidget *parent)
         {tr("№"), tr("Карт"), tr("Операция"), tr("Выполнено"), tr("Исполнитель"), tr("Состояние")});
     auto *layout = new QHBoxLayout(this);
     layout->addWidget(makePendingBox(), 5);
-    layout->addWidget(makeRecordsBox(), 6);
+    layout->addWidget(makeRecordsBox(), 7);
 
     // Records may change many times in a row; the tables follow a little later, once.
     m_recordsTimer.setSingleShot(true);
@@ -106,9 +107,7 @@ QWidget *RemotePanel::makePendingBox()
 {
     auto *box = new QGroupBox(tr("Ждёт обслуживания"));
     auto *layout = new QVBoxLayout(box);
-    m_pendingView->setColumnWidth(0, 50);
-    m_pendingView->setColumnWidth(1, 120);
-    m_pendingView->setColumnWidth(2, 230);
+    setColumnWidths(*m_pendingView, {tr("Карт "), QStringLiteral("Молния+"), tr("Регулировка схождения")});
     m_person->setObjectName(QStringLiteral("remotePersonComboBox"));
     m_channel->setObjectName(QStringLiteral("remoteChannelComboBox"));
     m_comment->setObjectName(QStringLiteral("remoteCommentLineEdit"));
@@ -149,9 +148,9 @@ QWidget *RemotePanel::makeRecordsBox()
 {
     auto *box = new QGroupBox(tr("Записи удалённой стороны"));
     auto *layout = new QVBoxLayout(box);
-    const int widths[] = {45, 45, 170, 140, 140};
-    for (int column = 0; column < 5; ++column)
-        m_recordsView->setColumnWidth(column, widths[column]);
+    setColumnWidths(*m_recordsView,
+                    {QStringLiteral("0000"), tr("Карт "), tr("Регулировка схождения"),
+                     QStringLiteral("00.00.0000 00:00"), tr("Кузнецов Алексей")});
     auto *atOnce = new QCheckBox(tr("Отправлять сразу"));
     atOnce->setChecked(true);
     atOnce->setObjectName(QStringLiteral("sendAtOnceCheckBox"));
