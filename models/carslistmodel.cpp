@@ -2,32 +2,37 @@
 
 #include "data/columnkeys.h"
 #include "data/numbertext.h"
+#include "data/records.h"
 #include "models/cellcolors.h"
+
+#include <QJsonArray>
+#include <QJsonObject>
 
 #include <algorithm>
 
 namespace {
 
-enum SortColumn { PositionColumn, ModelColumn };
+enum SortColumn { PositionColumn = 0, ModelColumn = 1 };
 
-} // namespace
-
-int CarsListModel::s_sortColumn = ModelColumn;
-Qt::SortOrder CarsListModel::s_sortOrder = Qt::AscendingOrder;
-
-CarsListModel::Car CarsListModel::Car::fromJson(const QJsonObject &json)
+CarsListModel::Car carFromJson(const QJsonObject &object)
 {
-    Car car;
-    car.id = json.value(QLatin1String("id")).toInt(-1);
-    car.name = json.value(QLatin1String("name")).toString();
-    car.number = json.value(QLatin1String("num")).toString();
-    car.guid = json.value(QLatin1String("car_guid")).toString();
-    car.isAvailable = json.value(QLatin1String("available_for_runs")).toBool(true);
-    car.numberValue = leadingInteger(car.number).value_or(0);
+    CarsListModel::Car car;
+    car.id = object.value(QLatin1String("id")).toInt(noId);
+    car.name = object.value(QLatin1String("name")).toString();
+    car.number = object.value(QLatin1String("num")).toString();
+    car.numericNumber = leadingInteger(car.number).value_or(0);
+    car.guid = object.value(QLatin1String("car_guid")).toString();
+    car.availableForRuns = object.value(QLatin1String("available_for_runs")).toBool(true);
     return car;
 }
 
-CarsListModel::CarsListModel(QObject *parent) : ClearbackgroundTableModel(parent)
+} // namespace
+
+int CarsListModel::s_lastSortColumn = ModelColumn;
+Qt::SortOrder CarsListModel::s_lastSortOrder = Qt::AscendingOrder;
+
+CarsListModel::CarsListModel(QObject *parent)
+    : ClearbackgroundTableModel(parent), m_unavailableColor(CellColors::unavailable)
 {
     appendColumn({tr("#"), Qt::AlignRight, 40, ColumnKeys::position, Qt::AlignCenter});
     appendColumn({tr("Модель"), Qt::AlignLeft, 80, ColumnKeys::model, Qt::AlignCenter});
@@ -41,19 +46,20 @@ int CarsListModel::rowCount(const QModelIndex &parent) const
 
 QVariant CarsListModel::data(const QModelIndex &index, int role) const
 {
-    if (isCell(index)) {
-        const Car &car = m_cars.at(index.row());
-        if (role == Qt::BackgroundRole && !car.isAvailable)
-            return CellColors::unavailable;
-        if (role == Qt::DisplayRole) {
-            const QString key = columnKey(index.column());
-            if (key == ColumnKeys::position)
-                return index.row() + 1;
-            if (key == ColumnKeys::model)
-                return car.name;
-            if (key == ColumnKeys::number)
-                return car.number;
-        }
+    if (!isCell(index))
+        return ClearbackgroundTableModel::data(index, role);
+
+    const Car &car = m_cars.at(index.row());
+    if (role == Qt::BackgroundRole && !car.availableForRuns)
+        return m_unavailableColor;
+    if (role == Qt::DisplayRole) {
+        const QString key = columnKey(index.column());
+        if (key == ColumnKeys::position)
+            return index.row() + 1;
+        if (key == ColumnKeys::model)
+            return car.name;
+        if (key == ColumnKeys::number)
+            return car.number;
     }
     return ClearbackgroundTableModel::data(index, role);
 }
@@ -61,28 +67,13 @@ QVariant CarsListModel::data(const QModelIndex &index, int role) const
 void CarsListModel::sort(int column, Qt::SortOrder order)
 {
     if (column != -1) {
-        s_sortColumn = column;
-        s_sortOrder = order;
+        s_lastSortColumn = column;
+        s_lastSortOrder = order;
     }
     const LayoutChange change(*this);
-    std::sort(m_cars.begin(), m_cars.end(),
-              [](const Car &a, const Car &b) { return isBefore(a, b, s_sortColumn, s_sortOrder); });
-}
-
-bool CarsListModel::isBefore(const Car &a, const Car &b, int column, Qt::SortOrder order)
-{
-    const bool ascending = order == Qt::AscendingOrder;
-    const auto inOrder = [ascending](const auto &x, const auto &y) { return ascending ? x < y : y < x; };
-    switch (column) {
-    case PositionColumn:
-        return a.numberValue != b.numberValue ? inOrder(a.numberValue, b.numberValue)
-                                              : inOrder(a.name, b.name);
-    case ModelColumn:
-        // Within a model the numbers run upwards in both directions.
-        return a.name == b.name ? a.numberValue < b.numberValue : inOrder(a.name, b.name);
-    default:
-        return inOrder(a.id, b.id);
-    }
+    std::sort(m_cars.begin(), m_cars.end(), [](const Car &left, const Car &right) {
+        return comesBefore(left, right, s_lastSortColumn, s_lastSortOrder);
+    });
 }
 
 void CarsListModel::loadFromJson(const QJsonObject &object, bool onlyAvailable)
@@ -91,8 +82,8 @@ void CarsListModel::loadFromJson(const QJsonObject &object, bool onlyAvailable)
     m_cars.clear();
     const QJsonArray cars = object.value(QLatin1String("cars")).toArray();
     for (const QJsonValue &value : cars) {
-        const Car car = Car::fromJson(value.toObject());
-        if (car.isAvailable || !onlyAvailable)
+        const Car car = carFromJson(value.toObject());
+        if (car.availableForRuns || !onlyAvailable)
             m_cars.append(car);
     }
     sort(ModelColumn, Qt::AscendingOrder);
@@ -113,7 +104,31 @@ bool CarsListModel::contains(int carId) const
     return std::any_of(m_cars.cbegin(), m_cars.cend(), [carId](const Car &car) { return car.id == carId; });
 }
 
+bool CarsListModel::comesBefore(const Car &left, const Car &right, int column, Qt::SortOrder order)
+{
+    // The smaller number comes first within a model whatever the direction.
+    if (column == ModelColumn && left.name == right.name)
+        return left.numericNumber < right.numericNumber;
+
+    const bool descending = order == Qt::DescendingOrder;
+    const Car &first = descending ? right : left;
+    const Car &second = descending ? left : right;
+    switch (column) {
+    case PositionColumn:
+        if (first.numericNumber != second.numericNumber)
+            return first.numericNumber < second.numericNumber;
+        return first.name < second.name;
+    case ModelColumn:
+        return first.name < second.name;
+    default:
+        return first.id < second.id;
+    }
+}
+
 QString CarsListModel::recordId(int row) const
 {
-    return QString::number(m_cars.at(row).id);
+    const Car &car = m_cars.at(row);
+    if (car.id != noId)
+        return QString::number(car.id);
+    return car.guid + QLatin1Char('\n') + car.name + QLatin1Char('\n') + car.number;
 }

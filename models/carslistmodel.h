@@ -2,49 +2,50 @@
 
 #include "models/clearbackgroundtablemodel.h"
 
-#include <QJsonArray>
-#include <QJsonObject>
-#include <QVector>
+#include <QColor>
+#include <QList>
 
-/// A list of cars as the host publishes it. All lists of the process share the column and direction they
-/// are sorted by.
+class QJsonArray;
+class QJsonObject;
+
+/// A list of cars as the host publishes it. Sorts itself; all instances share what they were last sorted by.
 class CarsListModel final : public ClearbackgroundTableModel
 {
     Q_OBJECT
 public:
+    struct Car
+    {
+        int id = -1; ///< -1: the host named none
+        QString name; ///< of the car's model
+        QString number;
+        int numericNumber = 0; ///< the integer that `number` begins with, 0 if there is none
+        QString guid;
+        bool availableForRuns = true;
+    };
+
     explicit CarsListModel(QObject *parent = nullptr);
 
     int rowCount(const QModelIndex &parent = {}) const override;
     QVariant data(const QModelIndex &index, int role = Qt::DisplayRole) const override;
-    /// Column -1 sorts as was last asked for, in whichever list.
+    /// Column -1 repeats the last request made to any instance. The number column is sorted by car id.
     void sort(int column, Qt::SortOrder order = Qt::AscendingOrder) override;
 
-    /// Replaces the cars by those of the host's cars message, or by its available ones, sorted by model.
+    /// Takes the cars of the host's "cars" array and sorts them by model, ascending.
     void loadFromJson(const QJsonObject &object, bool onlyAvailable);
-    /// The car ids of the indexes' rows, in their order; rows out of range are left out.
+    /// Ids of the cars at the rows of the indexes, one for each index whose row exists.
     QJsonArray idsOfRows(const QModelIndexList &indexes) const;
     bool contains(int carId) const;
+
+    /// The order of rows: a strict weak order for every column.
+    static bool comesBefore(const Car &left, const Car &right, int column, Qt::SortOrder order);
 
 protected:
     QString recordId(int row) const override;
 
 private:
-    struct Car
-    {
-        int id = -1;
-        QString name;
-        QString number;
-        QString guid;
-        bool isAvailable = true;
-        int numberValue = 0; ///< the integer that `number` begins with; 0 if there is none
+    static int s_lastSortColumn;
+    static Qt::SortOrder s_lastSortOrder;
 
-        static Car fromJson(const QJsonObject &json);
-    };
-
-    static bool isBefore(const Car &a, const Car &b, int column, Qt::SortOrder order);
-
-    QVector<Car> m_cars;
-
-    static int s_sortColumn;
-    static Qt::SortOrder s_sortOrder;
+    QList<Car> m_cars;
+    const QColor m_unavailableColor;
 };

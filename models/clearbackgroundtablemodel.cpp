@@ -3,6 +3,28 @@
 #include <QHash>
 #include <QTreeView>
 
+namespace {
+
+/// For each of `count` rows or columns, how many before it have the same id.
+template<typename IdOf> QVector<int> occurrences(int count, IdOf idOf)
+{
+    QVector<int> result(count);
+    QHash<QString, int> seen;
+    for (int place = 0; place < count; ++place)
+        result[place] = seen[idOf(place)]++;
+    return result;
+}
+
+template<typename IdOf> QHash<QString, QVector<int>> placesById(int count, IdOf idOf)
+{
+    QHash<QString, QVector<int>> places;
+    for (int place = 0; place < count; ++place)
+        places[idOf(place)].append(place);
+    return places;
+}
+
+} // namespace
+
 ClearbackgroundTableModel::ClearbackgroundTableModel(QObject *parent)
     : QAbstractTableModel(parent), m_background(Qt::transparent)
 {
@@ -103,18 +125,19 @@ void ClearbackgroundTableModel::trackPersistentIndexes()
     if (indexes.isEmpty())
         return;
 
-    const int rows = rowCount();
-    QVector<int> occurrences(rows);
-    QHash<QString, int> seen;
-    for (int row = 0; row < rows; ++row)
-        occurrences[row] = seen[recordId(row)]++;
-
+    const auto rowId = [this](int row) { return recordId(row); };
+    const auto columnId = [this](int column) { return columnKey(column); };
+    const QVector<int> rowOccurrences = occurrences(rowCount(), rowId);
+    const QVector<int> columnOccurrences = occurrences(columnCount(), columnId);
     m_tracked.reserve(indexes.size());
     for (const QModelIndex &index : indexes) {
+        // An index left over from rows that went without announcement has no record to follow.
+        TrackedIndex tracked {index, {}, -1, {}, -1};
         if (isCell(index)) {
-            m_tracked.append(
-                {index, recordId(index.row()), occurrences.at(index.row()), columnKey(index.column())});
+            tracked = {index, recordId(index.row()), rowOccurrences.at(index.row()),
+                       columnKey(index.column()), columnOccurrences.at(index.column())};
         }
+        m_tracked.append(tracked);
     }
 }
 
@@ -123,18 +146,14 @@ void ClearbackgroundTableModel::movePersistentIndexes()
     if (m_tracked.isEmpty())
         return;
 
-    QHash<QString, QVector<int>> rowsByRecord;
-    for (int row = 0, rows = rowCount(); row < rows; ++row)
-        rowsByRecord[recordId(row)].append(row);
-    QHash<QString, int> columnsByKey;
-    for (int column = 0; column < m_columns.size(); ++column)
-        columnsByKey.insert(m_columns.at(column).key, column);
+    const auto rowsByRecord = placesById(rowCount(), [this](int row) { return recordId(row); });
+    const auto columnsByKey = placesById(columnCount(), [this](int column) { return columnKey(column); });
 
     QModelIndexList from;
     QModelIndexList to;
     for (const TrackedIndex &tracked : qAsConst(m_tracked)) {
-        const int row = rowsByRecord.value(tracked.recordId).value(tracked.occurrence, -1);
-        const int column = columnsByKey.value(tracked.columnKey, -1);
+        const int row = rowsByRecord.value(tracked.recordId).value(tracked.rowOccurrence, -1);
+        const int column = columnsByKey.value(tracked.columnKey).value(tracked.columnOccurrence, -1);
         from.append(tracked.index);
         to.append(index(row, column));
     }

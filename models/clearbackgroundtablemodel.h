@@ -24,8 +24,9 @@ public:
     };
 
     /// Replaces rows or columns of a model between layoutAboutToBeChanged and layoutChanged. Persistent
-    /// indexes follow their record and their column's key, and become invalid with either. A scope inside
-    /// another one is part of it: views hear of one change.
+    /// indexes follow their record and their column's key, and become invalid with either. No two of them
+    /// ever meet in one cell: the toolkit would lose track of both. A scope inside another one is part of
+    /// it: views hear of one change.
     class LayoutChange final
     {
         Q_DISABLE_COPY(LayoutChange)
@@ -53,7 +54,7 @@ public:
 
 protected:
     /// What makes the record of an existing row the same record after the rows were replaced; need not be
-    /// unique: of several equal ones the first stays the first.
+    /// unique: of several equal ones the first stays the first. Column keys are treated alike.
     virtual QString recordId(int row) const = 0;
 
     /// True for an index of this model whose row and column exist.
@@ -72,8 +73,9 @@ private:
     {
         QModelIndex index;
         QString recordId;
-        int occurrence = 0;
+        int rowOccurrence = 0;
         QString columnKey;
+        int columnOccurrence = 0;
     };
 
     void beginLayoutChange();

@@ -1,28 +1,32 @@
 #pragma once
 
-#include "data/reglamentsource.h"
 #include "models/griddelegate.h"
 
-struct MaintainanceItem;
+#include <QColor>
 
-/// Underlays the statistics line of an operation cell with green, or with red when the operation is over one
-/// of its limits. Works on a proxy over the maintenance model; any other index is painted as a plain grid
-/// cell. Every cell is two lines high.
+#include <optional>
+
+class ReglamentSource;
+
+/// Colours the operation cells of the maintenance table by the limits: the lower half green, or red once a
+/// limit is exceeded. Any other cell, and any other table, is painted as GridDelegate does.
 class MaintainanceDelegate final : public GridDelegate
 {
     Q_OBJECT
 public:
-    using GridDelegate::GridDelegate;
+    explicit MaintainanceDelegate(QObject *parent = nullptr);
 
-    /// Not owned; without it nothing is over a limit.
+    /// Not owned, may be null: no limits then.
     void setReglament(const ReglamentSource *reglament);
 
     void paint(QPainter *painter, const QStyleOptionViewItem &option,
                const QModelIndex &index) const override;
+    /// Always two text lines high, because the first row decides for a view with uniform row heights.
     QSize sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const override;
 
 private:
-    QColor bandColor(const MaintainanceItem &item, int opId) const;
+    /// None for a cell that shows no operation.
+    std::optional<QColor> bandColor(const QModelIndex &index) const;
 
     const ReglamentSource *m_reglament = nullptr;
 };

@@ -1,7 +1,6 @@
 #include "models/maintainancefilterproxy.h"
 
 #include "data/duerule.h"
-#include "models/maintainancemodel.h"
 
 #include <algorithm>
 
@@ -9,77 +8,96 @@ MaintainanceFilterProxy::MaintainanceFilterProxy(QObject *parent) : QSortFilterP
 {
 }
 
-void MaintainanceFilterProxy::setMaintainanceModel(MaintainanceModel *model)
-{
-    m_model = model;
-    setSourceModel(model);
-}
-
-void MaintainanceFilterProxy::setReglament(const ReglamentSource *reglament)
-{
-    m_reglament = reglament;
-    invalidateFilter();
-}
-
 void MaintainanceFilterProxy::setModelFilter(const QString &text, int enabled)
 {
-    const QString filter = enabled ? text : QString();
-    if (filter == m_modelFilter)
-        return;
-    m_modelFilter = filter;
-    invalidateFilter();
+    setFilters(enabled != 0 ? text : QString(), m_needsServiceOnly);
 }
 
 void MaintainanceFilterProxy::setNeedsServiceOnly(int on)
 {
-    if (on == m_needsServiceOnly)
-        return;
-    m_needsServiceOnly = on;
-    invalidateFilter();
+    setFilters(m_modelFilter, on);
 }
 
 void MaintainanceFilterProxy::resetFilters()
 {
-    setModelFilter(QString(), 0);
-    setNeedsServiceOnly(0);
+    setFilters(QString(), 0);
+}
+
+void MaintainanceFilterProxy::setReglament(const ReglamentSource *reglament)
+{
+    if (m_reglament == reglament)
+        return;
+    m_reglament = reglament;
+    refilter();
+}
+
+void MaintainanceFilterProxy::setMaintainanceModel(MaintainanceModel *model)
+{
+    setSourceModel(model);
+}
+
+void MaintainanceFilterProxy::setSourceModel(QAbstractItemModel *model)
+{
+    if (sourceModel())
+        sourceModel()->disconnect(this);
+    m_isSourceChanging = false;
+    m_model = qobject_cast<MaintainanceModel *>(model);
+    if (m_model) {
+        // Connected before the base class connects its own, so that what it then tells its views finds the
+        // switch as it has to be.
+        connect(m_model, &QAbstractItemModel::layoutAboutToBeChanged, this,
+                [this] { m_isSourceChanging = true; });
+        connect(m_model, &QAbstractItemModel::layoutChanged, this, [this] { m_isSourceChanging = false; });
+    }
+    QSortFilterProxyModel::setSourceModel(model);
 }
 
 void MaintainanceFilterProxy::refilter()
 {
-    invalidateFilter();
+    // At the end of a change of the source everything is filtered anew anyway; before it, the base class
+    // would announce rows that are about to go.
+    if (!m_isSourceChanging)
+        invalidateFilter();
 }
 
 void MaintainanceFilterProxy::sort(int column, Qt::SortOrder order)
 {
-    if (m_model)
-        m_model->sort(column, order);
+    if (sourceModel())
+        sourceModel()->sort(column, order);
 }
 
 bool MaintainanceFilterProxy::filterAcceptsRow(int sourceRow, const QModelIndex &sourceParent) const
 {
-    Q_UNUSED(sourceParent)
     if (!m_model)
         return true;
-    if (sourceRow < 0 || sourceRow >= m_model->rowCount())
+    if (sourceRow < 0 || sourceRow >= m_model->rowCount(sourceParent))
         return false;
-    const MaintainanceItem &item = m_model->itemAt(sourceRow);
-    if (!m_modelFilter.isEmpty() && item.model != m_modelFilter)
+
+    const MaintainanceItem &car = m_model->itemAt(sourceRow);
+    if (!m_modelFilter.isEmpty() && car.model != m_modelFilter)
         return false;
-    if (!m_needsServiceOnly || !m_reglament)
+    if (m_needsServiceOnly == 0 || !m_reglament)
         return true;
-    return isOverLimit(item) || item.hasOpenOperation();
+    return isOverLimit(car) || car.hasOpenOperation();
 }
 
-bool MaintainanceFilterProxy::isOverLimit(const MaintainanceItem &item) const
+void MaintainanceFilterProxy::setFilters(const QString &modelFilter, int needsServiceOnly)
 {
-    const auto exceeds = [&item](const ModelReglament &entry) {
-        return std::any_of(item.ops.cbegin(), item.ops.cend(), [&entry](const OperationStat &stat) {
-            const auto limit = entry.limits.constFind(stat.opId);
-            return limit != entry.limits.cend() && DueRule::isDueForFilter(stat, *limit);
-        });
-    };
+    if (m_modelFilter == modelFilter && m_needsServiceOnly == needsServiceOnly)
+        return;
+    m_modelFilter = modelFilter;
+    m_needsServiceOnly = needsServiceOnly;
+    refilter();
+}
+
+bool MaintainanceFilterProxy::isOverLimit(const MaintainanceItem &car) const
+{
     const QList<ModelReglament> &entries = m_reglament->entries();
-    return std::any_of(entries.cbegin(), entries.cend(), [&](const ModelReglament &entry) {
-        return entry.model == item.model && exceeds(entry);
+    return std::any_of(entries.cbegin(), entries.cend(), [&car](const ModelReglament &entry) {
+        return entry.model == car.model
+            && std::any_of(car.ops.cbegin(), car.ops.cend(), [&entry](const OperationStat &stat) {
+                   const auto limit = entry.limits.constFind(stat.opId);
+                   return limit != entry.limits.cend() && DueRule::isDueForFilter(stat, *limit);
+               });
     });
 }

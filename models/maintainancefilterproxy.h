@@ -1,44 +1,48 @@
 #pragma once
 
-#include "data/reglamentsource.h"
+#include "models/maintainancemodel.h"
 
+#include <QPointer>
 #include <QSortFilterProxyModel>
 
-class MaintainanceModel;
-
-/// Narrows the maintenance table to a car model and to cars that need service: an operation is over a limit
-/// of 1 or more, or open. Sorting is left to the maintenance model.
+/// Shows of the maintenance table the cars of one model, or those that need service, or both. Leaves sorting
+/// to the table. May be told anything at any time, also while the table replaces its rows or columns.
 class MaintainanceFilterProxy final : public QSortFilterProxyModel
 {
     Q_OBJECT
 public:
     explicit MaintainanceFilterProxy(QObject *parent = nullptr);
 
-    /// Neither is owned; both may be null.
-    void setMaintainanceModel(MaintainanceModel *model);
-    void setReglament(const ReglamentSource *reglament);
-
-    /// Only this car model; any model if not enabled or empty.
+    /// Only cars of exactly this model; of any model if `enabled` is 0 or the text is empty.
     void setModelFilter(const QString &text, int enabled);
-    /// 0: off.
+    /// If not 0, only cars with an operation over its limit or still open; needs the reglament.
     void setNeedsServiceOnly(int on);
+    /// Back to all cars.
     void resetFilters();
-    /// Filters anew after limits changed.
+    /// Not owned, may be null.
+    void setReglament(const ReglamentSource *reglament);
+    /// The same as setSourceModel.
+    void setMaintainanceModel(MaintainanceModel *model);
+    void setSourceModel(QAbstractItemModel *model) override;
+    /// To be called when the reglament's limits were edited.
     void refilter();
 
     QString modelFilter() const { return m_modelFilter; }
     int needsServiceOnly() const { return m_needsServiceOnly; }
 
+    /// Hands the request to the table.
     void sort(int column, Qt::SortOrder order = Qt::AscendingOrder) override;
 
 protected:
     bool filterAcceptsRow(int sourceRow, const QModelIndex &sourceParent) const override;
 
 private:
-    bool isOverLimit(const MaintainanceItem &item) const;
+    void setFilters(const QString &modelFilter, int needsServiceOnly);
+    bool isOverLimit(const MaintainanceItem &car) const;
 
-    QString m_modelFilter;
+    QString m_modelFilter; ///< empty: any model
     int m_needsServiceOnly = 0;
     const ReglamentSource *m_reglament = nullptr;
-    MaintainanceModel *m_model = nullptr;
+    QPointer<MaintainanceModel> m_model;
+    bool m_isSourceChanging = false;
 };

@@ -2,15 +2,13 @@
 
 #include "data/columnkeys.h"
 #include "data/datetimetext.h"
-#include "data/numbertext.h"
 #include "models/cellcolors.h"
 #include "models/cellflags.h"
+#include "models/maintainanceorder.h"
 
-#include <QAbstractProxyModel>
 #include <QTreeView>
 
 #include <algorithm>
-#include <optional>
 #include <vector>
 
 namespace {
@@ -18,56 +16,19 @@ namespace {
 constexpr int fixedColumnCount = 3;
 constexpr int numberColumn = 2;
 constexpr int operationColumnWidth = 160;
-
-/// What a row is sorted by; the number is worked out once, not in each comparison.
-struct SortEntry
-{
-    MaintainanceItem item;
-    int number = -1;
-    std::optional<qint64> value; ///< nothing: the car lacks the operation, or rows are in base order
-};
-
-std::optional<qint64> sortValue(const MaintainanceItem &item, int opId, int sortMode)
-{
-    const auto stat = item.ops.constFind(opId);
-    if (stat == item.ops.cend())
-        return std::nullopt;
-    switch (sortMode) {
-    case MaintainanceModel::SortByLastDone:
-        return stat->lastDone.isValid() ? std::make_optional(stat->lastDone.toSecsSinceEpoch())
-                                        : std::nullopt;
-    case MaintainanceModel::SortByTotalTime:
-        return stat->totalTime;
-    case MaintainanceModel::SortByRuns:
-        return stat->runs;
-    case MaintainanceModel::SortByLaps:
-        return stat->laps;
-    default:
-        return std::nullopt;
-    }
-}
-
-bool isBefore(const SortEntry &a, const SortEntry &b, bool ascending)
-{
-    // Cars that have the operation come first in either direction.
-    if (a.value.has_value() != b.value.has_value())
-        return a.value.has_value();
-    const auto inOrder = [ascending](const auto &x, const auto &y) { return ascending ? x < y : y < x; };
-    if (a.value)
-        return inOrder(*a.value, *b.value);
-    return a.item.model == b.item.model ? inOrder(a.number, b.number) : inOrder(a.item.model, b.item.model);
-}
+constexpr int textAlignment = Qt::AlignLeft | Qt::AlignVCenter;
+constexpr int numberAlignment = Qt::AlignRight | Qt::AlignVCenter;
+constexpr double secondsPerHour = 3600.0;
 
 } // namespace
 
 MaintainanceModel::MaintainanceModel(QObject *parent)
     : ClearbackgroundTableModel(parent), m_attentionBrush(CellColors::attention)
 {
-    constexpr int right = Qt::AlignRight | Qt::AlignVCenter;
-    constexpr int left = Qt::AlignLeft | Qt::AlignVCenter;
-    appendColumn({tr("#"), right, 40, ColumnKeys::position, Qt::AlignCenter});
-    appendColumn({tr("Модель"), left, 80, ColumnKeys::model, Qt::AlignCenter});
-    appendColumn({tr("Номер"), right, 60, ColumnKeys::number, Qt::AlignCenter});
+    appendColumn({tr("#"), numberAlignment, 40, ColumnKeys::position, Qt::AlignCenter});
+    appendColumn({tr("Модель"), textAlignment, 80, ColumnKeys::model, Qt::AlignCenter});
+    appendColumn({tr("Номер"), numberAlignment, 60, ColumnKeys::number, Qt::AlignCenter});
+    readColumnKeys();
 }
 
 int MaintainanceModel::rowCount(const QModelIndex &parent) const
@@ -77,50 +38,14 @@ int MaintainanceModel::rowCount(const QModelIndex &parent) const
 
 QVariant MaintainanceModel::data(const QModelIndex &index, int role) const
 {
-    if (isCell(index)) {
-        if (role == Qt::DisplayRole)
-            return displayText(index);
-        if (role == Qt::BackgroundRole && offersAttention(index.column())
-            && m_items.at(index.row()).hasOpenOperation())
-            return m_attentionBrush;
-    }
+    if (!isCell(index))
+        return ClearbackgroundTableModel::data(index, role);
+    if (role == Qt::DisplayRole)
+        return displayData(index);
+    if (role == Qt::BackgroundRole && isCarColumn(index.column())
+        && m_items.at(index.row()).hasOpenOperation())
+        return m_attentionBrush;
     return ClearbackgroundTableModel::data(index, role);
-}
-
-QVariant MaintainanceModel::displayText(const QModelIndex &index) const
-{
-    const MaintainanceItem &item = m_items.at(index.row());
-    const QString key = columnKey(index.column());
-    if (key == ColumnKeys::position)
-        return (m_rowNumberProxy ? m_rowNumberProxy->mapFromSource(index).row() : index.row()) + 1;
-    if (key == ColumnKeys::number)
-        return item.num;
-    if (key == ColumnKeys::model)
-        return item.model;
-
-    const int opId = ColumnKeys::operationId(key);
-    const auto stat = item.ops.constFind(opId);
-    if (opId == noId || stat == item.ops.cend())
-        return QString();
-    return operationText(*stat);
-}
-
-QString MaintainanceModel::operationText(const OperationStat &stat)
-{
-    if (!stat.lastDone.isValid())
-        return {};
-    const QString date = DateTimeText::forDisplay(stat.lastDone);
-    if (stat.laps == 0 && stat.runs == 0 && stat.totalTime == 0)
-        return date;
-    return date + QLatin1Char('\n')
-        + QString::asprintf(qUtf8Printable(tr("%.1f ч., %d з., %d кр.")), stat.totalTime / 3600.0, stat.runs,
-                            stat.laps);
-}
-
-bool MaintainanceModel::offersAttention(int column) const
-{
-    const QString key = columnKey(column);
-    return key == ColumnKeys::number || key == ColumnKeys::model;
 }
 
 Qt::ItemFlags MaintainanceModel::flags(const QModelIndex &index) const
@@ -128,7 +53,8 @@ Qt::ItemFlags MaintainanceModel::flags(const QModelIndex &index) const
     const Qt::ItemFlags flags = ClearbackgroundTableModel::flags(index);
     if (!isCell(index))
         return flags;
-    return flags | QFlag(offersAttention(index.column()) ? CellFlags::attention : CellFlags::service);
+    const int offer = isCarColumn(index.column()) ? CellFlags::attention : CellFlags::service;
+    return Qt::ItemFlags(QFlag(int(flags) | offer));
 }
 
 void MaintainanceModel::sort(int column, Qt::SortOrder order)
@@ -143,35 +69,6 @@ void MaintainanceModel::sort(int column, Qt::SortOrder order)
     resort();
 }
 
-void MaintainanceModel::setSortMode(int mode)
-{
-    const LayoutChange change(*this);
-    m_sortMode = mode;
-    resort();
-}
-
-void MaintainanceModel::resort()
-{
-    if (m_sortColumn < 0 || m_sortColumn >= columnCount())
-        return;
-    const bool byOperation = m_sortColumn >= fixedColumnCount;
-    const int opId = ColumnKeys::operationId(columnKey(m_sortColumn));
-
-    std::vector<SortEntry> entries;
-    entries.reserve(size_t(m_items.size()));
-    for (const MaintainanceItem &item : qAsConst(m_items)) {
-        entries.push_back({item, leadingInteger(item.num).value_or(-1),
-                           byOperation ? sortValue(item, opId, m_sortMode) : std::nullopt});
-    }
-    const bool ascending = m_sortOrder == Qt::AscendingOrder;
-    std::sort(entries.begin(), entries.end(),
-              [ascending](const SortEntry &a, const SortEntry &b) { return isBefore(a, b, ascending); });
-
-    m_items.clear();
-    for (SortEntry &entry : entries)
-        m_items.append(std::move(entry.item));
-}
-
 void MaintainanceModel::setRowNumberProxy(const QAbstractProxyModel *proxy)
 {
     m_rowNumberProxy = proxy;
@@ -181,8 +78,9 @@ void MaintainanceModel::updateColumns(const ReglamentSource *reglament, QTreeVie
 {
     if (!reglament || reglament->entries().isEmpty())
         return;
-    const QMap<int, ReglamentLimit> operations = reglament->entries().first().limits;
 
+    const QMap<int, ReglamentLimit> &operations = reglament->entries().constFirst().limits;
+    QVector<int> newColumns;
     int column = fixedColumnCount;
     for (const ReglamentLimit &operation : operations) {
         const QString key = ColumnKeys::operation(operation.opId);
@@ -190,35 +88,64 @@ void MaintainanceModel::updateColumns(const ReglamentSource *reglament, QTreeVie
             renameColumn(column, operation.opName, key);
         } else {
             appendColumn({operation.opName, Qt::AlignRight, operationColumnWidth, key, Qt::AlignCenter});
-            if (view)
-                view->setColumnWidth(column, operationColumnWidth);
+            newColumns.append(column);
         }
         ++column;
     }
-    // What goes are the columns from the number of operations on, fixed ones among them.
+    // Not the columns at the end: which ones go is an established behaviour, kept on purpose.
     while (operations.size() < columnCount() - fixedColumnCount)
         removeColumnAt(operations.size());
+    readColumnKeys();
+
+    if (view) {
+        for (int newColumn : qAsConst(newColumns))
+            view->setColumnWidth(newColumn, operationColumnWidth);
+    }
 }
 
 void MaintainanceModel::setItems(const QList<MaintainanceItem> &items)
 {
     const LayoutChange change(*this);
-    if (!m_items.isSharedWith(items))
-        m_items = items;
+    m_items = items;
     resort();
 }
 
-MaintainanceItem *MaintainanceModel::itemById(int carId)
+void MaintainanceModel::setSortMode(int mode)
+{
+    const LayoutChange change(*this);
+    m_sortMode = mode;
+    resort();
+}
+
+MaintainanceModel::MaintainanceItem *MaintainanceModel::itemById(int carId)
 {
     const auto it = std::find_if(m_items.begin(), m_items.end(),
                                  [carId](const MaintainanceItem &item) { return item.carId == carId; });
     return it == m_items.end() ? nullptr : &*it;
 }
 
+std::optional<int> MaintainanceModel::operationOfColumn(int column) const
+{
+    const ColumnMeaning meaning = m_columnMeanings.value(column);
+    return meaning.kind == ColumnKind::Operation ? std::optional<int>(meaning.opId) : std::nullopt;
+}
+
+const MaintainanceModel::OperationStat *MaintainanceModel::shownOperation(const QModelIndex &index) const
+{
+    if (!isCell(index))
+        return nullptr;
+    const std::optional<int> opId = operationOfColumn(index.column());
+    if (!opId)
+        return nullptr;
+    const QMap<int, OperationStat> &ops = m_items.at(index.row()).ops;
+    const auto stat = ops.constFind(*opId);
+    return stat != ops.cend() && stat->lastDone.isValid() ? &*stat : nullptr;
+}
+
 void MaintainanceModel::recordServiceDone(int carId, int opId, const QDateTime &doneAt)
 {
     const MaintainanceItem *first = itemById(carId);
-    if (!first)
+    if (!first || !doneAt.isValid())
         return;
     const QDateTime lastDone = first->operation(opId).lastDone;
     if (lastDone.isValid() && lastDone >= doneAt)
@@ -227,17 +154,104 @@ void MaintainanceModel::recordServiceDone(int carId, int opId, const QDateTime &
     for (MaintainanceItem &item : m_items) {
         if (item.carId != carId)
             continue;
-        const bool isNew = !item.ops.contains(opId);
-        OperationStat &stat = item.ops[opId];
-        if (isNew) {
-            stat.opId = opId;
-            stat.state = DoneState;
+        if (!item.ops.contains(opId)) {
+            OperationStat done;
+            done.opId = opId;
+            done.state = DoneState;
+            item.ops.insert(opId, done);
         }
-        stat.lastDone = doneAt;
+        item.ops[opId].lastDone = doneAt;
     }
 }
 
 QString MaintainanceModel::recordId(int row) const
 {
     return QString::number(m_items.at(row).carId);
+}
+
+void MaintainanceModel::readColumnKeys()
+{
+    m_columnMeanings.clear();
+    for (const Column &column : columns()) {
+        if (column.key == ColumnKeys::position)
+            m_columnMeanings.append({ColumnKind::Position, noId});
+        else if (column.key == ColumnKeys::model)
+            m_columnMeanings.append({ColumnKind::Model, noId});
+        else if (column.key == ColumnKeys::number)
+            m_columnMeanings.append({ColumnKind::Number, noId});
+        else if (const int opId = ColumnKeys::operationId(column.key); opId != noId)
+            m_columnMeanings.append({ColumnKind::Operation, opId});
+        else
+            m_columnMeanings.append(ColumnMeaning());
+    }
+}
+
+bool MaintainanceModel::isCarColumn(int column) const
+{
+    const ColumnKind kind = m_columnMeanings.at(column).kind;
+    return kind == ColumnKind::Model || kind == ColumnKind::Number;
+}
+
+QVariant MaintainanceModel::displayData(const QModelIndex &index) const
+{
+    const MaintainanceItem &item = m_items.at(index.row());
+    switch (m_columnMeanings.at(index.column()).kind) {
+    case ColumnKind::Position:
+        return shownRowNumber(index);
+    case ColumnKind::Model:
+        return item.model;
+    case ColumnKind::Number:
+        return item.num;
+    case ColumnKind::Operation: {
+        const OperationStat *stat = shownOperation(index);
+        return stat ? operationText(*stat) : QString();
+    }
+    case ColumnKind::Unknown:
+        break;
+    }
+    return QString();
+}
+
+int MaintainanceModel::shownRowNumber(const QModelIndex &index) const
+{
+    const bool isShownThroughProxy = m_rowNumberProxy && m_rowNumberProxy->sourceModel() == this;
+    return (isShownThroughProxy ? m_rowNumberProxy->mapFromSource(index).row() : index.row()) + 1;
+}
+
+QString MaintainanceModel::operationText(const OperationStat &stat) const
+{
+    const QString date = DateTimeText::forDisplay(stat.lastDone);
+    if (stat.laps == 0 && stat.runs == 0 && stat.totalTime == 0)
+        return date;
+    //: hours of driving, runs, laps
+    const QByteArray format = tr("%.1f ч., %d з., %d кр.").toUtf8();
+    return date + QLatin1Char('\n')
+        + QString::asprintf(format.constData(), stat.totalTime / secondsPerHour, stat.runs, stat.laps);
+}
+
+void MaintainanceModel::resort()
+{
+    if (m_sortColumn < 0 || m_sortColumn >= columnCount())
+        return;
+
+    const std::optional<int> opId =
+        m_sortColumn < fixedColumnCount ? std::nullopt : operationOfColumn(m_sortColumn);
+    const MaintainanceOrder precedes(opId, m_sortMode, m_sortOrder);
+    struct KeyedItem
+    {
+        MaintainanceOrder::Key key;
+        MaintainanceItem item;
+    };
+    std::vector<KeyedItem> sorted;
+    sorted.reserve(std::size_t(m_items.size()));
+    for (const MaintainanceItem &item : qAsConst(m_items))
+        sorted.push_back({precedes.key(item), item});
+    std::sort(sorted.begin(), sorted.end(),
+              [&precedes](const KeyedItem &a, const KeyedItem &b) { return precedes(a.key, b.key); });
+
+    QList<MaintainanceItem> items;
+    items.reserve(m_items.size());
+    for (const KeyedItem &keyed : sorted)
+        items.append(keyed.item);
+    m_items = items;
 }

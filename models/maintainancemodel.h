@@ -4,9 +4,12 @@
 #include "data/reglamentsource.h"
 #include "models/clearbackgroundtablemodel.h"
 
+#include <QAbstractProxyModel>
 #include <QList>
+#include <QPointer>
 
-class QAbstractProxyModel;
+#include <optional>
+
 class QTreeView;
 
 /// The maintenance table: one row per car, one column per service operation. Sorts itself.
@@ -42,22 +45,38 @@ public:
     const MaintainanceItem &itemAt(int row) const { return m_items.at(row); }
     /// The first item of that car, to be changed in place, or null. Valid until the items change.
     MaintainanceItem *itemById(int carId);
+    /// The id of an operation's column; none for any other column.
+    std::optional<int> operationOfColumn(int column) const;
+    /// The operation whose date and counters a cell shows; null for any other cell and for an empty one.
+    /// Valid until the items change.
+    const OperationStat *shownOperation(const QModelIndex &index) const;
     /// For the immediate feedback: moves the last date of an operation forward on every item of the car, if
-    /// that date is later than what the item has; counters stay, and a new entry is a done one.
+    /// that date is later than what the first one has; counters stay, and a new entry is a done one. Says
+    /// nothing to views.
     void recordServiceDone(int carId, int opId, const QDateTime &doneAt);
 
 protected:
     QString recordId(int row) const override;
 
 private:
-    QVariant displayText(const QModelIndex &index) const;
-    static QString operationText(const OperationStat &stat);
-    bool offersAttention(int column) const;
+    enum class ColumnKind { Position, Model, Number, Operation, Unknown };
+    struct ColumnMeaning
+    {
+        ColumnKind kind = ColumnKind::Unknown;
+        int opId = noId;
+    };
+
+    void readColumnKeys();
+    bool isCarColumn(int column) const;
+    QVariant displayData(const QModelIndex &index) const;
+    int shownRowNumber(const QModelIndex &index) const;
+    QString operationText(const OperationStat &stat) const;
     void resort();
 
-    const QAbstractProxyModel *m_rowNumberProxy = nullptr;
+    QPointer<const QAbstractProxyModel> m_rowNumberProxy;
     const QBrush m_attentionBrush;
     QList<MaintainanceItem> m_items;
+    QVector<ColumnMeaning> m_columnMeanings; ///< the column keys, parsed
     int m_sortMode = SortByLastDone;
     int m_sortColumn = -1; ///< -1: never sorted
     Qt::SortOrder m_sortOrder = Qt::AscendingOrder;

@@ -7,17 +7,13 @@ ServiceLogFilter::ServiceLogFilter(QObject *parent) : QSortFilterProxyModel(pare
 {
 }
 
-void ServiceLogFilter::setSourceModel(QAbstractItemModel *sourceModel)
-{
-    m_log = qobject_cast<ServiceLogModel *>(sourceModel);
-    QSortFilterProxyModel::setSourceModel(sourceModel);
-}
-
 QVariant ServiceLogFilter::data(const QModelIndex &index, int role) const
 {
-    if (role == Qt::DisplayRole && m_log && index.isValid()
-        && m_log->columnKey(mapToSource(index).column()) == ColumnKeys::position)
-        return index.row() + 1;
+    if (role == Qt::DisplayRole && index.isValid()) {
+        const auto *log = qobject_cast<const ServiceLogModel *>(sourceModel());
+        if (log && log->columnKey(index.column()) == ColumnKeys::position)
+            return index.row() + 1;
+    }
     return QSortFilterProxyModel::data(index, role);
 }
 
@@ -27,9 +23,9 @@ void ServiceLogFilter::setModelFilter(const QString &model)
     invalidateFilter();
 }
 
-void ServiceLogFilter::setNumberFilter(const QString &fragment)
+void ServiceLogFilter::setNumberFilter(const QString &numberPart)
 {
-    m_numberFilter = fragment;
+    m_numberFilter = numberPart;
     invalidateFilter();
 }
 
@@ -49,23 +45,21 @@ void ServiceLogFilter::reset()
 
 bool ServiceLogFilter::filterAcceptsRow(int sourceRow, const QModelIndex &sourceParent) const
 {
-    Q_UNUSED(sourceParent)
-    if (!m_log || sourceRow < 0 || sourceRow >= m_log->rowCount())
+    const auto *log = qobject_cast<const ServiceLogModel *>(sourceModel());
+    if (!log || sourceRow < 0 || sourceRow >= log->rowCount(sourceParent))
         return false;
-    const ServiceLogItem &item = m_log->itemAt(sourceRow);
-    return (m_modelFilter.isEmpty() || item.model == m_modelFilter)
-        && (m_numberFilter.isEmpty() || item.num.contains(m_numberFilter, Qt::CaseInsensitive))
-        && acceptsOperation(item.opId, item.state);
-}
 
-bool ServiceLogFilter::acceptsOperation(int opId, int state) const
-{
+    const ServiceLogItem &item = log->itemAt(sourceRow);
+    if (!m_modelFilter.isEmpty() && item.model != m_modelFilter)
+        return false;
+    if (!m_numberFilter.isEmpty() && !item.num.contains(m_numberFilter, Qt::CaseInsensitive))
+        return false;
     switch (m_operationFilter) {
     case anyOperation:
         return true;
     case pendingOnly:
-        return state == 0;
+        return item.state == OpenState;
     default:
-        return opId == m_operationFilter;
+        return item.opId == m_operationFilter;
     }
 }

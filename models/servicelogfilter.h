@@ -2,30 +2,27 @@
 
 #include <QSortFilterProxyModel>
 
-class ServiceLogModel;
-
-/// Narrows the service log to a car model, a fragment of the car's number, and an operation; numbers the
-/// rows that are left.
+/// Narrows a ServiceLogModel by car model, by a fragment of the car number and by operation, and numbers the
+/// rows that are left. GUI thread only.
 class ServiceLogFilter final : public QSortFilterProxyModel
 {
     Q_OBJECT
 public:
-    /// Values of the operation filter beside operation ids.
+    /// Operation filters that name no operation.
     static constexpr int anyOperation = -2;
     static constexpr int pendingOnly = -3;
 
     explicit ServiceLogFilter(QObject *parent = nullptr);
 
-    void setSourceModel(QAbstractItemModel *sourceModel) override;
     QVariant data(const QModelIndex &index, int role = Qt::DisplayRole) const override;
 
-    /// Empty: any model.
+    /// The whole model name, as it is written; empty: any model.
     void setModelFilter(const QString &model);
-    /// Empty: any number.
-    void setNumberFilter(const QString &fragment);
-    /// An operation id, anyOperation or pendingOnly.
+    /// Part of the car number, in either case; empty: any number.
+    void setNumberFilter(const QString &numberPart);
+    /// An operation id, `anyOperation` or `pendingOnly`.
     void setOperationFilter(int operation);
-    /// Everything passes.
+    /// Lets every record through again.
     void reset();
 
     QString modelFilter() const { return m_modelFilter; }
@@ -36,10 +33,7 @@ protected:
     bool filterAcceptsRow(int sourceRow, const QModelIndex &sourceParent) const override;
 
 private:
-    bool acceptsOperation(int opId, int state) const;
-
     QString m_modelFilter;
     QString m_numberFilter;
     int m_operationFilter = anyOperation;
-    const ServiceLogModel *m_log = nullptr;
 };

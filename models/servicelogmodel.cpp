@@ -20,32 +20,33 @@ ServiceLogModel::ServiceLogModel(QObject *parent)
 
 int ServiceLogModel::rowCount(const QModelIndex &parent) const
 {
-    return parent.isValid() ? 0 : std::min(m_items.size(), maximumRowCount);
+    return parent.isValid() ? 0 : std::min<int>(m_items.size(), maximumRowCount);
 }
 
 QVariant ServiceLogModel::data(const QModelIndex &index, int role) const
 {
-    if (isCell(index)) {
-        const ServiceLogItem &item = m_items.at(index.row());
-        if (role == Qt::BackgroundRole && item.state == OpenState)
-            return m_pendingBrush;
-        if (role == Qt::DisplayRole) {
-            const QString key = columnKey(index.column());
-            if (key == ColumnKeys::position)
-                return index.row() + 1;
-            if (key == ColumnKeys::number)
-                return item.num;
-            if (key == ColumnKeys::model)
-                return item.model;
-            if (key == ColumnKeys::time)
-                return DateTimeText::forDisplay(item.opTime);
-            if (key == ColumnKeys::operationName)
-                return item.opName;
-            if (key == ColumnKeys::personName)
-                return item.personName;
-            if (key == ColumnKeys::comment)
-                return item.comment;
-        }
+    if (!isCell(index))
+        return ClearbackgroundTableModel::data(index, role);
+
+    const ServiceLogItem &item = m_items.at(index.row());
+    if (role == Qt::BackgroundRole && item.state == OpenState)
+        return m_pendingBrush;
+    if (role == Qt::DisplayRole) {
+        const QString key = columnKey(index.column());
+        if (key == ColumnKeys::position)
+            return index.row() + 1;
+        if (key == ColumnKeys::model)
+            return item.model;
+        if (key == ColumnKeys::number)
+            return item.num;
+        if (key == ColumnKeys::time)
+            return DateTimeText::forDisplay(item.opTime);
+        if (key == ColumnKeys::operationName)
+            return item.opName;
+        if (key == ColumnKeys::personName)
+            return item.personName;
+        if (key == ColumnKeys::comment)
+            return item.comment;
     }
     return ClearbackgroundTableModel::data(index, role);
 }
@@ -57,13 +58,12 @@ void ServiceLogModel::clear()
 
 void ServiceLogModel::append(const QList<ServiceLogItem> &items)
 {
-    m_items += items;
+    m_items.append(items);
 }
 
 void ServiceLogModel::refresh()
 {
-    if (!isInLayoutChange())
-        emit layoutChanged();
+    const LayoutChange change(*this);
 }
 
 void ServiceLogModel::removeItem(int row)
@@ -75,9 +75,9 @@ void ServiceLogModel::removeItem(int row)
 
 int ServiceLogModel::rowOf(int id) const
 {
-    const auto it = std::find_if(m_items.cbegin(), m_items.cend(),
-                                 [id](const ServiceLogItem &item) { return item.id == id; });
-    return it == m_items.cend() ? -1 : int(std::distance(m_items.cbegin(), it));
+    const auto found = std::find_if(m_items.cbegin(), m_items.cend(),
+                                    [id](const ServiceLogItem &item) { return item.id == id; });
+    return found == m_items.cend() ? -1 : int(std::distance(m_items.cbegin(), found));
 }
 
 QString ServiceLogModel::recordId(int row) const

@@ -22,7 +22,7 @@ public:
     /// A refill is clear, append and refresh within one LayoutChange; clear and append say nothing to views.
     void clear();
     void append(const QList<ServiceLogItem> &items);
-    /// Emits layoutChanged; within a LayoutChange that is left to its end.
+    /// Announces a layout change of its own; within a LayoutChange that is left to its end.
     void refresh();
     /// Removes a record, also one beyond those shown; out of range nothing goes.
     void removeItem(int row);

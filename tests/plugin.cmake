@@ -7,6 +7,6 @@ target_compile_definitions(garage_hostsupport PUBLIC GARAGE_PLUGIN_FILE="$<TARGE
 target_link_libraries(garage_hostsupport PUBLIC garage_testsupport trivex_interface PRIVATE garage_flags)
 add_dependencies(garage_hostsupport ruvalogarage)
 
-garage_test(tst_pluginlibrary LIBRARIES garage_hostsupport ${CMAKE_DL_LIBS})
-garage_test(tst_hostprotocol LIBRARIES garage_hostsupport)
-garage_test(tst_remotesynchronisation LIBRARIES garage_hostsupport)
+garage_test(tst_pluginlibrary ELSEWHERE LIBRARIES garage_hostsupport ${CMAKE_DL_LIBS})
+garage_test(tst_hostprotocol ELSEWHERE LIBRARIES garage_hostsupport)
+garage_test(tst_remotesynchronisation ELSEWHERE LIBRARIES garage_hostsupport)

@@ -64,6 +64,7 @@ private slots:
     void nothingOutOfRangeIsAnswered();
     void persistentIndexesFollowTheirRecordAndColumn();
     void equalRecordsKeepTheirOrder();
+    void indexesInColumnsOfOneKeyStayInTheirs();
     void nestedChangesAreAnnouncedOnce();
     void widthsSurviveAChangeOfColumns();
 };
@@ -127,6 +128,21 @@ void TestClearbackgroundTableModel::equalRecordsKeepTheirOrder()
     model.replace({QStringLiteral("b"), QStringLiteral("a"), QStringLiteral("a")});
     QCOMPARE(second.row(), 2);
     model.replace({QStringLiteral("a")});
+    QVERIFY(!second.isValid());
+}
+
+void TestClearbackgroundTableModel::indexesInColumnsOfOneKeyStayInTheirs()
+{
+    LettersModel model;
+    model.replace({QStringLiteral("a")});
+    model.addColumn(QStringLiteral("EXTRA"), 90);
+    const QPersistentModelIndex first = model.index(0, 2);
+    const QPersistentModelIndex second = model.index(0, 3);
+    model.replace({QStringLiteral("b"), QStringLiteral("a")});
+    QCOMPARE(QModelIndex(first), model.index(1, 2));
+    QCOMPARE(QModelIndex(second), model.index(1, 3));
+    model.dropColumn(3);
+    QCOMPARE(QModelIndex(first), model.index(1, 2));
     QVERIFY(!second.isValid());
 }
 
