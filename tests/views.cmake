@@ -1,0 +1,1 @@
+garage_test(tst_garageicons LIBRARIES garage_models)
