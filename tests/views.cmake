@@ -1,1 +1,2 @@
 garage_test(tst_garageicons LIBRARIES garage_models)
+garage_test(tst_qgaragetreeview LIBRARIES garage_models)
