@@ -310,7 +310,12 @@ void TestServiceDialog::acceptingGivesWhatTheUserEntered()
 
 void TestServiceDialog::acceptingAnUntouchedDialogGivesNobodyAndNothing()
 {
-    ServiceDialog dialog;
+    Form form;
+    form.dialog.accept();
+    QCOMPARE(form.dialog.personId(), -1);
+    QCOMPARE(form.dialog.personName(), QString());
+
+    ServiceDialog dialog; // its lists were never filled
     dialog.setOperation(3);
     dialog.setPersonName(QStringLiteral("Петров"));
     dialog.accept();
