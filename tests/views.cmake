@@ -1,0 +1,1 @@
+garage_test(tst_servicedialog ELSEWHERE LIBRARIES garage_settings)
