@@ -1,1 +1,2 @@
+garage_test(tst_qeditabletreeview LIBRARIES garage_models)
 garage_test(tst_servicedialog ELSEWHERE LIBRARIES garage_settings)
