@@ -24,6 +24,7 @@ private slots:
     void aClickMakesTheCellCurrentFirst();
     void afterScrollingTheClickMeansTheCellUnderTheButton_data();
     void afterScrollingTheClickMeansTheCellUnderTheButton();
+    void scrollingSidewaysLeavesTheButton();
     void aButtonWhoseCellIsGoneDoesNothing();
     void movingWithAPressedButtonSelectsNothing();
     void aCallThatNoButtonMadeIsIgnored();
@@ -243,35 +244,59 @@ void TestQGarageTreeView::aClickMakesTheCellCurrentFirst()
 
 void TestQGarageTreeView::afterScrollingTheClickMeansTheCellUnderTheButton_data()
 {
+    QTest::addColumn<int>("column");
     QTest::addColumn<bool>("byPixel");
-    QTest::addColumn<int>("steps");
     QTest::addColumn<int>("rows");
-    QTest::newRow("by one row") << false << 1 << 1;
-    QTest::newRow("by three rows") << false << 3 << 3;
-    QTest::newRow("by many rows") << false << 50 << 50;
-    QTest::newRow("by pixels") << true << 0 << 2;
+    for (const int column : {int(Operation), int(Number)}) {
+        const char *button = column == Operation ? "service" : "attention";
+        for (const int rows : {1, 3, 50})
+            QTest::addRow("%s, by %d rows", button, rows) << column << false << rows;
+        QTest::addRow("%s, by pixels", button) << column << true << 2;
+    }
 }
 
 void TestQGarageTreeView::afterScrollingTheClickMeansTheCellUnderTheButton()
 {
+    QFETCH(int, column);
     QFETCH(bool, byPixel);
-    QFETCH(int, steps);
     QFETCH(int, rows);
     Sample sample(200);
     sample.view.setVerticalScrollMode(byPixel ? QAbstractItemView::ScrollPerPixel
                                               : QAbstractItemView::ScrollPerItem);
     QVERIFY(sample.show());
-    sample.hover(4, Operation);
-    const QRect before = sample.service()->geometry();
-    sample.view.verticalScrollBar()->setValue(byPixel ? rows * before.height() : steps);
+    sample.hover(4, column);
+    QPushButton *button = column == Operation ? sample.service() : sample.attention();
+    const QRect before = button->geometry();
+    sample.view.verticalScrollBar()->setValue(byPixel ? rows * before.height() : rows);
     QCoreApplication::processEvents();
-    QCOMPARE(sample.service()->geometry(), before);
+    QCOMPARE(button->geometry(), before);
+    QVERIFY(button->isVisible());
 
-    QSignalSpy clicked(&sample.view, &QGarageTreeView::serviceButtonClicked);
-    QTest::mouseClick(sample.service(), Qt::LeftButton);
+    QSignalSpy clicked(&sample.view,
+                       column == Operation ? &QGarageTreeView::serviceButtonClicked
+                                           : &QGarageTreeView::attentionButtonClicked);
+    QTest::mouseClick(button, Qt::LeftButton);
+    const QModelIndex under = sample.model.index(4 + rows, column);
     QCOMPARE(clicked.size(), 1);
-    QCOMPARE(clicked.first().first().toModelIndex(), sample.model.index(4 + rows, Operation));
-    QCOMPARE(sample.view.currentIndex(), sample.model.index(4 + rows, Operation));
+    QCOMPARE(clicked.first().first().toModelIndex(), under);
+    QCOMPARE(sample.view.currentIndex(), under);
+}
+
+void TestQGarageTreeView::scrollingSidewaysLeavesTheButton()
+{
+    Sample sample;
+    sample.view.header()->setDefaultSectionSize(200);
+    QVERIFY(sample.show());
+    sample.hover(1, Number);
+    const QRect before = sample.attention()->geometry();
+    sample.view.horizontalScrollBar()->setValue(sample.view.horizontalScrollBar()->maximum());
+    QVERIFY(sample.view.horizontalScrollBar()->value() > 0);
+    QCOMPARE(sample.attention()->geometry(), before);
+
+    QSignalSpy clicked(&sample.view, &QGarageTreeView::attentionButtonClicked);
+    QTest::mouseClick(sample.attention(), Qt::LeftButton);
+    QCOMPARE(clicked.first().first().toModelIndex(), sample.view.indexAt(before.center()));
+    QVERIFY(sample.view.currentIndex().column() != Number);
 }
 
 void TestQGarageTreeView::aButtonWhoseCellIsGoneDoesNothing()

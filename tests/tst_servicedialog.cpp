@@ -1,7 +1,9 @@
 #include "settings/servicedialog.h"
 #include "support/garagetest.h"
+#include "support/typing.h"
 
 #include <QAbstractItemView>
+#include <QApplication>
 #include <QComboBox>
 #include <QDateTimeEdit>
 #include <QDialogButtonBox>
@@ -10,438 +12,578 @@
 #include <QLabel>
 #include <QPlainTextEdit>
 #include <QPushButton>
-#include <QSignalSpy>
+#include <QScreen>
+#include <QTimeZone>
 
-/// The dialog for a service done or a complaint.
+/// The dialog for a service operation or a complaint, used as a mechanic does.
 class TestServiceDialog : public GarageTest
 {
     Q_OBJECT
 private slots:
-    void theFormReadsAsIntended();
-    void operationsComeByIdAndEndWithNone();
-    void peopleComeInOrderAfterNone();
-    void aNameLeavesOutEmptyParts_data();
-    void aNameLeavesOutEmptyParts();
+    void asksForTimeOperationPersonAndNote();
+    void complaintModeRenamesNoteAndTitle();
+    void eachTitleSuffixIsAppended();
+    void operationsStandInIdOrderAndNoneIsLast();
+    void peopleStandInTheGivenOrderAndNoneIsFirst_data();
+    void peopleStandInTheGivenOrderAndNoneIsFirst();
+    void listsThatAreSetAgainReplaceTheOldOnes();
     void anOperationIsChosenById_data();
     void anOperationIsChosenById();
+    void aPersonIsChosenByName_data();
     void aPersonIsChosenByName();
-    void filledAgainTheListsStartAnew();
     void aLockedOperationCannotBeChanged();
-    void titlesGrow();
-    void complaintModeAsksForATask();
-    void acceptingGivesWhatTheUserEntered();
-    void acceptingAnUntouchedDialogGivesNobodyAndNothing();
+    void everythingTypedIsReadByTheOkButton();
+    void nothingChosenIsAccepted();
+    void aDialogWithoutListsIsAccepted();
     void aPersonWithoutIdKeepsTheName();
-    void anOperationCalledNoneHasNoName();
-    void cancellingGivesNothing_data();
-    void cancellingGivesNothing();
-    void tabGoesThroughTheFieldsInOrder();
-    void anyListFitsIntoTheDialog();
-    void nothingIsCutOff_data();
-    void nothingIsCutOff();
+    void anOperationNamedLikeNoneHasNoName();
+    void timesAreShownAndReadInLocalTime();
+    void anInvalidTimeChangesNothing();
+    void theDateIsTypedByKeys();
+    void cancellingReadsNothing_data();
+    void cancellingReadsNothing();
+    void returnAcceptsExceptInTheNote();
+    void tabGoesFromTopToBottom();
+    void namesAreShownAndReadAsTheyAre_data();
+    void namesAreShownAndReadAsTheyAre();
+    void longListsAndNamesDoNotStretchTheDialog();
+    void theDialogFitsItsTexts_data();
+    void theDialogFitsItsTexts();
 };
 
 namespace {
 
-const QDateTime sampleTime(QDate(2024, 3, 9), QTime(18, 5));
+template<class Widget> Widget *child(const ServiceDialog &dialog, const char *name)
+{
+    auto *found = dialog.findChild<Widget *>(QLatin1String(name));
+    if (!found)
+        qFatal("Nothing is called %s", name);
+    return found;
+}
 
-QJsonObject person(int id, const QString &last, const QString &first, const QString &mid)
+QComboBox *operations(const ServiceDialog &dialog)
+{
+    return child<QComboBox>(dialog, "cbOperation");
+}
+
+QComboBox *people(const ServiceDialog &dialog)
+{
+    return child<QComboBox>(dialog, "cbPersonal");
+}
+
+QPlainTextEdit *note(const ServiceDialog &dialog)
+{
+    return child<QPlainTextEdit>(dialog, "teComments");
+}
+
+QDateTimeEdit *time(const ServiceDialog &dialog)
+{
+    return child<QDateTimeEdit>(dialog, "deOperationDateTime");
+}
+
+QPushButton *button(const ServiceDialog &dialog, QDialogButtonBox::StandardButton which)
+{
+    return child<QDialogButtonBox>(dialog, "buttonBox")->button(which);
+}
+
+/// "id:text" of each item.
+QStringList items(const QComboBox &combo)
+{
+    QStringList items;
+    for (int i = 0; i < combo.count(); ++i)
+        items.append(QString::number(combo.itemData(i, Qt::UserRole).toInt()) + QLatin1Char(':')
+                     + combo.itemText(i));
+    return items;
+}
+
+QJsonObject person(int id, const char *lastName, const char *firstName = "", const char *midName = "")
 {
     return {{QStringLiteral("id"), id},
-            {QStringLiteral("lastName"), last},
-            {QStringLiteral("firstName"), first},
-            {QStringLiteral("midName"), mid}};
+            {QStringLiteral("lastName"), QString::fromUtf8(lastName)},
+            {QStringLiteral("firstName"), QString::fromUtf8(firstName)},
+            {QStringLiteral("midName"), QString::fromUtf8(midName)}};
 }
 
-/// The dialog with its fields at hand.
-struct Form
+const ServiceOperations sampleOperations {
+    {1, QStringLiteral("Замена масла")}, {2, QStringLiteral("Цепь")}, {5, QStringLiteral("Тормоза")}};
+
+QJsonArray samplePeople()
 {
-    Form()
-    {
-        dialog.setOperations({{7, QStringLiteral("Цепь")}, {2, QStringLiteral("Замена масла")}});
-        dialog.setPersonal(
-            {person(31, QStringLiteral("Петров"), QStringLiteral("Пётр"), QString()),
-             person(4, QStringLiteral("Иванов"), QStringLiteral("Иван"), QStringLiteral("Иванович"))});
-        dialog.setDateTime(sampleTime);
-    }
-
-    template<class Widget> Widget *field(const char *name) const
-    {
-        return dialog.findChild<Widget *>(QLatin1String(name));
-    }
-    QComboBox *operation() const { return field<QComboBox>("cbOperation"); }
-    QComboBox *personal() const { return field<QComboBox>("cbPersonal"); }
-    QPlainTextEdit *comments() const { return field<QPlainTextEdit>("teComments"); }
-    QDateTimeEdit *time() const { return field<QDateTimeEdit>("deOperationDateTime"); }
-    QLabel *label(const char *name) const { return field<QLabel>(name); }
-    QPushButton *button(QDialogButtonBox::StandardButton which) const
-    {
-        return field<QDialogButtonBox>("buttonBox")->button(which);
-    }
-    bool show()
-    {
-        dialog.show();
-        dialog.activateWindow();
-        return QTest::qWaitForWindowActive(&dialog);
-    }
-
-    ServiceDialog dialog;
-};
-
-QStringList texts(const QComboBox *combo)
-{
-    QStringList list;
-    for (int i = 0; i < combo->count(); ++i)
-        list.append(combo->itemText(i));
-    return list;
+    return {person(31, "Яковлев", "Пётр", "Ильич"), person(4, "Абрамов", "Иван")};
 }
 
-QVariantList ids(const QComboBox *combo)
+/// Fills the lists and shows the dialog.
+void show(ServiceDialog &dialog)
 {
-    QVariantList list;
-    for (int i = 0; i < combo->count(); ++i)
-        list.append(combo->itemData(i, Qt::UserRole));
-    return list;
+    dialog.setOperations(sampleOperations);
+    dialog.setOperation(noId);
+    dialog.setPersonal(samplePeople());
+    dialog.show();
+    QVERIFY(QTest::qWaitForWindowActive(&dialog));
+}
+
+void clickOk(const ServiceDialog &dialog)
+{
+    QTest::mouseClick(button(dialog, QDialogButtonBox::Ok), Qt::LeftButton);
 }
 
 } // namespace
 
-void TestServiceDialog::theFormReadsAsIntended()
+void TestServiceDialog::asksForTimeOperationPersonAndNote()
 {
-    const Form form;
-    QCOMPARE(form.dialog.windowTitle(), QStringLiteral("Сервисное обслуживание"));
-    const auto *layout = form.dialog.findChild<QFormLayout *>(QStringLiteral("formLayout"));
-    QVERIFY(layout);
+    ServiceDialog dialog;
+    QCOMPARE(dialog.windowTitle(), QStringLiteral("Сервисное обслуживание"));
+    const auto *form = child<QFormLayout>(dialog, "formLayout");
     const struct
     {
         const char *label;
         QString text;
-        QWidget *field;
-    } rows[] = {{"label", QStringLiteral("Дата и время"), form.time()},
-                {"label_2", QStringLiteral("Операция"), form.operation()},
-                {"label_4", QStringLiteral("Исполнитель"), form.personal()},
-                {"lComment", QStringLiteral("Примечание"), form.comments()}};
-    QCOMPARE(layout->rowCount(), 4);
-    for (const auto &row : rows) {
-        QCOMPARE(form.label(row.label)->text(), row.text);
-        QCOMPARE(layout->labelForField(row.field), form.label(row.label));
-        QCOMPARE(form.label(row.label)->buddy(), row.field);
+        const char *field;
+    } rows[] = {{"label", QStringLiteral("Дата и время"), "deOperationDateTime"},
+                {"label_2", QStringLiteral("Операция"), "cbOperation"},
+                {"label_4", QStringLiteral("Исполнитель"), "cbPersonal"},
+                {"lComment", QStringLiteral("Примечание"), "teComments"}};
+    QCOMPARE(form->rowCount(), 4);
+    int row = 0;
+    for (const auto &expected : rows) {
+        const auto *label = child<QLabel>(dialog, expected.label);
+        auto *field = child<QWidget>(dialog, expected.field);
+        QCOMPARE(label->text(), expected.text);
+        QCOMPARE(label->buddy(), field);
+        QCOMPARE(form->itemAt(row, QFormLayout::LabelRole)->widget(), label);
+        QCOMPARE(form->itemAt(row, QFormLayout::FieldRole)->widget(), field);
+        ++row;
     }
-    QCOMPARE(form.time()->displayFormat(), QStringLiteral("dd.MM.yyyy HH:mm"));
-    QCOMPARE(form.time()->text(), QStringLiteral("09.03.2024 18:05"));
-    QCOMPARE(form.button(QDialogButtonBox::Ok)->text(), QStringLiteral("ОК"));
-    QCOMPARE(form.button(QDialogButtonBox::Cancel)->text(), QStringLiteral("Отмена"));
-    QCOMPARE(form.dialog.personId(), -1);
-    QCOMPARE(form.dialog.operationId(), -1);
+    QCOMPARE(time(dialog)->displayFormat(), QStringLiteral("dd.MM.yyyy HH:mm"));
+    QCOMPARE(button(dialog, QDialogButtonBox::Ok)->text(), QStringLiteral("ОК"));
+    QCOMPARE(button(dialog, QDialogButtonBox::Cancel)->text(), QStringLiteral("Отмена"));
+
+    QCOMPARE(dialog.personId(), noId);
+    QCOMPARE(dialog.operationId(), noId);
+    QCOMPARE(dialog.operationName() + dialog.personName() + dialog.comment(), QString());
+    QVERIFY(!dialog.dateTime().isValid());
 }
 
-void TestServiceDialog::operationsComeByIdAndEndWithNone()
+void TestServiceDialog::complaintModeRenamesNoteAndTitle()
 {
-    Form form;
-    QCOMPARE(texts(form.operation()),
-             QStringList({QStringLiteral("Замена масла"), QStringLiteral("Цепь"), QStringLiteral("--")}));
-    QCOMPARE(ids(form.operation()), QVariantList({2, 7, -1}));
-    QVERIFY(form.operation()->itemIcon(0).isNull());
-
-    form.dialog.setOperations({});
-    QCOMPARE(texts(form.operation()), QStringList {QStringLiteral("--")});
-    QCOMPARE(ids(form.operation()), QVariantList {-1});
+    ServiceDialog dialog;
+    dialog.setComplaintMode();
+    QCOMPARE(child<QLabel>(dialog, "lComment")->text(),
+             QStringLiteral("Жалоба на карт\nили задание механику"));
+    QCOMPARE(dialog.windowTitle(), QStringLiteral("Задание"));
+    dialog.setTitleSuffix(QStringLiteral("SODI  12"));
+    QCOMPARE(dialog.windowTitle(), QStringLiteral("Задание - SODI  12"));
+    QVERIFY(operations(dialog)->isEnabled());
 }
 
-void TestServiceDialog::peopleComeInOrderAfterNone()
+void TestServiceDialog::eachTitleSuffixIsAppended()
 {
-    Form form;
-    QCOMPARE(texts(form.personal()),
-             QStringList({QStringLiteral("--"), QStringLiteral("Петров Пётр"),
-                          QStringLiteral("Иванов Иван Иванович")}));
-    QCOMPARE(ids(form.personal()), QVariantList({-1, 31, 4}));
-    QCOMPARE(form.personal()->currentIndex(), 0);
-    QVERIFY(form.personal()->itemIcon(1).isNull());
-
-    form.dialog.setPersonal({});
-    QCOMPARE(texts(form.personal()), QStringList {QStringLiteral("--")});
+    ServiceDialog dialog;
+    dialog.setTitleSuffix(QStringLiteral("SODI  %1"));
+    dialog.setTitleSuffix(QString());
+    dialog.setTitleSuffix(QStringLiteral("7"));
+    QCOMPARE(dialog.windowTitle(), QStringLiteral("Сервисное обслуживание - SODI  %1 -  - 7"));
 }
 
-void TestServiceDialog::aNameLeavesOutEmptyParts_data()
+void TestServiceDialog::operationsStandInIdOrderAndNoneIsLast()
 {
-    QTest::addColumn<QJsonValue>("record");
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<int>("id");
-    const auto row = [](const char *title, const QJsonValue &record, const QString &name, int id) {
-        QTest::newRow(title) << record << name << id;
+    ServiceDialog dialog;
+    dialog.setOperations({{7, QStringLiteral("Я")}, {-3, QStringLiteral("Б")}, {2, QStringLiteral("А")}});
+    QCOMPARE(items(*operations(dialog)),
+             QStringList({QStringLiteral("-3:Б"), QStringLiteral("2:А"), QStringLiteral("7:Я"),
+                          QStringLiteral("-1:--")}));
+    QVERIFY(operations(dialog)->itemIcon(0).isNull());
+
+    dialog.setOperations({});
+    QCOMPARE(items(*operations(dialog)), QStringList(QStringLiteral("-1:--")));
+}
+
+void TestServiceDialog::peopleStandInTheGivenOrderAndNoneIsFirst_data()
+{
+    QTest::addColumn<QJsonArray>("array");
+    QTest::addColumn<QStringList>("people");
+    const auto row = [](const char *name, const QJsonArray &array, const QStringList &people) {
+        QTest::newRow(name) << array << QStringList(QStringLiteral("-1:--")) + people;
     };
-    const QString last = QStringLiteral("Петров"), first = QStringLiteral("Пётр"),
-                  mid = QStringLiteral("Ильич");
-    row("all three", person(1, last, first, mid), QStringLiteral("Петров Пётр Ильич"), 1);
-    row("no middle name", person(1, last, first, {}), QStringLiteral("Петров Пётр"), 1);
-    row("no first name", person(1, last, {}, mid), QStringLiteral("Петров Ильич"), 1);
-    row("no last name", person(1, {}, first, mid), QStringLiteral("Пётр Ильич"), 1);
-    row("last name only", person(1, last, {}, {}), last, 1);
-    row("nothing", person(1, {}, {}, {}), QString(), 1);
-    row("keys missing", QJsonObject {{QStringLiteral("lastName"), last}}, last, -1);
-    row("id as text", QJsonObject {{QStringLiteral("id"), QStringLiteral("5")}}, QString(), -1);
-    row("names as numbers", QJsonObject {{QStringLiteral("id"), 5}, {QStringLiteral("lastName"), 6}},
-        QString(), 5);
-    row("no object", QJsonValue(17), QString(), -1);
-    row("looks like markup", person(1, QStringLiteral("<b>%1 & Ко</b>"), {}, {}),
-        QStringLiteral("<b>%1 & Ко</b>"), 1);
+    row("nobody", {}, {});
+    row("in the array's order", samplePeople(),
+        {QStringLiteral("31:Яковлев Пётр Ильич"), QStringLiteral("4:Абрамов Иван")});
+    row("the same person twice", {person(4, "Абрамов"), person(4, "Абрамов")},
+        {QStringLiteral("4:Абрамов"), QStringLiteral("4:Абрамов")});
+    row("no first name", {person(1, "Яковлев", "", "Ильич")}, {QStringLiteral("1:Яковлев Ильич")});
+    row("only a first name", {person(1, "", "Пётр")}, {QStringLiteral("1:Пётр")});
+    row("no name", {person(1, "")}, {QStringLiteral("1:")});
+    row("blanks within a name", {person(1, "Де ла  Крус", "Хуан")}, {QStringLiteral("1:Де ла  Крус Хуан")});
+    row("no id", {QJsonObject {{QStringLiteral("lastName"), QStringLiteral("Абрамов")}}},
+        {QStringLiteral("-1:Абрамов")});
+    row("an id that is a text",
+        {QJsonObject {{QStringLiteral("id"), QStringLiteral("4")},
+                      {QStringLiteral("lastName"), QStringLiteral("Абрамов")}}},
+        {QStringLiteral("-1:Абрамов")});
+    row("names that are no texts",
+        {QJsonObject {{QStringLiteral("id"), 4},
+                      {QStringLiteral("lastName"), 12},
+                      {QStringLiteral("firstName"), QJsonValue()},
+                      {QStringLiteral("midName"), QStringLiteral("Ильич")}}},
+        {QStringLiteral("4:Ильич")});
+    row("elements that are no records", {12, QStringLiteral("Иван"), QJsonArray()},
+        {QStringLiteral("-1:"), QStringLiteral("-1:"), QStringLiteral("-1:")});
 }
 
-void TestServiceDialog::aNameLeavesOutEmptyParts()
+void TestServiceDialog::peopleStandInTheGivenOrderAndNoneIsFirst()
 {
-    QFETCH(QJsonValue, record);
-    QFETCH(QString, name);
-    QFETCH(int, id);
-    Form form;
-    form.dialog.setPersonal(QJsonArray {record});
-    QCOMPARE(texts(form.personal()), QStringList({QStringLiteral("--"), name}));
-    QCOMPARE(ids(form.personal()), QVariantList({-1, id}));
+    QFETCH(QJsonArray, array);
+    ServiceDialog dialog;
+    dialog.setPersonal(array);
+    QTEST(items(*people(dialog)), "people");
+    QCOMPARE(people(dialog)->currentIndex(), 0);
+    QVERIFY(people(dialog)->itemIcon(people(dialog)->count() - 1).isNull());
+}
+
+void TestServiceDialog::listsThatAreSetAgainReplaceTheOldOnes()
+{
+    ServiceDialog dialog;
+    for (int i = 0; i < 2; ++i) {
+        dialog.setOperations(sampleOperations);
+        dialog.setPersonal(samplePeople());
+    }
+    QCOMPARE(operations(dialog)->count(), 4);
+    QCOMPARE(people(dialog)->count(), 3);
 }
 
 void TestServiceDialog::anOperationIsChosenById_data()
 {
-    QTest::addColumn<int>("id");
-    QTest::addColumn<int>("index");
-    QTest::newRow("first") << 2 << 0;
-    QTest::newRow("second") << 7 << 1;
-    QTest::newRow("none") << -1 << 2;
-    QTest::newRow("gone") << 5 << 2;
-    QTest::newRow("far out") << std::numeric_limits<int>::max() << 2;
+    QTest::addColumn<int>("opId");
+    QTest::addColumn<QString>("text");
+    QTest::newRow("first") << 1 << QStringLiteral("Замена масла");
+    QTest::newRow("last") << 5 << QStringLiteral("Тормоза");
+    QTest::newRow("none") << noId << QStringLiteral("--");
+    QTest::newRow("no longer there") << 3 << QStringLiteral("--");
+    QTest::newRow("zero") << 0 << QStringLiteral("--");
 }
 
 void TestServiceDialog::anOperationIsChosenById()
 {
-    QFETCH(int, id);
-    QFETCH(int, index);
-    Form form;
-    form.operation()->setCurrentIndex(index == 0 ? 1 : 0);
-    form.dialog.setOperation(id);
-    QCOMPARE(form.operation()->currentIndex(), index);
+    QFETCH(int, opId);
+    QFETCH(QString, text);
+    ServiceDialog dialog;
+    show(dialog);
+    dialog.setOperation(opId);
+    QCOMPARE(operations(dialog)->currentText(), text);
+    clickOk(dialog);
+    const bool isNone = text == QLatin1String("--");
+    QCOMPARE(dialog.operationId(), isNone ? noId : opId);
+    QCOMPARE(dialog.operationName(), isNone ? QString() : text);
+}
 
-    form.dialog.accept();
-    QCOMPARE(form.dialog.operationId(), index == 2 ? -1 : id);
-    QCOMPARE(form.dialog.operationName(), index == 2 ? QString() : form.operation()->itemText(index));
+void TestServiceDialog::aPersonIsChosenByName_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<int>("personId");
+    QTest::newRow("offered") << QStringLiteral("Яковлев Пётр Ильич") << 31;
+    QTest::newRow("none") << QStringLiteral("--") << noId;
+    QTest::newRow("unknown") << QStringLiteral("Сидоров") << 4;
+    QTest::newRow("part of a name") << QStringLiteral("Яковлев") << 4;
+    QTest::newRow("other case") << QStringLiteral("яковлев пётр ильич") << 4;
+    QTest::newRow("empty") << QString() << 4;
 }
 
 void TestServiceDialog::aPersonIsChosenByName()
 {
-    Form form;
-    form.dialog.setPersonName(QStringLiteral("Иванов Иван Иванович"));
-    QCOMPARE(form.personal()->currentIndex(), 2);
-    form.dialog.setPersonName(QStringLiteral("Сидоров"));
-    QCOMPARE(form.personal()->currentIndex(), 2);
-    form.dialog.setPersonName(QStringLiteral("--"));
-    QCOMPARE(form.personal()->currentIndex(), 0);
-}
-
-void TestServiceDialog::filledAgainTheListsStartAnew()
-{
-    Form form;
-    form.dialog.setPersonal({person(9, QStringLiteral("Новый"), {}, {})});
-    QCOMPARE(texts(form.personal()), QStringList({QStringLiteral("--"), QStringLiteral("Новый")}));
-    form.dialog.setOperations({{1, QStringLiteral("Мойка")}});
-    QCOMPARE(texts(form.operation()), QStringList({QStringLiteral("Мойка"), QStringLiteral("--")}));
+    QFETCH(QString, name);
+    ServiceDialog dialog;
+    show(dialog);
+    dialog.setPersonName(QStringLiteral("Абрамов Иван"));
+    dialog.setPersonName(name);
+    clickOk(dialog);
+    QTEST(dialog.personId(), "personId");
 }
 
 void TestServiceDialog::aLockedOperationCannotBeChanged()
 {
-    Form form;
-    QVERIFY(form.show());
-    form.dialog.setOperation(7);
-    form.dialog.lockOperation();
-    QTest::keyClick(form.operation(), Qt::Key_Up);
-    QTest::mouseClick(form.operation(), Qt::LeftButton);
-    QVERIFY(!form.operation()->view()->isVisible());
-    QVERIFY(!form.operation()->isEnabled());
-    QTest::mouseClick(form.button(QDialogButtonBox::Ok), Qt::LeftButton);
-    QCOMPARE(form.dialog.operationId(), 7);
-    QCOMPARE(form.dialog.operationName(), QStringLiteral("Цепь"));
+    ServiceDialog dialog;
+    show(dialog);
+    dialog.setOperation(2);
+    dialog.lockOperation();
+    QVERIFY(!operations(dialog)->isEnabled());
+    QTest::mouseClick(operations(dialog), Qt::LeftButton);
+    QVERIFY(!operations(dialog)->view()->isVisible());
+    QTest::keyClick(operations(dialog), Qt::Key_Down);
+    clickOk(dialog);
+    QCOMPARE(dialog.operationId(), 2);
+    QCOMPARE(dialog.operationName(), QStringLiteral("Цепь"));
 }
 
-void TestServiceDialog::titlesGrow()
+void TestServiceDialog::everythingTypedIsReadByTheOkButton()
 {
-    Form form;
-    form.dialog.setTitleSuffix(QStringLiteral("Модель  12"));
-    QCOMPARE(form.dialog.windowTitle(), QStringLiteral("Сервисное обслуживание - Модель  12"));
-    form.dialog.setTitleSuffix(QStringLiteral("%1"));
-    QCOMPARE(form.dialog.windowTitle(), QStringLiteral("Сервисное обслуживание - Модель  12 - %1"));
-}
+    ServiceDialog dialog;
+    show(dialog);
+    dialog.setDateTime(QDateTime({2024, 2, 29}, {23, 59}));
+    dialog.setComment(QStringLiteral("старое"));
 
-void TestServiceDialog::complaintModeAsksForATask()
-{
-    Form form;
-    form.dialog.setComplaintMode();
-    form.dialog.setTitleSuffix(QStringLiteral("Модель  12"));
-    QCOMPARE(form.label("lComment")->text(), QStringLiteral("Жалоба на карт\nили задание механику"));
-    QCOMPARE(form.dialog.windowTitle(), QStringLiteral("Задание - Модель  12"));
-    QVERIFY(form.operation()->isEnabled());
-}
+    operations(dialog)->setFocus();
+    QTest::keyClick(operations(dialog), Qt::Key_Home);
+    QTest::keyClick(operations(dialog), Qt::Key_Down);
+    QTest::keyClick(people(dialog), Qt::Key_Down);
+    QTest::keySequence(note(dialog), QKeySequence::SelectAll);
+    typeText(note(dialog), QStringLiteral("Новая цепь"));
+    QTest::keyClick(note(dialog), Qt::Key_Return);
+    typeText(note(dialog), QStringLiteral(" 100 % \"ок\""));
+    clickOk(dialog);
 
-void TestServiceDialog::acceptingGivesWhatTheUserEntered()
-{
-    Form form;
-    QVERIFY(form.show());
-    QSignalSpy accepted(&form.dialog, &QDialog::accepted);
-    form.operation()->setFocus();
-    QTest::keyClick(form.operation(), Qt::Key_Down);
-    form.personal()->setFocus();
-    QTest::keyClick(form.personal(), Qt::Key_Down);
-    QTest::keyClick(form.personal(), Qt::Key_Down);
-    form.comments()->setFocus();
-    QTest::keyClicks(form.comments(), QStringLiteral("first"));
-    QTest::keyClick(form.comments(), Qt::Key_Return);
-    QTest::keyClicks(form.comments(), QStringLiteral("<b>%1</b> 'second'"));
-    form.time()->setFocus();
-    form.time()->setCurrentSection(QDateTimeEdit::MinuteSection);
-    QTest::keyClick(form.time(), Qt::Key_Up);
-    QVERIFY(accepted.isEmpty());
-    QTest::mouseClick(form.button(QDialogButtonBox::Ok), Qt::LeftButton);
-
-    QCOMPARE(accepted.size(), 1);
-    QCOMPARE(form.dialog.result(), int(QDialog::Accepted));
-    QVERIFY(!form.dialog.isVisible());
-    QCOMPARE(form.dialog.dateTime(), sampleTime.addSecs(60));
-    QCOMPARE(form.dialog.operationId(), 7);
-    QCOMPARE(form.dialog.operationName(), QStringLiteral("Цепь"));
-    QCOMPARE(form.dialog.personId(), 4);
-    QCOMPARE(form.dialog.personName(), QStringLiteral("Иванов Иван Иванович"));
-    QCOMPARE(form.dialog.comment(), QStringLiteral("first\n<b>%1</b> 'second'"));
-}
-
-void TestServiceDialog::acceptingAnUntouchedDialogGivesNobodyAndNothing()
-{
-    Form form;
-    form.dialog.accept();
-    QCOMPARE(form.dialog.personId(), -1);
-    QCOMPARE(form.dialog.personName(), QString());
-
-    ServiceDialog dialog; // its lists were never filled
-    dialog.setOperation(3);
-    dialog.setPersonName(QStringLiteral("Петров"));
-    dialog.accept();
     QCOMPARE(dialog.result(), int(QDialog::Accepted));
-    QCOMPARE(dialog.operationId(), -1);
-    QCOMPARE(dialog.personId(), -1);
-    QCOMPARE(dialog.operationName(), QString());
-    QCOMPARE(dialog.personName(), QString());
-    QCOMPARE(dialog.comment(), QString());
-    QVERIFY(dialog.dateTime().isValid());
+    QVERIFY(!dialog.isVisible());
+    QCOMPARE(dialog.dateTime(), QDateTime({2024, 2, 29}, {23, 59}));
+    QCOMPARE(dialog.operationId(), 2);
+    QCOMPARE(dialog.operationName(), QStringLiteral("Цепь"));
+    QCOMPARE(dialog.personId(), 31);
+    QCOMPARE(dialog.personName(), QStringLiteral("Яковлев Пётр Ильич"));
+    QCOMPARE(dialog.comment(), QStringLiteral("Новая цепь\n 100 % \"ок\""));
+}
+
+void TestServiceDialog::nothingChosenIsAccepted()
+{
+    ServiceDialog dialog;
+    show(dialog);
+    clickOk(dialog);
+    QCOMPARE(dialog.result(), int(QDialog::Accepted));
+    QCOMPARE(dialog.operationId(), noId);
+    QCOMPARE(dialog.personId(), noId);
+    QCOMPARE(dialog.operationName() + dialog.personName() + dialog.comment(), QString());
+}
+
+void TestServiceDialog::aDialogWithoutListsIsAccepted()
+{
+    ServiceDialog dialog;
+    dialog.setOperation(4);
+    dialog.setPersonName(QStringLiteral("Абрамов"));
+    dialog.show();
+    QVERIFY(QTest::qWaitForWindowActive(&dialog));
+    clickOk(dialog);
+    QCOMPARE(dialog.operationId(), noId);
+    QCOMPARE(dialog.personId(), noId);
+    QCOMPARE(dialog.operationName() + dialog.personName(), QString());
 }
 
 void TestServiceDialog::aPersonWithoutIdKeepsTheName()
 {
-    Form form;
-    form.dialog.setPersonal({QJsonObject {{QStringLiteral("lastName"), QStringLiteral("Гость")}}});
-    form.dialog.setPersonName(QStringLiteral("Гость"));
-    form.dialog.accept();
-    QCOMPARE(form.dialog.personId(), -1);
-    QCOMPARE(form.dialog.personName(), QStringLiteral("Гость"));
+    ServiceDialog dialog;
+    show(dialog);
+    dialog.setPersonal({QJsonObject {{QStringLiteral("lastName"), QStringLiteral("Абрамов")}}});
+    QTest::keyClick(people(dialog), Qt::Key_Down);
+    clickOk(dialog);
+    QCOMPARE(dialog.personId(), noId);
+    QCOMPARE(dialog.personName(), QStringLiteral("Абрамов"));
 }
 
-void TestServiceDialog::anOperationCalledNoneHasNoName()
+void TestServiceDialog::anOperationNamedLikeNoneHasNoName()
 {
-    Form form;
-    form.dialog.setOperations({{3, QStringLiteral("--")}});
-    form.dialog.setOperation(3);
-    form.dialog.accept();
-    QCOMPARE(form.dialog.operationId(), 3);
-    QCOMPARE(form.dialog.operationName(), QString());
+    ServiceDialog dialog;
+    show(dialog);
+    dialog.setOperations({{3, QStringLiteral("--")}});
+    dialog.setOperation(3);
+    dialog.setPersonal({person(8, "--")});
+    QTest::keyClick(people(dialog), Qt::Key_Down);
+    clickOk(dialog);
+    QCOMPARE(dialog.operationId(), 3);
+    QCOMPARE(dialog.operationName(), QString());
+    QCOMPARE(dialog.personId(), 8);
+    QCOMPARE(dialog.personName(), QStringLiteral("--"));
 }
 
-void TestServiceDialog::cancellingGivesNothing_data()
+void TestServiceDialog::timesAreShownAndReadInLocalTime()
 {
-    QTest::addColumn<bool>("byKey");
-    QTest::newRow("Escape") << true;
-    QTest::newRow("button") << false;
+    const QDateTime utc({2024, 6, 30}, {22, 15}, Qt::UTC);
+    for (const QDateTime &given :
+         {utc, utc.toLocalTime(), utc.toOffsetFromUtc(19800), utc.toTimeZone(QTimeZone("Asia/Tokyo"))}) {
+        ServiceDialog dialog;
+        show(dialog);
+        dialog.setDateTime(given);
+        QCOMPARE(time(dialog)->text(), utc.toLocalTime().toString(QStringLiteral("dd.MM.yyyy HH:mm")));
+        clickOk(dialog);
+        QCOMPARE(dialog.dateTime(), utc);
+        QCOMPARE(dialog.dateTime().timeSpec(), Qt::LocalTime);
+    }
 }
 
-void TestServiceDialog::cancellingGivesNothing()
+void TestServiceDialog::anInvalidTimeChangesNothing()
 {
-    QFETCH(bool, byKey);
-    Form form;
-    QVERIFY(form.show());
-    form.dialog.setOperation(7);
-    form.dialog.setComment(QStringLiteral("note"));
-    QSignalSpy rejected(&form.dialog, &QDialog::rejected);
-    if (byKey)
-        QTest::keyClick(&form.dialog, Qt::Key_Escape);
+    ServiceDialog dialog;
+    show(dialog);
+    dialog.setDateTime(QDateTime({2024, 5, 1}, {10, 0}));
+    dialog.setDateTime(QDateTime());
+    clickOk(dialog);
+    QCOMPARE(dialog.dateTime(), QDateTime({2024, 5, 1}, {10, 0}));
+}
+
+void TestServiceDialog::theDateIsTypedByKeys()
+{
+    ServiceDialog dialog;
+    show(dialog);
+    dialog.setDateTime(QDateTime({2024, 5, 1}, {10, 0}));
+    QVERIFY(time(dialog)->hasFocus());
+    QTest::keyClicks(time(dialog), QStringLiteral("311220250730"));
+    QCOMPARE(time(dialog)->text(), QStringLiteral("31.12.2025 07:30"));
+    QTest::keyClick(time(dialog), Qt::Key_Return);
+    QCOMPARE(dialog.result(), int(QDialog::Accepted));
+    QCOMPARE(dialog.dateTime(), QDateTime({2025, 12, 31}, {7, 30}));
+}
+
+void TestServiceDialog::cancellingReadsNothing_data()
+{
+    QTest::addColumn<QString>("way");
+    QTest::newRow("button") << QStringLiteral("button");
+    QTest::newRow("Escape") << QStringLiteral("Escape");
+    QTest::newRow("window's cross") << QStringLiteral("cross");
+}
+
+void TestServiceDialog::cancellingReadsNothing()
+{
+    QFETCH(QString, way);
+    ServiceDialog dialog;
+    show(dialog);
+    dialog.setOperation(2);
+    dialog.setPersonName(QStringLiteral("Абрамов Иван"));
+    typeText(note(dialog), QStringLiteral("нет"));
+    if (way == QLatin1String("button"))
+        QTest::mouseClick(button(dialog, QDialogButtonBox::Cancel), Qt::LeftButton);
+    else if (way == QLatin1String("Escape"))
+        QTest::keyClick(note(dialog), Qt::Key_Escape);
     else
-        QTest::mouseClick(form.button(QDialogButtonBox::Cancel), Qt::LeftButton);
-    QCOMPARE(rejected.size(), 1);
-    QVERIFY(!form.dialog.isVisible());
-    QCOMPARE(form.dialog.operationId(), -1);
-    QCOMPARE(form.dialog.comment(), QString());
+        dialog.close();
+    QVERIFY(!dialog.isVisible());
+    QCOMPARE(dialog.result(), int(QDialog::Rejected));
+    QCOMPARE(dialog.operationId(), noId);
+    QCOMPARE(dialog.personId(), noId);
+    QCOMPARE(dialog.operationName() + dialog.personName() + dialog.comment(), QString());
+    QVERIFY(!dialog.dateTime().isValid());
 }
 
-void TestServiceDialog::tabGoesThroughTheFieldsInOrder()
+void TestServiceDialog::returnAcceptsExceptInTheNote()
 {
-    Form form;
-    QVERIFY(form.show());
-    form.time()->setFocus();
-    // A date-time edit goes through its five sections by Tab as well.
-    form.time()->setCurrentSection(QDateTimeEdit::MinuteSection);
-    QWidget *const fields[] = {form.operation(), form.personal(), form.comments(),
-                               form.button(QDialogButtonBox::Ok), form.button(QDialogButtonBox::Cancel)};
-    for (QWidget *field : fields) {
-        QTest::keyClick(form.dialog.focusWidget(), Qt::Key_Tab);
-        QCOMPARE(form.dialog.focusWidget(), field);
+    for (const char *name : {"deOperationDateTime", "cbOperation", "cbPersonal"}) {
+        ServiceDialog dialog;
+        show(dialog);
+        auto *field = child<QWidget>(dialog, name);
+        field->setFocus();
+        QTest::keyClick(field, Qt::Key_Return);
+        QVERIFY2(!dialog.isVisible(), name);
+        QCOMPARE(dialog.result(), int(QDialog::Accepted));
+    }
+    ServiceDialog dialog;
+    show(dialog);
+    note(dialog)->setFocus();
+    QTest::keyClick(note(dialog), Qt::Key_Return);
+    QVERIFY(dialog.isVisible());
+    QCOMPARE(note(dialog)->toPlainText(), QStringLiteral("\n"));
+}
+
+void TestServiceDialog::tabGoesFromTopToBottom()
+{
+    ServiceDialog dialog;
+    show(dialog);
+    QStringList names;
+    // The date's sections are stops of their own.
+    while (!button(dialog, QDialogButtonBox::Ok)->hasFocus() && names.size() < 20) {
+        names.append(QApplication::focusWidget()->objectName());
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    }
+    names.removeDuplicates();
+    QCOMPARE(names,
+             QStringList({QStringLiteral("deOperationDateTime"), QStringLiteral("cbOperation"),
+                          QStringLiteral("cbPersonal"), QStringLiteral("teComments")}));
+    QVERIFY(button(dialog, QDialogButtonBox::Ok)->hasFocus());
+    QVERIFY(button(dialog, QDialogButtonBox::Ok)->isDefault());
+}
+
+void TestServiceDialog::namesAreShownAndReadAsTheyAre_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::newRow("quotes") << QStringLiteral("\"Масло\" 'синт.'");
+    QTest::newRow("percent") << QStringLiteral("100% %1 %s %n");
+    QTest::newRow("markup") << QStringLiteral("<b>Масло</b>");
+    QTest::newRow("ampersand") << QStringLiteral("Масло & фильтр");
+    QTest::newRow("emoji") << QStringLiteral("🏎 Цепь");
+    QTest::newRow("line feeds") << QStringLiteral("Масло\nи\nфильтр");
+    QTest::newRow("blank") << QStringLiteral(" ");
+    QTest::newRow("empty") << QString();
+}
+
+void TestServiceDialog::namesAreShownAndReadAsTheyAre()
+{
+    QFETCH(QString, name);
+    ServiceDialog dialog;
+    show(dialog);
+    dialog.setOperations({{1, name}});
+    dialog.setPersonal({QJsonObject {{QStringLiteral("id"), 2}, {QStringLiteral("lastName"), name}}});
+    dialog.setTitleSuffix(name);
+    dialog.setComment(name);
+    QTest::keyClick(people(dialog), Qt::Key_Down);
+    QVERIFY(!dialog.grab().isNull());
+    clickOk(dialog);
+    QCOMPARE(dialog.windowTitle(), QString(QStringLiteral("Сервисное обслуживание - ") + name));
+    QCOMPARE(dialog.operationName(), name);
+    QCOMPARE(dialog.operationId(), 1);
+    QCOMPARE(dialog.personName(), name);
+    QCOMPARE(dialog.personId(), 2);
+    QCOMPARE(dialog.comment(), name);
+}
+
+void TestServiceDialog::longListsAndNamesDoNotStretchTheDialog()
+{
+    ServiceDialog ordinary;
+    show(ordinary);
+
+    ServiceOperations many;
+    QJsonArray crowd;
+    for (int id = 1; id <= 2000; ++id) {
+        many.insert(id, QString(300, QLatin1Char('W')) + QString::number(id));
+        crowd.append(person(id, QByteArray(300, 'W').constData()));
+    }
+    ServiceDialog dialog;
+    show(dialog);
+    dialog.setOperations(many);
+    dialog.setPersonal(crowd);
+    dialog.setTitleSuffix(QString(10000, QLatin1Char('x')));
+    dialog.setComment(QString(10000, QLatin1Char('x')));
+    QTest::qWait(0);
+    QCOMPARE(dialog.size(), ordinary.size());
+    QCOMPARE(dialog.minimumSizeHint(), ordinary.minimumSizeHint());
+
+    operations(dialog)->showPopup();
+    QTRY_VERIFY(operations(dialog)->view()->isVisible());
+    const QRect screen = dialog.screen()->availableGeometry();
+    QVERIFY(operations(dialog)->view()->window()->width() <= screen.width());
+    QVERIFY(operations(dialog)->view()->window()->height() <= screen.height());
+    operations(dialog)->hidePopup();
+}
+
+void TestServiceDialog::theDialogFitsItsTexts_data()
+{
+    QTest::addColumn<bool>("complaint");
+    QTest::addColumn<int>("points");
+    for (const int points : {9, 14, 24}) {
+        QTest::addRow("operation, %d pt", points) << false << points;
+        QTest::addRow("complaint, %d pt", points) << true << points;
     }
 }
 
-void TestServiceDialog::anyListFitsIntoTheDialog()
+void TestServiceDialog::theDialogFitsItsTexts()
 {
-    Form form;
-    QVERIFY(form.show());
-    const QSize before = form.dialog.minimumSizeHint();
-    ServiceOperations operations;
-    QJsonArray people;
-    for (int i = 0; i < 2000; ++i) {
-        operations.insert(i, QStringLiteral("Очень долгая операция ").repeated(20) + QString::number(i));
-        people.append(person(i, QStringLiteral("Многобуквенный").repeated(20), QString::number(i), {}));
-    }
-    form.dialog.setOperations(operations);
-    form.dialog.setPersonal(people);
-    form.dialog.setOperation(1999);
-    form.dialog.setComment(QStringLiteral("слово ").repeated(5000));
-    QCoreApplication::processEvents();
-    QCOMPARE(form.dialog.minimumSizeHint(), before);
-    QVERIFY(form.button(QDialogButtonBox::Ok)->isVisible());
-    form.dialog.accept();
-    QCOMPARE(form.dialog.operationId(), 1999);
-    QCOMPARE(form.dialog.operationName(), operations.value(1999));
-}
-
-void TestServiceDialog::nothingIsCutOff_data()
-{
-    QTest::addColumn<bool>("isComplaint");
-    QTest::addColumn<int>("pointSize");
-    for (const int size : {9, 14, 18}) {
-        QTest::addRow("service, %d pt", size) << false << size;
-        QTest::addRow("complaint, %d pt", size) << true << size;
-    }
-}
-
-void TestServiceDialog::nothingIsCutOff()
-{
-    QFETCH(bool, isComplaint);
-    QFETCH(int, pointSize);
-    Form form;
-    QFont font = form.dialog.font();
-    font.setPointSize(pointSize);
-    form.dialog.setFont(font);
-    if (isComplaint)
-        form.dialog.setComplaintMode();
-    QVERIFY(form.show());
-    const QRect inside = form.dialog.rect();
-    const auto fields = form.dialog.findChildren<QWidget *>(QString(), Qt::FindDirectChildrenOnly);
-    QVERIFY(fields.size() >= 9);
-    for (const QWidget *field : fields) {
-        const QByteArray name = field->objectName().toUtf8();
-        QVERIFY2(inside.contains(field->geometry()), name.constData());
-        QVERIFY2(field->width() >= field->minimumSizeHint().width(), name.constData());
-        QVERIFY2(field->height() >= field->minimumSizeHint().height(), name.constData());
-        for (const QWidget *other : fields)
-            QVERIFY2(field == other || !field->geometry().intersects(other->geometry()), name.constData());
+    QFETCH(bool, complaint);
+    QFETCH(int, points);
+    ServiceDialog dialog;
+    if (complaint)
+        dialog.setComplaintMode();
+    QFont font = dialog.font();
+    font.setPointSize(points);
+    dialog.setFont(font);
+    show(dialog);
+    const QList<QWidget *> widgets = dialog.findChildren<QWidget *>(QString(), Qt::FindDirectChildrenOnly);
+    for (const QWidget *widget : widgets) {
+        QVERIFY2(dialog.rect().contains(widget->geometry()), qPrintable(widget->objectName()));
+        QVERIFY2(widget->width() >= widget->minimumSizeHint().width(), qPrintable(widget->objectName()));
+        QVERIFY2(widget->height() >= widget->minimumSizeHint().height(), qPrintable(widget->objectName()));
     }
 }
 
