@@ -46,6 +46,8 @@ private slots:
     void tabGoesFromTopToBottom();
     void namesAreShownAndReadAsTheyAre_data();
     void namesAreShownAndReadAsTheyAre();
+    void aChosenNameIsShownOnOneLine_data();
+    void aChosenNameIsShownOnOneLine();
     void longListsAndNamesDoNotStretchTheDialog();
     void theDialogFitsItsTexts_data();
     void theDialogFitsItsTexts();
@@ -527,6 +529,35 @@ void TestServiceDialog::namesAreShownAndReadAsTheyAre()
     QCOMPARE(dialog.personName(), name);
     QCOMPARE(dialog.personId(), 2);
     QCOMPARE(dialog.comment(), name);
+}
+
+void TestServiceDialog::aChosenNameIsShownOnOneLine_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("looksLike");
+    const QString longText(200, QLatin1Char('W'));
+    QTest::newRow("line feeds") << QStringLiteral("Масло\nи\nфильтр") << QStringLiteral("Масло и фильтр");
+    // Where it is cut off makes no difference to what stands before.
+    QTest::newRow("too long") << longText << QString(longText + QLatin1String(" и фильтр"));
+}
+
+void TestServiceDialog::aChosenNameIsShownOnOneLine()
+{
+    QFETCH(QString, name);
+    QFETCH(QString, looksLike);
+    ServiceDialog dialog;
+    show(dialog);
+    const auto picture = [&dialog](const QString &text) {
+        dialog.setOperations({{1, text}});
+        dialog.setPersonal({QJsonObject {{QStringLiteral("lastName"), text}}});
+        people(dialog)->setCurrentIndex(1);
+        const QImage operation = operations(dialog)->grab().toImage();
+        const QImage person = people(dialog)->grab().toImage();
+        return QVector<QImage> {operation, person};
+    };
+    const QVector<QImage> shown = picture(name);
+    QVERIFY(shown == picture(looksLike));
+    QVERIFY(shown != picture(QStringLiteral("Масло")));
 }
 
 void TestServiceDialog::longListsAndNamesDoNotStretchTheDialog()
