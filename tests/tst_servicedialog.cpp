@@ -46,6 +46,7 @@ private slots:
     void tabGoesFromTopToBottom();
     void namesAreShownAndReadAsTheyAre_data();
     void namesAreShownAndReadAsTheyAre();
+    void aChosenNameIsShownOnOneLine();
     void longListsAndNamesDoNotStretchTheDialog();
     void theDialogFitsItsTexts_data();
     void theDialogFitsItsTexts();
@@ -527,6 +528,23 @@ void TestServiceDialog::namesAreShownAndReadAsTheyAre()
     QCOMPARE(dialog.personName(), name);
     QCOMPARE(dialog.personId(), 2);
     QCOMPARE(dialog.comment(), name);
+}
+
+void TestServiceDialog::aChosenNameIsShownOnOneLine()
+{
+    ServiceDialog dialog;
+    show(dialog);
+    const auto picture = [&dialog](const QString &text) {
+        dialog.setOperations({{1, text}});
+        dialog.setPersonal({QJsonObject {{QStringLiteral("lastName"), text}}});
+        people(dialog)->setCurrentIndex(1);
+        const QImage operation = operations(dialog)->grab().toImage();
+        const QImage person = people(dialog)->grab().toImage();
+        return QVector<QImage> {operation, person};
+    };
+    const QVector<QImage> shown = picture(QStringLiteral("Масло\nи\nфильтр"));
+    QVERIFY(shown == picture(QStringLiteral("Масло и фильтр")));
+    QVERIFY(shown != picture(QStringLiteral("Масло")));
 }
 
 void TestServiceDialog::longListsAndNamesDoNotStretchTheDialog()
