@@ -4,4 +4,4 @@ garage_test(tst_servicelogfilter ELSEWHERE LIBRARIES garage_models)
 garage_test(tst_modelcontract
     LIBRARIES garage_settings
     SOURCES support/modelcontract.cpp support/modelcontract.h support/positionlessproxy.h
-    TIMEOUT 300)
+    TIMEOUT 600)
