@@ -1,4 +1,4 @@
-garage_test(tst_garageicons LIBRARIES garage_models)
-garage_test(tst_qgaragetreeview LIBRARIES garage_models)
-garage_test(tst_qeditabletreeview LIBRARIES garage_models)
+garage_test(tst_garageicons ELSEWHERE LIBRARIES garage_models)
+garage_test(tst_qgaragetreeview ELSEWHERE LIBRARIES garage_models)
+garage_test(tst_qeditabletreeview ELSEWHERE LIBRARIES garage_models)
 garage_test(tst_servicedialog ELSEWHERE LIBRARIES garage_settings)
