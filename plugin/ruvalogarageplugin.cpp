@@ -114,7 +114,7 @@ void RuvaloGaragePlugin::pluginSlot(QString module, QString event, QJsonObject j
         QLatin1String event;
         void (RuvaloGaragePlugin::*handle)(const QJsonObject &);
     };
-    static constexpr Handler handlers[] = {
+    static const Handler handlers[] = {
         {QLatin1String("clicked"), &RuvaloGaragePlugin::handleClicked},
         {QLatin1String("cars_list_changed"), &RuvaloGaragePlugin::handleCarsListChanged},
         {QLatin1String("send_settings_dialogs"), &RuvaloGaragePlugin::handleSendSettingsDialogs},

@@ -7,7 +7,7 @@
 
 namespace {
 
-constexpr QLatin1String noneText("--");
+const QLatin1String noneText("--");
 
 QString fullName(const QJsonObject &person)
 {

@@ -8,8 +8,8 @@
 int main(int argc, char *argv[])
 {
     QApplication application(argc, argv);
-    auto *loader = new QPluginLoader(QStringLiteral(GARAGE_PLUGIN_FILE));
-    auto *plugin = qobject_cast<TrivexPluginInterface *>(loader->instance());
+    QPluginLoader loader(QStringLiteral(GARAGE_PLUGIN_FILE)); // its end does not unload
+    auto *plugin = qobject_cast<TrivexPluginInterface *>(loader.instance());
     if (!plugin)
         return 2;
     plugin->pluginSlot(QString(), QStringLiteral("clicked"),
