@@ -24,9 +24,12 @@ private slots:
     void aClickMakesTheCellCurrentFirst();
     void afterScrollingTheClickMeansTheCellUnderTheButton_data();
     void afterScrollingTheClickMeansTheCellUnderTheButton();
+    void afterChangesTheClickMeansTheCellUnderTheButton_data();
+    void afterChangesTheClickMeansTheCellUnderTheButton();
     void aButtonWhoseCellIsGoneDoesNothing();
     void movingWithAPressedButtonSelectsNothing();
     void aCallThatNoButtonMadeIsIgnored();
+    void theReceiverMayDestroyTheView_data();
     void theReceiverMayDestroyTheView();
     void aViewWithoutAModelIsQuiet();
 };
@@ -108,6 +111,9 @@ QPoint belowTheRows(const Sample &sample)
 }
 
 } // namespace
+
+Q_DECLARE_METATYPE(std::function<void(Sample &)>)
+Q_DECLARE_METATYPE(std::function<void(QGarageTreeView *)>)
 
 void TestQGarageTreeView::theSignalsAndTheSlotComeInOrder()
 {
@@ -274,6 +280,37 @@ void TestQGarageTreeView::afterScrollingTheClickMeansTheCellUnderTheButton()
     QCOMPARE(sample.view.currentIndex(), sample.model.index(4 + rows, Operation));
 }
 
+void TestQGarageTreeView::afterChangesTheClickMeansTheCellUnderTheButton_data()
+{
+    using Change = std::function<void(Sample &)>;
+    QTest::addColumn<Change>("change");
+    QTest::addColumn<QString>("cell");
+    const auto add = [](const char *name, const char *cell, const Change &change) {
+        QTest::newRow(name) << change << QString::fromLatin1(cell);
+    };
+    add("a row removed above", "3-2", [](Sample &sample) { sample.model.removeRow(0); });
+    add("a row inserted above", "1-2", [](Sample &sample) { sample.model.insertRow(0); });
+    add("rows turned over", "1-2", [](Sample &sample) { sample.model.sort(Position, Qt::DescendingOrder); });
+    add("columns swapped", "2-1",
+        [](Sample &sample) { sample.view.header()->moveSection(Operation, Number); });
+}
+
+void TestQGarageTreeView::afterChangesTheClickMeansTheCellUnderTheButton()
+{
+    QFETCH(const std::function<void(Sample &)>, change);
+    QFETCH(const QString, cell);
+    Sample sample;
+    QVERIFY(sample.show());
+    sample.hover(2, Operation);
+    change(sample);
+    QCoreApplication::processEvents();
+    QSignalSpy clicked(&sample.view, &QGarageTreeView::serviceButtonClicked);
+    QTest::mouseClick(sample.service(), Qt::LeftButton);
+    QCOMPARE(clicked.size(), 1);
+    QCOMPARE(clicked.first().first().toModelIndex().data().toString(), cell);
+    QCOMPARE(sample.view.currentIndex().data().toString(), cell);
+}
+
 void TestQGarageTreeView::aButtonWhoseCellIsGoneDoesNothing()
 {
     Sample sample;
@@ -318,8 +355,18 @@ void TestQGarageTreeView::aCallThatNoButtonMadeIsIgnored()
     QCOMPARE(sample.view.currentIndex(), current);
 }
 
+void TestQGarageTreeView::theReceiverMayDestroyTheView_data()
+{
+    QTest::addColumn<std::function<void(QGarageTreeView *)>>("destroy");
+    QTest::newRow("at once") << std::function<void(QGarageTreeView *)>(
+        [](QGarageTreeView *view) { delete view; });
+    QTest::newRow("soon") << std::function<void(QGarageTreeView *)>(
+        [](QGarageTreeView *view) { view->deleteLater(); });
+}
+
 void TestQGarageTreeView::theReceiverMayDestroyTheView()
 {
+    QFETCH(const std::function<void(QGarageTreeView *)>, destroy);
     FlaggedModel model(2);
     auto *const view = new QGarageTreeView;
     const QPointer<QGarageTreeView> alive(view);
@@ -328,7 +375,7 @@ void TestQGarageTreeView::theReceiverMayDestroyTheView()
     view->resize(600, 200);
     view->show();
     QVERIFY(QTest::qWaitForWindowExposed(view));
-    connect(view, &QGarageTreeView::serviceButtonClicked, view, &QObject::deleteLater);
+    connect(view, &QGarageTreeView::serviceButtonClicked, this, [&] { destroy(view); });
     QTest::mouseMove(view->viewport(), view->visualRect(model.index(0, Operation)).center());
     QTest::mouseClick(view->viewport()->findChild<QPushButton *>(), Qt::LeftButton);
     QTRY_VERIFY(!alive);
