@@ -31,6 +31,10 @@ int chosenId(const QComboBox &combo)
 ServiceDialog::ServiceDialog(QWidget *parent) : QDialog(parent), m_ui(std::make_unique<Ui::ServiceDialog>())
 {
     m_ui->setupUi(this);
+    // The label's first line stands beside the note's first line.
+    const int textTop =
+        m_ui->teComments->frameWidth() + qRound(m_ui->teComments->document()->documentMargin());
+    m_ui->lComment->setContentsMargins(0, textTop, 0, 0);
     m_ui->buttonBox->button(QDialogButtonBox::Ok)->setText(tr("ОК"));
     m_ui->buttonBox->button(QDialogButtonBox::Cancel)->setText(tr("Отмена"));
 }
@@ -63,7 +67,8 @@ void ServiceDialog::setOperation(int opId)
 
 void ServiceDialog::setDateTime(const QDateTime &dateTime)
 {
-    m_ui->deOperationDateTime->setDateTime(dateTime);
+    // The field would take the digits of any other time zone as they are.
+    m_ui->deOperationDateTime->setDateTime(dateTime.toLocalTime());
 }
 
 void ServiceDialog::setComment(const QString &text)

@@ -1,5 +1,6 @@
 #include "settings/servicedialog.h"
 #include "support/garagetest.h"
+#include "support/typing.h"
 
 #include <QAbstractItemView>
 #include <QComboBox>
@@ -30,6 +31,14 @@ private slots:
     void titlesGrow();
     void complaintModeAsksForATask();
     void acceptingGivesWhatTheUserEntered();
+    void theKeyboardAloneFillsAndAcceptsTheDialog();
+    void anyTextComesBackAsItWentIn_data();
+    void anyTextComesBackAsItWentIn();
+    void oneOfThousandsOfPeopleIsFound();
+    void aTimeInUtcIsShownInLocalTime();
+    void untilAcceptedThereAreNoResults();
+    void theNotesLabelStandsBesideItsFirstLine_data();
+    void theNotesLabelStandsBesideItsFirstLine();
     void acceptingAnUntouchedDialogGivesNobodyAndNothing();
     void aPersonWithoutIdKeepsTheName();
     void anOperationCalledNoneHasNoName();
@@ -306,6 +315,139 @@ void TestServiceDialog::acceptingGivesWhatTheUserEntered()
     QCOMPARE(form.dialog.personId(), 4);
     QCOMPARE(form.dialog.personName(), QStringLiteral("Иванов Иван Иванович"));
     QCOMPARE(form.dialog.comment(), QStringLiteral("first\n<b>%1</b> 'second'"));
+}
+
+void TestServiceDialog::theKeyboardAloneFillsAndAcceptsTheDialog()
+{
+    Form form;
+    QVERIFY(form.show());
+    QCOMPARE(form.dialog.focusWidget(), form.time());
+    const auto press = [&form](Qt::Key key) { QTest::keyClick(form.dialog.focusWidget(), key); };
+    const auto pressUntilFocused = [&](Qt::Key key, const QWidget *wanted) {
+        for (int i = 0; i < 20 && form.dialog.focusWidget() != wanted; ++i)
+            press(key);
+        return form.dialog.focusWidget() == wanted;
+    };
+
+    QTest::keyClicks(form.time(), QStringLiteral("24"));
+    QVERIFY(pressUntilFocused(Qt::Key_Tab, form.operation()));
+    press(Qt::Key_Down);
+    QVERIFY(pressUntilFocused(Qt::Key_Tab, form.personal()));
+    press(Qt::Key_End);
+    QVERIFY(pressUntilFocused(Qt::Key_Tab, form.comments()));
+    typeText(form.comments(), QStringLiteral("масло & 100 %"));
+    QVERIFY(pressUntilFocused(Qt::Key_Tab, form.button(QDialogButtonBox::Ok)));
+    QVERIFY(form.dialog.isVisible());
+    press(Qt::Key_Return);
+
+    QVERIFY(!form.dialog.isVisible());
+    QCOMPARE(form.dialog.result(), int(QDialog::Accepted));
+    QCOMPARE(form.dialog.dateTime(), sampleTime.addDays(15));
+    QCOMPARE(form.dialog.operationId(), 7);
+    QCOMPARE(form.dialog.personId(), 4);
+    QCOMPARE(form.dialog.comment(), QStringLiteral("масло & 100 %"));
+}
+
+void TestServiceDialog::anyTextComesBackAsItWentIn_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::newRow("ampersands") << QStringLiteral("&масло && фильтр &");
+    QTest::newRow("percent signs") << QStringLiteral("100 % %1 %d %s %n");
+    QTest::newRow("line feeds") << QStringLiteral("масло\nи фильтр\n");
+    QTest::newRow("quotes and markup") << QStringLiteral("<i>'x\"</i>; DROP");
+    QTest::newRow("blanks around") << QStringLiteral("  масло  ");
+    QTest::newRow("beyond the basic plane") << QStringLiteral("масло \U0001F697");
+    QTest::newRow("10,000 characters") << QString(10000, QChar(0x0436));
+}
+
+void TestServiceDialog::anyTextComesBackAsItWentIn()
+{
+    QFETCH(const QString, text);
+    Form form;
+    QVERIFY(form.show());
+    form.dialog.setOperations({{5, text}});
+    form.dialog.setOperation(5);
+    form.dialog.setPersonal({person(8, text, QString(), QString())});
+    form.dialog.setPersonName(text);
+    form.dialog.setComment(text);
+    form.dialog.setTitleSuffix(text);
+    QVERIFY(!form.dialog.grab().isNull());
+    QTest::mouseClick(form.button(QDialogButtonBox::Ok), Qt::LeftButton);
+
+    QCOMPARE(form.dialog.operationId(), 5);
+    QCOMPARE(form.dialog.operationName(), text);
+    QCOMPARE(form.dialog.personId(), 8);
+    QCOMPARE(form.dialog.personName(), text);
+    QCOMPARE(form.dialog.comment(), text);
+    QCOMPARE(form.dialog.windowTitle(), QStringLiteral("Сервисное обслуживание - ") + text);
+}
+
+void TestServiceDialog::oneOfThousandsOfPeopleIsFound()
+{
+    constexpr int peopleCount = 5000;
+    QJsonArray people;
+    for (int id = 1; id <= peopleCount; ++id)
+        people.append(person(id, QStringLiteral("Фамилия%1").arg(id), QStringLiteral("Имя"), QString()));
+    Form form;
+    form.dialog.setPersonal(people);
+    QVERIFY(form.show());
+    QCOMPARE(form.personal()->count(), peopleCount + 1);
+
+    form.dialog.setPersonName(QStringLiteral("Фамилия4321 Имя"));
+    form.personal()->setFocus();
+    QTest::keyClick(form.personal(), Qt::Key_Down);
+    form.dialog.accept();
+    QCOMPARE(form.dialog.personId(), 4322);
+    QCOMPARE(form.dialog.personName(), QStringLiteral("Фамилия4322 Имя"));
+}
+
+void TestServiceDialog::aTimeInUtcIsShownInLocalTime()
+{
+    Form form;
+    form.dialog.setDateTime(sampleTime.toUTC());
+    QCOMPARE(form.time()->text(), QStringLiteral("09.03.2024 18:05"));
+    form.dialog.accept();
+    QCOMPARE(form.dialog.dateTime(), sampleTime);
+    QCOMPARE(form.dialog.dateTime().timeSpec(), Qt::LocalTime);
+}
+
+void TestServiceDialog::untilAcceptedThereAreNoResults()
+{
+    Form form;
+    form.dialog.setOperation(7);
+    form.dialog.setPersonName(QStringLiteral("Петров Пётр"));
+    form.dialog.setComment(QStringLiteral("note"));
+    QCOMPARE(form.dialog.personId(), -1);
+    QCOMPARE(form.dialog.operationId(), -1);
+    QCOMPARE(form.dialog.operationName(), QString());
+    QCOMPARE(form.dialog.comment(), QString());
+    QCOMPARE(form.dialog.personName(), QString());
+    QVERIFY(!form.dialog.dateTime().isValid());
+    QVERIFY(!form.dialog.isVisible());
+}
+
+void TestServiceDialog::theNotesLabelStandsBesideItsFirstLine_data()
+{
+    QTest::addColumn<bool>("isComplaint");
+    QTest::newRow("service") << false;
+    QTest::newRow("complaint") << true;
+}
+
+void TestServiceDialog::theNotesLabelStandsBesideItsFirstLine()
+{
+    QFETCH(const bool, isComplaint);
+    Form form;
+    if (isComplaint)
+        form.dialog.setComplaintMode();
+    QVERIFY(form.show());
+    const auto topIn = [&form](const QWidget *widget, const QPoint &at) {
+        return widget->mapTo(&form.dialog, at).y();
+    };
+    const QLabel *const label = form.label("lComment");
+    const int labelTop = topIn(label, label->contentsRect().topLeft());
+    const int noteTop = topIn(form.comments()->viewport(), form.comments()->cursorRect().topLeft());
+    QVERIFY2(qAbs(labelTop - noteTop) <= 1, qPrintable(QString::number(labelTop - noteTop)));
+    QVERIFY(label->contentsRect().height() >= label->fontMetrics().height() * (isComplaint ? 2 : 1));
 }
 
 void TestServiceDialog::acceptingAnUntouchedDialogGivesNobodyAndNothing()
