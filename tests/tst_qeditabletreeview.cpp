@@ -19,6 +19,8 @@ private slots:
     void theSignalsAndTheSlotComeInOrder();
     void eachKeyDoesItsOwnThing_data();
     void eachKeyDoesItsOwnThing();
+    void theUsualHandlingOfReturnStillRuns_data();
+    void theUsualHandlingOfReturnStillRuns();
     void theNoticeOfEditingComesBeforeTheEditor();
     void theDeleteKeyWhileEditingStaysInTheEditor();
     void withoutAModelEveryKeyIsQuiet();
@@ -254,6 +256,32 @@ void TestQEditableTreeView::eachKeyDoesItsOwnThing()
     // Whatever a key did, the view's own handling came after it.
     if (key == Qt::Key_Down && cell == Cell::Editable && !editing)
         QCOMPARE(sample.view.currentIndex(), sample.model.index(2, 0));
+}
+
+void TestQEditableTreeView::theUsualHandlingOfReturnStillRuns_data()
+{
+    QTest::addColumn<Qt::Key>("key");
+    QTest::addColumn<Qt::KeyboardModifiers>("modifiers");
+    const Qt::KeyboardModifiers none = Qt::NoModifier, ctrl = Qt::ControlModifier;
+    QTest::newRow("Return") << Qt::Key_Return << none;
+    QTest::newRow("Ctrl+Return") << Qt::Key_Return << ctrl;
+    QTest::newRow("Enter") << Qt::Key_Enter << none;
+    QTest::newRow("Ctrl+Enter") << Qt::Key_Enter << ctrl;
+}
+
+void TestQEditableTreeView::theUsualHandlingOfReturnStillRuns()
+{
+    QFETCH(const Qt::Key, key);
+    QFETCH(const Qt::KeyboardModifiers, modifiers);
+    Sample sample;
+    QVERIFY(sample.show());
+    sample.model.item(1)->setEditable(false);
+    sample.view.setCurrentIndex(sample.model.index(1, 0));
+    QList<QModelIndex> activated;
+    connect(&sample.view, &QAbstractItemView::activated, this,
+            [&activated](const QModelIndex &index) { activated.append(index); });
+    QTest::keyClick(&sample.view, key, modifiers);
+    QCOMPARE(activated, QList<QModelIndex> {sample.model.index(1, 0)});
 }
 
 void TestQEditableTreeView::theNoticeOfEditingComesBeforeTheEditor()
