@@ -12,10 +12,17 @@ class TestGarageIcons : public GarageTest
 private slots:
     void eachIconIsDrawnInEverySize_data();
     void eachIconIsDrawnInEverySize();
+    void noIconIsCutOffAtItsEdges_data() { addNames(); }
+    void noIconIsCutOffAtItsEdges();
+    void eachIconDiffersFromTheOthers_data() { addNames(); }
+    void eachIconDiffersFromTheOthers();
     void eachIconIsReadableOnEveryPalette_data();
     void eachIconIsReadableOnEveryPalette();
     void theArrowsPointApart();
     void theResourcesMayBeAskedForTwice();
+
+private:
+    static void addNames();
 };
 
 namespace {
@@ -85,6 +92,46 @@ void TestGarageIcons::eachIconIsDrawnInEverySize()
     const int area = image.width() * image.height();
     QVERIFY2(drawn > area / 5, "too thin to be seen");
     QVERIFY2(drawn < area * 9 / 10, "a filled square has no shape");
+}
+
+void TestGarageIcons::addNames()
+{
+    QTest::addColumn<QString>("name");
+    for (const char *name : iconNames)
+        QTest::newRow(name) << QString::fromLatin1(name);
+}
+
+void TestGarageIcons::noIconIsCutOffAtItsEdges()
+{
+    QFETCH(QString, name);
+    initGarageResources();
+    for (const QString &variant : {name, QString(name + QLatin1String("@2x"))}) {
+        const QImage image(resourceOf(variant));
+        QVERIFY(!image.isNull());
+        const int last = image.width() - 1;
+        for (int i = 0; i <= last; ++i) {
+            for (const QPoint &edge : {QPoint(i, 0), QPoint(i, last), QPoint(0, i), QPoint(last, i)})
+                QVERIFY2(qAlpha(image.pixel(edge)) < 64, "more than the rim of a smooth outline");
+        }
+    }
+}
+
+void TestGarageIcons::eachIconDiffersFromTheOthers()
+{
+    QFETCH(QString, name);
+    for (const int side : {16, 24, 32, 48}) {
+        const QImage image = picture(name, side);
+        for (const char *otherName : iconNames) {
+            if (name == QLatin1String(otherName))
+                continue;
+            const QImage other = picture(QString::fromLatin1(otherName), side);
+            int different = 0;
+            for (int y = 0; y < side; ++y)
+                for (int x = 0; x < side; ++x)
+                    different += std::abs(qAlpha(image.pixel(x, y)) - qAlpha(other.pixel(x, y))) > 128;
+            QVERIFY2(different > side * side / 20, otherName);
+        }
+    }
 }
 
 void TestGarageIcons::eachIconIsReadableOnEveryPalette_data()
