@@ -15,7 +15,7 @@ QVector<EventExample> eventExamples()
         {QStringLiteral("cars_list_changed"),
          QStringLiteral(
              "{\n    \"cars\": [\n        {\n            \"id\": 101,\n            \"num\": \"1\",\n"
-             "            \"name\": \"Вихрь 270\",\n            \"available_for_runs\": true\n"
+             "            \"name\": \"Вихрь\",\n            \"available_for_runs\": true\n"
              "        }\n    ],\n    \"noStatsUpdate\": true\n}")},
         {QStringLiteral("personal_list"),
          QStringLiteral("{\n    \"personalList\": [\n        {\n            \"id\": 11,\n"

@@ -33,9 +33,11 @@ bool HostConnection::exec(const QString &statement, const QVariantList &values)
 QSqlQuery HostConnection::query(const QString &statement, const QVariantList &values)
 {
     QSqlQuery query = prepared(statement);
+    if (query.lastError().isValid())
+        return query; // running it would put a lesser reason in place of this one
     for (const QVariant &value : values)
         query.addBindValue(value);
-    m_errorText = query.exec() ? QString() : query.lastError().text();
+    exec(query);
     return query;
 }
 
@@ -49,8 +51,21 @@ QSqlQuery HostConnection::prepared(const QString &statement)
 {
     QSqlQuery query(m_database);
     query.setForwardOnly(true);
-    query.prepare(statement);
+    if (!query.prepare(statement))
+        m_errorText = query.lastError().text();
     return query;
+}
+
+bool HostConnection::exec(QSqlQuery &prepared)
+{
+    const bool done = prepared.exec();
+    m_errorText = done ? QString() : prepared.lastError().text();
+    return done;
+}
+
+void HostConnection::rollback()
+{
+    prepared(QStringLiteral("ROLLBACK")).exec();
 }
 
 bool HostConnection::execScript(const QString &resourcePath)
@@ -78,7 +93,7 @@ HostTransaction::HostTransaction(HostConnection &connection)
 HostTransaction::~HostTransaction()
 {
     if (m_active)
-        m_connection.exec(QStringLiteral("ROLLBACK"));
+        m_connection.rollback();
 }
 
 bool HostTransaction::commit()

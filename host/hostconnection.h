@@ -25,8 +25,11 @@ public:
     QSqlQuery query(const QString &statement, const QVariantList &values = {});
     /// First column of the first row; invalid if there is none.
     QVariant value(const QString &statement, const QVariantList &values = {});
-    /// A statement to be run many times; the caller binds and executes.
+    /// A statement to be bound and run many times.
     QSqlQuery prepared(const QString &statement);
+    bool exec(QSqlQuery &prepared);
+    /// Undoes the open transaction; errorText() still tells what went wrong in it.
+    void rollback();
     /// Id of the row that the last exec() inserted.
     int lastInsertId() const { return m_lastInsertId; }
     /// Runs every statement of a script; stops at the first that fails.

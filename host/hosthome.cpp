@@ -69,3 +69,13 @@ QString HostHome::screenshotsPath() const
 {
     return (isUserDocuments() ? QDir::currentPath() : m_path) + QLatin1String("/screenshots");
 }
+
+void HostHome::removeDatabases() const
+{
+    if (isUserDocuments())
+        return;
+    for (const QString &file : {databasePath(), remoteRecordsPath()}) {
+        QFile::remove(file);
+        QFile::remove(file + QLatin1String("-journal"));
+    }
+}

@@ -23,6 +23,8 @@ public:
     QString databasePath() const;
     /// The file of the remote side's own records.
     QString remoteRecordsPath() const;
+    /// Removes both files, and what a program that was killed left beside them. Never the user's own.
+    void removeDatabases() const;
     /// Where screenshots go if nobody says otherwise.
     QString screenshotsPath() const;
 

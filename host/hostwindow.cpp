@@ -21,6 +21,7 @@ HostWindow::HostWindow(DemoHost &host, const HostHome &home)
 {
     setWindowTitle(tr("Картодром — демонстрация гаража"));
     resize(1280, 800);
+    setAnimated(false);
     m_tabs->setObjectName(QStringLiteral("hostTabWidget"));
     m_tabs->addTab(new TrackPanel(host.track(), host.fleet()), tr("Трасса"));
     m_tabs->addTab(new FleetPanel(host.fleet()), tr("Карты и люди"));

@@ -1,5 +1,6 @@
 #include "journalpanel.h"
 
+#include "columnwidths.h"
 #include "eventexamples.h"
 #include "eventplayer.h"
 #include "journalmodel.h"
@@ -26,8 +27,6 @@
 #include <QVBoxLayout>
 
 namespace {
-
-constexpr int cellMargin = 16;
 
 QPlainTextEdit *makeJsonEdit(const QString &name)
 {
@@ -83,10 +82,9 @@ JournalPanel::JournalPanel(JournalModel &journal, PluginHost &plugin, QWidget *p
     m_table->verticalHeader()->hide();
     m_table->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 6);
     m_table->horizontalHeader()->setSectionResizeMode(JournalModel::EventColumn, QHeaderView::Stretch);
-    const QString widest[] = {QStringLiteral("00:00:00.000"), QStringLiteral("Направление"),
-                              QStringLiteral("garage_stats_updater"), QString(), QStringLiteral("0 000 000")};
-    for (int column = 0; column < JournalModel::ColumnCount; ++column)
-        m_table->setColumnWidth(column, fontMetrics().horizontalAdvance(widest[column]) + cellMargin);
+    setColumnWidths(*m_table,
+                    {QStringLiteral("00:00:00.000"), tr("Направление"),
+                     QStringLiteral("garage_stats_updater"), QString(), QStringLiteral("0 000 000")});
     m_details->setReadOnly(true);
 
     auto *side = new QSplitter(Qt::Vertical);
@@ -126,7 +124,6 @@ QWidget *JournalPanel::makeFilterRow()
     auto *text = new QLineEdit;
     text->setObjectName(QStringLiteral("textFilterLineEdit"));
     text->setPlaceholderText(tr("Найти в сообщении"));
-    text->setClearButtonEnabled(true);
     layout->addWidget(m_eventFilter);
     layout->addWidget(text, 1);
     const auto addButton = [&](const QString &caption, const char *name, void (JournalPanel::*slot)()) {

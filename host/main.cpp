@@ -13,7 +13,6 @@
 
 #include <QApplication>
 #include <QEventLoop>
-#include <QFile>
 #include <QProgressDialog>
 
 #include <memory>
@@ -67,10 +66,8 @@ SampleOutcome makeSampleData(SampleJob &job, bool takesLong)
 
 int fillDatabase(const HostOptions &options, const HostHome &home)
 {
-    if (options.fresh) {
-        QFile::remove(home.databasePath());
-        QFile::remove(home.remoteRecordsPath());
-    }
+    if (options.fresh)
+        home.removeDatabases();
     const QString error = HostDatabase::prepare(home);
     if (!error.isEmpty()) {
         Console::complain(tr("база данных не готова: %1").arg(error));

@@ -1,7 +1,9 @@
 #include "remotepanel.h"
 
+#include "columnwidths.h"
 #include "fleetdesk.h"
 #include "remoteside.h"
+#include "timestamptext.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -46,13 +48,6 @@ QList<QStandardItem *> makeRow(const QStringList &texts)
     return row;
 }
 
-QString localTime(const QString &utcText)
-{
-    QDateTime time = QDateTime::fromString(utcText, Qt::ISODate);
-    time.setTimeSpec(Qt::UTC);
-    return time.isValid() ? time.toLocalTime().toString(QStringLiteral("dd.MM.yyyy hh:mm")) : QString();
-}
-
 QString idList(const QVector<int> &ids)
 {
     QStringList texts;
@@ -83,7 +78,7 @@ RemotePanel::RemotePanel(RemoteSide &remote, FleetDesk &desk, QWidget *parent)
         {tr("№"), tr("Карт"), tr("Операция"), tr("Выполнено"), tr("Исполнитель"), tr("Состояние")});
     auto *layout = new QHBoxLayout(this);
     layout->addWidget(makePendingBox(), 5);
-    layout->addWidget(makeRecordsBox(), 6);
+    layout->addWidget(makeRecordsBox(), 7);
 
     // Records may change many times in a row; the tables follow a little later, once.
     m_recordsTimer.setSingleShot(true);
@@ -106,9 +101,7 @@ QWidget *RemotePanel::makePendingBox()
 {
     auto *box = new QGroupBox(tr("Ждёт обслуживания"));
     auto *layout = new QVBoxLayout(box);
-    m_pendingView->setColumnWidth(0, 50);
-    m_pendingView->setColumnWidth(1, 120);
-    m_pendingView->setColumnWidth(2, 230);
+    setColumnWidths(*m_pendingView, {tr("Карт "), QStringLiteral("Молния+"), tr("Регулировка схождения")});
     m_person->setObjectName(QStringLiteral("remotePersonComboBox"));
     m_channel->setObjectName(QStringLiteral("remoteChannelComboBox"));
     m_comment->setObjectName(QStringLiteral("remoteCommentLineEdit"));
@@ -149,9 +142,9 @@ QWidget *RemotePanel::makeRecordsBox()
 {
     auto *box = new QGroupBox(tr("Записи удалённой стороны"));
     auto *layout = new QVBoxLayout(box);
-    const int widths[] = {45, 45, 170, 140, 140};
-    for (int column = 0; column < 5; ++column)
-        m_recordsView->setColumnWidth(column, widths[column]);
+    setColumnWidths(*m_recordsView,
+                    {QStringLiteral("0000"), tr("Карт "), tr("Регулировка схождения"),
+                     QStringLiteral("00.00.0000 00:00"), tr("Кузнецов Алексей")});
     auto *atOnce = new QCheckBox(tr("Отправлять сразу"));
     atOnce->setChecked(true);
     atOnce->setObjectName(QStringLiteral("sendAtOnceCheckBox"));
@@ -183,7 +176,8 @@ void RemotePanel::refillPending()
     m_pending->removeRows(0, m_pending->rowCount());
     for (const PendingService &service : qAsConst(m_shownPending)) {
         const QString name = service.opId < 0 ? tr("Жалоба: %1").arg(service.opName) : service.opName;
-        m_pending->appendRow(makeRow({service.carNumber, service.carModel, name, localTime(service.since)}));
+        m_pending->appendRow(
+            makeRow({service.carNumber, service.carModel, name, localTimeText(service.since)}));
         if (service.carId == chosen.carId && service.opId == chosen.opId)
             m_pendingView->selectRow(m_pending->rowCount() - 1);
     }
@@ -199,7 +193,7 @@ void RemotePanel::refillRecords()
     for (const RemoteRecord &record : m_remote.store().latest(shownRecords))
         m_records->appendRow(
             makeRow({QString::number(record.id), numbers.value(record.carId), record.opName,
-                     localTime(record.doneTime), record.operatorName, states.value(record.state)}));
+                     localTimeText(record.doneTime), record.operatorName, states.value(record.state)}));
     showCheck();
 }
 

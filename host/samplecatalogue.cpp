@@ -8,15 +8,15 @@ QVector<SampleCatalogue::Operation> SampleCatalogue::operations(int count)
 {
     const QVector<Operation> all = {
         {QStringLiteral("Замена масла"), 10 * halfHour, 0, 0},
-        {QStringLiteral("Чистка и смазка цепи"), 3 * halfHour, 12, 0},
+        {QStringLiteral("Чистка и смазка\nцепи"), 3 * halfHour, 12, 0},
         {QStringLiteral("Замена цепи\nи звёзд"), 0, 0, 450},
-        {QStringLiteral("Проверка тормозов"), 0, 15, 0},
+        {QStringLiteral("Проверка\nтормозов"), 0, 15, 0},
         {QStringLiteral("Замена тормозных\nколодок"), 8 * halfHour, 0, 400},
         {QStringLiteral("Замена шин"), 0, 0, 500},
         {QStringLiteral("Регулировка\nсхождения"), 6 * halfHour, 25, 0},
-        {QStringLiteral("Протяжка болтов"), 2 * halfHour, 10, 120},
+        {QStringLiteral("Протяжка\nболтов"), 2 * halfHour, 10, 120},
         {QStringLiteral("Замена свечи"), 8 * halfHour, 0, 0},
-        {QStringLiteral("Чистка карбюратора"), 6 * halfHour, 0, 300},
+        {QStringLiteral("Чистка\nкарбюратора"), 6 * halfHour, 0, 300},
         {QStringLiteral("Замена воздушного\nфильтра"), 0, 30, 0},
         {QStringLiteral("Осмотр рамы"), 10 * halfHour, 40, 400},
     };
@@ -26,9 +26,9 @@ QVector<SampleCatalogue::Operation> SampleCatalogue::operations(int count)
 QVector<SampleCatalogue::Model> SampleCatalogue::models()
 {
     return {
-        {QStringLiteral("Вихрь 270"), 1.0, 39000},      {QStringLiteral("Стриж 200"), 1.1, 42000},
-        {QStringLiteral("Юниор 120"), 1.3, 48000},      {QStringLiteral("Дуэт 270"), 0.9, 46000},
-        {QStringLiteral("Молния Электро"), 1.5, 37000},
+        {QStringLiteral("Вихрь"), 1.0, 39000},  {QStringLiteral("Стриж"), 1.1, 42000},
+        {QStringLiteral("Юниор"), 1.3, 48000},  {QStringLiteral("Дуэт"), 0.9, 46000},
+        {QStringLiteral("Молния"), 1.5, 37000},
     };
 }
 

@@ -211,7 +211,7 @@ bool SampleMaker::writeLaps()
         insert.bindValue(1, lap.runId);
         insert.bindValue(2, timestamp.of(lap.finished));
         insert.bindValue(3, lap.milliseconds);
-        if (!insert.exec())
+        if (!m_connection.exec(insert))
             return false;
         const bool report = lapsSoFar % 10000 == 0;
         m_cancelled = report && !m_progress(std::min(90, int(90LL * lapsSoFar / expected)));

@@ -12,24 +12,31 @@
 
 namespace {
 
+enum HostTab { TrackTab, FleetTab, RemoteTab, JournalTab, HostTabs };
 constexpr const char *hostTabNames[] = {"track", "fleet", "remote", "journal"};
-constexpr int hostTabs = int(std::size(hostTabNames));
+static_assert(std::size(hostTabNames) == HostTabs, "one name per tab");
+constexpr int workDone = 4;
 const QSize photographed(1500, 900);
 constexpr int liveMilliseconds = 4000;
 constexpr int liveSpeed = 300;
 
-/// So that the picture shows a table's details beside it.
-void showLatestRow(const QWidget &page)
+/// So that the picture shows a message beside the journal.
+void showLatestMessage(const QWidget &window)
 {
-    auto *table = page.findChild<QTableView *>();
-    if (table && table->model())
-        table->selectRow(table->model()->rowCount() - 1);
+    auto *table = window.findChild<QTableView *>(QStringLiteral("journalTable"));
+    table->selectRow(table->model()->rowCount() - 1);
 }
 
 } // namespace
 
-ScreenshotTour::ScreenshotTour(DemoHost &host, HostWindow &window, const QString &folder, QObject *parent)
-    : QObject(parent), m_host(host), m_window(window), m_folder(folder), m_watch(host.plugin())
+ScreenshotTour::ScreenshotTour(DemoHost &host, HostWindow &window, const QString &folder, bool mayWrite,
+                               QObject *parent)
+    : QObject(parent)
+    , m_host(host)
+    , m_window(window)
+    , m_folder(folder)
+    , m_mayWrite(mayWrite)
+    , m_watch(host.plugin())
 {
     connect(&m_watch, &AnswerWatch::finished, this, &ScreenshotTour::photograph);
 }
@@ -41,26 +48,44 @@ void ScreenshotTour::start()
     // The plug-in's window is known from here on.
     addPluginStops();
     m_stops.append({QStringLiteral("settings"), [this] { m_window.openSettings(); }});
-    const auto showHostTab = [this](int tab) {
-        QTabWidget &tabs = m_window.tabs();
-        tabs.setCurrentIndex(tabs.count() - hostTabs + tab);
-    };
-    m_stops.append({QLatin1String(hostTabNames[0]),
-                    [this, showHostTab] {
+    addHostStops();
+    visit();
+}
+
+void ScreenshotTour::addHostStops()
+{
+    m_stops.append({QLatin1String(hostTabNames[TrackTab]),
+                    [this] {
                         m_window.closeSettings();
-                        showHostTab(0);
+                        showHostTab(TrackTab);
                         m_host.track().setSpeed(liveSpeed);
-                        m_host.track().setLive(true);
+                        m_host.track().setLive(m_mayWrite);
                     },
                     liveMilliseconds});
-    for (int tab = 1; tab < hostTabs; ++tab) {
-        m_stops.append({QLatin1String(hostTabNames[tab]), [this, showHostTab, tab] {
+    for (int tab = TrackTab + 1; tab < HostTabs; ++tab) {
+        m_stops.append({QLatin1String(hostTabNames[tab]), [this, tab] {
                             m_host.track().setLive(false);
+                            if (tab == RemoteTab && m_mayWrite)
+                                doSomeWork();
                             showHostTab(tab);
-                            showLatestRow(*m_window.tabs().currentWidget());
+                            showLatestMessage(m_window);
                         }});
     }
-    visit();
+}
+
+void ScreenshotTour::showHostTab(int tab)
+{
+    QTabWidget &tabs = m_window.tabs();
+    tabs.setCurrentIndex(tabs.count() - HostTabs + tab);
+}
+
+void ScreenshotTour::doSomeWork()
+{
+    const QVector<PendingService> pending = m_host.remote().pending();
+    const QVector<FleetPerson> people = m_host.fleet().fleet().people();
+    for (int number = 0; number < std::min(workDone, pending.size()); ++number)
+        m_host.remote().complete(pending.at(number), people.value(number), tr("сделано по заявке"),
+                                 RemoteSide::Channel::Service);
 }
 
 /// One stop for each tab that the plug-in's window has.

@@ -16,7 +16,9 @@ class ScreenshotTour final : public QObject
 {
     Q_OBJECT
 public:
-    ScreenshotTour(DemoHost &host, HostWindow &window, const QString &folder, QObject *parent = nullptr);
+    /// Karts drive and work is done on the way only if the tour `mayWrite`.
+    ScreenshotTour(DemoHost &host, HostWindow &window, const QString &folder, bool mayWrite,
+                   QObject *parent = nullptr);
 
     void start();
 
@@ -34,12 +36,16 @@ private:
     };
 
     void addPluginStops();
+    void addHostStops();
+    void showHostTab(int tab);
+    void doSomeWork();
     void visit();
     void photograph(bool allAnswered);
 
     DemoHost &m_host;
     HostWindow &m_window;
     const QString m_folder;
+    const bool m_mayWrite;
     AnswerWatch m_watch;
     QVector<Stop> m_stops;
     int m_position = 0;

@@ -4,9 +4,10 @@
 #include "demohost.h"
 #include "duetable.h"
 #include "exitcode.h"
+#include "hosthome.h"
 
 TourSession::TourSession(DemoHost &host, const HostHome &home, const QString &screenshots)
-    : m_host(host), m_window(host, home), m_tour(host, m_window, screenshots)
+    : m_host(host), m_window(host, home), m_tour(host, m_window, screenshots, !home.isUserDocuments())
 {
     connect(&host.plugin(), &PluginHost::received, this, &TourSession::printDue);
     connect(&m_tour, &ScreenshotTour::saved, this,

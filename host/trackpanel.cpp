@@ -87,6 +87,7 @@ QWidget *TrackPanel::makeLiveDesk()
 {
     auto *box = new QGroupBox(tr("Карты едут сами"));
     auto *layout = new QFormLayout(box);
+    layout->setLabelAlignment(Qt::AlignLeft | Qt::AlignTop);
     m_live->setObjectName(QStringLiteral("livePushButton"));
     m_live->setCheckable(true);
     m_slider->setObjectName(QStringLiteral("speedSlider"));

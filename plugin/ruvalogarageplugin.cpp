@@ -3,12 +3,23 @@
 #include "adoptionguard.h"
 #include "settings/servicereglamentmodel.h"
 
+#include <QCoreApplication>
+
 namespace {
 
 /// Addresses travel as JSON numbers.
 QJsonValue address(const QWidget *widget)
 {
     return qlonglong(reinterpret_cast<quintptr>(widget));
+}
+
+QPointer<RuvaloGaragePlugin> livingPlugin;
+
+/// A host may end without unloading its plug-ins. Widgets must not outlive the application object, and what
+/// the mechanic has confirmed must still be written.
+void endWithTheApplication()
+{
+    delete livingPlugin;
 }
 
 } // namespace
@@ -49,10 +60,14 @@ RuvaloGaragePlugin::RuvaloGaragePlugin()
     m_garageForm->setReglament(m_settingsForm.reglamentModel());
     connect(m_garageForm, &GarageForm::closeGarage, this, &RuvaloGaragePlugin::closeGarage);
     connect(m_garageForm, &GarageForm::pluginSignal, this, &RuvaloGaragePlugin::send);
+
+    livingPlugin = this;
+    qAddPostRoutine(endWithTheApplication);
 }
 
 RuvaloGaragePlugin::~RuvaloGaragePlugin()
 {
+    qRemovePostRoutine(endWithTheApplication);
     delete m_garageForm;
 }
 

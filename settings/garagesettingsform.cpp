@@ -7,6 +7,7 @@
 #include "settings/reglamentsettingsdialog.h"
 #include "ui_garagesettingsform.h"
 
+#include <QHeaderView>
 #include <QJsonArray>
 
 GarageSettingsForm::GarageSettingsForm(QWidget *parent)
@@ -15,20 +16,37 @@ GarageSettingsForm::GarageSettingsForm(QWidget *parent)
     , m_ui(std::make_unique<Ui::GarageSettingsForm>())
 {
     m_ui->setupUi(this);
+    m_designedSize = size();
     setUpTable(m_ui->tvServiceOperations, m_operationsModel);
     connect(&m_operationsModel, &ServiceOperationsModel::operationNameChanged, this,
             &GarageSettingsForm::opnameChange);
     setUpTable(m_ui->tvServiceReglament, m_reglamentModel);
+    setUpOperationTitles();
     reloadReglamentModel();
 }
 
 GarageSettingsForm::~GarageSettingsForm() = default;
+
+QSize GarageSettingsForm::sizeHint() const
+{
+    return m_designedSize;
+}
 
 void GarageSettingsForm::setUpTable(QTreeView *view, ClearbackgroundTableModel &model)
 {
     view->setItemDelegate(&m_gridDelegate);
     view->setModel(&model);
     model.applyColumnWidths(view);
+}
+
+/// Names of any length are titles here: a long one shows how it begins, a high one leaves room for the table.
+void GarageSettingsForm::setUpOperationTitles()
+{
+    constexpr int mostLines = 3;
+    QHeaderView *header = m_ui->tvServiceReglament->header();
+    header->setTextElideMode(Qt::ElideRight);
+    header->setMaximumHeight(header->sizeHint().height()
+                             + (mostLines - 1) * header->fontMetrics().lineSpacing());
 }
 
 void GarageSettingsForm::loadOperations()
@@ -42,7 +60,7 @@ void GarageSettingsForm::reloadReglamentModel()
 {
     m_database.ensureOpen();
     // The database may have come after the page.
-    if (m_operationsModel.operations().isEmpty())
+    if (m_operationsModel.rowCount() == 0)
         loadOperations();
 
     const ColumnWidthKeeper widths(m_ui->tvServiceReglament, m_reglamentModel);
@@ -50,7 +68,8 @@ void GarageSettingsForm::reloadReglamentModel()
     m_reglamentModel.clear();
     for (const QString &model : ScheduleTables::readCarModels(m_database))
         m_reglamentModel.addModel(model);
-    for (const ServiceOperation &operation : m_operationsModel.operations()) {
+    for (int row = 0; row < m_operationsModel.rowCount(); ++row) {
+        const ServiceOperation &operation = m_operationsModel.operationAt(row);
         if (operation.id != noId)
             m_reglamentModel.addOperation(operation.id, operation.name);
     }
@@ -80,7 +99,8 @@ void GarageSettingsForm::opnameChange(int opId, const QString &newName)
 void GarageSettingsForm::announceOperations()
 {
     QJsonArray opsList;
-    for (const ServiceOperation &operation : m_operationsModel.operations()) {
+    for (int row = 0; row < m_operationsModel.rowCount(); ++row) {
+        const ServiceOperation &operation = m_operationsModel.operationAt(row);
         opsList.append(
             QJsonObject {{QStringLiteral("id"), operation.id}, {QStringLiteral("opName"), operation.name}});
     }
@@ -105,12 +125,13 @@ void GarageSettingsForm::removeServiceOp()
     const QModelIndex current = m_ui->tvServiceOperations->currentIndex();
     if (!current.isValid())
         return;
-    const int opId = m_operationsModel.operations().at(current.row()).id;
-    if (!confirmDeletion(this))
+    // The question takes the focus from an open editor, which may store a new row: its id is read after.
+    const QPersistentModelIndex chosen = current;
+    if (!confirmDeletion(this) || !chosen.isValid())
         return;
     // The reglament keeps the operation's column and limits until it is read anew.
-    ScheduleTables::removeOperation(m_database, opId);
-    m_operationsModel.removeOperation(opId);
+    ScheduleTables::removeOperation(m_database, m_operationsModel.operationAt(chosen.row()).id);
+    m_operationsModel.removeOperationAt(chosen.row());
     announceOperations();
 }
 

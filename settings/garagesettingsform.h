@@ -25,6 +25,9 @@ public:
     explicit GarageSettingsForm(QWidget *parent = nullptr);
     ~GarageSettingsForm() override;
 
+    /// The size that the page starts with, so that the host's layouts give it that much.
+    QSize sizeHint() const override;
+
     const ServiceReglamentModel &reglamentModel() const { return m_reglamentModel; }
     /// Reads the car models and their limits anew; the operations are those of the page.
     void reloadReglamentModel();
@@ -40,6 +43,7 @@ private slots: // connected by name
 
 private:
     void setUpTable(QTreeView *view, ClearbackgroundTableModel &model);
+    void setUpOperationTitles();
     void loadOperations();
     void opnameChange(int opId, const QString &newName);
     void removeServiceOp();
@@ -51,4 +55,5 @@ private:
     GarageDatabase m_database;
     GridDelegate m_gridDelegate;
     const std::unique_ptr<Ui::GarageSettingsForm> m_ui;
+    QSize m_designedSize;
 };

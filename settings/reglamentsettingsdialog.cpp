@@ -33,6 +33,7 @@ ReglamentSettingsDialog::ReglamentSettingsDialog(QWidget *parent)
     : QDialog(parent), m_ui(std::make_unique<Ui::ReglamentSettingsDialog>())
 {
     m_ui->setupUi(this);
+    setWindowFlag(Qt::WindowContextHelpButtonHint, false);
     m_ui->buttonBox->button(QDialogButtonBox::Ok)->setText(tr("ОК"));
     m_ui->buttonBox->button(QDialogButtonBox::Cancel)->setText(tr("Отмена"));
 }
@@ -46,10 +47,7 @@ void ReglamentSettingsDialog::setModelName(const QString &text)
 
 void ReglamentSettingsDialog::setOperationName(const QString &text)
 {
-    QString title = text;
-    title.replace(QLatin1Char('\n'), QLatin1Char(' '));
-    title.replace(QLatin1Char('&'), QLatin1String("&&")); // not meant as a shortcut
-    m_ui->gbParameterName->setTitle(title);
+    m_ui->gbParameterName->setTitle(QString(text).replace(QLatin1Char('\n'), QLatin1Char(' ')));
 }
 
 void ReglamentSettingsDialog::setTimeLimit(int seconds)

@@ -18,8 +18,10 @@ public:
     ~ReglamentSettingsDialog() override;
 
     void setModelName(const QString &text);
+    /// A line feed is shown as a blank.
     void setOperationName(const QString &text);
-    /// Seconds of driving, shown in hours with one decimal.
+    /// Seconds of driving, shown in hours with one decimal. As with the other limits, 0 leaves the field
+    /// empty.
     void setTimeLimit(int seconds);
     void setRunsLimit(int runs);
     void setLapsLimit(int laps);

@@ -12,17 +12,17 @@ ServiceOperationsModel::ServiceOperationsModel()
 
 int ServiceOperationsModel::rowCount(const QModelIndex &parent) const
 {
-    return parent.isValid() ? 0 : m_operations.size();
+    return parent.isValid() ? 0 : m_rows.size();
 }
 
 QVariant ServiceOperationsModel::data(const QModelIndex &index, int role) const
 {
-    if ((role == Qt::DisplayRole || role == Qt::EditRole) && isCell(index)) {
+    if (isCell(index) && (role == Qt::DisplayRole || role == Qt::EditRole)) {
         const QString key = columnKey(index.column());
         if (key == ColumnKeys::position)
             return index.row() + 1;
         if (key == ColumnKeys::name)
-            return m_operations.at(index.row()).name;
+            return operationAt(index.row()).name;
     }
     return ClearbackgroundTableModel::data(index, role);
 }
@@ -30,19 +30,19 @@ QVariant ServiceOperationsModel::data(const QModelIndex &index, int role) const
 Qt::ItemFlags ServiceOperationsModel::flags(const QModelIndex &index) const
 {
     const Qt::ItemFlags flags = ClearbackgroundTableModel::flags(index);
-    const bool isName = index.isValid() && columnKey(index.column()) == ColumnKeys::name;
+    const bool isName = isCell(index) && columnKey(index.column()) == ColumnKeys::name;
     return isName ? flags | Qt::ItemIsEditable : flags;
 }
 
 bool ServiceOperationsModel::setData(const QModelIndex &index, const QVariant &value, int role)
 {
-    if (role != Qt::EditRole || !isCell(index) || columnKey(index.column()) != ColumnKeys::name)
+    const bool isName = isCell(index) && columnKey(index.column()) == ColumnKeys::name;
+    if (role != Qt::EditRole || !isName)
         return ClearbackgroundTableModel::setData(index, value, role);
 
-    ServiceOperation &operation = m_operations[index.row()];
-    operation.name = value.toString();
-    const ServiceOperation changed = operation; // receivers may change the rows
-    emit operationNameChanged(changed.id, changed.name);
+    m_rows[index.row()].operation.name = value.toString();
+    const ServiceOperation renamed = operationAt(index.row());
+    emit operationNameChanged(renamed.id, renamed.name);
     return true;
 }
 
@@ -50,40 +50,44 @@ QModelIndex ServiceOperationsModel::addEmptyOperation()
 {
     {
         const LayoutChange change(*this);
-        m_operations.append(ServiceOperation());
+        appendOperation(noId, QString());
     }
-    return index(m_operations.size() - 1, 1);
+    return index(m_rows.size() - 1, 1);
 }
 
 void ServiceOperationsModel::appendOperation(int id, const QString &name)
 {
-    m_operations.append({id, name});
+    m_rows.append({{id, name}, m_nextSerial++});
 }
 
 void ServiceOperationsModel::setNewOperationId(int id)
 {
-    const int row = rowOf(noId);
+    const int row = findOperation(noId);
     if (row >= 0)
-        m_operations[row].id = id;
+        m_rows[row].operation.id = id;
 }
 
 void ServiceOperationsModel::removeOperation(int id)
 {
-    const int row = rowOf(id);
-    if (row < 0)
-        return;
+    const int row = findOperation(id);
+    if (row >= 0)
+        removeOperationAt(row);
+}
+
+void ServiceOperationsModel::removeOperationAt(int row)
+{
     const LayoutChange change(*this);
-    m_operations.removeAt(row);
+    m_rows.removeAt(row);
 }
 
 QString ServiceOperationsModel::recordId(int row) const
 {
-    return QString::number(m_operations.at(row).id);
+    return QString::number(m_rows.at(row).serial);
 }
 
-int ServiceOperationsModel::rowOf(int id) const
+int ServiceOperationsModel::findOperation(int id) const
 {
-    const auto it = std::find_if(m_operations.cbegin(), m_operations.cend(),
-                                 [id](const ServiceOperation &operation) { return operation.id == id; });
-    return it == m_operations.cend() ? -1 : int(std::distance(m_operations.cbegin(), it));
+    const auto it =
+        std::find_if(m_rows.cbegin(), m_rows.cend(), [id](const Row &row) { return row.operation.id == id; });
+    return it == m_rows.cend() ? -1 : int(std::distance(m_rows.cbegin(), it));
 }

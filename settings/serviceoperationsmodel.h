@@ -3,8 +3,10 @@
 #include "data/scheduletables.h"
 #include "models/clearbackgroundtablemodel.h"
 
-/// The list of service operations; their names can be edited in place. A row that is not stored yet has the
-/// id -1.
+#include <QVector>
+
+/// The list of service operations, whose names are edited in place. A row whose id is noId was added in the
+/// view and is not stored yet.
 class ServiceOperationsModel final : public ClearbackgroundTableModel
 {
     Q_OBJECT
@@ -14,29 +16,39 @@ public:
     int rowCount(const QModelIndex &parent = {}) const override;
     QVariant data(const QModelIndex &index, int role = Qt::DisplayRole) const override;
     Qt::ItemFlags flags(const QModelIndex &index) const override;
-    /// Takes a new name and tells of it; dataChanged is not emitted.
+    /// Announces the new name by operationNameChanged(); there is no dataChanged.
     bool setData(const QModelIndex &index, const QVariant &value, int role = Qt::EditRole) override;
 
-    const QVector<ServiceOperation> &operations() const { return m_operations; }
+    /// The operation of an existing row.
+    const ServiceOperation &operationAt(int row) const { return m_rows.at(row).operation; }
 
-    /// Appends a row that is not stored yet and gives its name cell.
+    /// Appends a row without id and name; the index is that of its name.
     QModelIndex addEmptyOperation();
-    /// Appends a stored operation while loading; says nothing to views.
+    /// Appends a stored operation; says nothing to views.
     void appendOperation(int id, const QString &name);
-    /// Gives the first row that is not stored yet the id that the database chose.
+    /// Gives the first row that is not stored yet its id.
     void setNewOperationId(int id);
-    /// Removes the first row with that id.
+    /// Removes the first row with that id; nothing happens if there is none.
     void removeOperation(int id);
+    /// Removes an existing row.
+    void removeOperationAt(int row);
 
 signals:
-    /// `opId` -1: a row that is not stored yet.
+    /// `opId` is noId for a row that is not stored yet.
     void operationNameChanged(int opId, QString newName);
 
 protected:
     QString recordId(int row) const override;
 
 private:
-    int rowOf(int id) const;
+    struct Row
+    {
+        ServiceOperation operation;
+        quint64 serial = 0; ///< rows that are not stored have no other identity
+    };
 
-    QVector<ServiceOperation> m_operations;
+    int findOperation(int id) const;
+
+    QVector<Row> m_rows;
+    quint64 m_nextSerial = 0;
 };

@@ -1,9 +1,9 @@
-garage_test(tst_datetimetext)
-garage_test(tst_duerule)
-garage_test(tst_garageupdater
+garage_test(tst_datetimetext ELSEWHERE)
+garage_test(tst_duerule ELSEWHERE)
+garage_test(tst_garageupdater ELSEWHERE
     LIBRARIES garage_loader
     SOURCES support/loaderprobe.cpp support/loaderprobe.h
     TIMEOUT 180)
-garage_test(tst_reloadrecomputed
+garage_test(tst_reloadrecomputed ELSEWHERE
     LIBRARIES garage_loader
     SOURCES support/loaderprobe.cpp support/loaderprobe.h)

@@ -11,3 +11,19 @@ target_compile_definitions(tst_garagehost PRIVATE
     GARAGE_HOST="$<TARGET_FILE:garage-host>" FAKE_PLUGIN="$<TARGET_FILE:fakeplugin>")
 
 garage_test(tst_sampledata LIBRARIES garage_hostrooms)
+
+garage_test(tst_duetable LIBRARIES garage_hostrooms)
+garage_test(tst_track LIBRARIES garage_hostrooms)
+garage_test(tst_eventplayer LIBRARIES garage_hostrooms)
+garage_test(tst_hostwindow LIBRARIES garage_hostrooms)
+foreach(test tst_track tst_eventplayer tst_hostwindow)
+    add_dependencies(${test} fakeplugin)
+    target_compile_definitions(${test} PRIVATE FAKE_PLUGIN="$<TARGET_FILE:fakeplugin>")
+endforeach()
+
+garage_test(tst_remoteloop LIBRARIES garage_hostrooms)
+garage_test(tst_remotesoak LIBRARIES garage_hostrooms)
+foreach(test tst_remoteloop tst_remotesoak)
+    add_dependencies(${test} ruvalogarage)
+    target_compile_definitions(${test} PRIVATE GARAGE_PLUGIN="$<TARGET_FILE:ruvalogarage>")
+endforeach()

@@ -1,4 +1,4 @@
-garage_test(tst_maintainancemodel LIBRARIES garage_models)
-garage_test(tst_maintainanceorder LIBRARIES garage_models)
-garage_test(tst_maintainancefilterproxy LIBRARIES garage_models)
-garage_test(tst_maintainancedelegate LIBRARIES garage_models)
+garage_test(tst_maintainancemodel ELSEWHERE LIBRARIES garage_models)
+garage_test(tst_maintainanceorder ELSEWHERE LIBRARIES garage_models)
+garage_test(tst_maintainancefilterproxy ELSEWHERE LIBRARIES garage_models)
+garage_test(tst_maintainancedelegate ELSEWHERE LIBRARIES garage_models)

@@ -1,5 +1,6 @@
 #include "support/garagetest.h"
 #include "support/garagewindow.h"
+#include "support/moments.h"
 
 #include <QComboBox>
 #include <QGroupBox>
@@ -240,14 +241,15 @@ void TestGarageForm::aReloadFillsTablesAndCombos()
     GarageWindow window;
     window.show();
 
-    const QString done = QStringLiteral("01.01.2026 13:00\n0.1 ч., 1 з., 3 кр.");
+    const QString done = shown("2026-01-01 10:00") + QStringLiteral("\n0.1 ч., 1 з., 3 кр.");
     QCOMPARE(GarageWindow::texts(*window.find<QTreeView>("tvMaintainanceTable")->model()),
-             QStringList({QStringLiteral("1|RX|3||"), QStringLiteral("2|Sodi|9|02.01.2026 13:00|"),
+             QStringList({QStringLiteral("1|RX|3||"),
+                          QStringLiteral("2|Sodi|9|%1|").arg(shown("2026-01-02 10:00")),
                           QStringLiteral("3|Sodi|10|%1|").arg(done)}));
     QCOMPARE(GarageWindow::texts(*window.find<QTreeView>("tvServiceLog")->model()),
-             QStringList({QStringLiteral("1|RX|3|03.01.2026 13:00|||Стук"),
-                          QStringLiteral("2|Sodi|9|02.01.2026 13:00|Масло||"),
-                          QStringLiteral("3|Sodi|10|01.01.2026 13:00|Масло||")}));
+             QStringList({QStringLiteral("1|RX|3|%1|||Стук").arg(shown("2026-01-03 10:00")),
+                          QStringLiteral("2|Sodi|9|%1|Масло||").arg(shown("2026-01-02 10:00")),
+                          QStringLiteral("3|Sodi|10|%1|Масло||").arg(shown("2026-01-01 10:00"))}));
     const auto items = [&window](const char *name) {
         const auto *combo = window.find<QComboBox>(name);
         QStringList texts;
@@ -279,7 +281,7 @@ void TestGarageForm::aReloadKeepsTheChosenModelByItsPlace()
     // Neo, Sodi, RX: the second place is Sodi's now, and the filter agrees with what the combo shows.
     QCOMPARE(window.find<QComboBox>("cbFilterModels")->currentText(), QStringLiteral("Sodi"));
     QCOMPARE(GarageWindow::texts(*window.find<QTreeView>("tvMaintainanceTable")->model()),
-             QStringList(QStringLiteral("1|Sodi|9|02.01.2026 13:00|")));
+             QStringList(QStringLiteral("1|Sodi|9|%1|").arg(shown("2026-01-02 10:00"))));
 }
 
 void TestGarageForm::aModelFilterBeyondTheEndGoesBackToAll()

@@ -1,6 +1,8 @@
 #include "support/garagetest.h"
 
+#include <QDir>
 #include <QFileInfo>
+#include <QImage>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -66,13 +68,19 @@ private slots:
     void theLastReloadIsWaitedFor();
     void availabilityRequestsAreCarriedOutAndAnnounced();
     void withoutAnythingDueTheTableSaysSo();
+    void aFileOfEventsIsPlayedAndPhotographed();
+    void aPlayFileWithABadLineIsNamed();
+    void withoutADisplayTheWindowIsPhotographed();
     void theDatabaseLiesInTheHomeAndIsKept();
     void freshStartsOver();
     void documentsAreOnlyTouchedWhenAskedFor();
+    void theTourWritesNothingIntoRealDocuments();
 
 private:
     HostRun runHost(const QStringList &arguments, const QByteArray &input = {});
     HostRun runStdio(const QByteArray &input, const QStringList &more = {});
+    /// A file of that text in the test's home.
+    QString writeFile(const QByteArray &text);
     QString hostHome() { return home().path() + QLatin1String("/host"); }
     QString hostDatabase() { return hostHome() + QLatin1String("/Documents/Ruvalo-QT/DB/ruvalo.sqlite"); }
 };
@@ -98,6 +106,14 @@ HostRun TestGarageHost::runStdio(const QByteArray &input, const QStringList &mor
                    input);
 }
 
+QString TestGarageHost::writeFile(const QByteArray &text)
+{
+    QFile file(home().path() + QLatin1String("/play.jsonl"));
+    if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size())
+        qFatal("Cannot write %s", qPrintable(file.fileName()));
+    return file.fileName();
+}
+
 void TestGarageHost::helpExplainsEachOption()
 {
     const HostRun run = runHost({QStringLiteral("--help")});
@@ -106,7 +122,8 @@ void TestGarageHost::helpExplainsEachOption()
     for (const QLatin1String option :
          {QLatin1String("--stdio"), QLatin1String("--due"), QLatin1String("--plugin"),
           QLatin1String("--home"), QLatin1String("--documents"), QLatin1String("--data"),
-          QLatin1String("--seed"), QLatin1String("--fresh")})
+          QLatin1String("--seed"), QLatin1String("--fresh"), QLatin1String("--play"),
+          QLatin1String("--screenshots")})
         QVERIFY2(run.output.contains(option), option.data());
     QVERIFY(run.output.contains(QStringLiteral("Коды завершения")));
     QVERIFY(!QFileInfo::exists(hostHome()));
@@ -141,7 +158,7 @@ void TestGarageHost::aPluginThatDoesNotLoadIsNamed_data()
 {
     QTest::addColumn<QString>("file");
     QTest::newRow("no such file") << QStringLiteral("/nowhere/libmissing.so");
-    QTest::newRow("not a library") << QStringLiteral(__FILE__);
+    QTest::newRow("not a library") << QStringLiteral("/etc/passwd");
     QTest::newRow("a library without a plug-in") << QStringLiteral(GARAGE_HOST);
 }
 
@@ -244,6 +261,39 @@ void TestGarageHost::withoutAnythingDueTheTableSaysSo()
     QVERIFY2(run.output.contains(QStringLiteral("Обслуживание не требуется")), qPrintable(run.output));
 }
 
+void TestGarageHost::aFileOfEventsIsPlayedAndPhotographed()
+{
+    const QString file =
+        writeFile("{\"event\":\"clicked\"}\n{\"screenshot\":\"garage\"}\n{\"event\":\"run_saved_to_db\"}\n");
+    const QString pictures = home().path() + QLatin1String("/pictures");
+    const HostRun run =
+        runHost({QStringLiteral("--play"), file, QStringLiteral("--plugin"), fakePlugin,
+                 QStringLiteral("--home"), hostHome(), QStringLiteral("--screenshots"), pictures});
+    QCOMPARE(run.exitCode, 0);
+    QVERIFY(run.events().contains(QStringLiteral("insert_tab")));
+    QCOMPARE(run.events().last(), QStringLiteral("update_pending_service"));
+    QVERIFY(!QImage(pictures + QLatin1String("/garage.png")).isNull());
+}
+
+void TestGarageHost::aPlayFileWithABadLineIsNamed()
+{
+    const HostRun run = runHost({QStringLiteral("--play"), writeFile("hello"), QStringLiteral("--plugin"),
+                                 fakePlugin, QStringLiteral("--home"), hostHome()});
+    QCOMPARE(run.exitCode, 5);
+    QVERIFY2(run.complaints.contains(QStringLiteral("строка 1")), qPrintable(run.complaints));
+}
+
+void TestGarageHost::withoutADisplayTheWindowIsPhotographed()
+{
+    const HostRun run =
+        runHost({QStringLiteral("--plugin"), fakePlugin, QStringLiteral("--home"), hostHome()});
+    QCOMPARE(run.exitCode, 0);
+    const QStringList pictures =
+        QDir(hostHome() + QLatin1String("/screenshots")).entryList({QStringLiteral("*.png")});
+    QCOMPARE(run.output.count(QStringLiteral("Снимок: ")), pictures.size());
+    QVERIFY(pictures.size() >= 6);
+}
+
 void TestGarageHost::theDatabaseLiesInTheHomeAndIsKept()
 {
     QCOMPARE(runStdio({}).exitCode, 0);
@@ -275,6 +325,19 @@ void TestGarageHost::documentsAreOnlyTouchedWhenAskedFor()
     QCOMPARE(run.exitCode, 0);
     const TestDatabase database(home().databasePath(), false);
     QCOMPARE(database.value(QStringLiteral("SELECT count(*) FROM cars")).toInt(), 0);
+}
+
+void TestGarageHost::theTourWritesNothingIntoRealDocuments()
+{
+    const std::unique_ptr<TestDatabase> database = createDatabase();
+    for (int car = 1; car <= 5; ++car)
+        database->addCar(car, QString::number(car), QStringLiteral("Вихрь"));
+    const QString pictures = home().path() + QLatin1String("/pictures");
+    const HostRun run = runHost({QStringLiteral("--documents"), QStringLiteral("--plugin"), fakePlugin,
+                                 QStringLiteral("--screenshots"), pictures});
+    QCOMPARE(run.exitCode, 0);
+    QCOMPARE(database->value(QStringLiteral("SELECT count(*) FROM laps")).toInt(), 0);
+    QCOMPARE(database->value(QStringLiteral("SELECT count(*) FROM cars")).toInt(), 5);
 }
 
 QTEST_GUILESS_MAIN(TestGarageHost)

@@ -1,4 +1,5 @@
 #include "support/garagetest.h"
+#include "support/moments.h"
 #include "support/pluginhost.h"
 
 #include <QDateTimeEdit>
@@ -303,7 +304,7 @@ void TestRemoteSynchronisation::aComplaintGoesRoundBothSides()
         QTimer::singleShot(0, &host, [text] {
             auto *dialog = qobject_cast<QDialog *>(QApplication::activeModalWidget());
             QVERIFY(dialog);
-            dialog->findChild<QDateTimeEdit *>()->setDateTime(QDateTime(QDate(2026, 3, 1), QTime(13, 0)));
+            dialog->findChild<QDateTimeEdit *>()->setDateTime(march(1, 10, 0));
             dialog->findChild<QPlainTextEdit *>()->setPlainText(text);
             dialog->accept();
         });
@@ -360,7 +361,7 @@ void TestRemoteSynchronisation::anEveningAtTheTrack()
     QCOMPARE(waiting.size(), 1);
     QCOMPARE(waiting.first().toObject().value(QLatin1String("opName")).toString(), QStringLiteral("Масло"));
     QTRY_COMPARE(table->model()->index(0, 3).data().toString(),
-                 QStringLiteral("01.03.2026 13:00\n0.1 ч., 1 з., 3 кр."));
+                 shown("2026-03-01 10:00") + QStringLiteral("\n0.1 ч., 1 з., 3 кр."));
 
     // The mechanic changes the oil: hover, button, dialog.
     const QRect cell = table->visualRect(table->model()->index(0, 3));
@@ -375,7 +376,7 @@ void TestRemoteSynchronisation::anEveningAtTheTrack()
     QTimer::singleShot(0, &host, [] {
         auto *dialog = qobject_cast<QDialog *>(QApplication::activeModalWidget());
         QVERIFY(dialog);
-        dialog->findChild<QDateTimeEdit *>()->setDateTime(QDateTime(QDate(2026, 3, 2), QTime(20, 0)));
+        dialog->findChild<QDateTimeEdit *>()->setDateTime(march(2, 17, 0));
         dialog->accept();
     });
     QTest::mouseClick(button, Qt::LeftButton);
@@ -392,7 +393,7 @@ void TestRemoteSynchronisation::anEveningAtTheTrack()
                           {QStringLiteral("pName"), QString()},
                           {QStringLiteral("comment"), QString()}}));
     QVERIFY(pending(messages).isEmpty());
-    QTRY_COMPARE(table->model()->index(0, 3).data().toString(), QStringLiteral("02.03.2026 20:00"));
+    QTRY_COMPARE(table->model()->index(0, 3).data().toString(), shown("2026-03-02 17:00"));
 }
 
 QTEST_MAIN(TestRemoteSynchronisation)

@@ -4,6 +4,9 @@
 #include "hostdatabase.h"
 #include "hosthome.h"
 #include "sampledata.h"
+#include "samplejob.h"
+
+#include <QSignalSpy>
 
 namespace {
 
@@ -27,6 +30,8 @@ private slots:
     void dueOpenAndGoodStatesAllOccur();
     void everythingLiesInThePastInTheSharedForm();
     void cancellingLeavesTheFileBlank();
+    void aJobInTheBackgroundCanBeCancelled();
+    void aJobThatCannotWriteSaysWhy();
 
 private:
     SampleOutcome make(quint32 seed, const SampleProgress &progress = goOn);
@@ -141,6 +146,34 @@ void TestSampleData::cancellingLeavesTheFileBlank()
     QCOMPARE(connection.value(QStringLiteral("SELECT count(*) FROM sqlite_master WHERE name='laps_by_car'"))
                  .toInt(),
              1);
+}
+
+void TestSampleData::aJobInTheBackgroundCanBeCancelled()
+{
+    QCOMPARE(HostDatabase::prepare(HostHome::userDocuments()), QString());
+    SampleJob job(home().databasePath(), SampleKind::Season, 1);
+    QSignalSpy finished(&job, &SampleJob::finished);
+    QSignalSpy progress(&job, &SampleJob::progress);
+    connect(&job, &SampleJob::progress, this, [&job](int percent) {
+        if (percent >= 2)
+            job.cancel();
+    });
+    job.start();
+    QVERIFY(finished.wait(30000));
+    QCOMPARE(finished.first().first().value<SampleOutcome>(), SampleOutcome::Cancelled);
+    QVERIFY(progress.count() >= 2);
+    QVERIFY(HostDatabase::isBlank(HostHome::userDocuments()));
+}
+
+void TestSampleData::aJobThatCannotWriteSaysWhy()
+{
+    home().createDatabaseFolder();
+    SampleJob job(home().databasePath(), SampleKind::Sample, 1);
+    QSignalSpy finished(&job, &SampleJob::finished);
+    job.start();
+    QVERIFY(finished.wait());
+    QCOMPARE(finished.first().first().value<SampleOutcome>(), SampleOutcome::Failed);
+    QVERIFY2(job.errorText().contains(QLatin1String("cars")), qPrintable(job.errorText()));
 }
 
 QTEST_GUILESS_MAIN(TestSampleData)

@@ -1,5 +1,6 @@
 #include "support/garagetest.h"
 #include "support/garagewindow.h"
+#include "support/moments.h"
 
 #include <QAction>
 #include <QComboBox>
@@ -220,8 +221,8 @@ void TestServiceLogActions::doneSendsTheRecordAndWritesNothing()
         QCOMPARE(dialog.findChild<QComboBox *>(QStringLiteral("cbOperation"))->currentText(),
                  QStringLiteral("Масло"));
         auto *time = dialog.findChild<QDateTimeEdit *>(QStringLiteral("deOperationDateTime"));
-        QCOMPARE(time->dateTime(), QDateTime(QDate(2026, 3, 1), QTime(13, 0)));
-        time->setDateTime(QDateTime(QDate(2026, 3, 9), QTime(1, 15)));
+        QCOMPARE(time->dateTime(), march(1, 10, 0));
+        time->setDateTime(march(8, 22, 15));
         QCOMPARE(dialog.findChild<QPlainTextEdit *>(QStringLiteral("teComments"))->toPlainText(),
                  QStringLiteral("первая"));
         dialog.findChild<QComboBox *>(QStringLiteral("cbPersonal"))->setCurrentIndex(1);

@@ -2,6 +2,7 @@
 #include "support/databaselock.h"
 #include "support/garagetest.h"
 #include "support/garagewindow.h"
+#include "support/moments.h"
 
 #include <QApplication>
 #include <QComboBox>
@@ -41,11 +42,6 @@ void typeComment(QDialog &dialog, const QString &text)
     edit->setFocus();
     edit->selectAll();
     QTest::keyClicks(edit, text);
-}
-
-QDateTime local(int day, int hour, int minute)
-{
-    return QDateTime(QDate(2026, 3, day), QTime(hour, minute));
 }
 
 QJsonArray people()
@@ -125,7 +121,7 @@ void TestServiceRecording::aServiceIsStoredAnnouncedAndReloaded()
 
     onNextDialog([](QDialog &dialog) {
         QCOMPARE(dialog.windowTitle(), QStringLiteral("Сервисное обслуживание - Sodi  10"));
-        typeDateTime(dialog, local(8, 12, 30));
+        typeDateTime(dialog, march(8, 9, 30));
         in<QComboBox>(dialog, "cbPersonal")->setFocus();
         QTest::keyClick(in<QComboBox>(dialog, "cbPersonal"), Qt::Key_Down);
         typeComment(dialog, QStringLiteral("Changed %1 'oil'"));
@@ -178,7 +174,7 @@ void TestServiceRecording::acceptingNoOperationStoresOperationMinusOne()
     window.show();
     window.takeEvents();
     onNextDialog([](QDialog &dialog) {
-        typeDateTime(dialog, local(8, 12, 30));
+        typeDateTime(dialog, march(8, 9, 30));
         press(dialog, QDialogButtonBox::Ok);
     });
     clickCell(window, QStringLiteral("10"), QStringLiteral("#"));
@@ -210,15 +206,15 @@ void TestServiceRecording::anEarlierServiceLeavesTheShownDateUntilTheReload()
     database->addRecord(1, 1, QStringLiteral("2026-03-10T09:00:00.000Z"), DoneState);
     GarageWindow window;
     window.show();
-    QStringList shown;
+    QStringList rows;
     connect(window.form.get(), &GarageForm::reloadGarageStats, &window,
-            [&] { shown = GarageWindow::texts(*window.find<QTreeView>("tvMaintainanceTable")->model()); });
+            [&] { rows = GarageWindow::texts(*window.find<QTreeView>("tvMaintainanceTable")->model()); });
     onNextDialog([](QDialog &dialog) {
-        typeDateTime(dialog, local(8, 12, 30));
+        typeDateTime(dialog, march(8, 9, 30));
         press(dialog, QDialogButtonBox::Ok);
     });
     clickCell(window, QStringLiteral("10"), QStringLiteral("Масло"));
-    QCOMPARE(shown.at(2), QStringLiteral("3|Sodi|10|10.03.2026 12:00|"));
+    QCOMPARE(rows.at(2), QStringLiteral("3|Sodi|10|%1|").arg(shown("2026-03-10 09:00")));
     QCOMPARE(database->value(QStringLiteral("SELECT count(*) FROM maintainance")).toInt(), 2);
     window.settle();
 }
@@ -228,17 +224,17 @@ void TestServiceRecording::aLaterServiceShowsAtOnce()
     const auto database = createSample();
     GarageWindow window;
     window.show();
-    QStringList shown;
+    QStringList rows;
     connect(window.form.get(), &GarageForm::reloadGarageStats, &window,
-            [&] { shown = GarageWindow::texts(*window.find<QTreeView>("tvMaintainanceTable")->model()); });
+            [&] { rows = GarageWindow::texts(*window.find<QTreeView>("tvMaintainanceTable")->model()); });
     auto *model = window.form->findChild<QAbstractItemModel *>(QStringLiteral("maintainanceModel"));
     QSignalSpy changes(model, &QAbstractItemModel::dataChanged);
     onNextDialog([](QDialog &dialog) {
-        typeDateTime(dialog, local(8, 12, 30));
+        typeDateTime(dialog, march(8, 9, 30));
         press(dialog, QDialogButtonBox::Ok);
     });
     clickCell(window, QStringLiteral("10"), QStringLiteral("Масло"));
-    QCOMPARE(shown.at(2), QStringLiteral("3|Sodi|10|08.03.2026 12:30|"));
+    QCOMPARE(rows.at(2), QStringLiteral("3|Sodi|10|%1|").arg(shown("2026-03-08 09:30")));
     QCOMPARE(changes.count(), 1);
     QCOMPARE(changes.first().first().toModelIndex().model(), model);
     window.settle();
@@ -254,7 +250,7 @@ void TestServiceRecording::aComplaintIsStoredOpen()
     onNextDialog([](QDialog &dialog) {
         QCOMPARE(dialog.windowTitle(), QStringLiteral("Задание - RX  3"));
         QCOMPARE(in<QComboBox>(dialog, "cbOperation")->currentText(), QStringLiteral("--"));
-        typeDateTime(dialog, local(8, 12, 30));
+        typeDateTime(dialog, march(8, 9, 30));
         typeComment(dialog, QStringLiteral("knocks"));
         press(dialog, QDialogButtonBox::Ok);
     });
@@ -278,8 +274,8 @@ void TestServiceRecording::aSecondComplaintAmendsTheFirst()
     window.show();
     onNextDialog([](QDialog &dialog) {
         QCOMPARE(in<QPlainTextEdit>(dialog, "teComments")->toPlainText(), QStringLiteral("Стук"));
-        QCOMPARE(in<QDateTimeEdit>(dialog, "deOperationDateTime")->dateTime(), local(7, 11, 0));
-        typeDateTime(dialog, local(8, 12, 30));
+        QCOMPARE(in<QDateTimeEdit>(dialog, "deOperationDateTime")->dateTime(), march(7, 8, 0));
+        typeDateTime(dialog, march(8, 9, 30));
         typeComment(dialog, QStringLiteral("louder"));
         press(dialog, QDialogButtonBox::Ok);
     });
@@ -374,7 +370,7 @@ void TestServiceRecording::aReloadUnderAnOpenDialogChangesNoOtherCar()
         database->exec(QStringLiteral("DELETE FROM service_operations"));
         window.settings->reloadReglamentModel();
         window.reload();
-        typeDateTime(dialog, local(8, 12, 30));
+        typeDateTime(dialog, march(8, 9, 30));
         press(dialog, QDialogButtonBox::Ok);
     });
     clickCell(window, QStringLiteral("10"), QStringLiteral("Цепь"));
@@ -406,7 +402,7 @@ void TestServiceRecording::aComplaintClosedMeanwhileIsNotReopened()
     onNextDialog([&](QDialog &dialog) {
         database->exec(QStringLiteral("UPDATE maintainance SET operation_state=1 WHERE id=?"), {id});
         window.reload();
-        typeDateTime(dialog, local(8, 12, 30));
+        typeDateTime(dialog, march(8, 9, 30));
         press(dialog, QDialogButtonBox::Ok);
     });
     window.form->complainAboutCar({{QStringLiteral("carId"), 3}});

@@ -1,0 +1,4 @@
+garage_test(tst_serviceoperationsmodel LIBRARIES garage_settings)
+garage_test(tst_servicereglamentmodel LIBRARIES garage_settings)
+garage_test(tst_reglamentsettingsdialog LIBRARIES garage_settings)
+garage_test(tst_garagesettingsform LIBRARIES garage_windowsupport)

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <QDateTime>
+#include <QString>
+
+/// Moments of March 2026 by UTC, as the local time of whatever zone the test runs in.
+inline QDateTime march(int day, int hour, int minute)
+{
+    return QDateTime(QDate(2026, 3, day), QTime(hour, minute), Qt::UTC).toLocalTime();
+}
+
+/// The text by which tables show a moment that is given in UTC, "yyyy-MM-dd hh:mm".
+inline QString shown(const char *utc)
+{
+    QDateTime moment = QDateTime::fromString(QLatin1String(utc), QStringLiteral("yyyy-MM-dd hh:mm"));
+    moment.setTimeSpec(Qt::UTC);
+    return moment.toLocalTime().toString(QStringLiteral("dd.MM.yyyy hh:mm"));
+}

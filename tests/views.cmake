@@ -1,0 +1,4 @@
+garage_test(tst_garageicons LIBRARIES garage_models)
+garage_test(tst_qgaragetreeview LIBRARIES garage_models)
+garage_test(tst_qeditabletreeview LIBRARIES garage_models)
+garage_test(tst_servicedialog LIBRARIES garage_settings)
