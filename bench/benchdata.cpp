@@ -1,0 +1,178 @@
+#include "bench/benchdata.h"
+
+#include "bench/plainsqlite.h"
+#include "data/garagedatabase.h"
+
+#include <QDateTime>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+#include <random>
+
+namespace {
+
+constexpr int carModels = 6;
+constexpr int people = 25;
+constexpr int lapMs = 36000;
+constexpr int lapsPerRun = 12;
+constexpr qint64 seasonSeconds = 365 * 24 * 3600;
+
+class Generator final
+{
+public:
+    explicit Generator(PlainSqlite &database, const BenchShape &shape) : m_database(database), m_shape(shape)
+    {
+    }
+
+    void fill()
+    {
+        m_database.exec("BEGIN");
+        addNames();
+        addLimits();
+        addRecords();
+        addLaps();
+        m_database.exec("COMMIT");
+    }
+
+private:
+    int below(int bound) { return int(m_random() % quint32(bound)); }
+
+    static QByteArray utc(qint64 secondOfSeason, const char *format)
+    {
+        const QDateTime start(QDate(2025, 11, 21), QTime(0, 0), Qt::UTC);
+        return start.addSecs(secondOfSeason).toString(QLatin1String(format)).toLatin1();
+    }
+
+    static void bind(sqlite3_stmt *statement, int place, const QByteArray &text)
+    {
+        sqlite3_bind_text(statement, place, text.constData(), text.size(), SQLITE_TRANSIENT);
+    }
+
+    static QByteArray modelOf(int car) { return "Модель " + QByteArray::number(car % carModels); }
+
+    void addNames()
+    {
+        const auto cars = m_database.prepare("INSERT INTO cars VALUES (?,?,?)");
+        for (int car = 1; car <= m_shape.cars; ++car) {
+            sqlite3_bind_int(cars.get(), 1, car);
+            bind(cars.get(), 2, QByteArray::number(car));
+            bind(cars.get(), 3, modelOf(car));
+            m_database.write(cars.get());
+        }
+        const auto operations = m_database.prepare("INSERT INTO service_operations VALUES (?,?)");
+        for (int operation = 1; operation <= m_shape.operations; ++operation) {
+            sqlite3_bind_int(operations.get(), 1, operation);
+            bind(operations.get(), 2, "Операция " + QByteArray::number(operation));
+            m_database.write(operations.get());
+        }
+        const auto persons = m_database.prepare("INSERT INTO personal VALUES (?,?,'Иван','Петрович')");
+        for (int person = 1; person <= people; ++person) {
+            sqlite3_bind_int(persons.get(), 1, person);
+            bind(persons.get(), 2, "Механик" + QByteArray::number(person));
+            m_database.write(persons.get());
+        }
+    }
+
+    void addLimits()
+    {
+        const auto limits = m_database.prepare("INSERT INTO service_reglament VALUES (?,?,?,?,?)");
+        for (int model = 0; model < carModels; ++model) {
+            for (int operation = 1; operation <= m_shape.operations; ++operation) {
+                bind(limits.get(), 1, modelOf(model));
+                sqlite3_bind_int(limits.get(), 2, operation);
+                sqlite3_bind_int(limits.get(), 3, below(200) * 3600);
+                sqlite3_bind_int(limits.get(), 4, below(500));
+                sqlite3_bind_int(limits.get(), 5, below(2000));
+                m_database.write(limits.get());
+            }
+        }
+    }
+
+    /// Every operation of every car in turn, so that each pair is recorded if there are records enough.
+    void addRecords()
+    {
+        const auto records = m_database.prepare(
+            "INSERT INTO maintainance (car_id,operation_id,operation_time,person_id,comment,operation_state,"
+            "remote_id) VALUES (?,?,?,?,?,?,?)");
+        for (int record = 0; record < m_shape.records; ++record) {
+            const int slot = record % (m_shape.cars * m_shape.operations);
+            const bool isOpen = below(50) == 0;
+            sqlite3_bind_int(records.get(), 1, 1 + slot / m_shape.operations);
+            sqlite3_bind_int(records.get(), 2, below(40) == 0 ? -1 : 1 + slot % m_shape.operations);
+            bind(records.get(), 3,
+                 utc(qint64(m_random()) % seasonSeconds,
+                     record % 4 == 0 ? "yyyy-MM-ddThh:mm" : "yyyy-MM-ddThh:mm:ss.zzzZ"));
+            sqlite3_bind_int(records.get(), 4, 1 + below(people));
+            bind(records.get(), 5,
+                 below(5) == 0 ? "Замечание " + QByteArray::number(below(1000)) : QByteArray());
+            sqlite3_bind_int(records.get(), 6, isOpen ? 0 : 1);
+            if (below(3) == 0)
+                sqlite3_bind_int(records.get(), 7, record);
+            else
+                sqlite3_bind_null(records.get(), 7);
+            m_database.write(records.get());
+        }
+    }
+
+    void addLaps()
+    {
+        const auto laps =
+            m_database.prepare("INSERT INTO laps (car_id,run_id,lap_timestamp,sum_sectors) "
+                               "VALUES (?,?,strftime('%Y-%m-%dT%H:%M:%S.000Z',1763683200+?,'unixepoch'),?)");
+        for (int lap = 0; lap < m_shape.laps; ++lap) {
+            const int round = lap / m_shape.cars;
+            sqlite3_bind_int(laps.get(), 1, 1 + lap % m_shape.cars);
+            sqlite3_bind_int(laps.get(), 2, round / lapsPerRun);
+            sqlite3_bind_int64(laps.get(), 3, seasonSeconds * lap / m_shape.laps);
+            sqlite3_bind_int(laps.get(), 4, lapMs + below(9000));
+            m_database.write(laps.get());
+        }
+    }
+
+    PlainSqlite &m_database;
+    const BenchShape m_shape;
+    std::mt19937 m_random {20261121};
+};
+
+} // namespace
+
+BenchShape BenchShape::scaled(double factor, const char *scaledName) const
+{
+    return {scaledName, cars, operations, int(records * factor), int(laps * factor)};
+}
+
+BenchHome::BenchHome(const BenchShape &shape)
+    : m_path(QDir::tempPath() + QLatin1String("/garage-bench/") + QLatin1String(shape.name))
+{
+    enter();
+    const QString file = garageDatabasePath();
+    if (QFileInfo::exists(file))
+        return;
+    QDir().mkpath(QFileInfo(file).path());
+    const QString unfinished = file + QLatin1String(".new");
+    QFile::remove(unfinished);
+    {
+        PlainSqlite database(QFile::encodeName(unfinished));
+        database.exec("PRAGMA synchronous=OFF");
+        QFile schema(QStringLiteral(GARAGE_SCHEMA_FILE));
+        if (!schema.open(QIODevice::ReadOnly))
+            qFatal("No schema");
+        database.exec(schema.readAll().constData());
+        Generator(database, shape).fill();
+    }
+    if (!QFile::rename(unfinished, file))
+        qFatal("Cannot make %s", qPrintable(file));
+}
+
+void BenchHome::enter() const
+{
+    qputenv("HOME", QFile::encodeName(m_path));
+    qputenv("XDG_CONFIG_HOME", QFile::encodeName(m_path));
+}
+
+QByteArray BenchHome::databasePath() const
+{
+    enter();
+    return QFile::encodeName(garageDatabasePath());
+}

@@ -1,0 +1,4 @@
+#pragma once
+
+/// Each makes a group of measurements known to the benchmark library.
+void registerReloadBenchmarks();
