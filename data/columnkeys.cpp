@@ -4,7 +4,7 @@
 #include "data/records.h"
 
 namespace {
-constexpr QLatin1String operationPrefix("OP_");
+const QLatin1String operationPrefix("OP_");
 }
 
 QString ColumnKeys::operation(int opId)

@@ -6,14 +6,14 @@
 /// The texts by which every table knows its columns; a column's position means nothing.
 namespace ColumnKeys {
 
-constexpr QLatin1String position("POS"); ///< "#", the 1-based number of the visible row
-constexpr QLatin1String model("MODEL");
-constexpr QLatin1String number("NUM");
-constexpr QLatin1String time("TIME");
-constexpr QLatin1String operationName("OPNAME");
-constexpr QLatin1String personName("PERSONNAME");
-constexpr QLatin1String comment("COMMENT");
-constexpr QLatin1String name("NAME");
+inline const QLatin1String position("POS"); ///< "#", the 1-based number of the visible row
+inline const QLatin1String model("MODEL");
+inline const QLatin1String number("NUM");
+inline const QLatin1String time("TIME");
+inline const QLatin1String operationName("OPNAME");
+inline const QLatin1String personName("PERSONNAME");
+inline const QLatin1String comment("COMMENT");
+inline const QLatin1String name("NAME");
 
 /// Key of the column of one service operation: "OP_" and the id.
 QString operation(int opId);

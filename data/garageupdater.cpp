@@ -4,6 +4,7 @@
 #include "data/garagestatistics.h"
 #include "data/servicerecordstore.h"
 
+#include <QCoreApplication>
 #include <QDateTime>
 #include <QDebug>
 #include <QVector>
@@ -30,6 +31,7 @@ GarageUpdater::GarageUpdater() : m_moduleName(QStringLiteral("garage_stats_updat
 
     // Connected before the start: afterwards the thread may already have told that it started.
     connect(&m_thread, &QThread::started, this, &GarageUpdater::openDatabase);
+    connect(&m_thread, &QThread::finished, this, &GarageUpdater::closeDatabase, Qt::DirectConnection);
     moveToThread(&m_thread);
     m_thread.start();
 }
@@ -38,8 +40,12 @@ GarageUpdater::~GarageUpdater()
 {
     m_sinceStop.start();
     m_stopping = true;
-    // Queued behind the writes that were asked for before.
-    QMetaObject::invokeMethod(this, &GarageUpdater::finish, Qt::QueuedConnection);
+    // Queued behind the writes that were asked for before. Without an application nothing queued arrives.
+    if (QCoreApplication::instance())
+        QMetaObject::invokeMethod(
+            this, [this] { m_thread.quit(); }, Qt::QueuedConnection);
+    else
+        m_thread.quit();
     m_thread.wait();
 }
 
@@ -48,10 +54,9 @@ void GarageUpdater::openDatabase()
     m_database = std::make_unique<GarageDatabase>(QStringLiteral("garageStatsLoader"));
 }
 
-void GarageUpdater::finish()
+void GarageUpdater::closeDatabase()
 {
     m_database.reset();
-    m_thread.quit();
 }
 
 bool GarageUpdater::mayKeepTrying()

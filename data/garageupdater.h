@@ -23,7 +23,8 @@ class GarageUpdater final : public QObject
 public:
     GarageUpdater();
     /// Carries out the writes that were already asked for, but no further reload, and ends the thread. Writes
-    /// for which the database stays busy are given up, so that this takes at most 10 s.
+    /// for which the database stays busy are given up, so that this takes at most 10 s. Without an
+    /// application object nothing can be carried out any more; the thread ends all the same.
     ~GarageUpdater() override;
 
 signals:
@@ -44,7 +45,7 @@ public slots:
 
 private:
     void openDatabase();
-    void finish();
+    void closeDatabase();
     bool isStopping() const { return m_stopping; }
     bool mayKeepTrying();
     void send(const QString &event, const QJsonObject &jsonData);

@@ -1,6 +1,7 @@
 #include "duetable.h"
 
 #include "hostconnection.h"
+#include "timestamptext.h"
 
 #include <QCoreApplication>
 #include <QDateTime>
@@ -25,13 +26,6 @@ QString oneLine(const QString &text)
 {
     const QString simple = text.simplified();
     return simple.size() <= widestCell ? simple : simple.left(widestCell - 1) + QChar(0x2026);
-}
-
-QString localTime(const QString &utcText)
-{
-    QDateTime time = QDateTime::fromString(utcText, Qt::ISODate);
-    time.setTimeSpec(Qt::UTC);
-    return time.isValid() ? time.toLocalTime().toString(QStringLiteral("dd.MM.yyyy hh:mm")) : QString();
 }
 
 /// "3.4 ч, 25 заездов, 310 кругов" without the parts that are 0.
@@ -120,7 +114,7 @@ QStringList DueTable::row(const QJsonObject &due, const QJsonObject &driven) con
     return {model,
             due.value(QLatin1String("carNum")).toString(),
             isComplaint ? oneLine(tr("Жалоба: %1").arg(name)) : name,
-            localTime(due.value(QLatin1String("opDateTime")).toString()),
+            localTimeText(due.value(QLatin1String("opDateTime")).toString()),
             amounts(sums.value(QLatin1String("tt")).toInt(), sums.value(QLatin1String("tr")).toInt(),
                     sums.value(QLatin1String("tl")).toInt()),
             isComplaint ? QStringLiteral("—") : limitText(model, operation)};

@@ -3,6 +3,7 @@
 #include "columnwidths.h"
 #include "fleetdesk.h"
 #include "remoteside.h"
+#include "timestamptext.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -45,13 +46,6 @@ QList<QStandardItem *> makeRow(const QStringList &texts)
     for (const QString &text : texts)
         row.append(new QStandardItem(text.simplified()));
     return row;
-}
-
-QString localTime(const QString &utcText)
-{
-    QDateTime time = QDateTime::fromString(utcText, Qt::ISODate);
-    time.setTimeSpec(Qt::UTC);
-    return time.isValid() ? time.toLocalTime().toString(QStringLiteral("dd.MM.yyyy hh:mm")) : QString();
 }
 
 QString idList(const QVector<int> &ids)
@@ -182,7 +176,8 @@ void RemotePanel::refillPending()
     m_pending->removeRows(0, m_pending->rowCount());
     for (const PendingService &service : qAsConst(m_shownPending)) {
         const QString name = service.opId < 0 ? tr("Жалоба: %1").arg(service.opName) : service.opName;
-        m_pending->appendRow(makeRow({service.carNumber, service.carModel, name, localTime(service.since)}));
+        m_pending->appendRow(
+            makeRow({service.carNumber, service.carModel, name, localTimeText(service.since)}));
         if (service.carId == chosen.carId && service.opId == chosen.opId)
             m_pendingView->selectRow(m_pending->rowCount() - 1);
     }
@@ -198,7 +193,7 @@ void RemotePanel::refillRecords()
     for (const RemoteRecord &record : m_remote.store().latest(shownRecords))
         m_records->appendRow(
             makeRow({QString::number(record.id), numbers.value(record.carId), record.opName,
-                     localTime(record.doneTime), record.operatorName, states.value(record.state)}));
+                     localTimeText(record.doneTime), record.operatorName, states.value(record.state)}));
     showCheck();
 }
 

@@ -5,8 +5,13 @@
 #include "hostwindow.h"
 #include "screenshot.h"
 
+#include <QApplication>
+#include <QMouseEvent>
+#include <QPushButton>
 #include <QTabWidget>
 #include <QTableView>
+#include <QTimer>
+#include <QTreeView>
 
 #include <iterator>
 
@@ -19,12 +24,20 @@ constexpr int workDone = 4;
 const QSize photographed(1500, 900);
 constexpr int liveMilliseconds = 4000;
 constexpr int liveSpeed = 300;
+constexpr int dialogMilliseconds = 500;
 
 /// So that the picture shows a message beside the journal.
 void showLatestMessage(const QWidget &window)
 {
     auto *table = window.findChild<QTableView *>(QStringLiteral("journalTable"));
     table->selectRow(table->model()->rowCount() - 1);
+}
+
+/// The plug-in asks in dialogs of its own; the next stop waits behind them.
+void closeDialog()
+{
+    if (QWidget *dialog = QApplication::activeModalWidget())
+        dialog->close();
 }
 
 } // namespace
@@ -47,7 +60,10 @@ void ScreenshotTour::start()
     m_window.openGarage();
     // The plug-in's window is known from here on.
     addPluginStops();
-    m_stops.append({QStringLiteral("settings"), [this] { m_window.openSettings(); }});
+    m_stops.append({QStringLiteral("settings"), [this] {
+                        closeDialog();
+                        m_window.openSettings();
+                    }});
     addHostStops();
     visit();
 }
@@ -100,6 +116,50 @@ void ScreenshotTour::addPluginStops()
     for (int tab = 0; tab < inner->count(); ++tab)
         m_stops.append(
             {QStringLiteral("garage-%1").arg(tab + 1), [inner, tab] { inner->setCurrentIndex(tab); }});
+    addDialogStops(*garage);
+}
+
+void ScreenshotTour::addDialogStops(QWidget &garage)
+{
+    // The dialogs keep their caller waiting, so they are asked for from the event loop.
+    m_stops.append({QStringLiteral("service-dialog"),
+                    [this, inner = garage.findChild<QTabWidget *>(), &garage] {
+                        inner->setCurrentIndex(1); // the table stands on the second tab
+                        QTimer::singleShot(0, this, [this, &garage] { openServiceDialog(garage); });
+                    },
+                    dialogMilliseconds});
+    m_stops.append({QStringLiteral("complaint-dialog"),
+                    [this] {
+                        closeDialog();
+                        QTimer::singleShot(0, this, &ScreenshotTour::openComplaintDialog);
+                    },
+                    dialogMilliseconds});
+}
+
+/// As a mechanic does: the pointer over a cell, a click on the button that appears.
+void ScreenshotTour::openServiceDialog(QWidget &garage)
+{
+    auto *table = garage.findChild<QTreeView *>(QStringLiteral("tvMaintainanceTable"));
+    if (!table || !table->model())
+        return;
+    const QPoint cell =
+        table->visualRect(table->model()->index(0, table->model()->columnCount() - 1)).center();
+    QMouseEvent move(QEvent::MouseMove, cell, table->viewport()->mapToGlobal(cell), Qt::NoButton,
+                     Qt::NoButton, Qt::NoModifier);
+    QApplication::sendEvent(table->viewport(), &move);
+    for (QPushButton *button : table->viewport()->findChildren<QPushButton *>()) {
+        if (button->isVisible()) {
+            button->click();
+            return;
+        }
+    }
+}
+
+void ScreenshotTour::openComplaintDialog()
+{
+    const QVector<FleetCar> cars = m_host.fleet().fleet().cars();
+    if (!cars.isEmpty())
+        m_host.plugin().send(QStringLiteral("car_complain"), {{QStringLiteral("carId"), cars.value(1).id}});
 }
 
 void ScreenshotTour::visit()

@@ -36,9 +36,12 @@ private:
     };
 
     void addPluginStops();
+    void addDialogStops(QWidget &garage);
     void addHostStops();
     void showHostTab(int tab);
     void doSomeWork();
+    void openServiceDialog(QWidget &garage);
+    void openComplaintDialog();
     void visit();
     void photograph(bool allAnswered);
 

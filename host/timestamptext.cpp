@@ -1,5 +1,7 @@
 #include "timestamptext.h"
 
+#include <QDateTime>
+
 namespace {
 
 constexpr qint64 millisecondsPerDay = 24 * 3600 * 1000;
@@ -30,4 +32,11 @@ QString TimestampText::of(qint64 milliseconds)
     writeDigits(start + 19, ofDay / 1000 % 60, 2);
     writeDigits(start + 23, ofDay % 1000, 3);
     return text;
+}
+
+QString localTimeText(const QString &utcText)
+{
+    QDateTime time = QDateTime::fromString(utcText, Qt::ISODate);
+    time.setTimeSpec(Qt::UTC);
+    return time.isValid() ? time.toLocalTime().toString(QStringLiteral("dd.MM.yyyy hh:mm")) : QString();
 }

@@ -15,3 +15,6 @@ private:
     qint64 m_day = -1;
     QString m_date;
 };
+
+/// A UTC date-time of the protocol as people here read it; empty if it is none.
+QString localTimeText(const QString &utcText);

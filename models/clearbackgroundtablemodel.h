@@ -59,7 +59,6 @@ protected:
 
     /// True for an index of this model whose row and column exist.
     bool isCell(const QModelIndex &index) const;
-    bool isInLayoutChange() const { return m_layoutChangeDepth > 0; }
 
     const QVector<Column> &columns() const { return m_columns; }
     void appendColumn(const Column &column);

@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-MaintainanceFilterProxy::MaintainanceFilterProxy(QObject *parent) : QSortFilterProxyModel(parent)
+MaintainanceFilterProxy::MaintainanceFilterProxy(QObject *parent) : TableFilterProxy(parent)
 {
 }
 
@@ -38,26 +38,8 @@ void MaintainanceFilterProxy::setMaintainanceModel(MaintainanceModel *model)
 
 void MaintainanceFilterProxy::setSourceModel(QAbstractItemModel *model)
 {
-    if (sourceModel())
-        sourceModel()->disconnect(this);
-    m_isSourceChanging = false;
     m_model = qobject_cast<MaintainanceModel *>(model);
-    if (m_model) {
-        // Connected before the base class connects its own, so that what it then tells its views finds the
-        // switch as it has to be.
-        connect(m_model, &QAbstractItemModel::layoutAboutToBeChanged, this,
-                [this] { m_isSourceChanging = true; });
-        connect(m_model, &QAbstractItemModel::layoutChanged, this, [this] { m_isSourceChanging = false; });
-    }
-    QSortFilterProxyModel::setSourceModel(model);
-}
-
-void MaintainanceFilterProxy::refilter()
-{
-    // At the end of a change of the source everything is filtered anew anyway; before it, the base class
-    // would announce rows that are about to go.
-    if (!m_isSourceChanging)
-        invalidateFilter();
+    TableFilterProxy::setSourceModel(model);
 }
 
 void MaintainanceFilterProxy::sort(int column, Qt::SortOrder order)

@@ -1,13 +1,13 @@
 #pragma once
 
 #include "models/maintainancemodel.h"
+#include "models/tablefilterproxy.h"
 
 #include <QPointer>
-#include <QSortFilterProxyModel>
 
 /// Shows of the maintenance table the cars of one model, or those that need service, or both. Leaves sorting
-/// to the table. May be told anything at any time, also while the table replaces its rows or columns.
-class MaintainanceFilterProxy final : public QSortFilterProxyModel
+/// to the table. To be refiltered when the reglament's limits were edited.
+class MaintainanceFilterProxy final : public TableFilterProxy
 {
     Q_OBJECT
 public:
@@ -24,8 +24,6 @@ public:
     /// The same as setSourceModel.
     void setMaintainanceModel(MaintainanceModel *model);
     void setSourceModel(QAbstractItemModel *model) override;
-    /// To be called when the reglament's limits were edited.
-    void refilter();
 
     QString modelFilter() const { return m_modelFilter; }
     int needsServiceOnly() const { return m_needsServiceOnly; }
@@ -44,5 +42,4 @@ private:
     int m_needsServiceOnly = 0;
     const ReglamentSource *m_reglament = nullptr;
     QPointer<MaintainanceModel> m_model;
-    bool m_isSourceChanging = false;
 };

@@ -53,7 +53,9 @@ void QEditableTreeView::startEditing()
     model()->setData(current, QStringLiteral("editStarted"), Qt::UserRole);
 
     const QModelIndex cell = model()->index(current.row(), current.column());
-    if (model()->flags(cell) & Qt::ItemIsEditable)
+    // For any other cell edit() would print a warning.
+    constexpr Qt::ItemFlags open = Qt::ItemIsEditable | Qt::ItemIsEnabled;
+    if ((model()->flags(cell) & open) == open)
         edit(cell);
 }
 

@@ -34,6 +34,16 @@ void QGarageTreeView::mouseMoveEvent(QMouseEvent *event)
     button.setGeometry(cell.left(), cell.top(), cell.height(), cell.height());
 }
 
+void QGarageTreeView::scrollContentsBy(int dx, int dy)
+{
+    // A viewport that scrolls carries its children along; the buttons stay under the pointer.
+    const QPoint servicePosition = m_serviceButton.pos();
+    const QPoint attentionPosition = m_attentionButton.pos();
+    QTreeView::scrollContentsBy(dx, dy);
+    m_serviceButton.move(servicePosition);
+    m_attentionButton.move(attentionPosition);
+}
+
 void QGarageTreeView::serviceButtonClick()
 {
     const auto *button = qobject_cast<QPushButton *>(sender());

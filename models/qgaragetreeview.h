@@ -21,6 +21,7 @@ public slots:
 
 protected:
     void mouseMoveEvent(QMouseEvent *event) override;
+    void scrollContentsBy(int dx, int dy) override;
 
 private:
     QPushButton m_serviceButton;

@@ -3,7 +3,7 @@
 #include "data/columnkeys.h"
 #include "models/servicelogmodel.h"
 
-ServiceLogFilter::ServiceLogFilter(QObject *parent) : QSortFilterProxyModel(parent)
+ServiceLogFilter::ServiceLogFilter(QObject *parent) : TableFilterProxy(parent)
 {
 }
 
@@ -14,25 +14,25 @@ QVariant ServiceLogFilter::data(const QModelIndex &index, int role) const
         if (log && log->columnKey(index.column()) == ColumnKeys::position)
             return index.row() + 1;
     }
-    return QSortFilterProxyModel::data(index, role);
+    return TableFilterProxy::data(index, role);
 }
 
 void ServiceLogFilter::setModelFilter(const QString &model)
 {
     m_modelFilter = model;
-    invalidateFilter();
+    refilter();
 }
 
 void ServiceLogFilter::setNumberFilter(const QString &numberPart)
 {
     m_numberFilter = numberPart;
-    invalidateFilter();
+    refilter();
 }
 
 void ServiceLogFilter::setOperationFilter(int operation)
 {
     m_operationFilter = operation;
-    invalidateFilter();
+    refilter();
 }
 
 void ServiceLogFilter::reset()
@@ -40,7 +40,7 @@ void ServiceLogFilter::reset()
     m_modelFilter.clear();
     m_numberFilter.clear();
     m_operationFilter = anyOperation;
-    invalidateFilter();
+    refilter();
 }
 
 bool ServiceLogFilter::filterAcceptsRow(int sourceRow, const QModelIndex &sourceParent) const

@@ -1,10 +1,10 @@
 #pragma once
 
-#include <QSortFilterProxyModel>
+#include "models/tablefilterproxy.h"
 
 /// Narrows a ServiceLogModel by car model, by a fragment of the car number and by operation, and numbers the
 /// rows that are left. GUI thread only.
-class ServiceLogFilter final : public QSortFilterProxyModel
+class ServiceLogFilter final : public TableFilterProxy
 {
     Q_OBJECT
 public:

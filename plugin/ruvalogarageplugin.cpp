@@ -3,12 +3,23 @@
 #include "adoptionguard.h"
 #include "settings/servicereglamentmodel.h"
 
+#include <QCoreApplication>
+
 namespace {
 
 /// Addresses travel as JSON numbers.
 QJsonValue address(const QWidget *widget)
 {
     return qlonglong(reinterpret_cast<quintptr>(widget));
+}
+
+QPointer<RuvaloGaragePlugin> livingPlugin;
+
+/// A host may end without unloading its plug-ins. Widgets must not outlive the application object, and what
+/// the mechanic has confirmed must still be written.
+void endWithTheApplication()
+{
+    delete livingPlugin;
 }
 
 } // namespace
@@ -49,10 +60,14 @@ RuvaloGaragePlugin::RuvaloGaragePlugin()
     m_garageForm->setReglament(m_settingsForm.reglamentModel());
     connect(m_garageForm, &GarageForm::closeGarage, this, &RuvaloGaragePlugin::closeGarage);
     connect(m_garageForm, &GarageForm::pluginSignal, this, &RuvaloGaragePlugin::send);
+
+    livingPlugin = this;
+    qAddPostRoutine(endWithTheApplication);
 }
 
 RuvaloGaragePlugin::~RuvaloGaragePlugin()
 {
+    qRemovePostRoutine(endWithTheApplication);
     delete m_garageForm;
 }
 
@@ -99,7 +114,7 @@ void RuvaloGaragePlugin::pluginSlot(QString module, QString event, QJsonObject j
         QLatin1String event;
         void (RuvaloGaragePlugin::*handle)(const QJsonObject &);
     };
-    static constexpr Handler handlers[] = {
+    static const Handler handlers[] = {
         {QLatin1String("clicked"), &RuvaloGaragePlugin::handleClicked},
         {QLatin1String("cars_list_changed"), &RuvaloGaragePlugin::handleCarsListChanged},
         {QLatin1String("send_settings_dialogs"), &RuvaloGaragePlugin::handleSendSettingsDialogs},

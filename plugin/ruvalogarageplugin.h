@@ -9,7 +9,8 @@
 
 /// Root object of the plug-in: owns the garage window and the settings page, turns the host's events into
 /// calls on them, and sends on what they have to tell the host. Both widgets live as long as this object,
-/// whatever windows of its own the host puts them into. GUI thread only.
+/// whatever windows of its own the host puts them into; it ends with the application object at the latest.
+/// GUI thread only.
 class RuvaloGaragePlugin final : public TrivexPluginInterface
 {
     Q_OBJECT

@@ -7,7 +7,7 @@
 
 namespace {
 
-constexpr QLatin1String noneText("--");
+const QLatin1String noneText("--");
 
 QString fullName(const QJsonObject &person)
 {
@@ -63,7 +63,8 @@ void ServiceDialog::setOperation(int opId)
 
 void ServiceDialog::setDateTime(const QDateTime &dateTime)
 {
-    m_ui->deOperationDateTime->setDateTime(dateTime);
+    // The field would show, and later read as local, the clock of whatever zone it is given.
+    m_ui->deOperationDateTime->setDateTime(dateTime.toLocalTime());
 }
 
 void ServiceDialog::setComment(const QString &text)

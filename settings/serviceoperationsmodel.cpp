@@ -82,7 +82,10 @@ void ServiceOperationsModel::removeOperationAt(int row)
 
 QString ServiceOperationsModel::recordId(int row) const
 {
-    return QString::number(m_rows.at(row).serial);
+    const Row &record = m_rows.at(row);
+    if (record.operation.id != noId)
+        return QString::number(record.operation.id);
+    return QLatin1String("new ") + QString::number(record.serial);
 }
 
 int ServiceOperationsModel::findOperation(int id) const

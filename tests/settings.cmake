@@ -1,4 +1,4 @@
-garage_test(tst_serviceoperationsmodel LIBRARIES garage_settings)
-garage_test(tst_servicereglamentmodel LIBRARIES garage_settings)
-garage_test(tst_reglamentsettingsdialog LIBRARIES garage_settings)
-garage_test(tst_garagesettingsform LIBRARIES garage_windowsupport)
+garage_test(tst_serviceoperationsmodel ELSEWHERE LIBRARIES garage_settings)
+garage_test(tst_servicereglamentmodel ELSEWHERE LIBRARIES garage_settings)
+garage_test(tst_reglamentsettingsdialog ELSEWHERE LIBRARIES garage_settings)
+garage_test(tst_garagesettingsform ELSEWHERE LIBRARIES garage_windowsupport)

@@ -1,8 +1,12 @@
 #include "data/columnkeys.h"
 #include "data/datetimetext.h"
 #include "models/carslistmodel.h"
+#include "models/maintainancefilterproxy.h"
+#include "models/maintainancemodel.h"
 #include "models/servicelogfilter.h"
 #include "models/servicelogmodel.h"
+#include "settings/serviceoperationsmodel.h"
+#include "settings/servicereglamentmodel.h"
 #include "support/garagetest.h"
 #include "support/modelcontract.h"
 
@@ -254,6 +258,197 @@ private:
     int m_wantedOperation;
 };
 
+class OneOperation final : public ReglamentSource
+{
+public:
+    const QList<ModelReglament> &entries() const override { return m_entries; }
+
+private:
+    const QList<ModelReglament> m_entries {
+        {QStringLiteral("M0"), {{1, {1, QStringLiteral("Масло"), 0, 0, 0}}}}};
+};
+
+class MaintainanceSubject : public ModelContract::Subject
+{
+public:
+    MaintainanceSubject()
+    {
+        m_model.updateColumns(&m_operations, nullptr);
+        m_model.sort(numberColumn, Qt::AscendingOrder);
+    }
+
+    ClearbackgroundTableModel &model() override { return m_model; }
+    QString recordKey() const override { return ColumnKeys::number; }
+
+    void sort(int column, Qt::SortOrder order) override
+    {
+        m_column = (column + 1) % (operationColumn + 1);
+        m_order = order;
+        m_model.sort(m_column, order);
+    }
+    void edit(QRandomGenerator &random) override
+    {
+        m_mode = random.bounded(5);
+        m_model.setSortMode(m_mode);
+    }
+    QVector<Mutation> mutations() override
+    {
+        return {
+            {QStringLiteral("sort"), [this] { sort(0, Qt::DescendingOrder); }, oneLayoutChange},
+            {QStringLiteral("sort mode"), [this] { m_model.setSortMode(2); }, oneLayoutChange},
+            {QStringLiteral("columns"), [this] { m_model.updateColumns(&m_operations, nullptr); }, {}},
+            {QStringLiteral("service done"),
+             [this] { m_model.recordServiceDone(1, 1, QDateTime::currentDateTime()); },
+             {}},
+        };
+    }
+
+protected:
+    void fill(const Records &records) override
+    {
+        QList<MaintainanceItem> items;
+        for (int record : records)
+            items.append(item(record));
+        m_model.setItems(items);
+    }
+    Records arranged(const Records &records) const override
+    {
+        Records rows = records;
+        const int sign = m_order == Qt::DescendingOrder ? -1 : 1;
+        std::sort(rows.begin(), rows.end(), [this, sign](int left, int right) {
+            const bool byOperation = m_column == operationColumn && m_mode <= MaintainanceModel::SortByLaps;
+            if (byOperation && isServiced(left) != isServiced(right))
+                return isServiced(left);
+            if (byOperation && isServiced(left))
+                return sign * (shuffledNumber(left) - shuffledNumber(right)) < 0;
+            const int byName = QString::compare(modelName(left), modelName(right));
+            return sign * (byName != 0 ? byName : shuffledNumber(left) - shuffledNumber(right)) < 0;
+        });
+        return rows;
+    }
+
+    MaintainanceModel m_model;
+
+private:
+    enum TableColumn { numberColumn = 2, operationColumn = 3 };
+
+    static bool isServiced(int record) { return record % 4 != 0; }
+    static MaintainanceItem item(int record)
+    {
+        const int counter = shuffledNumber(record);
+        MaintainanceItem item {
+            record, QStringLiteral("%1-%2").arg(counter).arg(record), modelName(record), {}};
+        if (isServiced(record)) {
+            const QDateTime done = QDateTime(QDate(2026, 1, 1), QTime(12, 0)).addSecs(60 * counter);
+            item.ops.insert(1, {1, done, counter, counter, counter, DoneState, {}, record});
+        }
+        return item;
+    }
+
+    const OneOperation m_operations;
+    int m_column = numberColumn;
+    Qt::SortOrder m_order = Qt::AscendingOrder;
+    int m_mode = MaintainanceModel::SortByLastDone;
+};
+
+class FilteredMaintainanceSubject final : public MaintainanceSubject
+{
+public:
+    FilteredMaintainanceSubject() { m_filter.setMaintainanceModel(&m_model); }
+
+    QAbstractItemModel &shown() override { return m_filter; }
+    void edit(QRandomGenerator &random) override
+    {
+        if (random.bounded(2) == 0)
+            return MaintainanceSubject::edit(random);
+        m_wantedModel = random.bounded(2) == 0 ? QString() : modelName(random.bounded(3));
+        m_filter.setModelFilter(m_wantedModel, 1);
+    }
+
+protected:
+    Records arranged(const Records &records) const override
+    {
+        Records rows;
+        for (int record : MaintainanceSubject::arranged(records)) {
+            if (m_wantedModel.isEmpty() || modelName(record) == m_wantedModel)
+                rows.append(record);
+        }
+        return rows;
+    }
+
+private:
+    MaintainanceFilterProxy m_filter;
+    QString m_wantedModel;
+};
+
+class OperationsSubject final : public ModelContract::Subject
+{
+public:
+    ClearbackgroundTableModel &model() override { return m_model; }
+    QString recordKey() const override { return ColumnKeys::name; }
+
+    void edit(QRandomGenerator &random) override
+    {
+        const int record = random.bounded(1, 61);
+        m_records.removeOne(record);
+        m_model.removeOperation(record);
+    }
+    QVector<Mutation> mutations() override
+    {
+        return {
+            {QStringLiteral("remove"), [this] { m_model.removeOperation(3); }, oneLayoutChange},
+            {QStringLiteral("remove a row"), [this] { m_model.removeOperationAt(0); }, oneLayoutChange},
+            {QStringLiteral("remove what is not there"), [this] { m_model.removeOperation(99); }, {}},
+            {QStringLiteral("add"), [this] { m_model.addEmptyOperation(); }, oneLayoutChange},
+            {QStringLiteral("append"), [this] { m_model.appendOperation(77, QStringLiteral("O-77")); }, {}},
+            {QStringLiteral("give an id"), [this] { m_model.setNewOperationId(78); }, {}},
+            {QStringLiteral("rename"),
+             [this] { m_model.setData(m_model.index(0, 1), QStringLiteral("O-1"), Qt::EditRole); },
+             {}},
+        };
+    }
+
+protected:
+    void fill(const Records &records) override
+    {
+        const ClearbackgroundTableModel::LayoutChange change(m_model);
+        while (m_model.rowCount() > 0)
+            m_model.removeOperationAt(0);
+        for (int record : records)
+            m_model.appendOperation(record, QStringLiteral("O-%1").arg(record));
+    }
+
+private:
+    ServiceOperationsModel m_model;
+};
+
+class ReglamentSubject final : public ModelContract::Subject
+{
+public:
+    ClearbackgroundTableModel &model() override { return m_model; }
+    QString recordKey() const override { return ColumnKeys::model; }
+
+    QVector<Mutation> mutations() override
+    {
+        return {
+            {QStringLiteral("limits"), [this] { m_model.setLimits(QStringLiteral("R-1"), 1, 1, 2, 3); }, {}},
+            {QStringLiteral("unknown limits"), [this] { m_model.setLimits(QString(), 1, 1, 2, 3); }, {}}};
+    }
+
+protected:
+    void fill(const Records &records) override
+    {
+        const ClearbackgroundTableModel::LayoutChange change(m_model);
+        m_model.clear();
+        for (int record : records)
+            m_model.addModel(QStringLiteral("R-%1").arg(record));
+        m_model.addOperation(1, QStringLiteral("Масло"));
+    }
+
+private:
+    ServiceReglamentModel m_model;
+};
+
 } // namespace
 
 Q_DECLARE_METATYPE(ModelContract::SubjectFactory)
@@ -285,6 +480,10 @@ private:
         add<LogSubject>("service log");
         add<FilteredLogSubject>("whole service log by time", ServiceLogFilter::anyOperation);
         add<FilteredLogSubject>("pending service log by time", ServiceLogFilter::pendingOnly);
+        add<MaintainanceSubject>("maintenance table");
+        add<FilteredMaintainanceSubject>("maintenance table through its filter");
+        add<OperationsSubject>("service operations");
+        add<ReglamentSubject>("maintenance schedule");
     }
 };
 

@@ -3,6 +3,7 @@
 
 #include <QCborMap>
 #include <QCborValue>
+#include <QProcess>
 #include <QVBoxLayout>
 
 #include <dlfcn.h>
@@ -34,6 +35,7 @@ private slots:
     void itsWidgetsSurviveTheHostsWindows_data();
     void itsWidgetsSurviveTheHostsWindows();
     void itAnswersOnWithoutItsWindow();
+    void itEndsWithAHostThatDoesNotUnload();
 };
 
 void TestPluginLibrary::itsMetadataNamesInterfaceAndClass()
@@ -238,6 +240,22 @@ void TestPluginLibrary::itAnswersOnWithoutItsWindow()
                      {{QStringLiteral("msg"), QStringLiteral("switchCarAvailability")},
                       {QStringLiteral("data"), QJsonObject {{QStringLiteral("carId"), 1}}}})
                 .isEmpty());
+}
+
+void TestPluginLibrary::itEndsWithAHostThatDoesNotUnload()
+{
+    const auto database = createDatabase();
+    for (int round = 0; round < 5; ++round) {
+        database->exec(QStringLiteral("DELETE FROM maintainance"));
+        QProcess host;
+        host.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+        host.start(QStringLiteral(EXITING_HOST), QStringList());
+        QVERIFY(host.waitForFinished(20000));
+        QCOMPARE(host.exitStatus(), QProcess::NormalExit);
+        QCOMPARE(host.exitCode(), 0);
+        QCOMPARE(database->rows(QStringLiteral("SELECT remote_id FROM maintainance")),
+                 QStringList(QStringLiteral("40")));
+    }
 }
 
 QTEST_MAIN(TestPluginLibrary)

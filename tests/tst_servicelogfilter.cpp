@@ -101,6 +101,10 @@ private slots:
     void sortingIsThatOfTheShownTexts();
     void recordsBeyondTheShownThousandDoNotPass();
     void aViewSurvivesRefillsOfAFilteredSortedLog();
+    void filtersSetDuringARefillHoldAfterIt();
+    void hiddenRecordsMoveUpIntoAFilteredView();
+    void aFilterThatChangesNothingSaysNothing();
+    void anotherLogIsShownByTheSameFilter();
     void aFilterWithoutALogShowsNothing();
 };
 
@@ -303,6 +307,96 @@ void TestServiceLogFilter::aViewSurvivesRefillsOfAFilteredSortedLog()
     log.refill({});
     view.grab();
     QVERIFY(!view.currentIndex().isValid());
+}
+
+void TestServiceLogFilter::filtersSetDuringARefillHoldAfterIt()
+{
+    FilteredLog log(mixedRecords());
+    QTreeView view;
+    view.setModel(&log.filter);
+    view.show();
+    view.setCurrentIndex(log.filter.index(3, 3));
+    const QPersistentModelIndex second = log.filter.index(1, 6);
+    QSignalSpy inserted(&log.filter, &QAbstractItemModel::rowsInserted);
+    QSignalSpy removed(&log.filter, &QAbstractItemModel::rowsRemoved);
+    {
+        const ClearbackgroundTableModel::LayoutChange change(log.model);
+        log.filter.setModelFilter(QStringLiteral("kart"));
+        log.model.clear();
+        log.filter.setNumberFilter(QStringLiteral("9"));
+        log.model.append({record(4, QStringLiteral("Sodi"), QStringLiteral("9"), 4),
+                          record(2, QStringLiteral("Sodi"), QStringLiteral("9"), 5),
+                          record(6, QStringLiteral("Sodi"), QStringLiteral("9"), 5)});
+        log.filter.reset();
+        log.filter.setOperationFilter(5);
+    }
+    view.grab();
+    QCOMPARE(log.shownIds(), QList<int>({2, 6}));
+    QCOMPARE(second, QPersistentModelIndex(log.filter.index(0, 6)));
+    QVERIFY(!view.currentIndex().isValid());
+    QCOMPARE(inserted.count() + removed.count(), 0);
+
+    log.filter.reset();
+    QCOMPARE(log.shownIds(), QList<int>({4, 2, 6}));
+    QCOMPARE(inserted.count(), 1);
+}
+
+void TestServiceLogFilter::hiddenRecordsMoveUpIntoAFilteredView()
+{
+    LogItems items;
+    for (int id = 0; id < 1002; ++id)
+        items.append(record(id, QStringLiteral("Kart"), QString(), 4, id >= 998 ? OpenState : DoneState));
+    FilteredLog log(items);
+    log.filter.setOperationFilter(ServiceLogFilter::pendingOnly);
+    QTreeView view;
+    view.setModel(&log.filter);
+    view.show();
+    view.setCurrentIndex(log.filter.index(1, 2));
+    QCOMPARE(log.shownIds(), QList<int>({998, 999}));
+
+    log.model.removeItem(0);
+    view.grab();
+    QCOMPARE(log.shownIds(), QList<int>({998, 999, 1000}));
+    log.model.removeItem(log.model.rowOf(998));
+    view.grab();
+    QCOMPARE(log.shownIds(), QList<int>({999, 1000, 1001}));
+    QCOMPARE(view.currentIndex(), log.filter.index(0, 2));
+}
+
+void TestServiceLogFilter::aFilterThatChangesNothingSaysNothing()
+{
+    FilteredLog log(mixedRecords());
+    log.filter.setModelFilter(QStringLiteral("Kart"));
+    QSignalSpy inserted(&log.filter, &QAbstractItemModel::rowsInserted);
+    QSignalSpy removed(&log.filter, &QAbstractItemModel::rowsRemoved);
+    QSignalSpy laidOut(&log.filter, &QAbstractItemModel::layoutChanged);
+    log.filter.setModelFilter(QStringLiteral("Kart"));
+    log.filter.setNumberFilter(QStringLiteral("1"));
+    QCOMPARE(inserted.count() + removed.count() + laidOut.count(), 0);
+
+    log.filter.setOperationFilter(5);
+    QCOMPARE(removed.count(), 1);
+    log.filter.reset();
+    QCOMPARE(removed.count(), 1);
+    QVERIFY(inserted.count() > 0);
+    QCOMPARE(laidOut.count(), 0);
+}
+
+void TestServiceLogFilter::anotherLogIsShownByTheSameFilter()
+{
+    FilteredLog log(mixedRecords());
+    log.filter.setModelFilter(QStringLiteral("Kart"));
+    ServiceLogModel other;
+    {
+        const ClearbackgroundTableModel::LayoutChange unfinished(log.model);
+        other.append({record(21, QStringLiteral("Kart"), QString()), record(22, QString(), QString())});
+        log.filter.setSourceModel(&other);
+    }
+    QCOMPARE(log.shownIds(), QList<int>({21}));
+    log.filter.setModelFilter(QString());
+    QCOMPARE(log.shownIds(), QList<int>({21, 22}));
+    log.model.removeItem(0);
+    QCOMPARE(log.shownIds(), QList<int>({21, 22}));
 }
 
 void TestServiceLogFilter::aFilterWithoutALogShowsNothing()

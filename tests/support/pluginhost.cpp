@@ -2,6 +2,29 @@
 
 #include <QtTest>
 
+#include <QFile>
+#include <QJsonDocument>
+
+namespace {
+
+/// Keeps what the module says, a line a message, where the run asks for it.
+void keep(const QString &module, const QString &event, const QJsonObject &data)
+{
+    static const QString folder = qEnvironmentVariable("GARAGE_TRAFFIC_FOLDER");
+    if (folder.isEmpty())
+        return;
+    static QFile file(folder + QLatin1Char('/') + QCoreApplication::applicationName()
+                      + QLatin1String(".jsonl"));
+    if (!file.isOpen() && !file.open(QIODevice::WriteOnly | QIODevice::Truncate))
+        qFatal("%s", qPrintable(file.errorString()));
+    const QJsonObject line {
+        {QStringLiteral("module"), module}, {QStringLiteral("event"), event}, {QStringLiteral("data"), data}};
+    file.write(QJsonDocument(line).toJson(QJsonDocument::Compact) + '\n');
+    file.flush();
+}
+
+} // namespace
+
 PluginHost::PluginHost() : m_loader(QStringLiteral(GARAGE_PLUGIN_FILE))
 {
     m_plugin = qobject_cast<TrivexPluginInterface *>(m_loader.instance());
@@ -10,6 +33,7 @@ PluginHost::PluginHost() : m_loader(QStringLiteral(GARAGE_PLUGIN_FILE))
     connect(m_plugin, &TrivexPluginInterface::pluginSignal, this,
             [this](const QString &module, const QString &event, const QJsonObject &data) {
                 messages.append({module, event, data});
+                keep(module, event, data);
                 if (event == QLatin1String("update_pending_service"))
                     ++m_reloads;
             });

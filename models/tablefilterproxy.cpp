@@ -1,0 +1,25 @@
+#include "models/tablefilterproxy.h"
+
+void TableFilterProxy::setSourceModel(QAbstractItemModel *model)
+{
+    disconnect(m_beforeSourceChange);
+    disconnect(m_afterSourceChange);
+    m_isSourceChanging = false;
+    if (model) {
+        // Connected before the base class connects its own, so that what it then tells its views finds the
+        // switch as it has to be.
+        m_beforeSourceChange = connect(model, &QAbstractItemModel::layoutAboutToBeChanged, this,
+                                       [this] { m_isSourceChanging = true; });
+        m_afterSourceChange =
+            connect(model, &QAbstractItemModel::layoutChanged, this, [this] { m_isSourceChanging = false; });
+    }
+    QSortFilterProxyModel::setSourceModel(model);
+}
+
+void TableFilterProxy::refilter()
+{
+    // At the end of a change of the source everything is filtered anew anyway; before it, the base class
+    // would announce rows that are about to go.
+    if (!m_isSourceChanging)
+        invalidateFilter();
+}
