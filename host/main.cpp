@@ -13,6 +13,7 @@
 
 #include <QApplication>
 #include <QEventLoop>
+#include <QFont>
 #include <QProgressDialog>
 
 #include <memory>
@@ -35,6 +36,14 @@ void chooseDisplay()
 bool isHeadless()
 {
     return QGuiApplication::platformName() == QLatin1String("offscreen");
+}
+
+/// Without a desktop the font is larger than on one, and the pictures would show cells cut off that are not.
+void useDesktopFontSize()
+{
+    QFont font = QApplication::font();
+    font.setPointSize(10);
+    QApplication::setFont(font);
 }
 
 void printProgress(int percent)
@@ -151,6 +160,8 @@ int main(int argc, char **argv)
     int programNameOnly = 1; // Qt has a --plugin option of its own
     const QApplication application(programNameOnly, argv);
     QApplication::setQuitOnLastWindowClosed(false);
+    if (isHeadless())
+        useDesktopFontSize();
     if (const int failure = fillDatabase(options, home))
         return failure;
     return run(options, home);
