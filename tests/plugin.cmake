@@ -16,5 +16,6 @@ garage_test(tst_pluginlibrary ELSEWHERE LIBRARIES garage_hostsupport ${CMAKE_DL_
 garage_test(tst_hostprotocol ELSEWHERE LIBRARIES garage_hostsupport)
 garage_test(tst_remotesynchronisation ELSEWHERE LIBRARIES garage_hostsupport)
 garage_test(tst_hostiledatabase LIBRARIES garage_hostsupport)
+garage_test(tst_lifecycle LIBRARIES garage_hostsupport)
 target_compile_definitions(tst_pluginlibrary PRIVATE EXITING_HOST="$<TARGET_FILE:exitinghost>")
 add_dependencies(tst_pluginlibrary exitinghost)
