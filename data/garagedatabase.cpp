@@ -50,6 +50,7 @@ void GarageDatabase::open()
     if (!m_database.open())
         return;
     m_openedFile = fileAtPath();
+    ++m_openCount;
     run(QStringLiteral("PRAGMA encoding=UTF8"));
 }
 

@@ -26,6 +26,8 @@ public:
     void ensureOpen();
 
     bool isOpen() const { return m_database.isOpen(); }
+    /// Grows each time a file is opened: what was read at another count may stem from another file.
+    int openCount() const { return m_openCount; }
 
     /// An unused query of this connection, forward-only.
     QSqlQuery newQuery() const;
@@ -43,4 +45,5 @@ private:
     const QString m_connectionName;
     QSqlDatabase m_database;
     std::optional<FileIdentity> m_openedFile;
+    int m_openCount = 0;
 };

@@ -2,6 +2,7 @@
 
 #include <QAbstractItemView>
 #include <QHelpEvent>
+#include <QMetaProperty>
 #include <QPainter>
 #include <QToolTip>
 
@@ -32,6 +33,13 @@ void GridDelegate::updateEditorGeometry(QWidget *editor, const QStyleOptionViewI
 {
     Q_UNUSED(index)
     editor->setGeometry(option.rect);
+}
+
+void GridDelegate::setModelData(QWidget *editor, QAbstractItemModel *model, const QModelIndex &index) const
+{
+    const QString typed = editor->metaObject()->userProperty().read(editor).toString();
+    if (!typed.isEmpty() || !index.data(Qt::EditRole).toString().isEmpty())
+        QStyledItemDelegate::setModelData(editor, model, index);
 }
 
 bool GridDelegate::helpEvent(QHelpEvent *event, QAbstractItemView *view, const QStyleOptionViewItem &option,

@@ -16,6 +16,8 @@ public:
     /// The editor fills the cell.
     void updateEditorGeometry(QWidget *editor, const QStyleOptionViewItem &option,
                               const QModelIndex &index) const override;
+    /// Writes nothing where nothing was and nothing was typed: the editor merely lost the focus.
+    void setModelData(QWidget *editor, QAbstractItemModel *model, const QModelIndex &index) const override;
     bool helpEvent(QHelpEvent *event, QAbstractItemView *view, const QStyleOptionViewItem &option,
                    const QModelIndex &index) override;
 

@@ -69,6 +69,10 @@ RuvaloGaragePlugin::~RuvaloGaragePlugin()
 {
     qRemovePostRoutine(endWithTheApplication);
     delete m_garageForm;
+    // The loader has just carried out its last writes. The host still hears of them, or the remote side would
+    // keep records for good that are deleted here.
+    if (QCoreApplication::instance())
+        QCoreApplication::sendPostedEvents(this, QEvent::MetaCall);
 }
 
 QWidget *RuvaloGaragePlugin::settingsPage()
