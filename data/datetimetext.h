@@ -1,7 +1,10 @@
 #pragma once
 
 #include <QDateTime>
+#include <QHash>
 #include <QString>
+
+#include <optional>
 
 /// The date-time texts of the system. An invalid date-time gives an empty text.
 namespace DateTimeText {
@@ -19,5 +22,19 @@ QString forServiceAnnouncement(const QDateTime &dateTime);
 /// gives local time; invalid if the text is no such date-time. A text without a zone is UTC, because that
 /// is how it compares with the others as text.
 QDateTime fromDatabase(const QString &text);
+
+/// Gives the same as fromDatabase, faster for many texts. Remembers the time zone's offsets: lives for one
+/// query, because the zone may change afterwards.
+class Reader final
+{
+public:
+    QDateTime fromDatabase(const QString &text);
+
+private:
+    std::optional<int> offsetAround(qint64 day);
+    static int offsetAtStart(qint64 day);
+
+    QHash<qint64, std::optional<int>> m_offsets; ///< seconds; by Julian day in UTC; none: the clock changes
+};
 
 } // namespace DateTimeText

@@ -87,11 +87,12 @@ void GarageStatistics::readDrivingSinceService(const GarageDatabase &database, Q
     for (int row = 0; row < cars.size(); ++row)
         carRows.insert(cars.at(row).carId, row);
 
+    DateTimeText::Reader times;
     QSqlQuery query = database.run(selectDrivingSinceService);
     while (query.next()) {
         OperationStat stat;
         stat.opId = query.value(DrivingOperationId).toInt();
-        stat.lastDone = DateTimeText::fromDatabase(query.value(DrivingOperationTime).toString());
+        stat.lastDone = times.fromDatabase(query.value(DrivingOperationTime).toString());
         stat.totalTime = query.value(DrivingSeconds).toInt();
         stat.runs = query.value(DrivingRuns).toInt();
         stat.laps = query.value(DrivingLaps).toInt();
@@ -108,6 +109,7 @@ void GarageStatistics::readDrivingSinceService(const GarageDatabase &database, Q
 QList<ServiceLogItem> GarageStatistics::readServiceLog(const GarageDatabase &database)
 {
     QList<ServiceLogItem> log;
+    DateTimeText::Reader times;
     QSqlQuery query = database.run(selectServiceLog);
     while (query.next()) {
         ServiceLogItem item;
@@ -117,7 +119,7 @@ QList<ServiceLogItem> GarageStatistics::readServiceLog(const GarageDatabase &dat
         item.opId = query.value(LogOperationId).toInt();
         item.num = query.value(LogNum).toString();
         item.model = query.value(LogModel).toString();
-        item.opTime = DateTimeText::fromDatabase(query.value(LogOperationTime).toString());
+        item.opTime = times.fromDatabase(query.value(LogOperationTime).toString());
         item.opName = query.value(LogOperationName).toString();
         item.personName = query.value(LogPersonName).toString();
         item.comment = query.value(LogComment).toString();

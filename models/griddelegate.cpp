@@ -40,7 +40,8 @@ bool GridDelegate::helpEvent(QHelpEvent *event, QAbstractItemView *view, const Q
     if (event->type() != QEvent::ToolTip || !index.isValid())
         return QStyledItemDelegate::helpEvent(event, view, option, index);
 
-    const bool isCut = sizeHint(option, index).width() > option.rect.width();
+    const QSize whole = sizeHint(option, index);
+    const bool isCut = whole.width() > option.rect.width() || whole.height() > option.rect.height();
     const QString text = isCut ? plainToolTip(displayText(index.data(), option.locale)) : QString();
     QToolTip::showText(event->globalPos(), text, view, option.rect);
     return true;

@@ -3,7 +3,7 @@
 #include <QStyledItemDelegate>
 
 /// Draws cells with a one-pixel grid in the palette's Midlight colour and never a focus frame. A text that
-/// its column cuts off is shown whole as a tool tip.
+/// its cell cuts off is shown whole as a tool tip.
 class GridDelegate : public QStyledItemDelegate
 {
     Q_OBJECT

@@ -1,7 +1,8 @@
 #include "data/datetimetext.h"
 #include "support/garagetest.h"
 
-#include <QTimeZone>
+#include <QRandomGenerator>
+#include <QScopeGuard>
 
 /// The date-time texts of the database, the messages and the tables.
 class TestDateTimeText : public GarageTest
@@ -11,6 +12,8 @@ private slots:
     void readsWhatTheDatabaseHolds_data();
     void readsWhatTheDatabaseHolds();
     void everyHourOfAClockChangeIsReadRight();
+    void manyTextsAreReadAsEachAlone_data();
+    void manyTextsAreReadAsEachAlone();
     void whatIsNoDateTimeIsInvalid_data();
     void whatIsNoDateTimeIsInvalid();
     void writesMessagesInUtcAndTablesInLocalTime();
@@ -42,12 +45,14 @@ void TestDateTimeText::readsWhatTheDatabaseHolds()
     const QDateTime read = DateTimeText::fromDatabase(text);
     QCOMPARE(read, expected);
     QCOMPARE(read.timeSpec(), Qt::LocalTime);
+    QCOMPARE(DateTimeText::Reader().fromDatabase(text), expected);
 }
 
 void TestDateTimeText::everyHourOfAClockChangeIsReadRight()
 {
     for (const char *zone : {"America/New_York", "Europe/Moscow", "Europe/Berlin"}) {
         qputenv("TZ", zone);
+        DateTimeText::Reader reader;
         for (const QDate &date :
              {QDate(2026, 3, 8), QDate(2026, 3, 29), QDate(2026, 10, 25), QDate(2026, 11, 1)}) {
             for (int hour = 0; hour < 24; ++hour) {
@@ -55,11 +60,56 @@ void TestDateTimeText::everyHourOfAClockChangeIsReadRight()
                 const QDateTime read =
                     DateTimeText::fromDatabase(expected.toString(QStringLiteral("yyyy-MM-ddThh:mm")));
                 QCOMPARE(read.toSecsSinceEpoch(), expected.toSecsSinceEpoch());
+                QCOMPARE(reader.fromDatabase(expected.toString(Qt::ISODate)), expected);
                 QCOMPARE(DateTimeText::forJson(read), expected.toString(QStringLiteral("yyyy-MM-ddThh:mm")));
             }
         }
     }
     qputenv("TZ", "Europe/Moscow");
+}
+
+void TestDateTimeText::manyTextsAreReadAsEachAlone_data()
+{
+    QTest::addColumn<QByteArray>("zone");
+    for (const char *zone : {"Europe/Moscow", "Europe/Berlin", "America/New_York", "Australia/Lord_Howe",
+                             "Asia/Kathmandu", "Pacific/Apia", "Africa/Casablanca", "UTC"})
+        QTest::newRow(zone) << QByteArray(zone);
+}
+
+void TestDateTimeText::manyTextsAreReadAsEachAlone()
+{
+    QFETCH(QByteArray, zone);
+    const QByteArray previousZone = qgetenv("TZ");
+    qputenv("TZ", zone);
+    const auto restore = qScopeGuard([&] { qputenv("TZ", previousZone); });
+    const QStringList formats {
+        QStringLiteral("yyyy-MM-ddThh:mm"),           QStringLiteral("yyyy-MM-dd hh:mm"),
+        QStringLiteral("yyyy-MM-ddThh:mm:ss"),        QStringLiteral("yyyy-MM-ddThh:mm:ss.zzz"),
+        QStringLiteral("yyyy-MM-ddThh:mm:ss.zzz'Z'"), QStringLiteral("yyyy-MM-dd hh:mm'Z'"),
+        QStringLiteral("yyyy-MM-ddThh:mm:ss'+03:00'")};
+    const QString replacements = QStringLiteral("019-:.TZ +x\u0661");
+
+    QRandomGenerator random(20261121);
+    DateTimeText::Reader reader;
+    for (int i = 0; i < 4000; ++i) {
+        // From 1935 to 2062.
+        const qint64 second = qint64(random.generate()) - 1100000000;
+        QString text = QDateTime::fromSecsSinceEpoch(second, Qt::UTC)
+                           .addMSecs(random.bounded(1000))
+                           .toString(formats.at(random.bounded(formats.size())));
+        if (i % 3 == 0)
+            text[random.bounded(text.size())] = replacements.at(random.bounded(replacements.size()));
+        if (i % 10 == 0)
+            text.chop(random.bounded(6));
+
+        const QDateTime expected = DateTimeText::fromDatabase(text);
+        const QDateTime read = reader.fromDatabase(text);
+        QVERIFY2(read == expected && read.isValid() == expected.isValid(), qPrintable(text));
+        QCOMPARE(read.timeSpec(), expected.timeSpec());
+        QCOMPARE(read.toMSecsSinceEpoch(), expected.toMSecsSinceEpoch());
+        QCOMPARE(read.offsetFromUtc(), expected.offsetFromUtc());
+        QCOMPARE(DateTimeText::forDisplay(read), DateTimeText::forDisplay(expected));
+    }
 }
 
 void TestDateTimeText::whatIsNoDateTimeIsInvalid_data()
@@ -74,6 +124,7 @@ void TestDateTimeText::whatIsNoDateTimeIsInvalid()
 {
     QFETCH(QString, text);
     QVERIFY(!DateTimeText::fromDatabase(text).isValid());
+    QVERIFY(!DateTimeText::Reader().fromDatabase(text).isValid());
 }
 
 void TestDateTimeText::writesMessagesInUtcAndTablesInLocalTime()
