@@ -1,21 +1,12 @@
 #include "models/griddelegate.h"
 
+#include "models/shownastyped.h"
+
 #include <QAbstractItemView>
 #include <QHelpEvent>
 #include <QMetaProperty>
 #include <QPainter>
 #include <QToolTip>
-
-namespace {
-
-/// What people typed is shown as they typed it, also if it looks like markup.
-QString plainToolTip(const QString &text)
-{
-    return QLatin1String("<span style=\"white-space:pre-wrap\">") + text.toHtmlEscaped()
-        + QLatin1String("</span>");
-}
-
-} // namespace
 
 void GridDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option,
                          const QModelIndex &index) const
@@ -50,7 +41,7 @@ bool GridDelegate::helpEvent(QHelpEvent *event, QAbstractItemView *view, const Q
 
     const QSize whole = sizeHint(option, index);
     const bool isCut = whole.width() > option.rect.width() || whole.height() > option.rect.height();
-    const QString text = isCut ? plainToolTip(displayText(index.data(), option.locale)) : QString();
+    const QString text = isCut ? ShownAsTyped::toolTip(displayText(index.data(), option.locale)) : QString();
     QToolTip::showText(event->globalPos(), text, view, option.rect);
     return true;
 }

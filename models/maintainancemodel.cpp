@@ -14,11 +14,9 @@
 namespace {
 
 constexpr int fixedColumnCount = 3;
-constexpr int numberColumn = 2;
 constexpr int operationColumnWidth = 160;
 constexpr int textAlignment = Qt::AlignLeft | Qt::AlignVCenter;
 constexpr int numberAlignment = Qt::AlignRight | Qt::AlignVCenter;
-constexpr double secondsPerHour = 3600.0;
 
 } // namespace
 
