@@ -174,7 +174,7 @@ void RemoteSide::takeDeletion(const QJsonObject &data)
 void RemoteSide::takeArchive(const QJsonObject &data)
 {
     QVector<int> ids;
-    for (const QJsonValue &id : data.value(QLatin1String("idList")).toArray())
+    for (const QJsonValue id : data.value(QLatin1String("idList")).toArray())
         ids.append(id.toInt(-1));
     m_store.setState(ids, RemoteRecord::Archived);
     emit noted(tr("В архив: %1").arg(ids.size()));
@@ -184,7 +184,7 @@ void RemoteSide::takeArchive(const QJsonObject &data)
 void RemoteSide::takePending(const QJsonObject &data)
 {
     m_pending.clear();
-    for (const QJsonValue &value : data.value(QLatin1String("servicePendingList")).toArray()) {
+    for (const QJsonValue value : data.value(QLatin1String("servicePendingList")).toArray()) {
         const QJsonObject due = value.toObject();
         PendingService service;
         service.carId = due.value(QLatin1String("carId")).toInt(-1);
@@ -202,7 +202,7 @@ void RemoteSide::takePending(const QJsonObject &data)
 void RemoteSide::takeOperations(const QJsonObject &data)
 {
     m_operations.clear();
-    for (const QJsonValue &value : data.value(QLatin1String("opsList")).toArray()) {
+    for (const QJsonValue value : data.value(QLatin1String("opsList")).toArray()) {
         const QJsonObject operation = value.toObject();
         m_operations.insert(operation.value(QLatin1String("id")).toInt(-1),
                             operation.value(QLatin1String("opName")).toString());
@@ -215,7 +215,7 @@ void RemoteSide::takeAnswer(const QJsonObject &data)
     const QJsonObject answer = data.value(QLatin1String("req_answ")).toObject();
     const bool available = answer.value(QLatin1String("carAvailable")).toBool();
     QStringList cars;
-    for (const QJsonValue &id : answer.value(QLatin1String("carsIdsList")).toArray())
+    for (const QJsonValue id : answer.value(QLatin1String("carsIdsList")).toArray())
         cars.append(QString::number(id.toInt(-1)));
     if (answer.contains(QLatin1String("carId")))
         cars.append(QString::number(answer.value(QLatin1String("carId")).toInt(-1)));

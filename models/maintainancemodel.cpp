@@ -218,7 +218,7 @@ int MaintainanceModel::shownRowNumber(const QModelIndex &index) const
 
 QString MaintainanceModel::operationText(const OperationStat &stat) const
 {
-    const QString date = DateTimeText::forDisplay(stat.lastDone);
+    QString date = DateTimeText::forDisplay(stat.lastDone);
     if (stat.laps == 0 && stat.runs == 0 && stat.totalTime == 0)
         return date;
     //: hours of driving, runs, laps

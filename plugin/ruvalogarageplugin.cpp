@@ -115,7 +115,7 @@ void RuvaloGaragePlugin::pluginSlot(QString module, QString event, QJsonObject j
     Q_UNUSED(module)
     struct Handler
     {
-        QLatin1String event;
+        QLatin1String subscribed;
         void (RuvaloGaragePlugin::*handle)(const QJsonObject &);
     };
     static const Handler handlers[] = {
@@ -130,7 +130,7 @@ void RuvaloGaragePlugin::pluginSlot(QString module, QString event, QJsonObject j
         {QLatin1String("car_complain"), &RuvaloGaragePlugin::handleCarComplain},
     };
     for (const Handler &handler : handlers) {
-        if (event == handler.event) {
+        if (event == handler.subscribed) {
             (this->*handler.handle)(jsonData);
             return;
         }

@@ -63,9 +63,9 @@ QSize ElidedGroupBox::minimumSizeHint() const
     QStyleOptionGroupBox option;
     initStyleOption(&option);
     const QSize title = preferredSize(this, this->title());
-    return style()
-        ->sizeFromContents(QStyle::CT_GroupBox, &option, title, this)
-        .expandedTo(QWidget::minimumSizeHint());
+    // The group box's own hint holds the whole title.
+    const QSize contents = QWidget::minimumSizeHint(); // NOLINT(bugprone-parent-virtual-call)
+    return style()->sizeFromContents(QStyle::CT_GroupBox, &option, title, this).expandedTo(contents);
 }
 
 bool ElidedGroupBox::event(QEvent *event)
