@@ -22,13 +22,6 @@ QString tr(const char *text)
     return QCoreApplication::translate("CheckStage", text);
 }
 
-void processEvents(int milliseconds)
-{
-    QEventLoop loop;
-    QTimer::singleShot(milliseconds, &loop, &QEventLoop::quit);
-    loop.exec();
-}
-
 QStringList eventsOf(const QVector<HostMessage> &messages)
 {
     QStringList events;
@@ -178,13 +171,20 @@ HostMessage CheckStage::await(const QString &event)
         }
         expect(!deadline.hasExpired(),
                tr("\"%1\" did not come within %2 s").arg(event).arg(longestAnswer / 1000));
-        processEvents(5);
+        wait(5);
     }
+}
+
+void CheckStage::wait(int milliseconds)
+{
+    QEventLoop loop;
+    QTimer::singleShot(milliseconds, &loop, &QEventLoop::quit);
+    loop.exec();
 }
 
 void CheckStage::expectSilence(int milliseconds)
 {
-    processEvents(milliseconds);
+    wait(milliseconds);
     expect(m_messages.isEmpty(), tr("it sent %1 unasked").arg(listed(eventsOf(m_messages))));
 }
 

@@ -42,6 +42,8 @@ public:
     QVector<HostMessage> ask(const QString &event, const QJsonObject &data = {});
     /// The next message of that event; earlier ones of other events are dropped.
     HostMessage await(const QString &event);
+    /// Lets the plug-in go on.
+    void wait(int milliseconds);
     /// Fails if the plug-in has said, or says within that time, anything.
     void expectSilence(int milliseconds = 300);
     void forgetMessages() { m_messages.clear(); }

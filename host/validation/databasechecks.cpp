@@ -97,7 +97,7 @@ void checkTransaction(CheckStage &stage)
                      {"id": 902, "carId": 2, "opId": 1, "opDoneDateTime": "2026-02-01T11:00:00.000Z"},
                      {"id": 903, "carId": 2, "opId": -1, "opDoneDateTime": "2026-02-01T12:00:00.000Z"}])");
     const HostMessage message = stage.await(archived);
-    stage.expectSilence(500);
+    stage.wait(500);
     expectEqual(tr("the number of transactions for three records"), int(changeCounter(stage) - before), 1);
     expectEqual(tr("the list of archived records"), message.data,
                 jsonObject(R"({"idList": [901, 902, 903]})"));
@@ -125,8 +125,7 @@ void checkLockedDatabase(CheckStage &stage)
 void checkMissingDatabase(CheckStage &stage)
 {
     stage.load();
-    expectEvents(stage.ask(QStringLiteral("load_complete")),
-                 {QStringLiteral("read_cars_list"), QStringLiteral("update_remote_service")});
+    stage.send(QStringLiteral("load_complete"));
     stage.garageWindow().show();
     expectEqual(tr("what it reports without a database"), stage.await(pending).data,
                 jsonObject(R"({"servicePendingList": [], "maintainanceStatus": []})"));
@@ -164,8 +163,7 @@ void checkUnloading(CheckStage &stage)
                 stage.count(journal, QStringLiteral("remote_id=900")), 1);
     stage.forgetMessages();
     stage.load();
-    expectEvents(stage.ask(QStringLiteral("load_complete")),
-                 {QStringLiteral("read_cars_list"), QStringLiteral("update_remote_service")});
+    expectEvents(stage.ask(QStringLiteral("send_settings_dialogs")), {QStringLiteral("settings_dialog")});
 }
 
 } // namespace

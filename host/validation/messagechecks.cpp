@@ -210,8 +210,7 @@ void checkBadInput(CheckStage &stage)
     stage.send(QStringLiteral("car_complain"), jsonObject(R"({"carId": 99})"));
     expectEqual(tr("the number of records after nonsense"), stage.count(QStringLiteral("maintainance")), 3);
     stage.forgetMessages();
-    expectEvents(stage.ask(QStringLiteral("load_complete")),
-                 {QStringLiteral("read_cars_list"), QStringLiteral("update_remote_service")});
+    expectEvents(stage.ask(QStringLiteral("send_settings_dialogs")), {QStringLiteral("settings_dialog")});
     stage.send(runSaved);
     stage.await(pending);
 }
