@@ -40,6 +40,7 @@ private slots:
     void anyEventCanBeSentByHand();
     void theJournalIsFilteredAndShown();
     void theJournalNamesEventsInASmallWindow();
+    void theSettingsAreNoLargerThanTheWindow();
     void closingTheWindowIsTold();
 
 private:
@@ -312,6 +313,16 @@ void TestHostWindow::theJournalNamesEventsInASmallWindow()
     const QString longest = QStringLiteral("remote_service_move_to_archive");
     const int eventColumn = 3;
     QVERIFY(table->columnWidth(eventColumn) >= table->fontMetrics().horizontalAdvance(longest));
+}
+
+void TestHostWindow::theSettingsAreNoLargerThanTheWindow()
+{
+    const Stage stage = makeStage();
+    stage.window->resize(850, 560);
+    trigger(stage, "openSettingsAction");
+    const auto *dialog = stage.find<HostSettingsDialog>("hostSettingsDialog");
+    QVERIFY(dialog->width() <= stage.window->width());
+    QVERIFY(dialog->height() <= stage.window->height());
 }
 
 void TestHostWindow::closingTheWindowIsTold()
