@@ -64,7 +64,7 @@ QVariant JournalModel::headerData(int section, Qt::Orientation orientation, int 
 {
     if (role != Qt::DisplayRole || orientation != Qt::Horizontal || section < 0 || section >= ColumnCount)
         return {};
-    return QStringList {tr("Время"), tr("Направление"), tr("Модуль"), tr("Событие"), tr("Байт")}.at(section);
+    return QStringList {tr("Время"), tr("Куда"), tr("Модуль"), tr("Событие"), tr("Байт")}.at(section);
 }
 
 void JournalModel::clear()

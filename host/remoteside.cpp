@@ -215,12 +215,23 @@ void RemoteSide::takeAnswer(const QJsonObject &data)
     const QJsonObject answer = data.value(QLatin1String("req_answ")).toObject();
     const bool available = answer.value(QLatin1String("carAvailable")).toBool();
     QStringList cars;
+<<<<<<< HEAD
     for (const QJsonValue id : answer.value(QLatin1String("carsIdsList")).toArray())
         cars.append(QString::number(id.toInt(-1)));
+=======
+    for (const QJsonValue &id : answer.value(QLatin1String("carsIdsList")).toArray())
+        cars.append(carNumber(id.toInt(-1)));
+>>>>>>> host
     if (answer.contains(QLatin1String("carId")))
-        cars.append(QString::number(answer.value(QLatin1String("carId")).toInt(-1)));
+        cars.append(carNumber(answer.value(QLatin1String("carId")).toInt(-1)));
     emit noted(tr("Ответ пультам: карт %1 %2")
                    .arg(cars.join(QLatin1String(", ")), available ? tr("в работе") : tr("не в работе")));
+}
+
+QString RemoteSide::carNumber(int carId)
+{
+    const QVariant number = m_track.value(QStringLiteral("SELECT num FROM cars WHERE id=?"), {carId});
+    return number.isValid() ? number.toString() : tr("с неизвестным id %1").arg(carId);
 }
 
 bool RemoteSide::isOpenAtTrack(int localId)
