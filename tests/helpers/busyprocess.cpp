@@ -111,6 +111,7 @@ private:
                 if (!model->index(row, column).data().toString().startsWith(QLatin1String("batch")))
                     continue;
                 log->setCurrentIndex(model->index(row, column));
+                say(QStringLiteral("deleting"));
                 m_window->findChild<QAction *>(QStringLiteral("actionDeleteMaintainanceItem"))->trigger();
                 return;
             }
