@@ -18,6 +18,8 @@ int main(int argc, char **argv)
     });
 
     registerReloadBenchmarks();
+    registerWindowBenchmarks();
+    registerRemoteBenchmarks();
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv))
         return 1;

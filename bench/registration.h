@@ -2,3 +2,5 @@
 
 /// Each makes a group of measurements known to the benchmark library.
 void registerReloadBenchmarks();
+void registerWindowBenchmarks();
+void registerRemoteBenchmarks();

@@ -5,6 +5,7 @@
 #include "data/selectedcolumn.h"
 
 #include <QMultiHash>
+#include <QSet>
 
 #include <algorithm>
 
@@ -55,6 +56,16 @@ enum SelectServiceLog {
 const QString selectReglament =
     QStringLiteral("SELECT * FROM service_reglament left join service_operations on "
                    "service_reglament.operation_id=service_operations.id");
+
+/// Texts that many rows of a query repeat, kept once.
+class RepeatedTexts final
+{
+public:
+    QString shared(const QVariant &value) { return *m_texts.insert(value.toString()); }
+
+private:
+    QSet<QString> m_texts;
+};
 
 ModelReglament &reglamentOf(QList<ModelReglament> &reglament, const QString &model)
 {
@@ -110,25 +121,26 @@ QList<ServiceLogItem> GarageStatistics::readServiceLog(const GarageDatabase &dat
 {
     QList<ServiceLogItem> log;
     DateTimeText::Reader times;
+    RepeatedTexts names;
     QSqlQuery query = database.run(selectServiceLog);
     while (query.next()) {
-        ServiceLogItem item;
+        log.append(ServiceLogItem());
+        ServiceLogItem &item = log.last();
         item.id = query.value(LogId).toInt();
         item.carId = query.value(LogCarId).toInt();
         item.state = query.value(LogState).toInt();
         item.opId = query.value(LogOperationId).toInt();
-        item.num = query.value(LogNum).toString();
-        item.model = query.value(LogModel).toString();
+        item.num = names.shared(query.value(LogNum));
+        item.model = names.shared(query.value(LogModel));
         item.opTime = times.fromDatabase(query.value(LogOperationTime).toString());
-        item.opName = query.value(LogOperationName).toString();
-        item.personName = query.value(LogPersonName).toString();
+        item.opName = names.shared(query.value(LogOperationName));
+        item.personName = names.shared(query.value(LogPersonName));
         item.comment = query.value(LogComment).toString();
 
         bool isRemote = false;
         const int remoteId = query.value(LogRemoteId).toInt(&isRemote);
         if (isRemote)
             item.remoteId = remoteId;
-        log.append(item);
     }
     return log;
 }

@@ -215,13 +215,8 @@ void RemoteSide::takeAnswer(const QJsonObject &data)
     const QJsonObject answer = data.value(QLatin1String("req_answ")).toObject();
     const bool available = answer.value(QLatin1String("carAvailable")).toBool();
     QStringList cars;
-<<<<<<< HEAD
     for (const QJsonValue id : answer.value(QLatin1String("carsIdsList")).toArray())
-        cars.append(QString::number(id.toInt(-1)));
-=======
-    for (const QJsonValue &id : answer.value(QLatin1String("carsIdsList")).toArray())
         cars.append(carNumber(id.toInt(-1)));
->>>>>>> host
     if (answer.contains(QLatin1String("carId")))
         cars.append(carNumber(answer.value(QLatin1String("carId")).toInt(-1)));
     emit noted(tr("Ответ пультам: карт %1 %2")

@@ -1,11 +1,9 @@
 #include "support/garagetest.h"
 #include "support/pluginhost.h"
+#include "support/resources.h"
 
-#include <QPixmapCache>
 #include <QSqlDatabase>
 #include <QTabWidget>
-
-#include <malloc.h>
 
 namespace {
 
@@ -19,31 +17,6 @@ int cycleCount()
     const int cycles = qEnvironmentVariableIntValue("GARAGE_LIFE_CYCLES", &isNumber);
     return isNumber ? qMax(cycles, warmUpCycles + 1) : defaultCycles;
 }
-
-int entriesOf(const QString &folder)
-{
-    return QDir(folder).entryList(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot).size();
-}
-
-struct Resources
-{
-    qint64 heapBytes;
-    qint64 residentBytes;
-    int threads;
-    int handles;
-
-    static Resources now()
-    {
-        QPixmapCache::clear(); // Qt keeps scaled icons for a while
-        QFile statm(QStringLiteral("/proc/self/statm"));
-        if (!statm.open(QIODevice::ReadOnly))
-            qFatal("There is no /proc");
-        const qint64 pages = statm.readAll().split(' ').value(1).toLongLong();
-        const struct mallinfo2 heap = mallinfo2();
-        return {qint64(heap.uordblks + heap.hblkhd), pages * 4096,
-                entriesOf(QStringLiteral("/proc/self/task")), entriesOf(QStringLiteral("/proc/self/fd"))};
-    }
-};
 
 } // namespace
 

@@ -1,4 +1,5 @@
 #include "support/garagetest.h"
+#include "support/resources.h"
 
 #include "demohost.h"
 #include "hostdatabase.h"
@@ -238,10 +239,21 @@ void TestRemoteSoak::theBooksAgreeAfterRandomActions()
 
     QElapsedTimer clock;
     clock.start();
-    while (clock.elapsed() < soakMilliseconds()) {
-        act(host);
-        QTest::qWait(actionPause);
-    }
+    const auto actUntil = [&](int milliseconds) {
+        while (clock.elapsed() < milliseconds) {
+            act(host);
+            QTest::qWait(actionPause);
+        }
+    };
+    actUntil(soakMilliseconds() / 10);
+    const Resources early = Resources::now();
+    actUntil(soakMilliseconds());
+    const Resources late = Resources::now();
+    qInfo("from a tenth to the end: heap %lld -> %lld KiB, resident %lld -> %lld KiB, threads %d -> %d, "
+          "handles %d -> %d",
+          early.heapBytes / 1024, late.heapBytes / 1024, early.residentBytes / 1024,
+          late.residentBytes / 1024, early.threads, late.threads, early.handles, late.handles);
+    QVERIFY(late.handles <= early.handles + 2); // a journal of SQLite's comes and goes
     host.track().setLive(false);
     host.remote().setSendsAtOnce(true);
     host.remote().sendWaiting();

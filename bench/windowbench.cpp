@@ -1,0 +1,286 @@
+#include "bench/benchdata.h"
+#include "bench/registration.h"
+#include "data/garagestatistics.h"
+#include "garage/garageform.h"
+#include "settings/garagesettingsform.h"
+
+#include <benchmark/benchmark.h>
+
+#include <QAbstractScrollArea>
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QEventLoop>
+#include <QPainter>
+#include <QScrollBar>
+#include <QStyledItemDelegate>
+#include <QTabWidget>
+#include <QTimer>
+#include <QTreeView>
+
+#include <algorithm>
+#include <vector>
+
+namespace {
+
+constexpr int gapReloads = 20;
+constexpr int manyCars = 2000;
+constexpr double msPerSecond = 1000;
+
+/// The garage window on the file of a shape, shown and loaded.
+class ShownWindow final
+{
+public:
+    explicit ShownWindow(const BenchShape &shape) : m_home(shape)
+    {
+        m_home.enter();
+        m_settings = std::make_unique<GarageSettingsForm>();
+        m_form = std::make_unique<GarageForm>();
+        m_form->setReglament(m_settings->reglamentModel());
+        m_form->resize(1920, 1080);
+        m_form->findChild<QTabWidget *>()->setCurrentIndex(1);
+        QObject::connect(m_form.get(), &GarageForm::reloadGarageStats, &m_loop, [this] { ++m_awaited; });
+        // After the window's own slot, so that what it changed is painted next.
+        QObject::connect(
+            &m_form->updater(), &GarageUpdater::garageStatsUpdated, &m_loop, [this] { --m_awaited; },
+            Qt::QueuedConnection);
+        m_form->show();
+        waitForReload();
+    }
+
+    void reload()
+    {
+        emit m_form->reloadGarageStats();
+        waitForReload();
+    }
+
+    QTreeView *table() const { return m_form->findChild<QTreeView *>(QStringLiteral("tvMaintainanceTable")); }
+
+private:
+    void waitForReload()
+    {
+        while (m_awaited > 0)
+            m_loop.processEvents(QEventLoop::WaitForMoreEvents);
+        m_loop.processEvents();
+    }
+
+    const BenchHome m_home;
+    QEventLoop m_loop;
+    int m_awaited = 0;
+    std::unique_ptr<GarageSettingsForm> m_settings;
+    std::unique_ptr<GarageForm> m_form;
+};
+
+/// The longest time for which the event loop did not come round.
+class Heartbeat final
+{
+public:
+    Heartbeat()
+    {
+        QObject::connect(&m_timer, &QTimer::timeout, &m_timer, [this] {
+            m_longest = std::max(m_longest, m_sinceBeat.nsecsElapsed());
+            m_sinceBeat.start();
+        });
+        m_sinceBeat.start();
+        m_timer.start(0);
+    }
+    double longestMs() const { return double(m_longest) / 1e6; }
+
+private:
+    QTimer m_timer;
+    QElapsedTimer m_sinceBeat;
+    qint64 m_longest = 0;
+};
+
+double median(std::vector<double> values)
+{
+    const auto middle = values.begin() + std::ptrdiff_t(values.size() / 2);
+    std::nth_element(values.begin(), middle, values.end());
+    return *middle;
+}
+
+/// Iteration times are the gaps, "median_ms" their median.
+void gapWhileReloading(benchmark::State &state, const BenchShape &shape)
+{
+    ShownWindow window(shape);
+    std::vector<double> gaps;
+    for (auto _ : state) {
+        const Heartbeat heartbeat;
+        window.reload();
+        gaps.push_back(heartbeat.longestMs());
+        state.SetIterationTime(gaps.back() / msPerSecond);
+    }
+    state.counters["median_ms"] = median(gaps);
+}
+
+/// What the toolkit alone needs for the same cells and grid.
+class PlainGridDelegate final : public QStyledItemDelegate
+{
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+    void paint(QPainter *painter, const QStyleOptionViewItem &option, const QModelIndex &index) const override
+    {
+        QStyledItemDelegate::paint(painter, option, index);
+        painter->setPen(option.palette.color(QPalette::Midlight));
+        painter->drawRect(option.rect);
+    }
+};
+
+void repaint(benchmark::State &state, const BenchShape &shape, bool plain)
+{
+    const ShownWindow window(shape);
+    PlainGridDelegate delegate;
+    if (plain)
+        window.table()->setItemDelegate(&delegate);
+    for (auto _ : state)
+        window.table()->viewport()->repaint();
+}
+
+void scrollPage(benchmark::State &state)
+{
+    const ShownWindow window(wideShape);
+    QTreeView *table = window.table();
+    QScrollBar *bar = table->verticalScrollBar();
+    for (auto _ : state) {
+        bar->setValue(bar->value() == bar->maximum() ? 0 : bar->value() + bar->pageStep());
+        table->viewport()->repaint();
+    }
+}
+
+/// The maintenance table with 2,000 cars of the wide shape's columns and limits.
+class ManyCars final
+{
+public:
+    explicit ManyCars(const BenchShape &shape) : m_home(shape)
+    {
+        m_home.enter();
+        m_settings = std::make_unique<GarageSettingsForm>();
+        GarageDatabase database(QStringLiteral("bench"));
+        QList<MaintainanceItem> cars = GarageStatistics::readCars(database);
+        GarageStatistics::readDrivingSinceService(database, cars);
+        const int different = cars.size();
+        for (int row = different; row < manyCars; ++row) {
+            cars.append(cars.at(row % different));
+            cars.last().carId = row + 1;
+            cars.last().num = QString::number(row + 1);
+        }
+        m_proxy.setMaintainanceModel(&m_model);
+        m_proxy.setReglament(&m_settings->reglamentModel());
+        m_view.setModel(&m_proxy);
+        const ClearbackgroundTableModel::LayoutChange change(m_model);
+        m_model.updateColumns(&m_settings->reglamentModel(), &m_view);
+        m_model.setItems(cars);
+    }
+
+    MaintainanceModel &model() { return m_model; }
+    MaintainanceFilterProxy &proxy() { return m_proxy; }
+    QString modelName() const { return m_model.itemAt(0).model; }
+
+private:
+    const BenchHome m_home;
+    std::unique_ptr<GarageSettingsForm> m_settings;
+    MaintainanceModel m_model;
+    MaintainanceFilterProxy m_proxy;
+    QTreeView m_view;
+};
+
+/// `mode` is a MaintainanceModel::SortMode or one more: by model and number.
+void sortCars(benchmark::State &state, const BenchShape &shape, int mode)
+{
+    ManyCars cars(shape);
+    cars.proxy().sort(0); // the first request is always answered by number
+    cars.model().setSortMode(mode);
+    const int column = cars.model().columnCount() - 1;
+    bool ascending = false;
+    for (auto _ : state) {
+        ascending = !ascending;
+        cars.proxy().sort(column, ascending ? Qt::AscendingOrder : Qt::DescendingOrder);
+    }
+}
+
+void filterCarsByModel(benchmark::State &state, const BenchShape &shape)
+{
+    ManyCars cars(shape);
+    int on = 0;
+    for (auto _ : state) {
+        on = 1 - on;
+        cars.proxy().setModelFilter(cars.modelName(), on);
+    }
+}
+
+void filterCarsByNeed(benchmark::State &state, const BenchShape &shape)
+{
+    ManyCars cars(shape);
+    int on = 0;
+    for (auto _ : state) {
+        on = 1 - on;
+        cars.proxy().setNeedsServiceOnly(on);
+    }
+}
+
+/// `change` sets one filter to one of two values in turn.
+void filterLog(benchmark::State &state, void (*change)(ServiceLogFilter &, bool))
+{
+    const BenchHome home(journalShape);
+    home.enter();
+    ServiceLogModel model;
+    ServiceLogFilter filter;
+    filter.setSourceModel(&model);
+    QTreeView view;
+    view.setModel(&filter);
+    {
+        const GarageDatabase database(QStringLiteral("bench"));
+        const ClearbackgroundTableModel::LayoutChange layoutChange(model);
+        model.append(GarageStatistics::readServiceLog(database));
+    }
+    bool on = false;
+    for (auto _ : state) {
+        on = !on;
+        change(filter, on);
+    }
+}
+
+} // namespace
+
+void registerWindowBenchmarks()
+{
+    using namespace benchmark;
+    for (const BenchShape &shape : {journalShape, wideShape})
+        RegisterBenchmark((std::string("gap/") + shape.name).c_str(), gapWhileReloading, shape)
+            ->Unit(kMillisecond)
+            ->UseManualTime()
+            ->Iterations(gapReloads);
+
+    for (const auto &[name, shape] : {std::pair("paint/wide", wideShape), {"paint/small", smallShape}}) {
+        for (const auto &[variant, plain] : {std::pair("/plain", true), {"/garage", false}})
+            RegisterBenchmark((std::string(name) + variant).c_str(), repaint, shape, plain)
+                ->Unit(kMillisecond)
+                ->MeasureProcessCPUTime();
+    }
+    RegisterBenchmark("scroll/wide", scrollPage)->Unit(kMillisecond)->MeasureProcessCPUTime();
+
+    const char *const sortNames[] = {"last-done", "time", "runs", "laps", "model-and-number"};
+    for (int mode = 0; mode < 5; ++mode)
+        RegisterBenchmark((std::string("sort/") + sortNames[mode]).c_str(), sortCars, wideShape, mode)
+            ->Unit(kMillisecond);
+    RegisterBenchmark("filter/model", filterCarsByModel, wideShape)->Unit(kMillisecond);
+    RegisterBenchmark("filter/needs-service", filterCarsByNeed, wideShape)->Unit(kMillisecond);
+    RegisterBenchmark("small-sort/last-done", sortCars, smallShape, 0)->Unit(kMillisecond);
+    RegisterBenchmark("small-filter/needs-service", filterCarsByNeed, smallShape)->Unit(kMillisecond);
+
+    const auto byModel = [](ServiceLogFilter &filter, bool on) {
+        filter.setModelFilter(on ? QStringLiteral("Модель 1") : QString());
+    };
+    const auto byNumber = [](ServiceLogFilter &filter, bool on) {
+        filter.setNumberFilter(on ? QStringLiteral("1") : QString());
+    };
+    const auto byOperation = [](ServiceLogFilter &filter, bool on) {
+        filter.setOperationFilter(on ? 1 : ServiceLogFilter::anyOperation);
+    };
+    const auto byPending = [](ServiceLogFilter &filter, bool on) {
+        filter.setOperationFilter(on ? ServiceLogFilter::pendingOnly : ServiceLogFilter::anyOperation);
+    };
+    RegisterBenchmark("log-filter/model", filterLog, +byModel)->Unit(kMillisecond);
+    RegisterBenchmark("log-filter/number", filterLog, +byNumber)->Unit(kMillisecond);
+    RegisterBenchmark("log-filter/operation", filterLog, +byOperation)->Unit(kMillisecond);
+    RegisterBenchmark("log-filter/pending", filterLog, +byPending)->Unit(kMillisecond);
+}
