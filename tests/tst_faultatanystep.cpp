@@ -83,6 +83,7 @@ class TestFaultAtAnyStep : public GarageTest
     Q_OBJECT
 private slots:
     void initTestCase() { FaultyFiles::install(); }
+    void cleanupTestCase() { qInfo("%d faults of file operations", m_faults); }
     void init();
     void cleanup();
 
@@ -111,6 +112,7 @@ private:
                   const QStringList &after);
 
     QStringList m_before;
+    int m_faults = 0;
 };
 
 void TestFaultAtAnyStep::init()
@@ -225,6 +227,7 @@ void TestFaultAtAnyStep::tryFault(const Write &write, FaultyFiles::Operation ope
         rescuer.join();
     FaultyFiles::clear();
 
+    m_faults += FaultyFiles::hasStruck();
     const QStringList now = content();
     if (operation == FaultyFiles::BusyLock || !FaultyFiles::hasStruck())
         QCOMPARE(now, after);

@@ -6,6 +6,9 @@
 
 namespace {
 
+constexpr int batchSize = 5; // of the busyprocess
+constexpr int idsPerRound = 1000; // never used up, so that no number means two records
+
 int fromEnvironment(const char *name, int usual)
 {
     bool isNumber = false;
@@ -91,11 +94,13 @@ private slots:
     void init();
     void cleanup();
 
+    void aKilledProcessLosesNothingThatWasAnnounced_data() { addJournalRows(); }
     void aKilledProcessLosesNothingThatWasAnnounced();
-    void processesShareOneFile_data();
+    void processesShareOneFile_data() { addJournalRows(); }
     void processesShareOneFile();
 
 private:
+    static void addJournalRows();
     QVector<int> stored(const QString &statement) const;
     QString path() { return home().databasePath(); }
 
@@ -127,8 +132,17 @@ QVector<int> TestManyProcesses::stored(const QString &statement) const
     return values;
 }
 
+void TestManyProcesses::addJournalRows()
+{
+    QTest::addColumn<QString>("journal");
+    QTest::newRow("rollback journal") << QStringLiteral("DELETE");
+    QTest::newRow("write-ahead log") << QStringLiteral("WAL");
+}
+
 void TestManyProcesses::aKilledProcessLosesNothingThatWasAnnounced()
 {
+    QFETCH(QString, journal);
+    m_database->exec(QStringLiteral("PRAGMA journal_mode=") + journal);
     const int kills = fromEnvironment("GARAGE_KILLS", 8);
     QRandomGenerator random(20261121);
     int firstId = 1;
@@ -137,46 +151,54 @@ void TestManyProcesses::aKilledProcessLosesNothingThatWasAnnounced()
     int deletions = 0;
     QSet<int> deleted;
     for (int round = 0; round < kills; ++round) {
-        Worker worker(
-            {QStringLiteral("module"), path(), QString::number(firstId), QStringLiteral("deleting")});
+        QStringList arguments {QStringLiteral("module"), path(), QString::number(firstId)};
+        const bool isDeleting = round % 4 != 3;
+        if (isDeleting)
+            arguments.append(QStringLiteral("deleting"));
+        Worker worker(arguments);
         QVERIFY(worker.waitForLines(1 + int(random.bounded(12u))));
         QThread::usleep(random.bounded(8000u)); // anywhere between two announcements
         worker.kill();
+        const Reports &reports = worker.reports();
 
         QCOMPARE(m_database->rows(QStringLiteral("PRAGMA integrity_check")),
                  QStringList(QStringLiteral("ok")));
-        for (int id : worker.reports().of("deleted"))
+        for (int id : reports.of("deleted"))
             deleted.insert(id);
         const QVector<int> remoteIds =
             stored(QStringLiteral("SELECT remote_id FROM maintainance WHERE remote_id>0"));
-        for (int id : worker.reports().of("archived"))
-            QVERIFY2(deleted.contains(id) || remoteIds.count(id) == 1, qPrintable(QString::number(id)));
+        const auto fromThisRound =
+            std::count_if(remoteIds.cbegin(), remoteIds.cend(), [firstId](int id) { return id >= firstId; });
+        if (!isDeleting)
+            QCOMPARE(fromThisRound % batchSize, 0); // a batch is stored as a whole or not at all
+        // The deletion that was under way may be stored though it was not announced.
+        int missing = 0;
+        for (int id : reports.of("archived")) {
+            QVERIFY2(remoteIds.count(id) <= 1, qPrintable(QString::number(id)));
+            missing += !deleted.contains(id) && !remoteIds.contains(id);
+        }
+        const int underWay = reports.of("deleting").size() - reports.of("deleted").size();
+        QVERIFY2(missing <= underWay, qPrintable(QStringLiteral("%1 missing").arg(missing)));
         for (int id : qAsConst(deleted))
             QVERIFY2(!remoteIds.contains(id), qPrintable(QString::number(id)));
         const QVector<int> comments =
             stored(QStringLiteral("SELECT comment FROM maintainance WHERE remote_id IS NULL"));
-        for (int comment : worker.reports().of("service"))
+        for (int comment : reports.of("service"))
             QVERIFY2(comments.count(comment) == 1, qPrintable(QString::number(comment)));
 
-        archived += worker.reports().of("archived").size();
-        services += worker.reports().of("service").size();
-        deletions += worker.reports().of("deleted").size();
-        firstId = stored(QStringLiteral("SELECT ifnull(max(remote_id),0)+100 FROM maintainance")).first();
+        archived += reports.of("archived").size();
+        services += reports.of("service").size();
+        deletions += reports.of("deleted").size();
+        firstId += idsPerRound;
         if (round % 20 == 19)
-            m_database->exec(QStringLiteral("DELETE FROM maintainance WHERE remote_id<?"), {firstId - 200});
+            m_database->exec(QStringLiteral("DELETE FROM maintainance WHERE remote_id<?"),
+                             {firstId - 2 * idsPerRound});
     }
-    qInfo("%d kills: %d records archived, %d services and %d deletions announced, none missing", kills,
-          archived, services, deletions);
+    qInfo("%d kills, %s: %d records archived, %d services and %d deletions announced, none missing", kills,
+          qPrintable(journal), archived, services, deletions);
     QVERIFY(archived > kills);
     QVERIFY(services > 0);
     QVERIFY(deletions > 0);
-}
-
-void TestManyProcesses::processesShareOneFile_data()
-{
-    QTest::addColumn<QString>("journal");
-    QTest::newRow("rollback journal") << QStringLiteral("DELETE");
-    QTest::newRow("write-ahead log") << QStringLiteral("WAL");
 }
 
 void TestManyProcesses::processesShareOneFile()

@@ -111,6 +111,7 @@ private:
                 if (!model->index(row, column).data().toString().startsWith(QLatin1String("batch")))
                     continue;
                 log->setCurrentIndex(model->index(row, column));
+                say(QStringLiteral("deleting"));
                 m_window->findChild<QAction *>(QStringLiteral("actionDeleteMaintainanceItem"))->trigger();
                 return;
             }
@@ -173,14 +174,18 @@ public:
     }
 
 private:
+    /// Busy writers can keep a reader out for longer than one attempt lasts.
     void read()
     {
+        m_database.exec(QStringLiteral("BEGIN"));
+        while (!m_database.tryExec(QStringLiteral("SELECT count(*) FROM cars"))) { }
         const int torn =
             m_database
                 .value(QStringLiteral("SELECT count(*) FROM (SELECT 1 FROM maintainance WHERE comment "
                                       "LIKE 'batch %' GROUP BY comment HAVING count(*)<>?)"),
                        {batchSize})
                 .toInt();
+        m_database.exec(QStringLiteral("COMMIT"));
         say(torn == 0 ? QStringLiteral("whole") : QStringLiteral("torn"));
     }
 
