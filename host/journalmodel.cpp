@@ -9,7 +9,7 @@
 namespace {
 
 constexpr int mostEntries = 20000;
-constexpr int droppedAtOnce = 2000; // so that a full journal is not moved up for each message
+constexpr qint64 mostBytes = 8 << 20; // of JSON text; in memory it takes a multiple of that
 
 } // namespace
 
@@ -71,6 +71,7 @@ void JournalModel::clear()
 {
     beginResetModel();
     m_entries.clear();
+    m_bytes = 0;
     endResetModel();
 }
 
@@ -86,13 +87,22 @@ QString JournalModel::save(const QString &fileName) const
 
 void JournalModel::append(bool toPlugin, const HostMessage &message)
 {
-    if (m_entries.size() >= mostEntries) {
-        beginRemoveRows({}, 0, droppedAtOnce - 1);
-        m_entries.remove(0, droppedAtOnce);
-        endRemoveRows();
-    }
+    if (m_entries.size() >= mostEntries || m_bytes >= mostBytes)
+        dropOldest();
     beginInsertRows({}, m_entries.size(), m_entries.size());
     m_entries.append({QDateTime::currentDateTime(), toPlugin, message,
                       QJsonDocument(message.data).toJson(QJsonDocument::Compact).size()});
+    m_bytes += m_entries.last().size;
     endInsertRows();
+}
+
+void JournalModel::dropOldest()
+{
+    // A tenth at once, so that a full journal is not moved up for each message.
+    const int count = (m_entries.size() + 9) / 10;
+    beginRemoveRows({}, 0, count - 1);
+    for (int row = 0; row < count; ++row)
+        m_bytes -= m_entries.at(row).size;
+    m_entries.remove(0, count);
+    endRemoveRows();
 }

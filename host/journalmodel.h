@@ -8,7 +8,8 @@
 
 class PluginHost;
 
-/// Every message between host and plug-in since the start, the latest at the bottom.
+/// The messages between host and plug-in, the latest at the bottom; the oldest go when they take too much
+/// room.
 class JournalModel final : public QAbstractTableModel
 {
     Q_OBJECT
@@ -41,5 +42,8 @@ public:
 private:
     void append(bool toPlugin, const HostMessage &message);
 
+    void dropOldest();
+
     QVector<Entry> m_entries;
+    qint64 m_bytes = 0; ///< sum of the entries' sizes
 };

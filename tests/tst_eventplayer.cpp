@@ -21,6 +21,7 @@ private slots:
     void aWaitForTheAnswerEndsWithIt();
     void cancellingEndsBeforeTheNextStep();
     void aSavedJournalPlaysWhatThePluginWasTold();
+    void theJournalDropsItsOldestMessagesBeforeTheyFillTheMemory();
 
 private:
     QString write(const QByteArray &text);
@@ -149,6 +150,28 @@ void TestEventPlayer::aSavedJournalPlaysWhatThePluginWasTold()
     QVERIFY(finished.wait());
     QCOMPARE(toldEvents(second), (QStringList {QStringLiteral("run_closed"), QStringLiteral("clicked")}));
     QCOMPARE(second.entry(0).message.data, journal.entry(0).message.data);
+}
+
+void TestEventPlayer::theJournalDropsItsOldestMessagesBeforeTheyFillTheMemory()
+{
+    PluginHost plugin;
+    JournalModel journal(plugin);
+    const QAbstractItemModelTester tester(&journal, QAbstractItemModelTester::FailureReportingMode::Fatal);
+    const QString megabyte(1 << 20, QLatin1Char('x'));
+    for (int number = 0; number < 40; ++number) {
+        emit plugin.received({QString(),
+                              QString::number(number),
+                              {{QStringLiteral("text"), QString(megabyte).append(QString::number(number))}}});
+        QVERIFY(journal.rowCount() <= 10);
+    }
+    const int rows = journal.rowCount();
+    QVERIFY(rows >= 5);
+    for (int row = 0; row < rows; ++row)
+        QCOMPARE(journal.entry(row).message.event, QString::number(40 - rows + row));
+
+    journal.clear();
+    emit plugin.received({QString(), QStringLiteral("small"), {}});
+    QCOMPARE(journal.rowCount(), 1);
 }
 
 QTEST_MAIN(TestEventPlayer)
