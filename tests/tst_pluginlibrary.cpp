@@ -17,7 +17,10 @@ void *entryPoint(const char *name)
     return library ? dlsym(library, name) : nullptr;
 }
 
+} // namespace
+
 /// The interface as hosts in the field have it compiled in: never to be changed along with the header.
+/// Not in the namespace above: a class that nobody else can derive from would have its calls resolved here.
 class FieldHostInterface : public QObject
 {
 public:
@@ -34,8 +37,6 @@ public:
     virtual QStringList subscribedEvents() = 0;
     virtual void pluginSlot(QString module, QString event, QJsonObject jsonData) = 0;
 };
-
-} // namespace
 
 /// The library as the host's plug-in loader sees it: metadata, entry points, casts, coming and going.
 class TestPluginLibrary : public GarageTest
