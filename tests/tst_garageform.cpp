@@ -36,6 +36,7 @@ private slots:
     void draggedWidthsSurviveReloads();
     void newOperationColumnsHaveTheirWidth();
     void editedLimitsShowAtOnce();
+    void limitsEditedInTheDialogShowAtOnce();
     void theCurrentCarStaysCurrentOrNobodyIs();
     void rowsAreTwoLinesHigh();
 
@@ -416,6 +417,36 @@ void TestGarageForm::editedLimitsShowAtOnce()
     QCOMPARE(table->rowCount(), 2);
     database->exec(QStringLiteral("UPDATE service_reglament SET laps_limit=100"));
     window.settings->reloadReglamentModel();
+    QCOMPARE(table->rowCount(), 1);
+}
+
+void TestGarageForm::limitsEditedInTheDialogShowAtOnce()
+{
+    const auto database = createDatabase();
+    addSampleData(*database);
+    GarageWindow window;
+    window.show();
+    window.choose("cbFilterServiceState", 1);
+    auto *table = window.find<QTreeView>("tvMaintainanceTable")->model();
+    QCOMPARE(table->rowCount(), 2);
+    window.settings->show();
+    QVERIFY(QTest::qWaitForWindowExposed(window.settings.get()));
+    auto *limits = window.settings->findChild<QTreeView *>(QStringLiteral("tvServiceReglament"));
+    QModelIndex cell;
+    for (int row = 0; row < limits->model()->rowCount(); ++row)
+        for (int column = 2; column < limits->model()->columnCount(); ++column)
+            if (!limits->model()->index(row, column).data().toString().isEmpty())
+                cell = limits->model()->index(row, column);
+    QVERIFY(cell.isValid());
+    onNextDialog([](QDialog &dialog) {
+        dialog.findChild<QLineEdit *>(QStringLiteral("leLapsCount"))->setText(QStringLiteral("100"));
+        dialog.accept();
+    });
+    limits->scrollTo(cell);
+    const QPoint at = limits->visualRect(cell).center();
+    QTest::mouseClick(limits->viewport(), Qt::LeftButton, {}, at);
+    QTest::mouseDClick(limits->viewport(), Qt::LeftButton, {}, at);
+    QVERIFY(allDialogsAnswered());
     QCOMPARE(table->rowCount(), 1);
 }
 
