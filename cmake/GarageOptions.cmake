@@ -1,6 +1,7 @@
 option(GARAGE_BUILD_HOST "Build the demo host" ON)
 option(GARAGE_BUILD_TESTS "Build the tests" ON)
 option(GARAGE_BUILD_BENCH "Build the benchmarks" OFF)
+option(GARAGE_BUILD_FUZZ "Build the fuzzer of the messages; needs clang" OFF)
 option(GARAGE_WARNINGS_AS_ERRORS "Treat compiler warnings as errors" ON)
 set(GARAGE_SANITIZE "" CACHE STRING "Sanitizers to build with, e.g. \"address;undefined\" or \"thread\"")
 set(TRIVEX_PLUGIN_IID "trivex.TrivexPluginInterface/v1.0" CACHE STRING

@@ -3,3 +3,8 @@ if(GARAGE_SANITIZE)
     add_compile_options(-fsanitize=${garage_sanitizers} -fno-sanitize-recover=all -fno-omit-frame-pointer)
     add_link_options(-fsanitize=${garage_sanitizers})
 endif()
+
+# Only the fuzzer has libFuzzer's main(); what it links counts its branches for it.
+if(GARAGE_BUILD_FUZZ)
+    add_compile_options(-fsanitize=fuzzer-no-link)
+endif()

@@ -1,7 +1,10 @@
 #include "data/garagedatabase.h"
 
 #include <QDir>
+#include <QFile>
 #include <QStandardPaths>
+
+#include <sys/stat.h>
 
 QString garageDatabasePath()
 {
@@ -26,14 +29,29 @@ GarageDatabase::~GarageDatabase()
 
 void GarageDatabase::ensureOpen()
 {
+    // SQLite would go on with the old file, which nobody else sees any more.
+    const std::optional<FileIdentity> file = fileAtPath();
+    if (m_database.isOpen() && file && file != m_openedFile)
+        m_database.close();
     if (!m_database.isOpen())
         open();
 }
 
+std::optional<GarageDatabase::FileIdentity> GarageDatabase::fileAtPath() const
+{
+    struct stat file = {};
+    if (stat(QFile::encodeName(m_database.databaseName()).constData(), &file) != 0)
+        return std::nullopt;
+    return FileIdentity(file.st_dev, file.st_ino);
+}
+
 void GarageDatabase::open()
 {
-    if (m_database.open())
-        run(QStringLiteral("PRAGMA encoding=UTF8"));
+    if (!m_database.open())
+        return;
+    m_openedFile = fileAtPath();
+    ++m_openCount;
+    run(QStringLiteral("PRAGMA encoding=UTF8"));
 }
 
 QSqlQuery GarageDatabase::newQuery() const

@@ -4,6 +4,9 @@
 #include <QSqlQuery>
 #include <QString>
 
+#include <optional>
+#include <utility>
+
 /// The SQLite file that host and module share: "Ruvalo-QT/DB/ruvalo.sqlite" in the user's documents.
 QString garageDatabasePath();
 
@@ -17,11 +20,14 @@ public:
     explicit GarageDatabase(const QString &connectionName);
     ~GarageDatabase();
 
-    /// Tries once more to open a connection that is not open. Called before each write and each reload, so
-    /// that a database that appears later is used without a restart.
+    /// Tries once more to open a connection that is not open, and opens it anew if another file took the
+    /// place of the opened one. Called before each write and each reload, so that a database that appears
+    /// later, or a restored backup, is used without a restart.
     void ensureOpen();
 
     bool isOpen() const { return m_database.isOpen(); }
+    /// Grows each time a file is opened: what was read at another count may stem from another file.
+    int openCount() const { return m_openCount; }
 
     /// An unused query of this connection, forward-only.
     QSqlQuery newQuery() const;
@@ -29,8 +35,15 @@ public:
     QSqlQuery run(const QString &statement) const;
 
 private:
+    /// Device and inode.
+    using FileIdentity = std::pair<quint64, quint64>;
+
+    /// Of the file that stands at the database's path now; none if there is none.
+    std::optional<FileIdentity> fileAtPath() const;
     void open();
 
     const QString m_connectionName;
     QSqlDatabase m_database;
+    std::optional<FileIdentity> m_openedFile;
+    int m_openCount = 0;
 };

@@ -118,6 +118,8 @@ void GarageUpdater::updateService(QJsonArray serviceOps, QJsonArray personalList
         ids.append(json.value(QLatin1String("id")));
     }
     ServiceRecordStore::storeRemote(*m_database, records, [this] { return mayKeepTrying(); });
+    if (m_gaveUp)
+        return;
 
     reloadStats();
     send(QStringLiteral("remote_service_move_to_archive"), {{QStringLiteral("idList"), ids}});
@@ -128,6 +130,8 @@ void GarageUpdater::deleteOperation(int id, int remoteId)
     if (m_gaveUp)
         return;
     ServiceRecordStore::remove(*m_database, id, [this] { return mayKeepTrying(); });
+    if (m_gaveUp)
+        return;
 
     send(QStringLiteral("remote_service_delete"),
          {{QStringLiteral("remoteId"), remoteId}, {QStringLiteral("localId"), id}});

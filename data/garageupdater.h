@@ -22,9 +22,10 @@ class GarageUpdater final : public QObject
     Q_OBJECT
 public:
     GarageUpdater();
-    /// Carries out the writes that were already asked for, but no further reload, and ends the thread. Writes
-    /// for which the database stays busy are given up, so that this takes at most 10 s. Without an
-    /// application object nothing can be carried out any more; the thread ends all the same.
+    /// Carries out the writes that were already asked for, announces them, and ends the thread; no further
+    /// reload. A write for which the database stays busy is given up without a word, as are those behind it,
+    /// so that another program's lock holds this up for at most 10 s. Without an application object nothing
+    /// can be carried out any more; the thread ends all the same.
     ~GarageUpdater() override;
 
 signals:

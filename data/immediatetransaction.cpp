@@ -93,16 +93,13 @@ void ImmediateTransaction::leave()
     m_active = false;
 }
 
-WriteResult writeStatement(GarageDatabase &database, const QString &statement, StatementValues values,
-                           ImmediateTransaction::KeepTrying keepTrying)
+QVariant writeStatement(GarageDatabase &database, const QString &statement, StatementValues values,
+                        ImmediateTransaction::KeepTrying keepTrying)
 {
     ImmediateTransaction transaction(database, std::move(keepTrying));
     QSqlQuery query = transaction.prepare(statement);
     const bool done = transaction.exec(query, values);
 
-    WriteResult result;
-    result.committed = transaction.commit();
-    if (result.committed && done)
-        result.insertedId = query.lastInsertId();
-    return result;
+    const bool stored = transaction.commit() && done;
+    return stored ? query.lastInsertId() : QVariant();
 }

@@ -28,9 +28,6 @@ public:
     explicit ImmediateTransaction(GarageDatabase &database, KeepTrying keepTrying = {});
     ~ImmediateTransaction();
 
-    /// False if the transaction could not begin or was ended by SQLite itself.
-    bool isActive() const { return m_active; }
-
     /// A query for one statement of this write, with named placeholders to bind.
     QSqlQuery prepare(const QString &statement) const;
     /// Runs a prepared statement with these values. Its failure does not end the write, unless SQLite ended
@@ -49,13 +46,7 @@ private:
     bool m_active = false;
 };
 
-/// What became of a write of one statement.
-struct WriteResult
-{
-    bool committed = false;
-    QVariant insertedId; ///< of the row that an INSERT added; invalid if it added none
-};
-
-/// One statement as a write of its own.
-WriteResult writeStatement(GarageDatabase &database, const QString &statement, StatementValues values,
-                           ImmediateTransaction::KeepTrying keepTrying = {});
+/// One statement as a write of its own. Gives the id of the row that an INSERT added; invalid if nothing was
+/// stored.
+QVariant writeStatement(GarageDatabase &database, const QString &statement, StatementValues values,
+                        ImmediateTransaction::KeepTrying keepTrying = {});

@@ -12,6 +12,9 @@ constexpr int complaintOperationId = -1;
 /// Value of "no car", "no person", "no record" wherever an id is read or written.
 constexpr int noId = -1;
 
+/// Times of driving and their limits are kept in seconds, shown and edited in hours.
+constexpr double secondsPerHour = 3600.0;
+
 /// `operation_state` of a service record.
 enum ServiceState {
     OpenState = 0, ///< a complaint or requested work that is not yet done

@@ -58,7 +58,7 @@ QVector<StoredLimit> ScheduleTables::readLimits(const GarageDatabase &database)
 
 std::optional<int> ScheduleTables::addOperation(GarageDatabase &database, const QString &name)
 {
-    const QVariant id = writeStatement(database, insertOperation, {{QLatin1String(":opn"), name}}).insertedId;
+    const QVariant id = writeStatement(database, insertOperation, {{QLatin1String(":opn"), name}});
     if (!id.isValid())
         return std::nullopt;
     return id.toInt();

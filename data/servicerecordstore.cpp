@@ -28,16 +28,15 @@ const QString insertRemote = QStringLiteral(
     "INSERT INTO maintainance (remote_id,car_id,operation_id,operation_time,person_id,person_name,comment) "
     "VALUES (:remote_id,:car_id,:operation_id,:operation_time,:person_id,:person_name,:comment)");
 
-bool addRecord(GarageDatabase &database, const QString &statement, const ServiceRecord &record)
+void addRecord(GarageDatabase &database, const QString &statement, const ServiceRecord &record)
 {
-    return writeStatement(database, statement,
-                          {{QLatin1String(":carId"), record.carId},
-                           {QLatin1String(":opId"), record.opId},
-                           {QLatin1String(":opTime"), record.opTime.toUTC()},
-                           {QLatin1String(":pId"), record.personId},
-                           {QLatin1String(":pName"), record.personName},
-                           {QLatin1String(":comment"), record.comment}})
-        .committed;
+    writeStatement(database, statement,
+                   {{QLatin1String(":carId"), record.carId},
+                    {QLatin1String(":opId"), record.opId},
+                    {QLatin1String(":opTime"), record.opTime.toUTC()},
+                    {QLatin1String(":pId"), record.personId},
+                    {QLatin1String(":pName"), record.personName},
+                    {QLatin1String(":comment"), record.comment}});
 }
 
 } // namespace
@@ -45,7 +44,7 @@ bool addRecord(GarageDatabase &database, const QString &statement, const Service
 RemoteServiceRecord RemoteServiceRecord::fromJson(const QJsonObject &json, const QJsonArray &personal)
 {
     const auto integer = [](const QJsonObject &object, QLatin1String key) {
-        return object.value(key).toInt(-1);
+        return object.value(key).toInt(noId);
     };
     const auto text = [](const QJsonObject &object, QLatin1String key) {
         return object.value(key).toString();
@@ -75,35 +74,33 @@ RemoteServiceRecord RemoteServiceRecord::fromJson(const QJsonObject &json, const
     return record;
 }
 
-bool ServiceRecordStore::addServiceDone(GarageDatabase &database, const ServiceRecord &record)
+void ServiceRecordStore::addServiceDone(GarageDatabase &database, const ServiceRecord &record)
 {
-    return addRecord(database, insertServiceDone, record);
+    addRecord(database, insertServiceDone, record);
 }
 
-bool ServiceRecordStore::addComplaint(GarageDatabase &database, const ServiceRecord &record)
+void ServiceRecordStore::addComplaint(GarageDatabase &database, const ServiceRecord &record)
 {
-    return addRecord(database, insertComplaint, record);
+    addRecord(database, insertComplaint, record);
 }
 
-bool ServiceRecordStore::amendComplaint(GarageDatabase &database, int localId, const ServiceRecord &record)
+void ServiceRecordStore::amendComplaint(GarageDatabase &database, int localId, const ServiceRecord &record)
 {
-    return writeStatement(database, updateComplaint,
-                          {{QLatin1String(":locId"), localId},
-                           {QLatin1String(":opTime"), record.opTime.toUTC()},
-                           {QLatin1String(":pId"), record.personId},
-                           {QLatin1String(":pName"), record.personName},
-                           {QLatin1String(":comment"), record.comment}})
-        .committed;
+    writeStatement(database, updateComplaint,
+                   {{QLatin1String(":locId"), localId},
+                    {QLatin1String(":opTime"), record.opTime.toUTC()},
+                    {QLatin1String(":pId"), record.personId},
+                    {QLatin1String(":pName"), record.personName},
+                    {QLatin1String(":comment"), record.comment}});
 }
 
-bool ServiceRecordStore::remove(GarageDatabase &database, int localId,
+void ServiceRecordStore::remove(GarageDatabase &database, int localId,
                                 ImmediateTransaction::KeepTrying keepTrying)
 {
-    return writeStatement(database, deleteRecord, {{QLatin1String(":id"), localId}}, std::move(keepTrying))
-        .committed;
+    writeStatement(database, deleteRecord, {{QLatin1String(":id"), localId}}, std::move(keepTrying));
 }
 
-bool ServiceRecordStore::storeRemote(GarageDatabase &database, const QVector<RemoteServiceRecord> &records,
+void ServiceRecordStore::storeRemote(GarageDatabase &database, const QVector<RemoteServiceRecord> &records,
                                      ImmediateTransaction::KeepTrying keepTrying)
 {
     ImmediateTransaction transaction(database, std::move(keepTrying));
@@ -131,5 +128,5 @@ bool ServiceRecordStore::storeRemote(GarageDatabase &database, const QVector<Rem
                           {QLatin1String(":person_name"), record.personName},
                           {QLatin1String(":comment"), record.comment}});
     }
-    return transaction.commit();
+    transaction.commit();
 }

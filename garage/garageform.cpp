@@ -6,12 +6,12 @@
 #include "settings/servicereglamentmodel.h"
 #include "ui_garageform.h"
 
+#include <QComboBox>
 #include <QHeaderView>
+#include <QSet>
 #include <QSignalBlocker>
 
 namespace {
-
-constexpr int numberColumn = 2; // what the maintenance table is sorted by at first
 
 /// Every car model once, in the order of first appearance.
 QStringList modelNames(const QList<MaintainanceItem> &items)
@@ -63,7 +63,7 @@ void GarageForm::setUpMaintainanceTab()
     m_maintainanceModel.setRowNumberProxy(&m_maintainanceFilterProxy);
     view->setItemDelegate(new MaintainanceDelegate(view));
     view->setModel(&m_maintainanceFilterProxy);
-    view->header()->setSortIndicator(numberColumn, Qt::AscendingOrder);
+    view->header()->setSortIndicator(MaintainanceModel::numberColumn, Qt::AscendingOrder);
     view->setSortingEnabled(true);
     m_maintainanceModel.applyColumnWidths(view);
 

@@ -148,7 +148,9 @@ void GarageForm::carComplain(const MaintainanceItem &item)
     dialog->setComplaintMode();
     prepareDialog(*dialog, caption(item), complaintOperationId);
     dialog->setDateTime(currentMinute());
+    int shownId = noId;
     if (const OperationStat *complaint = openComplaint(item)) {
+        shownId = complaint->localId;
         dialog->setComment(complaint->comment);
         dialog->setDateTime(complaint->lastDone);
     }
@@ -161,13 +163,12 @@ void GarageForm::carComplain(const MaintainanceItem &item)
     if (!accepted)
         return;
 
-    // A reload may have brought, or closed, a complaint meanwhile.
+    // A reload may have closed the complaint meanwhile, or brought another that the user has not seen.
     const ServiceRecord record = enteredRecord(*dialog, carId);
-    const int localId = openComplaintId(carId);
-    if (localId == noId)
-        ServiceRecordStore::addComplaint(m_database, record);
+    if (shownId != noId && shownId == openComplaintId(carId))
+        ServiceRecordStore::amendComplaint(m_database, shownId, record);
     else
-        ServiceRecordStore::amendComplaint(m_database, localId, record);
+        ServiceRecordStore::addComplaint(m_database, record);
     emit reloadGarageStats();
 }
 

@@ -1,10 +1,14 @@
 #include "commandline.h"
 
+#include "validation/check.h"
+
 #include <QCommandLineParser>
 #include <QCoreApplication>
 #include <QMap>
 
 namespace {
+
+constexpr int longestTimeLimit = 3600; // seconds
 
 QString tr(const char *text)
 {
@@ -15,6 +19,14 @@ const QCommandLineOption &helpOption()
 {
     static const QCommandLineOption option({QStringLiteral("h"), QStringLiteral("help")},
                                            tr("Показать эту справку."));
+    return option;
+}
+
+/// What the validator starts for each of its checks.
+QCommandLineOption inThisProcessOption()
+{
+    QCommandLineOption option(QStringLiteral("in-this-process"));
+    option.setFlags(QCommandLineOption::HiddenFromHelp);
     return option;
 }
 
@@ -35,6 +47,18 @@ QList<QCommandLineOption> allOptions()
          tr("Пройти по окну, сохранить снимки в папку и завершиться; вместе с --play — только папка для "
             "снимков. Без экрана так и происходит, снимки ложатся в папку программы."),
          tr("ПАПКА")},
+        {QStringLiteral("validate"),
+         tr("Без окна: испытать плагин снаружи, как его видит программа хронометража. Каждая проверка идёт в "
+            "своём процессе со своей временной базой; печатается строка PASSED, FAILED или SKIPPED с "
+            "причиной "
+            "и в конце итог."),
+         tr("ФАЙЛ")},
+        {QStringLiteral("json"), tr("Вместе с --validate: напечатать итог одним объектом JSON.")},
+        {QStringLiteral("check"),
+         tr("Вместе с --validate: только эта проверка, названная как в итоге. Можно повторять."), tr("ИМЯ")},
+        {QStringLiteral("time-limit"),
+         tr("Вместе с --validate: сколько секунд даётся каждой проверке. По умолчанию 30."), tr("СЕКУНДЫ")},
+        inThisProcessOption(),
         {QStringLiteral("plugin"),
          tr("Библиотека плагина. По умолчанию libruvalogarage.so рядом с программой."), tr("ФАЙЛ")},
         {QStringLiteral("home"),
@@ -69,7 +93,8 @@ CommandLine::CommandLine(const QStringList &arguments)
         tr("Демонстрационное приложение для модуля «Гараж»: загружает плагин и разговаривает с ним, как это "
            "делает программа хронометража.\n\n"
            "Коды завершения: 0 — успех, 1 — неверные параметры, 2 — плагин не загружен, 3 — нет базы данных, "
-           "4 — плагин не ответил, 5 — часть входных строк не разобрана, 6 — работа прервана."));
+           "4 — плагин не ответил, 5 — часть входных строк не разобрана, 6 — работа прервана, "
+           "7 — плагин не прошёл проверку."));
     parser.addOptions(allOptions());
     m_helpText = parser.helpText();
     if (!parser.parse(arguments)) {
@@ -105,17 +130,42 @@ void CommandLine::read(const QCommandLineParser &parser)
         m_options.seed = parser.value(QStringLiteral("seed")).toUInt(&isNumber);
     if (!isNumber)
         m_errorText = tr("--seed должен быть целым числом от 0");
+    readValidation(parser);
     if (m_errorText.isEmpty())
         checkCombination();
+}
+
+void CommandLine::readValidation(const QCommandLineParser &parser)
+{
+    Validation::Request &request = m_options.validation;
+    request.library = parser.value(QStringLiteral("validate"));
+    request.asJson = parser.isSet(QStringLiteral("json"));
+    request.checkNames = parser.values(QStringLiteral("check"));
+    m_options.checksHere = parser.isSet(inThisProcessOption());
+    for (const QString &name : request.checkNames) {
+        if (!findCheck(name))
+            m_errorText = tr("неизвестная проверка: %1").arg(name);
+    }
+    if (parser.isSet(QStringLiteral("time-limit")))
+        request.timeLimit = parser.value(QStringLiteral("time-limit")).toInt();
+    if (request.timeLimit < 1 || request.timeLimit > longestTimeLimit)
+        m_errorText = tr("--time-limit должен быть целым числом от 1 до %1").arg(longestTimeLimit);
+    const bool hasDetails = request.asJson || !request.checkNames.isEmpty() || m_options.checksHere
+        || parser.isSet(QStringLiteral("time-limit"));
+    if (hasDetails && request.library.isEmpty())
+        m_errorText = tr("--json, --check и --time-limit нужны только вместе с --validate");
+    if (m_options.checksHere && (request.checkNames.size() != 1 || m_options.homeFolder.isEmpty()))
+        m_errorText = tr("проверке в этом процессе нужны --check и --home");
 }
 
 void CommandLine::checkCombination()
 {
     if (m_options.documents && (m_options.fresh || !m_options.homeFolder.isEmpty()))
         m_errorText = tr("--documents не сочетается с --home и --fresh");
-    const int ways = int(m_options.stdio) + int(m_options.due) + int(!m_options.playFile.isEmpty());
+    const int ways = int(m_options.stdio) + int(m_options.due) + int(!m_options.playFile.isEmpty())
+        + int(!m_options.validation.library.isEmpty());
     if (ways > 1)
-        m_errorText = tr("--stdio, --due и --play исключают друг друга");
+        m_errorText = tr("--stdio, --due, --play и --validate исключают друг друга");
     if ((m_options.stdio || m_options.due) && !m_options.screenshotsFolder.isEmpty())
         m_errorText = tr("--screenshots не сочетается с --stdio и --due");
 }

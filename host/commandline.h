@@ -1,6 +1,7 @@
 #pragma once
 
 #include "sampledata.h"
+#include "validation/validation.h"
 
 #include <QString>
 #include <QStringList>
@@ -18,6 +19,8 @@ struct HostOptions
     QString screenshotsFolder;
     QString pluginFile;
     QString homeFolder;
+    Validation::Request validation; // asked for if it names a library
+    bool checksHere = false; // as the process of one check
     quint32 seed = 1;
     SampleKind data = SampleKind::Sample;
 };
@@ -36,6 +39,7 @@ public:
 
 private:
     void read(const QCommandLineParser &parser);
+    void readValidation(const QCommandLineParser &parser);
     void checkCombination();
 
     HostOptions m_options;

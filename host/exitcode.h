@@ -8,5 +8,6 @@ enum ExitCode {
     NoDatabase = 3, // the database file cannot be made, opened or filled
     NoAnswer = 4, // the plug-in owed an answer for too long
     BadInput = 5, // some lines were not messages; the others were handed over
-    Cancelled = 6 // somebody stopped a long job
+    Cancelled = 6, // somebody stopped a long job
+    ValidationFailed = 7 // the plug-in did not pass a check
 };

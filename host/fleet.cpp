@@ -73,7 +73,7 @@ bool Fleet::carryOut(const QJsonObject &updateCars)
     if (updateCars.value(QLatin1String("command")).toString() != QLatin1String("set_availability"))
         return false;
     QVector<int> ids;
-    for (const QJsonValue &id : updateCars.value(QLatin1String("carsIdsList")).toArray())
+    for (const QJsonValue id : updateCars.value(QLatin1String("carsIdsList")).toArray())
         ids.append(id.toInt(-1));
     return setAvailable(ids, updateCars.value(QLatin1String("available")).toInt() != 0);
 }

@@ -35,8 +35,8 @@ QSqlQuery HostConnection::query(const QString &statement, const QVariantList &va
     QSqlQuery query = prepared(statement);
     if (query.lastError().isValid())
         return query; // running it would put a lesser reason in place of this one
-    for (const QVariant &value : values)
-        query.addBindValue(value);
+    for (const QVariant &bound : values)
+        query.addBindValue(bound);
     exec(query);
     return query;
 }
@@ -49,11 +49,11 @@ QVariant HostConnection::value(const QString &statement, const QVariantList &val
 
 QSqlQuery HostConnection::prepared(const QString &statement)
 {
-    QSqlQuery query(m_database);
-    query.setForwardOnly(true);
-    if (!query.prepare(statement))
-        m_errorText = query.lastError().text();
-    return query;
+    QSqlQuery blank(m_database);
+    blank.setForwardOnly(true);
+    if (!blank.prepare(statement))
+        m_errorText = blank.lastError().text();
+    return blank;
 }
 
 bool HostConnection::exec(QSqlQuery &prepared)

@@ -16,6 +16,7 @@ public:
     /// the plug-in ask the environment.
     void enter() const;
 
+    QString path() const { return m_path; }
     bool isUserDocuments() const { return m_path.isEmpty(); }
     /// The folder of the database; valid after enter().
     QString databaseFolder() const;

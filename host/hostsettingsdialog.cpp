@@ -8,12 +8,16 @@
 #include <QTabWidget>
 #include <QVBoxLayout>
 
+namespace {
+const QSize usualSize(960, 600);
+} // namespace
+
 HostSettingsDialog::HostSettingsDialog(PluginHost &plugin, QWidget *parent)
     : QDialog(parent), m_tabs(new QTabWidget)
 {
     setWindowTitle(tr("Настройки"));
     setObjectName(QStringLiteral("hostSettingsDialog"));
-    resize(960, 600);
+    resize(usualSize.boundedTo(parent ? parent->window()->size() : usualSize));
     auto *buttons = new QDialogButtonBox(QDialogButtonBox::Close);
     buttons->button(QDialogButtonBox::Close)->setText(tr("Закрыть"));
     auto *layout = new QVBoxLayout(this);

@@ -9,8 +9,10 @@
 #include "trackpanel.h"
 
 #include <QCloseEvent>
+#include <QGuiApplication>
 #include <QLabel>
 #include <QMessageBox>
+#include <QScreen>
 #include <QStyle>
 #include <QTabWidget>
 #include <QToolBar>
@@ -20,7 +22,7 @@ HostWindow::HostWindow(DemoHost &host, const HostHome &home)
     : m_host(host), m_tabs(new QTabWidget), m_pluginTabs(host.plugin(), *m_tabs)
 {
     setWindowTitle(tr("Картодром — демонстрация гаража"));
-    resize(1280, 800);
+    resize(QSize(1280, 800).boundedTo(QGuiApplication::primaryScreen()->availableSize() * 9 / 10));
     setAnimated(false);
     m_tabs->setObjectName(QStringLiteral("hostTabWidget"));
     m_tabs->addTab(new TrackPanel(host.track(), host.fleet()), tr("Трасса"));

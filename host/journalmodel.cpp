@@ -45,18 +45,18 @@ QVariant JournalModel::data(const QModelIndex &index, int role) const
         return int(Qt::AlignRight | Qt::AlignVCenter);
     if (role != Qt::DisplayRole)
         return {};
-    const Entry &entry = m_entries.at(index.row());
+    const Entry &shown = m_entries.at(index.row());
     switch (index.column()) {
     case TimeColumn:
-        return entry.time.toString(QStringLiteral("hh:mm:ss.zzz"));
+        return shown.time.toString(QStringLiteral("hh:mm:ss.zzz"));
     case DirectionColumn:
-        return entry.toPlugin ? tr("→ плагину") : tr("← хосту");
+        return shown.toPlugin ? tr("→ плагину") : tr("← хосту");
     case ModuleColumn:
-        return entry.message.module;
+        return shown.message.module;
     case EventColumn:
-        return entry.message.event;
+        return shown.message.event;
     default:
-        return QLocale().toString(entry.size);
+        return QLocale().toString(shown.size);
     }
 }
 
@@ -64,7 +64,7 @@ QVariant JournalModel::headerData(int section, Qt::Orientation orientation, int 
 {
     if (role != Qt::DisplayRole || orientation != Qt::Horizontal || section < 0 || section >= ColumnCount)
         return {};
-    return QStringList {tr("Время"), tr("Направление"), tr("Модуль"), tr("Событие"), tr("Байт")}.at(section);
+    return QStringList {tr("Время"), tr("Куда"), tr("Модуль"), tr("Событие"), tr("Байт")}.at(section);
 }
 
 void JournalModel::clear()
@@ -79,8 +79,8 @@ QString JournalModel::save(const QString &fileName) const
     QSaveFile file(fileName);
     if (!file.open(QIODevice::WriteOnly))
         return file.errorString();
-    for (const Entry &entry : m_entries)
-        file.write(entry.toJsonLine() + '\n');
+    for (const Entry &saved : m_entries)
+        file.write(saved.toJsonLine() + '\n');
     return file.commit() ? QString() : file.errorString();
 }
 

@@ -81,10 +81,10 @@ JournalPanel::JournalPanel(JournalModel &journal, PluginHost &plugin, QWidget *p
     m_table->setSelectionMode(QAbstractItemView::SingleSelection);
     m_table->verticalHeader()->hide();
     m_table->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 6);
-    m_table->horizontalHeader()->setSectionResizeMode(JournalModel::EventColumn, QHeaderView::Stretch);
+    m_table->horizontalHeader()->setStretchLastSection(true);
     setColumnWidths(*m_table,
-                    {QStringLiteral("00:00:00.000"), tr("Направление"),
-                     QStringLiteral("garage_stats_updater"), QString(), QStringLiteral("0 000 000")});
+                    {QStringLiteral("00:00:00.000"), tr("→ плагину"), QStringLiteral("garage_stats_updater"),
+                     QStringLiteral("remote_service_move_to_archive"), QStringLiteral("0 000 000")});
     m_details->setReadOnly(true);
 
     auto *side = new QSplitter(Qt::Vertical);

@@ -9,6 +9,7 @@
 #include "samplejob.h"
 #include "stdiosession.h"
 #include "toursession.h"
+#include "validation/checkprocess.h"
 #include "windowsession.h"
 
 #include <QApplication>
@@ -153,6 +154,10 @@ int main(int argc, char **argv)
         return ExitCode::Ok;
     }
     const HostOptions &options = commandLine.options();
+    if (!options.validation.library.isEmpty() && !options.checksHere) {
+        const QCoreApplication application(argc, argv);
+        return Validation::run(options.validation);
+    }
     const HostHome home =
         options.documents ? HostHome::userDocuments() : HostHome::ownFolder(options.homeFolder);
     home.enter();
@@ -162,6 +167,10 @@ int main(int argc, char **argv)
     QApplication::setQuitOnLastWindowClosed(false);
     if (isHeadless())
         useDesktopFontSize();
+    if (options.checksHere) {
+        return CheckProcess::carryOut(*findCheck(options.validation.checkNames.first()),
+                                      options.validation.library, home);
+    }
     if (const int failure = fillDatabase(options, home))
         return failure;
     return run(options, home);

@@ -71,8 +71,8 @@ void PluginHost::send(const HostMessage &message)
 QString PluginHost::defaultLibrary()
 {
     const QString here = QCoreApplication::applicationDirPath();
-    for (const QLatin1String folder : {QLatin1String("/../plugins"), QLatin1String("/plugins"),
-                                       QLatin1String("/../lib/garage-host"), QLatin1String("/../lib")}) {
+    for (const QLatin1String folder :
+         {QLatin1String("/../plugins"), QLatin1String("/plugins"), QLatin1String(GARAGE_INSTALLED_PLUGINS)}) {
         const QFileInfo library(here + folder + QLatin1String("/libruvalogarage.so"));
         if (library.exists())
             return library.canonicalFilePath();

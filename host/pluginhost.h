@@ -20,6 +20,8 @@ public:
     /// Destroys the plug-in and lets go of its library; the host must have let go of its pages before.
     void unload();
     bool isLoaded() const { return m_plugin != nullptr; }
+    /// Null unless loaded.
+    TrivexPluginInterface *plugin() const { return m_plugin; }
     /// How the plug-in calls itself on tabs and pages.
     QString caption() const;
 

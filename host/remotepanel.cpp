@@ -101,7 +101,7 @@ QWidget *RemotePanel::makePendingBox()
 {
     auto *box = new QGroupBox(tr("Ждёт обслуживания"));
     auto *layout = new QVBoxLayout(box);
-    setColumnWidths(*m_pendingView, {tr("Карт "), QStringLiteral("Молния+"), tr("Регулировка схождения")});
+    setColumnWidths(*m_pendingView, {tr("Карт "), QStringLiteral("Молния+"), tr("Замена цепи и звёзд++")});
     m_person->setObjectName(QStringLiteral("remotePersonComboBox"));
     m_channel->setObjectName(QStringLiteral("remoteChannelComboBox"));
     m_comment->setObjectName(QStringLiteral("remoteCommentLineEdit"));
@@ -143,7 +143,7 @@ QWidget *RemotePanel::makeRecordsBox()
     auto *box = new QGroupBox(tr("Записи удалённой стороны"));
     auto *layout = new QVBoxLayout(box);
     setColumnWidths(*m_recordsView,
-                    {QStringLiteral("0000"), tr("Карт "), tr("Регулировка схождения"),
+                    {QStringLiteral("0000"), tr("Карт "), tr("Замена цепи и звёзд++"),
                      QStringLiteral("00.00.0000 00:00"), tr("Кузнецов Алексей")});
     auto *atOnce = new QCheckBox(tr("Отправлять сразу"));
     atOnce->setChecked(true);

@@ -174,7 +174,7 @@ void RemoteSide::takeDeletion(const QJsonObject &data)
 void RemoteSide::takeArchive(const QJsonObject &data)
 {
     QVector<int> ids;
-    for (const QJsonValue &id : data.value(QLatin1String("idList")).toArray())
+    for (const QJsonValue id : data.value(QLatin1String("idList")).toArray())
         ids.append(id.toInt(-1));
     m_store.setState(ids, RemoteRecord::Archived);
     emit noted(tr("В архив: %1").arg(ids.size()));
@@ -184,7 +184,7 @@ void RemoteSide::takeArchive(const QJsonObject &data)
 void RemoteSide::takePending(const QJsonObject &data)
 {
     m_pending.clear();
-    for (const QJsonValue &value : data.value(QLatin1String("servicePendingList")).toArray()) {
+    for (const QJsonValue value : data.value(QLatin1String("servicePendingList")).toArray()) {
         const QJsonObject due = value.toObject();
         PendingService service;
         service.carId = due.value(QLatin1String("carId")).toInt(-1);
@@ -202,7 +202,7 @@ void RemoteSide::takePending(const QJsonObject &data)
 void RemoteSide::takeOperations(const QJsonObject &data)
 {
     m_operations.clear();
-    for (const QJsonValue &value : data.value(QLatin1String("opsList")).toArray()) {
+    for (const QJsonValue value : data.value(QLatin1String("opsList")).toArray()) {
         const QJsonObject operation = value.toObject();
         m_operations.insert(operation.value(QLatin1String("id")).toInt(-1),
                             operation.value(QLatin1String("opName")).toString());
@@ -215,12 +215,18 @@ void RemoteSide::takeAnswer(const QJsonObject &data)
     const QJsonObject answer = data.value(QLatin1String("req_answ")).toObject();
     const bool available = answer.value(QLatin1String("carAvailable")).toBool();
     QStringList cars;
-    for (const QJsonValue &id : answer.value(QLatin1String("carsIdsList")).toArray())
-        cars.append(QString::number(id.toInt(-1)));
+    for (const QJsonValue id : answer.value(QLatin1String("carsIdsList")).toArray())
+        cars.append(carNumber(id.toInt(-1)));
     if (answer.contains(QLatin1String("carId")))
-        cars.append(QString::number(answer.value(QLatin1String("carId")).toInt(-1)));
+        cars.append(carNumber(answer.value(QLatin1String("carId")).toInt(-1)));
     emit noted(tr("Ответ пультам: карт %1 %2")
                    .arg(cars.join(QLatin1String(", ")), available ? tr("в работе") : tr("не в работе")));
+}
+
+QString RemoteSide::carNumber(int carId)
+{
+    const QVariant number = m_track.value(QStringLiteral("SELECT num FROM cars WHERE id=?"), {carId});
+    return number.isValid() ? number.toString() : tr("с неизвестным id %1").arg(carId);
 }
 
 bool RemoteSide::isOpenAtTrack(int localId)

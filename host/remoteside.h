@@ -74,6 +74,8 @@ private:
     void takePending(const QJsonObject &data);
     void takeOperations(const QJsonObject &data);
     void takeAnswer(const QJsonObject &data);
+    /// The number that people know the car by.
+    QString carNumber(int carId);
     bool isOpenAtTrack(int localId);
 
     RemoteStore m_store;

@@ -8,16 +8,16 @@ QVector<SampleCatalogue::Operation> SampleCatalogue::operations(int count)
 {
     const QVector<Operation> all = {
         {QStringLiteral("Замена масла"), 10 * halfHour, 0, 0},
-        {QStringLiteral("Чистка и смазка\nцепи"), 3 * halfHour, 12, 0},
-        {QStringLiteral("Замена цепи\nи звёзд"), 0, 0, 450},
-        {QStringLiteral("Проверка\nтормозов"), 0, 15, 0},
-        {QStringLiteral("Замена тормозных\nколодок"), 8 * halfHour, 0, 400},
+        {QStringLiteral("Смазка цепи"), 3 * halfHour, 12, 0},
+        {QStringLiteral("Замена цепи и звёзд"), 0, 0, 450},
+        {QStringLiteral("Проверка тормозов"), 0, 15, 0},
+        {QStringLiteral("Замена колодок"), 8 * halfHour, 0, 400},
         {QStringLiteral("Замена шин"), 0, 0, 500},
-        {QStringLiteral("Регулировка\nсхождения"), 6 * halfHour, 25, 0},
-        {QStringLiteral("Протяжка\nболтов"), 2 * halfHour, 10, 120},
+        {QStringLiteral("Регулировка схода"), 6 * halfHour, 25, 0},
+        {QStringLiteral("Протяжка болтов"), 2 * halfHour, 10, 120},
         {QStringLiteral("Замена свечи"), 8 * halfHour, 0, 0},
-        {QStringLiteral("Чистка\nкарбюратора"), 6 * halfHour, 0, 300},
-        {QStringLiteral("Замена воздушного\nфильтра"), 0, 30, 0},
+        {QStringLiteral("Чистка карбюратора"), 6 * halfHour, 0, 300},
+        {QStringLiteral("Замена фильтра"), 0, 30, 0},
         {QStringLiteral("Осмотр рамы"), 10 * halfHour, 40, 400},
     };
     return all.mid(0, count);

@@ -18,8 +18,7 @@ CREATE TABLE laps (
     lap_timestamp TEXT,     -- UTC, ISO 8601 with milliseconds and "Z": sorts with maintainance.operation_time
     sum_sectors   INTEGER   -- milliseconds
 );
--- Holds all that is asked of a lap, so that summing them up never goes to the table: a season is read three
--- times as fast as with the first two columns alone.
+-- Holds all that is asked of a lap, so that summing them up never goes to the table.
 CREATE INDEX laps_by_car ON laps (car_id, lap_timestamp, sum_sectors, run_id);
 CREATE TABLE service_operations (
     id             INTEGER PRIMARY KEY AUTOINCREMENT, -- never reused: limits are kept by operation id

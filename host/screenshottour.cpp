@@ -4,9 +4,10 @@
 #include "hostsettingsdialog.h"
 #include "hostwindow.h"
 #include "screenshot.h"
+#include "viewpointer.h"
 
+#include <QAction>
 #include <QApplication>
-#include <QMouseEvent>
 #include <QPushButton>
 #include <QTabWidget>
 #include <QTableView>
@@ -25,6 +26,9 @@ const QSize photographed(1500, 900);
 constexpr int liveMilliseconds = 4000;
 constexpr int liveSpeed = 300;
 constexpr int dialogMilliseconds = 500;
+enum GarageTab { MaintenanceTab = 1, ServiceLogTab = 2 };
+constexpr int numberColumn = 2;
+constexpr int firstOperationColumn = 3;
 
 /// So that the picture shows a message beside the journal.
 void showLatestMessage(const QWidget &window)
@@ -33,11 +37,19 @@ void showLatestMessage(const QWidget &window)
     table->selectRow(table->model()->rowCount() - 1);
 }
 
-/// The plug-in asks in dialogs of its own; the next stop waits behind them.
+/// The plug-in asks in dialogs and menus of its own; the next stop waits behind them.
 void closeDialog()
 {
-    if (QWidget *dialog = QApplication::activeModalWidget())
+    if (QWidget *menu = QApplication::activePopupWidget())
+        menu->close();
+    else if (QWidget *dialog = QApplication::activeModalWidget())
         dialog->close();
+}
+
+/// Dialogs and menus keep their caller waiting, so they are asked for from the event loop.
+template<typename Ask> void askLater(QObject *context, Ask ask)
+{
+    QTimer::singleShot(0, context, ask);
 }
 
 } // namespace
@@ -60,10 +72,7 @@ void ScreenshotTour::start()
     m_window.openGarage();
     // The plug-in's window is known from here on.
     addPluginStops();
-    m_stops.append({QStringLiteral("settings"), [this] {
-                        closeDialog();
-                        m_window.openSettings();
-                    }});
+    addSettingsStops();
     addHostStops();
     visit();
 }
@@ -72,6 +81,7 @@ void ScreenshotTour::addHostStops()
 {
     m_stops.append({QLatin1String(hostTabNames[TrackTab]),
                     [this] {
+                        closeDialog();
                         m_window.closeSettings();
                         showHostTab(TrackTab);
                         m_host.track().setSpeed(liveSpeed);
@@ -116,43 +126,104 @@ void ScreenshotTour::addPluginStops()
     for (int tab = 0; tab < inner->count(); ++tab)
         m_stops.append(
             {QStringLiteral("garage-%1").arg(tab + 1), [inner, tab] { inner->setCurrentIndex(tab); }});
-    addDialogStops(*garage);
+    if (auto *table = garage->findChild<QTreeView *>(QStringLiteral("tvMaintainanceTable")))
+        addMaintenanceStops(*inner, *table);
+    addComplaintStop();
+    if (auto *journal = garage->findChild<QTreeView *>(QStringLiteral("tvServiceLog")))
+        addJournalStops(*inner, *journal);
 }
 
-void ScreenshotTour::addDialogStops(QWidget &garage)
+void ScreenshotTour::addMaintenanceStops(QTabWidget &tabs, QTreeView &table)
 {
-    // The dialogs keep their caller waiting, so they are asked for from the event loop.
+    const auto closeUp = [this, &table] { return topLeftOf(table, {860, 230}); };
+    const auto cell = [&table](int column) { return table.model()->index(1, column); };
+
+    m_stops.append({QStringLiteral("colours"), [&tabs] { tabs.setCurrentIndex(MaintenanceTab); },
+                    dialogMilliseconds, closeUp});
+    m_stops.append({QStringLiteral("service-button"),
+                    [&table, cell] { ViewPointer::moveOver(table, cell(firstOperationColumn)); },
+                    dialogMilliseconds, closeUp});
+    m_stops.append({QStringLiteral("attention-button"),
+                    [&table, cell] { ViewPointer::moveOver(table, cell(numberColumn)); }, dialogMilliseconds,
+                    closeUp});
     m_stops.append({QStringLiteral("service-dialog"),
-                    [this, inner = garage.findChild<QTabWidget *>(), &garage] {
-                        inner->setCurrentIndex(1); // the table stands on the second tab
-                        QTimer::singleShot(0, this, [this, &garage] { openServiceDialog(garage); });
+                    [this, &table, cell] {
+                        askLater(this, [&table, cell] {
+                            if (auto *button = ViewPointer::moveOver(table, cell(firstOperationColumn)))
+                                button->click();
+                        });
                     },
                     dialogMilliseconds});
+}
+
+void ScreenshotTour::addComplaintStop()
+{
     m_stops.append({QStringLiteral("complaint-dialog"),
                     [this] {
                         closeDialog();
-                        QTimer::singleShot(0, this, &ScreenshotTour::openComplaintDialog);
+                        askLater(this, [this] { openComplaintDialog(); });
                     },
                     dialogMilliseconds});
 }
 
-/// As a mechanic does: the pointer over a cell, a click on the button that appears.
-void ScreenshotTour::openServiceDialog(QWidget &garage)
+void ScreenshotTour::addJournalStops(QTabWidget &tabs, QTreeView &journal)
 {
-    auto *table = garage.findChild<QTreeView *>(QStringLiteral("tvMaintainanceTable"));
-    if (!table || !table->model())
-        return;
-    const QPoint cell =
-        table->visualRect(table->model()->index(0, table->model()->columnCount() - 1)).center();
-    QMouseEvent move(QEvent::MouseMove, cell, table->viewport()->mapToGlobal(cell), Qt::NoButton,
-                     Qt::NoButton, Qt::NoModifier);
-    QApplication::sendEvent(table->viewport(), &move);
-    for (QPushButton *button : table->viewport()->findChildren<QPushButton *>()) {
-        if (button->isVisible()) {
-            button->click();
-            return;
-        }
-    }
+    m_stops.append({QStringLiteral("journal-menu"),
+                    [this, &tabs, &journal] {
+                        closeDialog();
+                        tabs.setCurrentIndex(ServiceLogTab);
+                        askLater(this, [&journal] {
+                            ViewPointer::openContextMenu(journal, journal.model()->index(1, numberColumn));
+                        });
+                    },
+                    dialogMilliseconds,
+                    [this, &journal] {
+                        return topLeftOf(journal, {860, 230});
+                    }});
+    const auto askAbout = [this, &journal](const QString &action) {
+        closeDialog();
+        if (auto *ask = journal.window()->findChild<QAction *>(action))
+            askLater(this, [ask] { ask->trigger(); });
+    };
+    m_stops.append({QStringLiteral("done-dialog"),
+                    [askAbout] { askAbout(QStringLiteral("actionDoneOperation")); }, dialogMilliseconds});
+    m_stops.append({QStringLiteral("delete-question"),
+                    [askAbout] { askAbout(QStringLiteral("actionDeleteMaintainanceItem")); },
+                    dialogMilliseconds});
+}
+
+void ScreenshotTour::addSettingsStops()
+{
+    m_stops.append({QStringLiteral("settings"), [this] {
+                        closeDialog();
+                        m_window.openSettings();
+                    }});
+    m_stops.append({QStringLiteral("settings-menu"),
+                    [this] { askLater(this, [this] { openSettingsMenu(); }); }, dialogMilliseconds});
+    m_stops.append({QStringLiteral("limits-dialog"),
+                    [this] {
+                        closeDialog();
+                        askLater(this, [this] { openLimitsDialog(); });
+                    },
+                    dialogMilliseconds});
+}
+
+void ScreenshotTour::openSettingsMenu()
+{
+    if (auto *operations = m_window.findChild<QTreeView *>(QStringLiteral("tvServiceOperations")))
+        ViewPointer::openContextMenu(*operations, operations->model()->index(1, 1));
+}
+
+void ScreenshotTour::openLimitsDialog()
+{
+    if (auto *schedule = m_window.findChild<QTreeView *>(QStringLiteral("tvServiceReglament")))
+        ViewPointer::doubleClick(*schedule, schedule->model()->index(0, firstOperationColumn));
+}
+
+/// In the window's coordinates, the titles of the columns included.
+QRect ScreenshotTour::topLeftOf(QWidget &view, const QSize &size) const
+{
+    return QRect(view.mapTo(&m_window, QPoint(0, 0)), size.boundedTo(view.size()));
 }
 
 void ScreenshotTour::openComplaintDialog()
@@ -180,7 +251,10 @@ void ScreenshotTour::photograph(bool allAnswered)
 {
     const QString name =
         QStringLiteral("%1-%2").arg(m_position + 1, 2, 10, QLatin1Char('0')).arg(m_stops.at(m_position).name);
-    const QString error = allAnswered ? Screenshot::save(m_window, m_folder, name) : tr("плагин не ответил");
+    const Stop &stop = m_stops.at(m_position);
+    const QRect part = stop.part ? stop.part() : QRect();
+    const QString error =
+        allAnswered ? Screenshot::save(m_window, m_folder, name, part) : tr("плагин не ответил");
     if (!error.isEmpty()) {
         emit finished(error);
         return;

@@ -3,12 +3,15 @@
 #include "answerwatch.h"
 
 #include <QObject>
+#include <QRect>
 #include <QVector>
 
 #include <functional>
 
 class DemoHost;
 class HostWindow;
+class QTabWidget;
+class QTreeView;
 
 /// Walks through the window, waits at each place until the plug-in has answered, and saves what is to be
 /// seen.
@@ -33,15 +36,21 @@ private:
         QString name;
         std::function<void()> go;
         int stay = 0; // milliseconds before the picture; 0 = until all is quiet
+        std::function<QRect()> part = {}; // of the window; empty = all of it
     };
 
     void addPluginStops();
-    void addDialogStops(QWidget &garage);
+    void addMaintenanceStops(QTabWidget &tabs, QTreeView &table);
+    void addComplaintStop();
+    void addJournalStops(QTabWidget &tabs, QTreeView &journal);
+    void addSettingsStops();
     void addHostStops();
     void showHostTab(int tab);
     void doSomeWork();
-    void openServiceDialog(QWidget &garage);
     void openComplaintDialog();
+    void openSettingsMenu();
+    void openLimitsDialog();
+    QRect topLeftOf(QWidget &view, const QSize &size) const;
     void visit();
     void photograph(bool allAnswered);
 

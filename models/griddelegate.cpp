@@ -1,20 +1,12 @@
 #include "models/griddelegate.h"
 
+#include "models/shownastyped.h"
+
 #include <QAbstractItemView>
 #include <QHelpEvent>
+#include <QMetaProperty>
 #include <QPainter>
 #include <QToolTip>
-
-namespace {
-
-/// What people typed is shown as they typed it, also if it looks like markup.
-QString plainToolTip(const QString &text)
-{
-    return QLatin1String("<span style=\"white-space:pre-wrap\">") + text.toHtmlEscaped()
-        + QLatin1String("</span>");
-}
-
-} // namespace
 
 void GridDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option,
                          const QModelIndex &index) const
@@ -34,14 +26,22 @@ void GridDelegate::updateEditorGeometry(QWidget *editor, const QStyleOptionViewI
     editor->setGeometry(option.rect);
 }
 
+void GridDelegate::setModelData(QWidget *editor, QAbstractItemModel *model, const QModelIndex &index) const
+{
+    const QString typed = editor->metaObject()->userProperty().read(editor).toString();
+    if (!typed.isEmpty() || !index.data(Qt::EditRole).toString().isEmpty())
+        QStyledItemDelegate::setModelData(editor, model, index);
+}
+
 bool GridDelegate::helpEvent(QHelpEvent *event, QAbstractItemView *view, const QStyleOptionViewItem &option,
                              const QModelIndex &index)
 {
     if (event->type() != QEvent::ToolTip || !index.isValid())
         return QStyledItemDelegate::helpEvent(event, view, option, index);
 
-    const bool isCut = sizeHint(option, index).width() > option.rect.width();
-    const QString text = isCut ? plainToolTip(displayText(index.data(), option.locale)) : QString();
+    const QSize whole = sizeHint(option, index);
+    const bool isCut = whole.width() > option.rect.width() || whole.height() > option.rect.height();
+    const QString text = isCut ? ShownAsTyped::toolTip(displayText(index.data(), option.locale)) : QString();
     QToolTip::showText(event->globalPos(), text, view, option.rect);
     return true;
 }

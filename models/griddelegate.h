@@ -3,7 +3,7 @@
 #include <QStyledItemDelegate>
 
 /// Draws cells with a one-pixel grid in the palette's Midlight colour and never a focus frame. A text that
-/// its column cuts off is shown whole as a tool tip.
+/// its cell cuts off is shown whole as a tool tip.
 class GridDelegate : public QStyledItemDelegate
 {
     Q_OBJECT
@@ -16,6 +16,8 @@ public:
     /// The editor fills the cell.
     void updateEditorGeometry(QWidget *editor, const QStyleOptionViewItem &option,
                               const QModelIndex &index) const override;
+    /// Writes nothing where nothing was and nothing was typed: the editor merely lost the focus.
+    void setModelData(QWidget *editor, QAbstractItemModel *model, const QModelIndex &index) const override;
     bool helpEvent(QHelpEvent *event, QAbstractItemView *view, const QStyleOptionViewItem &option,
                    const QModelIndex &index) override;
 

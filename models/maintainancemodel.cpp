@@ -14,11 +14,9 @@
 namespace {
 
 constexpr int fixedColumnCount = 3;
-constexpr int numberColumn = 2;
 constexpr int operationColumnWidth = 160;
 constexpr int textAlignment = Qt::AlignLeft | Qt::AlignVCenter;
 constexpr int numberAlignment = Qt::AlignRight | Qt::AlignVCenter;
-constexpr double secondsPerHour = 3600.0;
 
 } // namespace
 
@@ -220,7 +218,7 @@ int MaintainanceModel::shownRowNumber(const QModelIndex &index) const
 
 QString MaintainanceModel::operationText(const OperationStat &stat) const
 {
-    const QString date = DateTimeText::forDisplay(stat.lastDone);
+    QString date = DateTimeText::forDisplay(stat.lastDone);
     if (stat.laps == 0 && stat.runs == 0 && stat.totalTime == 0)
         return date;
     //: hours of driving, runs, laps

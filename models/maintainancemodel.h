@@ -23,6 +23,9 @@ public:
     /// What an operation column is sorted by.
     enum SortMode { SortByLastDone, SortByTotalTime, SortByRuns, SortByLaps };
 
+    /// What the table is sorted by at first.
+    static constexpr int numberColumn = 2;
+
     explicit MaintainanceModel(QObject *parent = nullptr);
 
     int rowCount(const QModelIndex &parent = {}) const override;

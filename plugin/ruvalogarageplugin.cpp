@@ -69,6 +69,10 @@ RuvaloGaragePlugin::~RuvaloGaragePlugin()
 {
     qRemovePostRoutine(endWithTheApplication);
     delete m_garageForm;
+    // The loader has just carried out its last writes. The host still hears of them, or the remote side would
+    // keep records for good that are deleted here.
+    if (QCoreApplication::instance())
+        QCoreApplication::sendPostedEvents(this, QEvent::MetaCall);
 }
 
 QWidget *RuvaloGaragePlugin::settingsPage()
@@ -111,7 +115,7 @@ void RuvaloGaragePlugin::pluginSlot(QString module, QString event, QJsonObject j
     Q_UNUSED(module)
     struct Handler
     {
-        QLatin1String event;
+        QLatin1String subscribed;
         void (RuvaloGaragePlugin::*handle)(const QJsonObject &);
     };
     static const Handler handlers[] = {
@@ -126,7 +130,7 @@ void RuvaloGaragePlugin::pluginSlot(QString module, QString event, QJsonObject j
         {QLatin1String("car_complain"), &RuvaloGaragePlugin::handleCarComplain},
     };
     for (const Handler &handler : handlers) {
-        if (event == handler.event) {
+        if (event == handler.subscribed) {
             (this->*handler.handle)(jsonData);
             return;
         }

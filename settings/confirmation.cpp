@@ -6,17 +6,11 @@
 #include <QMessageBox>
 #include <QPushButton>
 
-namespace {
-
-QString translated(const char *text)
-{
-    return QCoreApplication::translate("GarageForm", text);
-}
-
-} // namespace
-
 bool confirmDeletion(QWidget *owner)
 {
+    const auto translated = [owner](const char *text) {
+        return QCoreApplication::translate(owner->metaObject()->className(), text);
+    };
     ModalDialog<QMessageBox> question(owner);
     question->setIcon(QMessageBox::Question);
     question->setWindowTitle(translated("Подтверждение"));

@@ -2,6 +2,7 @@
 
 class QWidget;
 
-/// Asks whether something shall really be deleted. False as well if the owner died while the question was
+/// Asks whether something shall really be deleted, in the words of the owner's class (its translation
+/// context). False as well if the owner died while the question was
 /// open.
 bool confirmDeletion(QWidget *owner);

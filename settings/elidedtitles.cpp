@@ -1,5 +1,7 @@
 #include "settings/elidedtitles.h"
 
+#include "models/shownastyped.h"
+
 #include <QHelpEvent>
 #include <QStyleOptionGroupBox>
 #include <QStylePainter>
@@ -10,29 +12,23 @@ namespace {
 /// Ordinary names fit; longer ones do not make their window wider.
 constexpr int longestWholeText = 60;
 
-QString singleLine(QString text)
-{
-    return text.replace(QLatin1Char('\n'), QLatin1Char(' '));
-}
-
 QSize preferredSize(const QWidget *widget, const QString &text)
 {
     const QFontMetrics metrics = widget->fontMetrics();
     const int most = metrics.averageCharWidth() * longestWholeText;
-    return {qMin(metrics.horizontalAdvance(singleLine(text)), most), metrics.height()};
+    return {qMin(metrics.horizontalAdvance(ShownAsTyped::inOneLine(text)), most), metrics.height()};
 }
 
 QString elided(const QWidget *widget, const QString &text, int width)
 {
-    return widget->fontMetrics().elidedText(singleLine(text), Qt::ElideRight, width);
+    return widget->fontMetrics().elidedText(ShownAsTyped::inOneLine(text), Qt::ElideRight, width);
 }
 
 void showWhole(QWidget *widget, QEvent *event, const QString &text, int width)
 {
-    const bool isCut = elided(widget, text, width) != singleLine(text);
-    const QString toolTip = QLatin1String("<span style=\"white-space:pre-wrap\">") + text.toHtmlEscaped()
-        + QLatin1String("</span>");
-    QToolTip::showText(static_cast<QHelpEvent *>(event)->globalPos(), isCut ? toolTip : QString(), widget);
+    const bool isCut = elided(widget, text, width) != ShownAsTyped::inOneLine(text);
+    QToolTip::showText(static_cast<QHelpEvent *>(event)->globalPos(),
+                       isCut ? ShownAsTyped::toolTip(text) : QString(), widget);
 }
 
 } // namespace
@@ -67,9 +63,9 @@ QSize ElidedGroupBox::minimumSizeHint() const
     QStyleOptionGroupBox option;
     initStyleOption(&option);
     const QSize title = preferredSize(this, this->title());
-    return style()
-        ->sizeFromContents(QStyle::CT_GroupBox, &option, title, this)
-        .expandedTo(QWidget::minimumSizeHint());
+    // The group box's own hint holds the whole title.
+    const QSize contents = QWidget::minimumSizeHint(); // NOLINT(bugprone-parent-virtual-call)
+    return style()->sizeFromContents(QStyle::CT_GroupBox, &option, title, this).expandedTo(contents);
 }
 
 bool ElidedGroupBox::event(QEvent *event)

@@ -39,7 +39,6 @@ void GarageSettingsForm::setUpTable(QTreeView *view, ClearbackgroundTableModel &
     model.applyColumnWidths(view);
 }
 
-/// Names of any length are titles here: a long one shows how it begins, a high one leaves room for the table.
 void GarageSettingsForm::setUpOperationTitles()
 {
     constexpr int mostLines = 3;
@@ -49,20 +48,20 @@ void GarageSettingsForm::setUpOperationTitles()
                              + (mostLines - 1) * header->fontMetrics().lineSpacing());
 }
 
-void GarageSettingsForm::loadOperations()
+bool GarageSettingsForm::followDatabase()
 {
-    const ClearbackgroundTableModel::LayoutChange change(m_operationsModel);
-    for (const ServiceOperation &operation : ScheduleTables::readOperations(m_database))
-        m_operationsModel.appendOperation(operation.id, operation.name);
+    m_database.ensureOpen();
+    const bool isOtherFile = m_database.openCount() != m_shownOpening;
+    // The tables may have come after the file.
+    if (isOtherFile || !m_operationsModel.hasStoredOperation())
+        m_operationsModel.setStoredOperations(ScheduleTables::readOperations(m_database));
+    m_shownOpening = m_database.openCount();
+    return isOtherFile;
 }
 
 void GarageSettingsForm::reloadReglamentModel()
 {
-    m_database.ensureOpen();
-    // The database may have come after the page.
-    if (m_operationsModel.rowCount() == 0)
-        loadOperations();
-
+    followDatabase();
     const ColumnWidthKeeper widths(m_ui->tvServiceReglament, m_reglamentModel);
     const ClearbackgroundTableModel::LayoutChange change(m_reglamentModel);
     m_reglamentModel.clear();
@@ -86,10 +85,11 @@ void GarageSettingsForm::opnameChange(int opId, const QString &newName)
     if (isNew && newName.isEmpty())
         return;
 
+    const bool isOtherFile = followDatabase();
     if (isNew) {
         if (const std::optional<int> id = ScheduleTables::addOperation(m_database, newName))
             m_operationsModel.setNewOperationId(*id);
-    } else {
+    } else if (!isOtherFile) {
         ScheduleTables::renameOperation(m_database, opId, newName);
     }
     reloadReglamentModel();
@@ -127,7 +127,7 @@ void GarageSettingsForm::removeServiceOp()
         return;
     // The question takes the focus from an open editor, which may store a new row: its id is read after.
     const QPersistentModelIndex chosen = current;
-    if (!confirmDeletion(this) || !chosen.isValid())
+    if (!confirmDeletion(this) || followDatabase() || !chosen.isValid())
         return;
     // The reglament keeps the operation's column and limits until it is read anew.
     ScheduleTables::removeOperation(m_database, m_operationsModel.operationAt(chosen.row()).id);
@@ -160,6 +160,10 @@ void GarageSettingsForm::serviceReglamentChange(const QModelIndex &index)
     if (dialog.exec() != QDialog::Accepted)
         return;
 
+    if (followDatabase()) {
+        reloadReglamentModel();
+        return;
+    }
     const StoredLimit edited {model, limit.opId, dialog->timeLimit(), dialog->runsLimit(),
                               dialog->lapsLimit()};
     m_reglamentModel.setLimits(edited.model, edited.opId, edited.timeLimit, edited.runsLimit,

@@ -43,8 +43,11 @@ private slots: // connected by name
 
 private:
     void setUpTable(QTreeView *view, ClearbackgroundTableModel &model);
+    /// Names of any length are titles: a long one shows how it begins, a high one leaves room for the table.
     void setUpOperationTitles();
-    void loadOperations();
+    /// Shows the operations of the file that the database's connection now has open. True if that is another
+    /// one than the page showed: then what the user chose in it must not be written.
+    bool followDatabase();
     void opnameChange(int opId, const QString &newName);
     void removeServiceOp();
     void serviceReglamentChange(const QModelIndex &index);
@@ -53,6 +56,7 @@ private:
     ServiceReglamentModel m_reglamentModel;
     ServiceOperationsModel m_operationsModel;
     GarageDatabase m_database;
+    int m_shownOpening = 0; ///< the database's openCount whose operations are shown
     GridDelegate m_gridDelegate;
     const std::unique_ptr<Ui::GarageSettingsForm> m_ui;
     QSize m_designedSize;

@@ -1,5 +1,7 @@
 #include "settings/reglamentsettingsdialog.h"
 
+#include "data/records.h"
+#include "models/shownastyped.h"
 #include "ui_reglamentsettingsdialog.h"
 
 #include <QPushButton>
@@ -9,8 +11,6 @@
 #include <limits>
 
 namespace {
-
-constexpr double secondsPerHour = 3600.0;
 
 /// Seconds from hours as people type them, with a comma or a point.
 int secondsFromHours(QString text)
@@ -47,7 +47,7 @@ void ReglamentSettingsDialog::setModelName(const QString &text)
 
 void ReglamentSettingsDialog::setOperationName(const QString &text)
 {
-    m_ui->gbParameterName->setTitle(QString(text).replace(QLatin1Char('\n'), QLatin1Char(' ')));
+    m_ui->gbParameterName->setTitle(ShownAsTyped::inOneLine(text));
 }
 
 void ReglamentSettingsDialog::setTimeLimit(int seconds)

@@ -3,6 +3,13 @@
 #include "data/columnkeys.h"
 
 #include <algorithm>
+#include <iterator>
+
+namespace {
+
+constexpr int nameColumn = 1;
+
+} // namespace
 
 ServiceOperationsModel::ServiceOperationsModel()
 {
@@ -46,13 +53,30 @@ bool ServiceOperationsModel::setData(const QModelIndex &index, const QVariant &v
     return true;
 }
 
+bool ServiceOperationsModel::hasStoredOperation() const
+{
+    return std::any_of(m_rows.cbegin(), m_rows.cend(),
+                       [](const Row &row) { return row.operation.id != noId; });
+}
+
+void ServiceOperationsModel::setStoredOperations(const QVector<ServiceOperation> &operations)
+{
+    const LayoutChange change(*this);
+    QVector<Row> previous;
+    previous.swap(m_rows);
+    for (const ServiceOperation &operation : operations)
+        appendOperation(operation.id, operation.name);
+    std::copy_if(previous.cbegin(), previous.cend(), std::back_inserter(m_rows),
+                 [](const Row &row) { return row.operation.id == noId; });
+}
+
 QModelIndex ServiceOperationsModel::addEmptyOperation()
 {
     {
         const LayoutChange change(*this);
         appendOperation(noId, QString());
     }
-    return index(m_rows.size() - 1, 1);
+    return index(m_rows.size() - 1, nameColumn);
 }
 
 void ServiceOperationsModel::appendOperation(int id, const QString &name)

@@ -22,6 +22,9 @@ public:
     /// The operation of an existing row.
     const ServiceOperation &operationAt(int row) const { return m_rows.at(row).operation; }
 
+    bool hasStoredOperation() const;
+    /// Puts these in the place of all stored operations. Rows that are not stored yet stay, at the end.
+    void setStoredOperations(const QVector<ServiceOperation> &operations);
     /// Appends a row without id and name; the index is that of its name.
     QModelIndex addEmptyOperation();
     /// Appends a stored operation; says nothing to views.

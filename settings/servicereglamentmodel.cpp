@@ -43,8 +43,8 @@ QVariant ServiceReglamentModel::data(const QModelIndex &index, int role) const
     const auto limit = entry.limits.constFind(opId);
     if (opId == noId || limit == entry.limits.cend() || !hasAnyLimit(*limit))
         return QString();
-    return QString::asprintf(qUtf8Printable(tr("%.1f ч. %d заезд. %d кр.")), limit->timeLimit / 3600.0,
-                             limit->runsLimit, limit->lapsLimit);
+    return QString::asprintf(qUtf8Printable(tr("%.1f ч. %d заезд. %d кр.")),
+                             limit->timeLimit / secondsPerHour, limit->runsLimit, limit->lapsLimit);
 }
 
 void ServiceReglamentModel::clear()

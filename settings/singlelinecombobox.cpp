@@ -1,5 +1,7 @@
 #include "settings/singlelinecombobox.h"
 
+#include "models/shownastyped.h"
+
 #include <QStylePainter>
 
 void SingleLineComboBox::paintEvent(QPaintEvent *event)
@@ -9,7 +11,7 @@ void SingleLineComboBox::paintEvent(QPaintEvent *event)
     initStyleOption(&option);
     const QRect field =
         style()->subControlRect(QStyle::CC_ComboBox, &option, QStyle::SC_ComboBoxEditField, this);
-    const QString line = option.currentText.replace(QLatin1Char('\n'), QLatin1Char(' '));
+    const QString line = ShownAsTyped::inOneLine(option.currentText);
     option.currentText = option.fontMetrics.elidedText(line, Qt::ElideRight, field.width());
 
     QStylePainter painter(this);

@@ -7,3 +7,8 @@ garage_test(tst_garageupdater ELSEWHERE
 garage_test(tst_reloadrecomputed ELSEWHERE
     LIBRARIES garage_loader
     SOURCES support/loaderprobe.cpp support/loaderprobe.h)
+
+find_package(SQLite3 REQUIRED)
+garage_test(tst_faultatanystep
+    LIBRARIES SQLite::SQLite3
+    SOURCES support/faultyfiles.cpp support/faultyfiles.h)

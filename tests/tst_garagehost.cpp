@@ -123,7 +123,8 @@ void TestGarageHost::helpExplainsEachOption()
          {QLatin1String("--stdio"), QLatin1String("--due"), QLatin1String("--plugin"),
           QLatin1String("--home"), QLatin1String("--documents"), QLatin1String("--data"),
           QLatin1String("--seed"), QLatin1String("--fresh"), QLatin1String("--play"),
-          QLatin1String("--screenshots")})
+          QLatin1String("--screenshots"), QLatin1String("--validate"), QLatin1String("--json"),
+          QLatin1String("--check"), QLatin1String("--time-limit")})
         QVERIFY2(run.output.contains(option), option.data());
     QVERIFY(run.output.contains(QStringLiteral("Коды завершения")));
     QVERIFY(!QFileInfo::exists(hostHome()));

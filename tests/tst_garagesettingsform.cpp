@@ -20,6 +20,8 @@
 #include <QTreeView>
 #include <QVBoxLayout>
 
+#include <cstdio>
+
 /// The settings page on a real file, used with mouse and keyboard; what it wrote is read by another
 /// connection.
 class TestGarageSettingsForm : public GarageTest
@@ -34,11 +36,15 @@ private slots:
     void eachModelHasOneRowWhateverItsName();
     void aFileThatCannotBeReadGivesEmptyTables();
     void aFileThatAppearsLaterIsRead();
+    void aFileThatAppearsLaterIsReadBesideANewRow();
+    void anotherFileInItsPlaceIsShownAndNotWrittenTo_data();
+    void anotherFileInItsPlaceIsShownAndNotWrittenTo();
 
     void anAddedOperationIsStoredWhenItsNameIsTyped();
     void twoOperationsCanBeAddedInARow();
     void anOperationLeftWithoutNameIsNotStored();
     void aNewIdGoesToTheFirstRowWithoutOne();
+    void anEmptyNameThatWasNotEditedIsNotStored();
     void anInsertThatFailsLeavesTheRowUnstored();
     void renamingKeepsIdAndLimits();
     void anOperationCanBeRenamedToNothing();
@@ -293,6 +299,64 @@ void TestGarageSettingsForm::aFileThatAppearsLaterIsRead()
     QCOMPARE(GarageWindow::texts(*reglament()).first(), QStringLiteral("1|SODI|1.5 ч. 10 заезд. 0 кр.|"));
 }
 
+void TestGarageSettingsForm::aFileThatAppearsLaterIsReadBesideANewRow()
+{
+    const QString folder = QFileInfo(home().databasePath()).path();
+    const QString elsewhere = folder + QLatin1String("-elsewhere");
+    QVERIFY(QDir().rename(folder, elsewhere));
+    open();
+    trigger("actionAddOperation");
+    QVERIFY(QDir().rename(elsewhere, folder));
+
+    type(QStringLiteral("Шины"));
+    QCOMPARE(
+        takeOnlyAnnouncement(),
+        opsList({{2, QStringLiteral("Масло")}, {5, QStringLiteral("Цепь")}, {6, QStringLiteral("Шины")}}));
+    QCOMPARE(reglament()->columnCount(), 5);
+}
+
+void TestGarageSettingsForm::anotherFileInItsPlaceIsShownAndNotWrittenTo_data()
+{
+    QTest::addColumn<QString>("action");
+    QTest::newRow("renaming") << QStringLiteral("rename");
+    QTest::newRow("removing") << QStringLiteral("remove");
+    QTest::newRow("limits") << QStringLiteral("limits");
+}
+
+void TestGarageSettingsForm::anotherFileInItsPlaceIsShownAndNotWrittenTo()
+{
+    QFETCH(QString, action);
+    const QString path = home().databasePath();
+    const TestDatabase backup(path + QLatin1String(".backup"));
+    backup.addCar(1, QStringLiteral("1"), QStringLiteral("SODI"));
+    backup.addOperation(2, QStringLiteral("Тормоза"));
+    const auto restore = [&path] {
+        QCOMPARE(std::rename(qPrintable(path + QLatin1String(".backup")), qPrintable(path)), 0);
+    };
+
+    open();
+    if (action == QLatin1String("rename")) {
+        startRenaming(0);
+        restore();
+        type(QStringLiteral("Шины"));
+    } else {
+        onNextDialog([&](QDialog &dialog) {
+            restore();
+            press(dialog, action == QLatin1String("remove") ? QDialogButtonBox::Yes : QDialogButtonBox::Ok);
+        });
+        if (action == QLatin1String("remove")) {
+            select(0);
+            trigger("actionRemoveOperation");
+        } else {
+            doubleClick("tvServiceReglament", reglament()->index(0, 2));
+        }
+    }
+    QCOMPARE(operations()->index(0, 1).data().toString(), QStringLiteral("Тормоза"));
+    QCOMPARE(operations()->rowCount(), 1);
+    QCOMPARE(backup.rows(selectOperations), QStringList(QStringLiteral("2|Тормоза")));
+    QCOMPARE(backup.rows(selectLimits), QStringList());
+}
+
 void TestGarageSettingsForm::anAddedOperationIsStoredWhenItsNameIsTyped()
 {
     open();
@@ -360,6 +424,17 @@ void TestGarageSettingsForm::aNewIdGoesToTheFirstRowWithoutOne()
                       {6, QString()},
                       {-1, QStringLiteral("Шины")}}));
     QCOMPARE(m_database->rows(selectOperations).mid(2), QStringList(QStringLiteral("6|Шины")));
+}
+
+void TestGarageSettingsForm::anEmptyNameThatWasNotEditedIsNotStored()
+{
+    // The file names this operation, the row that got its id does not.
+    aNewIdGoesToTheFirstRowWithoutOne();
+    startRenaming(2);
+    find<QTreeView>("tvServiceReglament")->setFocus();
+    QTRY_VERIFY(!editor());
+    QCOMPARE(m_database->rows(selectOperations).mid(2), QStringList(QStringLiteral("6|Шины")));
+    QCOMPARE(m_events->count(), 0);
 }
 
 void TestGarageSettingsForm::anInsertThatFailsLeavesTheRowUnstored()

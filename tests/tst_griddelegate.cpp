@@ -66,12 +66,14 @@ void TestGridDelegate::theEditorFillsTheCell()
 
 void TestGridDelegate::aTextThatIsCutOffIsShownAsAToolTip()
 {
-    QStandardItemModel model(2, 1);
+    QStandardItemModel model(3, 1);
     model.setData(model.index(0, 0), QStringLiteral("short"));
     model.setData(model.index(1, 0),
                   QStringLiteral("<b>a long text that looks like markup</b> and does not fit"));
+    model.setData(model.index(2, 0), QStringLiteral("two\nlines"));
     QTreeView view;
     GridDelegate delegate;
+    view.setUniformRowHeights(true);
     view.setItemDelegate(&delegate);
     view.setModel(&model);
     view.setColumnWidth(0, 120);
@@ -89,6 +91,9 @@ void TestGridDelegate::aTextThatIsCutOffIsShownAsAToolTip()
     QVERIFY(QToolTip::text().contains(QLatin1String("&lt;b&gt;a long text")));
     hover(model.index(0, 0));
     QTRY_VERIFY(!QToolTip::isVisible() || QToolTip::text().isEmpty());
+    hover(model.index(2, 0));
+    QVERIFY(QToolTip::isVisible());
+    QVERIFY(QToolTip::text().contains(QStringLiteral("two\u2028lines")));
 }
 
 QTEST_MAIN(TestGridDelegate)

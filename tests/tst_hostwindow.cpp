@@ -39,6 +39,8 @@ private slots:
     void carsAndPeopleComeAndGo();
     void anyEventCanBeSentByHand();
     void theJournalIsFilteredAndShown();
+    void theJournalNamesEventsInASmallWindow();
+    void theSettingsAreNoLargerThanTheWindow();
     void closingTheWindowIsTold();
 
 private:
@@ -299,6 +301,28 @@ void TestHostWindow::theJournalIsFilteredAndShown()
     stage.find<QLineEdit>("textFilterLineEdit")->setText(QStringLiteral("кузнецов"));
     QVERIFY(table->model()->rowCount() >= 1);
     QVERIFY(table->model()->rowCount() < all);
+}
+
+void TestHostWindow::theJournalNamesEventsInASmallWindow()
+{
+    const Stage stage = makeStage();
+    auto *table = stage.find<QTableView>("journalTable");
+    stage.window->tabs().setCurrentIndex(stage.window->tabs().count() - 1);
+    stage.window->resize(900, 600);
+    QCoreApplication::processEvents();
+    const QString longest = QStringLiteral("remote_service_move_to_archive");
+    const int eventColumn = 3;
+    QVERIFY(table->columnWidth(eventColumn) >= table->fontMetrics().horizontalAdvance(longest));
+}
+
+void TestHostWindow::theSettingsAreNoLargerThanTheWindow()
+{
+    const Stage stage = makeStage();
+    stage.window->resize(850, 560);
+    trigger(stage, "openSettingsAction");
+    const auto *dialog = stage.find<HostSettingsDialog>("hostSettingsDialog");
+    QVERIFY(dialog->width() <= stage.window->width());
+    QVERIFY(dialog->height() <= stage.window->height());
 }
 
 void TestHostWindow::closingTheWindowIsTold()

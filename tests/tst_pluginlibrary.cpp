@@ -1,3 +1,4 @@
+#include "support/databaselock.h"
 #include "support/garagetest.h"
 #include "support/pluginhost.h"
 
@@ -17,6 +18,10 @@ void *entryPoint(const char *name)
     return library ? dlsym(library, name) : nullptr;
 }
 
+const QJsonObject oneRemoteRecord {{QStringLiteral("data"),
+                                    QStringLiteral("[{\"id\":40,\"carId\":1,\"opId\":1,"
+                                                   "\"opDoneDateTime\":\"2026-03-01T10:00:00Z\"}]")}};
+
 } // namespace
 
 /// The library as the host's plug-in loader sees it: metadata, entry points, casts, coming and going.
@@ -32,6 +37,8 @@ private slots:
     void itsMessagesAreVisibleToTheMetaObjectSystem();
     void itLeavesNothingBehind();
     void itCanBeDestroyedDuringAReload();
+    void itAnnouncesTheWritesOfItsEnd();
+    void itAnnouncesNothingThatItGaveUp();
     void itsWidgetsSurviveTheHostsWindows_data();
     void itsWidgetsSurviveTheHostsWindows();
     void itAnswersOnWithoutItsWindow();
@@ -181,6 +188,34 @@ void TestPluginLibrary::itCanBeDestroyedDuringAReload()
     }
     QVERIFY(database->tryExec(QStringLiteral("BEGIN EXCLUSIVE")));
     QVERIFY(database->tryExec(QStringLiteral("COMMIT")));
+}
+
+void TestPluginLibrary::itAnnouncesTheWritesOfItsEnd()
+{
+    const auto database = createDatabase();
+    PluginHost host;
+    host.send("remote_service_data", oneRemoteRecord);
+    host.unload();
+    QCOMPARE(database->rows(QStringLiteral("SELECT remote_id FROM maintainance")),
+             QStringList(QStringLiteral("40")));
+    const QVector<PluginHost::Message> messages = host.takeMessages();
+    QVERIFY(!messages.isEmpty());
+    QCOMPARE(messages.last().event, QStringLiteral("remote_service_move_to_archive"));
+    QCOMPARE(messages.last().data.value(QLatin1String("idList")).toArray(), QJsonArray({40}));
+}
+
+void TestPluginLibrary::itAnnouncesNothingThatItGaveUp()
+{
+    const auto database = createDatabase();
+    PluginHost host;
+    host.send("run_saved_to_db");
+    host.awaitReload();
+    const DatabaseLock lock(home().databasePath(), DatabaseLock::Immediate, 60000);
+    host.send("remote_service_data", oneRemoteRecord);
+    host.unload();
+    QVERIFY(lock.isHeld());
+    QCOMPARE(PluginHost::names(host.takeMessages()), QStringList());
+    QCOMPARE(database->value(QStringLiteral("SELECT count(*) FROM maintainance")).toInt(), 0);
 }
 
 void TestPluginLibrary::itsWidgetsSurviveTheHostsWindows_data()

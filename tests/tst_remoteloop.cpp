@@ -212,6 +212,8 @@ void TestRemoteLoop::carsAreSwitchedFromAfar()
     QCOMPARE(answer.value(QLatin1String("carId")).toInt(), before.id);
     QCOMPARE(answer.value(QLatin1String("carAvailable")).toBool(), !before.available);
     QTRY_VERIFY(notes.count() > 0);
+    const QString note = notes.last().first().toString();
+    QVERIFY2(note.contains(tr("карт %1 ").arg(before.number)), qPrintable(note)); // not by its id
     const QJsonArray cars =
         lastHeard(*host, QStringLiteral("cars_list_changed")).value(QLatin1String("cars")).toArray();
     QCOMPARE(cars.first().toObject().value(QLatin1String("available_for_runs")).toBool(), !before.available);

@@ -73,6 +73,7 @@ private slots:
     void aSecondRequestRaisesTheOpenDialog();
     void aReloadUnderAnOpenDialogChangesNoOtherCar();
     void aComplaintClosedMeanwhileIsNotReopened();
+    void aComplaintThatCameMeanwhileIsKept();
     void aDialogOutlivesNothing();
     void aLockedDatabaseDelaysTheRecord_data();
     void aLockedDatabaseDelaysTheRecord();
@@ -410,6 +411,24 @@ void TestServiceRecording::aComplaintClosedMeanwhileIsNotReopened()
         database->rows(QStringLiteral("SELECT operation_time,operation_state FROM maintainance ORDER BY id")),
         QStringList(
             {QStringLiteral("2026-03-07T08:00:00.000Z|1"), QStringLiteral("2026-03-08T09:30:00.000Z|0")}));
+    window.settle();
+}
+
+void TestServiceRecording::aComplaintThatCameMeanwhileIsKept()
+{
+    const auto database = createSample();
+    GarageWindow window;
+    window.show();
+    onNextDialog([&](QDialog &dialog) {
+        database->addRecord(3, -1, QStringLiteral("2026-03-07T08:00:00.000Z"), OpenState,
+                            QStringLiteral("from another station"));
+        window.reload();
+        typeComment(dialog, QStringLiteral("mine"));
+        press(dialog, QDialogButtonBox::Ok);
+    });
+    window.form->complainAboutCar({{QStringLiteral("carId"), 3}});
+    QCOMPARE(database->rows(QStringLiteral("SELECT comment FROM maintainance ORDER BY id")),
+             QStringList({QStringLiteral("from another station"), QStringLiteral("mine")}));
     window.settle();
 }
 

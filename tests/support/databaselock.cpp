@@ -8,8 +8,11 @@
 DatabaseLock::DatabaseLock(const QString &path, Kind kind, int milliseconds)
     : m_thread([=] {
         const TestDatabase database(path, false);
-        database.exec(kind == Exclusive ? QStringLiteral("BEGIN EXCLUSIVE")
-                                        : QStringLiteral("BEGIN IMMEDIATE"));
+        database.exec(kind == Exclusive       ? QStringLiteral("BEGIN EXCLUSIVE")
+                          : kind == Immediate ? QStringLiteral("BEGIN IMMEDIATE")
+                                              : QStringLiteral("BEGIN"));
+        if (kind == Shared)
+            database.value(QStringLiteral("SELECT count(*) FROM sqlite_master"));
         m_held = true;
         const QDeadlineTimer deadline(milliseconds);
         while (!m_release && !deadline.hasExpired())

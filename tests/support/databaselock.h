@@ -11,6 +11,7 @@ class DatabaseLock final
     Q_DISABLE_COPY(DatabaseLock)
 public:
     enum Kind {
+        Shared, ///< a reader: writers cannot commit
         Immediate, ///< writers wait, readers do not
         Exclusive ///< everybody waits
     };

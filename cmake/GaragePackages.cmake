@@ -1,0 +1,22 @@
+# The Debian package; scripts/package makes it from the source archive.
+set(CPACK_GENERATOR DEB)
+set(CPACK_PACKAGE_NAME ruvalo-garage)
+set(CPACK_PACKAGE_VERSION ${PROJECT_VERSION})
+set(CPACK_PACKAGE_CONTACT "Garage module maintainers <maintainers@example.com>")
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY ${PROJECT_DESCRIPTION})
+set(CPACK_PACKAGE_DESCRIPTION "\
+A plug-in library with a page for the karts that are available for runs, their
+maintenance schedule and the service journal, and a settings page.
+This package holds the plug-in, the interface header and CMake package for
+host applications, a demo host with sample data (garage-host) and the guides.")
+set(CPACK_PACKAGING_INSTALL_PREFIX ${CMAKE_INSTALL_PREFIX})
+set(CPACK_STRIP_FILES ON)
+
+set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
+set(CPACK_DEBIAN_PACKAGE_SECTION misc)
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+# What no linker knows of: the driver is loaded by name, and without a Cyrillic font there is nothing to read.
+set(CPACK_DEBIAN_PACKAGE_DEPENDS
+    "libqt5sql5-sqlite, fonts-dejavu-core | fonts-noto-core | fonts-liberation2 | fonts-liberation")
+set(CPACK_DEBIAN_PACKAGE_SUGGESTS "cmake, qtbase5-dev")
+include(CPack)

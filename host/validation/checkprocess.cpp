@@ -1,0 +1,104 @@
+#include "validation/checkprocess.h"
+
+#include "exitcode.h"
+#include "validation/checkstage.h"
+
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QJsonDocument>
+#include <QProcess>
+#include <QTemporaryDir>
+
+namespace {
+
+const QLatin1String outcomeKey("outcome");
+const QLatin1String reasonKey("reason");
+const QLatin1String resultFile("/result.json"); // not the output: a plug-in may print there as well
+
+QString tr(const char *text)
+{
+    return QCoreApplication::translate("CheckProcess", text);
+}
+
+CheckResult readResult(const QString &home)
+{
+    QFile file(home + resultFile);
+    if (!file.open(QIODevice::ReadOnly))
+        return {CheckResult::Failed, tr("it ended the program before the check was through"), 0};
+    const QJsonObject result = QJsonDocument::fromJson(file.readAll()).object();
+    return {CheckResult::Outcome(result.value(outcomeKey).toInt(CheckResult::Failed)),
+            result.value(reasonKey).toString(), 0};
+}
+
+bool writeResult(const QString &home, const CheckResult &result)
+{
+    QFile file(home + resultFile);
+    const QJsonObject json {{outcomeKey, result.outcome}, {reasonKey, result.reason}};
+    return file.open(QIODevice::WriteOnly) && file.write(QJsonDocument(json).toJson()) > 0;
+}
+
+QProcessEnvironment quietEnvironment()
+{
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
+    return environment;
+}
+
+/// What the process's end says; a plug-in may crash after its check went well.
+CheckResult judge(const QProcess &process, const QString &home)
+{
+    const CheckResult result = readResult(home);
+    if (process.exitStatus() == QProcess::CrashExit)
+        return {CheckResult::Failed, tr("it crashed with signal %1").arg(process.exitCode()), 0};
+    if (process.exitCode() != ExitCode::Ok && result.outcome != CheckResult::Failed)
+        return {CheckResult::Failed, tr("the program ended with code %1").arg(process.exitCode()), 0};
+    return result;
+}
+
+CheckResult perform(const Check &check, CheckStage &stage)
+{
+    try {
+        check.run(stage);
+        return {CheckResult::Passed, QString(), 0};
+    } catch (const CheckFailed &failed) {
+        return {CheckResult::Failed, failed.reason, 0};
+    } catch (const CheckSkipped &skipped) {
+        return {CheckResult::Skipped, skipped.reason, 0};
+    }
+}
+
+} // namespace
+
+CheckResult CheckProcess::run(const Check &check, const QString &library, int limitMilliseconds)
+{
+    const QTemporaryDir home;
+    QProcess process;
+    process.setProcessEnvironment(quietEnvironment());
+    process.setStandardOutputFile(QProcess::nullDevice());
+    process.setStandardErrorFile(QProcess::nullDevice());
+    QElapsedTimer clock;
+    clock.start();
+    process.start(QCoreApplication::applicationFilePath(),
+                  {QStringLiteral("--validate"), library, QStringLiteral("--check"), check.name,
+                   QStringLiteral("--in-this-process"), QStringLiteral("--home"), home.path()});
+    CheckResult result;
+    if (!process.waitForStarted()) {
+        result = {CheckResult::Skipped, process.errorString(), 0};
+    } else if (process.waitForFinished(limitMilliseconds)) {
+        result = judge(process, home.path());
+    } else {
+        process.kill();
+        process.waitForFinished();
+        result.reason = tr("it hangs: the check did not end within %1 s").arg(limitMilliseconds / 1000);
+    }
+    result.milliseconds = clock.elapsed();
+    return result;
+}
+
+int CheckProcess::carryOut(const Check &check, const QString &library, const HostHome &home)
+{
+    CheckStage stage(library, home);
+    const CheckResult result = perform(check, stage);
+    return writeResult(home.path(), result) ? ExitCode::Ok : ExitCode::ValidationFailed;
+}

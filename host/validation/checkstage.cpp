@@ -1,0 +1,205 @@
+#include "validation/checkstage.h"
+
+#include "hostconnection.h"
+#include "hostdatabase.h"
+#include "trivexplugininterface.h"
+#include "widgetaddress.h"
+
+#include <QApplication>
+#include <QDeadlineTimer>
+#include <QEventLoop>
+#include <QJsonDocument>
+#include <QTimer>
+
+#include <algorithm>
+
+namespace {
+
+constexpr int longestAnswer = 15000; // milliseconds
+
+QString tr(const char *text)
+{
+    return QCoreApplication::translate("CheckStage", text);
+}
+
+QStringList eventsOf(const QVector<HostMessage> &messages)
+{
+    QStringList events;
+    for (const HostMessage &message : messages)
+        events.append(message.event);
+    return events;
+}
+
+QString listed(const QStringList &words)
+{
+    return words.isEmpty() ? tr("nothing") : words.join(QLatin1String(", "));
+}
+
+QString jsonText(const QJsonValue &value)
+{
+    // Without its brackets, the array around it shows any value as it is.
+    const QByteArray text = QJsonDocument(QJsonArray {value}).toJson(QJsonDocument::Compact);
+    return QString::fromUtf8(text.mid(1, text.size() - 2));
+}
+
+} // namespace
+
+void expect(bool holds, const QString &reason)
+{
+    if (!holds)
+        throw CheckFailed {reason};
+}
+
+void expectEqual(const QString &what, const QJsonValue &actual, const QJsonValue &expected)
+{
+    expect(actual == expected, tr("%1 is %2 instead of %3").arg(what, jsonText(actual), jsonText(expected)));
+}
+
+void expectEvents(const QVector<HostMessage> &messages, const QStringList &events)
+{
+    const QStringList actual = eventsOf(messages);
+    expect(actual == events, tr("it sent %1 instead of %2").arg(listed(actual), listed(events)));
+}
+
+void expectMessage(const HostMessage &message, const QString &module, const QJsonObject &data)
+{
+    expectEqual(tr("the module of \"%1\"").arg(message.event), message.module, module);
+    expectEqual(tr("the data of \"%1\"").arg(message.event), message.data, data);
+}
+
+QJsonObject jsonObject(const char *text)
+{
+    QJsonParseError error {};
+    const QJsonDocument document = QJsonDocument::fromJson(text, &error);
+    if (!document.isObject())
+        qFatal("Not a JSON object: %s (%s)", text, qPrintable(error.errorString()));
+    return document.object();
+}
+
+QJsonObject remoteRecords(const char *arrayText)
+{
+    return {{QStringLiteral("data"), QString::fromUtf8(arrayText)}};
+}
+
+CheckStage::CheckStage(const QString &library, const HostHome &home) : m_library(library), m_home(home)
+{
+    connect(&m_plugin, &PluginHost::received, this,
+            [this](const HostMessage &message) { m_messages.append(message); });
+}
+
+CheckStage::~CheckStage() = default;
+
+void CheckStage::makeDatabase()
+{
+    const QString error = HostDatabase::prepare(m_home);
+    if (!error.isEmpty())
+        throw CheckSkipped {tr("the scratch database cannot be made: %1").arg(error)};
+    m_database = std::make_unique<HostConnection>(m_home.databasePath());
+    HostTransaction transaction(*m_database);
+    for (const char *statement :
+         {"INSERT INTO cars (id,num,name) VALUES (1,'7','Вихрь'),(2,'8','Вихрь')",
+          "INSERT INTO personal (id,last_name,first_name,mid_name) VALUES (11,'Иванов','Пётр','Сергеевич')",
+          "INSERT INTO service_operations (id,operation_name) VALUES (1,'Замена масла')",
+          "INSERT INTO service_reglament (model,operation_id,time_limit,runs_limit,laps_limit) VALUES "
+          "('Вихрь',1,0,0,10)",
+          "INSERT INTO maintainance (id,car_id,operation_id,operation_time,person_id,person_name,comment,"
+          "operation_state) VALUES (1,1,1,'2026-01-01T10:00:00.000Z',11,'','',1),"
+          "(2,2,1,'2026-01-01T10:00:00.000Z',11,'','',1),(3,2,-1,'2026-01-02T10:00:00.000Z',-1,'','стук',0)"})
+        exec(QString::fromUtf8(statement));
+    // One lap more than the limit for car 1, just the limit for car 2; a lap without a time does not count.
+    for (int lap = 0; lap < 22; ++lap) {
+        const int car = lap < 12 ? 1 : 2;
+        exec(QStringLiteral("INSERT INTO laps (car_id,run_id,lap_timestamp,sum_sectors) VALUES (?,?,?,?)"),
+             {car, 1 + lap % 2, QStringLiteral("2026-01-03T10:%1:00.000Z").arg(10 + lap),
+              lap == 11 ? 0 : 30500});
+    }
+    expect(transaction.commit(), m_database->errorText());
+}
+
+void CheckStage::exec(const QString &statement, const QVariantList &values)
+{
+    if (!m_database->exec(statement, values))
+        throw CheckSkipped {tr("the scratch database: %1").arg(m_database->errorText())};
+}
+
+int CheckStage::count(const QString &table, const QString &condition)
+{
+    return m_database
+        ->value(QLatin1String("SELECT count(*) FROM ") + table + QLatin1String(" WHERE ") + condition)
+        .toInt();
+}
+
+void CheckStage::load()
+{
+    const QString error = m_plugin.load(m_library);
+    expect(error.isEmpty(), error);
+}
+
+void CheckStage::unload()
+{
+    m_plugin.unload();
+}
+
+TrivexPluginInterface &CheckStage::plugin()
+{
+    return *m_plugin.plugin();
+}
+
+void CheckStage::send(const QString &event, const QJsonObject &data)
+{
+    m_plugin.send(event, data);
+}
+
+QVector<HostMessage> CheckStage::ask(const QString &event, const QJsonObject &data)
+{
+    const int before = m_messages.size();
+    send(event, data);
+    const QVector<HostMessage> answer = m_messages.mid(before);
+    m_messages.resize(before);
+    return answer;
+}
+
+HostMessage CheckStage::await(const QString &event)
+{
+    const QDeadlineTimer deadline(longestAnswer);
+    for (;;) {
+        const int at = eventsOf(m_messages).indexOf(event);
+        if (at >= 0) {
+            const HostMessage message = m_messages.at(at);
+            m_messages.remove(0, at + 1);
+            return message;
+        }
+        expect(!deadline.hasExpired(),
+               tr("\"%1\" did not come within %2 s").arg(event).arg(longestAnswer / 1000));
+        wait(5);
+    }
+}
+
+void CheckStage::wait(int milliseconds)
+{
+    QEventLoop loop;
+    QTimer::singleShot(milliseconds, &loop, &QEventLoop::quit);
+    loop.exec();
+}
+
+void CheckStage::expectSilence(int milliseconds)
+{
+    wait(milliseconds);
+    expect(m_messages.isEmpty(), tr("it sent %1 unasked").arg(listed(eventsOf(m_messages))));
+}
+
+QWidget &CheckStage::widget(const QJsonValue &address)
+{
+    QWidget *widget = widgetAt(address);
+    expect(QApplication::allWidgets().contains(widget),
+           tr("%1 is not the address of a widget").arg(jsonText(address)));
+    return *widget;
+}
+
+QWidget &CheckStage::garageWindow()
+{
+    const QVector<HostMessage> answer =
+        ask(QStringLiteral("clicked"), {{QStringLiteral("key"), QStringLiteral("show_garage")}});
+    expectEvents(answer, {QStringLiteral("insert_tab")});
+    return widget(answer.first().data.value(QLatin1String("tabWidget")));
+}

@@ -1,0 +1,240 @@
+#include "validation/checkstage.h"
+
+#include "trivexplugininterface.h"
+
+#include <QCoreApplication>
+#include <QWidget>
+
+// Every request that a host makes, with its answer.
+namespace {
+
+const QString garage = QStringLiteral("garage_plugin");
+const QString loader = QStringLiteral("garage_stats_updater");
+const QString runSaved = QStringLiteral("run_saved_to_db");
+const QString pending = QStringLiteral("update_pending_service");
+const QString carsList = QStringLiteral("cars_list_changed");
+const QString remoteControl = QStringLiteral("remote_control_data");
+
+QString tr(const char *text)
+{
+    return QCoreApplication::translate("MessageChecks", text);
+}
+
+void begin(CheckStage &stage)
+{
+    stage.makeDatabase();
+    stage.load();
+}
+
+qint64 address(const QWidget *widget)
+{
+    return qint64(reinterpret_cast<quintptr>(widget));
+}
+
+void checkLoadComplete(CheckStage &stage)
+{
+    begin(stage);
+    const QVector<HostMessage> answer = stage.ask(QStringLiteral("load_complete"));
+    expectEvents(answer, {QStringLiteral("read_cars_list"), QStringLiteral("update_remote_service")});
+    for (const HostMessage &message : answer)
+        expectMessage(message, garage, {});
+}
+
+void checkInsertTab(CheckStage &stage)
+{
+    begin(stage);
+    const QJsonObject key = jsonObject(R"({"key": "show_garage"})");
+    const QVector<HostMessage> answer = stage.ask(QStringLiteral("clicked"), key);
+    expectEvents(answer, {QStringLiteral("insert_tab")});
+    QWidget &window = stage.widget(answer.first().data.value(QLatin1String("tabWidget")));
+    QJsonObject expected =
+        jsonObject(R"({"tabCaption": "Гараж", "index": 0, "moduleName": "garage_plugin"})");
+    expected.insert(QStringLiteral("tabWidget"), address(&window));
+    expectMessage(answer.first(), garage, expected);
+    expectEvents(stage.ask(QStringLiteral("clicked"), jsonObject(R"({"key": "show_track"})")), {});
+}
+
+void checkCloseTab(CheckStage &stage)
+{
+    begin(stage);
+    QJsonObject expected = jsonObject(R"({"moduleName": "garage_plugin", "onlyHide": true})");
+    expected.insert(QStringLiteral("tabWidget"), address(&stage.garageWindow()));
+    expect(QMetaObject::invokeMethod(&stage.plugin(), "closeGarage", Qt::DirectConnection),
+           tr("there is no slot closeGarage()"));
+    expectMessage(stage.await(QStringLiteral("close_tab")), garage, expected);
+}
+
+void checkSettingsDialog(CheckStage &stage)
+{
+    begin(stage);
+    const QVector<HostMessage> answer = stage.ask(QStringLiteral("send_settings_dialogs"));
+    expectEvents(answer, {QStringLiteral("settings_dialog")});
+    QJsonObject expected = jsonObject(R"({"moduleName": "garage_plugin", "settingsCaption": "Гараж"})");
+    expected.insert(QStringLiteral("settingsPagePtr"), address(stage.plugin().settingsPage()));
+    expectMessage(answer.first(), garage, expected);
+}
+
+void checkReload(CheckStage &stage)
+{
+    begin(stage);
+    stage.send(runSaved);
+    expectMessage(stage.await(pending), loader, jsonObject(R"({
+        "servicePendingList": [
+            {"carId": 1, "carNum": "7", "carModel": "Вихрь", "opId": 1, "opName": "Замена масла",
+             "opDateTime": "2026-01-01T10:00", "localId": 1},
+            {"carId": 2, "carNum": "8", "carModel": "Вихрь", "opId": -1, "opName": "стук",
+             "opDateTime": "2026-01-02T10:00", "localId": 3}],
+        "maintainanceStatus": [
+            {"carId": 1, "opsStatus": {"1": {"tt": 335, "tl": 11, "tr": 2, "dt": "2026-01-01T10:00"}}},
+            {"carId": 2, "opsStatus": {
+                "-1": {"tt": 305, "tl": 10, "tr": 2, "dt": "2026-01-02T10:00"},
+                "1": {"tt": 305, "tl": 10, "tr": 2, "dt": "2026-01-01T10:00"}}}]})"));
+    stage.expectSilence();
+}
+
+QJsonObject twoCars(bool noStatsUpdate)
+{
+    QJsonObject data = jsonObject(R"({"cars": [
+        {"id": 1, "num": "7", "name": "Вихрь", "available_for_runs": true},
+        {"id": 2, "num": "8", "name": "Вихрь", "available_for_runs": false}]})");
+    if (noStatsUpdate)
+        data.insert(QStringLiteral("noStatsUpdate"), true);
+    return data;
+}
+
+void checkCarsList(CheckStage &stage)
+{
+    begin(stage);
+    stage.send(carsList, twoCars(false));
+    stage.expectSilence(); // its window is hidden
+    stage.garageWindow().show();
+    stage.await(pending);
+    stage.send(carsList, twoCars(true));
+    stage.expectSilence();
+    stage.send(carsList, twoCars(false));
+    stage.await(pending);
+    stage.expectSilence();
+}
+
+void checkPersonalList(CheckStage &stage)
+{
+    begin(stage);
+    expectEvents(stage.ask(QStringLiteral("personal_list"), jsonObject(R"({"personalList": [
+        {"id": 12, "lastName": "Ким", "firstName": "Анна", "midName": "Львовна", "serviceCode": "4002"}]})")),
+                 {});
+    stage.send(QStringLiteral("remote_service_data"), remoteRecords(R"([
+        {"id": 900, "carId": 1, "opId": 1, "opDoneDateTime": "2026-02-01T10:00:00.000Z",
+         "serviceCode": "4002", "operatorName": "?"}])"));
+    stage.await(QStringLiteral("remote_service_move_to_archive"));
+    expectEqual(tr("the number of records of the person with the service code"),
+                stage.count(QStringLiteral("maintainance"),
+                            QStringLiteral("person_id=12 AND person_name='Ким Анна Львовна'")),
+                1);
+}
+
+QVector<HostMessage> toggle(CheckStage &stage, const char *more, bool skipAnswer = false)
+{
+    QJsonObject request = jsonObject(R"({"msg": "switchCarAvailability", "sinkId": 7})");
+    request.insert(QStringLiteral("data"), jsonObject(more));
+    if (skipAnswer)
+        request.insert(QStringLiteral("skipAnswer"), true);
+    return stage.ask(remoteControl, request);
+}
+
+void checkAvailability(CheckStage &stage)
+{
+    begin(stage);
+    stage.send(carsList, twoCars(false));
+    const QStringList both {QStringLiteral("update_cars"), QStringLiteral("remote_control_answer")};
+    QVector<HostMessage> answer = toggle(stage, R"({"carId": 1})");
+    expectEvents(answer, both);
+    expectMessage(answer.at(0), garage,
+                  jsonObject(R"({"carsIdsList": [1], "command": "set_availability", "available": 0})"));
+    expectMessage(answer.at(1), garage, jsonObject(R"({"sinkId": -1, "req_answ":
+        {"status": "ok", "carId": 1, "carAvailable": false, "sinkId": -1}})"));
+    answer = toggle(stage, R"({"carId": 2})");
+    expectEvents(answer, both);
+    expectMessage(answer.at(0), garage,
+                  jsonObject(R"({"carsIdsList": [2], "command": "set_availability", "available": 1})"));
+    expectEvents(toggle(stage, R"({"carId": 1})", true), {both.first()});
+    answer = toggle(stage, R"({"carId": 99})");
+    expectEvents(answer, {both.last()});
+    expectMessage(answer.at(0), garage, jsonObject(R"({"sinkId": -1, "req_answ":
+        {"status": "ok", "carId": 99, "carAvailable": false, "sinkId": -1}})"));
+    for (const char *bad : {"{}", R"({"carId": -1})", R"({"carId": "kart"})"})
+        expectEvents(toggle(stage, bad), {});
+}
+
+void checkSilentEvents(CheckStage &stage)
+{
+    begin(stage);
+    for (const char *event : {"run_closed", "", "RUN_SAVED_TO_DB", "insert_tab", "no_such_event"})
+        expectEvents(stage.ask(QString::fromLatin1(event), twoCars(false)), {});
+    expectEvents(stage.ask(remoteControl, jsonObject(R"({"msg": "no_such_message", "sinkId": 7})")), {});
+    stage.expectSilence();
+}
+
+/// Values of every kind under every key that the events read.
+void sendNonsense(CheckStage &stage, const QJsonValue &value)
+{
+    QJsonObject data {{QStringLiteral("noStatsUpdate"), true}};
+    for (const char *key : {"key", "cars", "personalList", "msg", "data", "sinkId", "skipAnswer", "carId"})
+        data.insert(QLatin1String(key), value);
+    QJsonObject deep = data;
+    deep.insert(QStringLiteral("cars"), QJsonArray {value, QJsonObject {{QStringLiteral("id"), value}}});
+    deep.insert(QStringLiteral("personalList"), QJsonArray {value});
+    deep.insert(QStringLiteral("msg"), QStringLiteral("switchCarAvailability"));
+    for (const char *event : {"clicked", "cars_list_changed", "personal_list", "remote_control_data",
+                              "remote_service_data", "run_closed"}) {
+        stage.send(QString::fromLatin1(event), data);
+        stage.send(QString::fromLatin1(event), deep);
+    }
+}
+
+void checkBadInput(CheckStage &stage)
+{
+    begin(stage);
+    for (const char *text : {"", "[]", "[{", "{\"id\":1}", "null", "\"text\""})
+        expectEvents(stage.ask(QStringLiteral("remote_service_data"), remoteRecords(text)), {});
+    const QJsonArray values {QJsonValue(),
+                             true,
+                             -1,
+                             1e300,
+                             QStringLiteral("%s%n%1"),
+                             QString(100000, QLatin1Char('x')),
+                             QJsonArray {1, QJsonArray()},
+                             QJsonObject {{QStringLiteral("carId"), QJsonObject()}}};
+    for (const QJsonValue &value : values)
+        sendNonsense(stage, value);
+    stage.send(QStringLiteral("car_complain"));
+    stage.send(QStringLiteral("car_complain"), jsonObject(R"({"carId": 99})"));
+    expectEqual(tr("the number of records after nonsense"), stage.count(QStringLiteral("maintainance")), 3);
+    stage.forgetMessages();
+    expectEvents(stage.ask(QStringLiteral("send_settings_dialogs")), {QStringLiteral("settings_dialog")});
+    stage.send(runSaved);
+    stage.await(pending);
+}
+
+} // namespace
+
+QVector<Check> messageChecks()
+{
+    return {
+        {QStringLiteral("load-complete"), tr("it asks for cars and remote records when all is loaded"),
+         checkLoadComplete},
+        {QStringLiteral("insert-tab"), tr("\"clicked\" with \"show_garage\" brings its window"),
+         checkInsertTab},
+        {QStringLiteral("close-tab"), tr("it asks to hide its window"), checkCloseTab},
+        {QStringLiteral("settings-dialog"), tr("it gives its settings page on request"), checkSettingsDialog},
+        {QStringLiteral("reload"), tr("after a saved run it reports what is due, and the counters"),
+         checkReload},
+        {QStringLiteral("cars-list"), tr("a new list of cars reloads a visible window only"), checkCarsList},
+        {QStringLiteral("personal-list"), tr("it knows the people by their service codes"),
+         checkPersonalList},
+        {QStringLiteral("availability"), tr("remote controls switch a car and are answered"),
+         checkAvailability},
+        {QStringLiteral("silent-events"), tr("events that mean nothing to it are ignored"),
+         checkSilentEvents},
+        {QStringLiteral("bad-input"), tr("nonsense does no harm"), checkBadInput},
+    };
+}

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+/// Tries a garage plug-in from outside, check by check, and prints a report.
+namespace Validation {
+
+constexpr int defaultTimeLimit = 30; // seconds for each check
+
+struct Request
+{
+    QString library;
+    QStringList checkNames; // empty: all
+    int timeLimit = defaultTimeLimit;
+    bool asJson = false;
+};
+
+/// Prints a line for each check and the counts, or one JSON object. An exit code.
+int run(const Request &request);
+
+} // namespace Validation

@@ -1,0 +1,181 @@
+#include "validation/checkstage.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QDialog>
+#include <QMessageBox>
+#include <QMouseEvent>
+#include <QPushButton>
+#include <QTimer>
+#include <QTreeView>
+
+// What a mechanic does in the garage window, and what the host and the file hear of it.
+namespace {
+
+const QString journal = QStringLiteral("maintainance");
+const QString pending = QStringLiteral("update_pending_service");
+
+QString tr(const char *text)
+{
+    return QCoreApplication::translate("WindowChecks", text);
+}
+
+/// Says yes or no to the next dialog; the call that opens a dialog returns when it is closed.
+class DialogAnswer final
+{
+public:
+    explicit DialogAnswer(bool yes)
+    {
+        m_poll.setInterval(50);
+        QObject::connect(&m_poll, &QTimer::timeout, &m_poll, [this, yes] {
+            auto *dialog = qobject_cast<QDialog *>(QApplication::activeModalWidget());
+            if (!dialog)
+                return;
+            m_poll.stop();
+            m_answered = true;
+            auto *question = qobject_cast<QMessageBox *>(dialog);
+            if (question && yes)
+                question->button(QMessageBox::Yes)->click();
+            else
+                dialog->done(yes ? QDialog::Accepted : QDialog::Rejected);
+        });
+        m_poll.start();
+    }
+    bool hasAnswered() const { return m_answered; }
+
+private:
+    QTimer m_poll;
+    bool m_answered = false;
+};
+
+template<class Kind> Kind &named(QWidget &window, const char *name)
+{
+    auto *object = window.findChild<Kind *>(QLatin1String(name));
+    if (!object)
+        throw CheckSkipped {tr("its window has no \"%1\" to press").arg(QLatin1String(name))};
+    return *object;
+}
+
+/// The window as the host shows it, filled by its first reload.
+QWidget &openWindow(CheckStage &stage)
+{
+    stage.makeDatabase();
+    stage.load();
+    QWidget &window = stage.garageWindow();
+    window.resize(1200, 700);
+    window.show();
+    stage.await(pending);
+    stage.expectSilence(200);
+    return window;
+}
+
+void complain(CheckStage &stage, int carId, bool confirmed)
+{
+    const DialogAnswer answer(confirmed);
+    stage.send(QStringLiteral("car_complain"), {{QStringLiteral("carId"), carId}});
+    expect(answer.hasAnswered(), tr("no dialog opened for car %1").arg(carId));
+}
+
+void checkComplaint(CheckStage &stage)
+{
+    openWindow(stage);
+    complain(stage, 1, false);
+    stage.expectSilence();
+    expectEqual(tr("the number of records after a cancelled complaint"), stage.count(journal), 3);
+    complain(stage, 1, true);
+    stage.await(pending);
+    expectEqual(tr("the number of open complaints about car 1"),
+                stage.count(journal, QStringLiteral("car_id=1 AND operation_id=-1 AND operation_state=0")),
+                1);
+    complain(stage, 2, true);
+    stage.await(pending);
+    expectEqual(tr("the number of records after the open complaint was amended"), stage.count(journal), 4);
+}
+
+void checkAvailabilityButtons(CheckStage &stage)
+{
+    QWidget &window = openWindow(stage);
+    stage.send(QStringLiteral("cars_list_changed"), jsonObject(R"({"noStatsUpdate": true, "cars": [
+        {"id": 1, "num": "7", "name": "Вихрь", "available_for_runs": true}]})"));
+    named<QTreeView>(window, "tvAvailableCars").selectAll();
+    named<QPushButton>(window, "pbRemoveAvailable").click();
+    QJsonObject expected = jsonObject(R"({"carsIdsList": [1], "command": "set_availability", "available": 0,
+                                          "requestSrc": "ui"})");
+    expectMessage(stage.await(QStringLiteral("update_cars")), QStringLiteral("garage_plugin"), expected);
+    expected.insert(QStringLiteral("req_answ"),
+                    jsonObject(R"({"carAvailable": false, "carsIdsList": [1], "status": "ok"})"));
+    expected.insert(QStringLiteral("sinkId"), -1);
+    expectMessage(stage.await(QStringLiteral("remote_control_answer")), QStringLiteral("garage_plugin"),
+                  expected);
+}
+
+/// The pointer over a cell, a press of the button that appears.
+void pressCellButton(QTreeView &table)
+{
+    const QModelIndex lastCell = table.model()->index(0, table.model()->columnCount() - 1);
+    table.scrollTo(lastCell);
+    const QPoint cell = table.visualRect(lastCell).center();
+    QMouseEvent move(QEvent::MouseMove, cell, table.viewport()->mapToGlobal(cell), Qt::NoButton, Qt::NoButton,
+                     Qt::NoModifier);
+    QApplication::sendEvent(table.viewport(), &move);
+    for (QPushButton *button : table.viewport()->findChildren<QPushButton *>()) {
+        if (button->isVisibleTo(table.viewport())) {
+            button->click();
+            return;
+        }
+    }
+    throw CheckFailed {tr("no button appears over a cell of the maintenance table")};
+}
+
+void checkServiceDone(CheckStage &stage)
+{
+    QWidget &window = openWindow(stage);
+    const DialogAnswer answer(true);
+    pressCellButton(named<QTreeView>(window, "tvMaintainanceTable"));
+    expect(answer.hasAnswered(), tr("the service button opens no dialog"));
+    const HostMessage added = stage.await(QStringLiteral("add_remote_service"));
+    expectEqual(tr("the keys of \"add_remote_service\""), QJsonArray::fromStringList(added.data.keys()),
+                QJsonArray::fromStringList({QStringLiteral("carId"), QStringLiteral("comment"),
+                                            QStringLiteral("opId"), QStringLiteral("opName"),
+                                            QStringLiteral("opTime"), QStringLiteral("pId"),
+                                            QStringLiteral("pName")}));
+    stage.await(pending);
+    expectEqual(tr("the number of new done records"),
+                stage.count(journal,
+                            QStringLiteral("id>3 AND operation_state=1 AND car_id=%1 AND operation_id=%2")
+                                .arg(added.data.value(QLatin1String("carId")).toInt())
+                                .arg(added.data.value(QLatin1String("opId")).toInt())),
+                1);
+}
+
+void checkDeletion(CheckStage &stage)
+{
+    QWidget &window = openWindow(stage);
+    QTreeView &log = named<QTreeView>(window, "tvServiceLog");
+    log.setCurrentIndex(log.model()->index(0, 1)); // the latest record: the complaint
+    const DialogAnswer answer(true);
+    named<QAction>(window, "actionDeleteMaintainanceItem").trigger();
+    expect(answer.hasAnswered(), tr("it deletes without asking"));
+    expectMessage(stage.await(QStringLiteral("remote_service_delete")),
+                  QStringLiteral("garage_stats_updater"), jsonObject(R"({"localId": 3, "remoteId": -1})"));
+    stage.await(pending);
+    expectEqual(tr("the number of records with the deleted id"), stage.count(journal, QStringLiteral("id=3")),
+                0);
+    expectEqual(tr("the number of records left"), stage.count(journal), 2);
+}
+
+} // namespace
+
+QVector<Check> windowChecks()
+{
+    return {
+        {QStringLiteral("complaint"), tr("\"car_complain\" asks for a complaint and keeps one open per car"),
+         checkComplaint},
+        {QStringLiteral("availability-buttons"),
+         tr("its buttons ask for availability and tell the remote controls"), checkAvailabilityButtons},
+        {QStringLiteral("service-done"), tr("a service recorded in its window is stored and announced"),
+         checkServiceDone},
+        {QStringLiteral("deletion"), tr("a record deleted in its window is deleted and announced"),
+         checkDeletion},
+    };
+}

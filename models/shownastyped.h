@@ -1,0 +1,21 @@
+#pragma once
+
+#include <QString>
+
+/// What people typed, made fit for the places that show it.
+namespace ShownAsTyped {
+
+/// A tool tip that shows markup as it was typed and keeps its lines.
+inline QString toolTip(const QString &text)
+{
+    return QLatin1String("<span style=\"white-space:pre-wrap\">") + text.toHtmlEscaped()
+        + QLatin1String("</span>");
+}
+
+/// For places that are one line high.
+inline QString inOneLine(QString text)
+{
+    return text.replace(QLatin1Char('\n'), QLatin1Char(' '));
+}
+
+} // namespace ShownAsTyped

@@ -1,0 +1,194 @@
+// Feeds the module with messages, clicks and changes of its database, all made of the fuzzer's bytes. The
+// database is the same before each input; the module itself lives on for a number of inputs, as making its
+// windows takes most of the time. What came before a crash in the same module's life is written down in the
+// folder GARAGE_FUZZ_HISTORY: those files in order are the reproducer.
+
+#include "bytereader.h"
+#include "fuzzeddatabase.h"
+#include "fuzzedjson.h"
+#include "fuzzeduser.h"
+#include "plugin/ruvalogarageplugin.h"
+
+#include <QApplication>
+#include <QFile>
+
+#include <memory>
+
+extern "C" {
+int LLVMFuzzerInitialize(int *argc, char ***argv);
+int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size);
+}
+
+namespace {
+
+constexpr int inputsPerLife = 200;
+constexpr int mostActs = 16;
+
+/// Qt's warnings count as findings, but for what the platform says of itself.
+void judgeOutput(QtMsgType type, const QMessageLogContext &, const QString &text)
+{
+    if (type == QtDebugMsg || type == QtInfoMsg
+        || text.startsWith(QLatin1String("This plugin does not support ")))
+        return;
+    std::fprintf(stderr, "Qt said: %s\n", qPrintable(text));
+    std::abort();
+}
+
+/// What the module has been given in its present life, one file an input, where the run asks for it.
+class History final
+{
+public:
+    void append(const uint8_t *data, size_t size)
+    {
+        if (m_folder.isEmpty())
+            return;
+        QFile file(pathOf(m_count++));
+        if (file.open(QIODevice::WriteOnly))
+            file.write(reinterpret_cast<const char *>(data), qint64(size));
+    }
+    void clear()
+    {
+        while (m_count > 0)
+            QFile::remove(pathOf(--m_count));
+    }
+
+private:
+    QString pathOf(int number) const
+    {
+        return QStringLiteral("%1/%2").arg(m_folder).arg(number, 4, 10, QLatin1Char('0'));
+    }
+
+    const QString m_folder = qEnvironmentVariable("GARAGE_FUZZ_HISTORY");
+    int m_count = 0;
+};
+
+History history;
+
+/// The module and the host that it talks to. The loader works to its end as soon as it is asked for
+/// something, so that an input always takes the same course.
+class FuzzedModule final
+{
+    Q_DISABLE_COPY(FuzzedModule)
+public:
+    FuzzedModule() : m_user([this](ByteReader &bytes) { actAsHost(bytes); }) { begin(); }
+
+    void run(ByteReader &bytes)
+    {
+        m_user.follow(bytes);
+        if (m_database.restore())
+            m_form->reloadGarageStats();
+        if (bytes.below(8) == 0)
+            m_form->show();
+        for (int act = 0; act < mostActs && !bytes.atEnd(); ++act) {
+            step(bytes);
+            if (bytes.below(4) == 0)
+                QCoreApplication::processEvents();
+        }
+        bytes.drop(); // what still opens is dismissed
+        QCoreApplication::processEvents();
+        m_database.check();
+        m_form->hide();
+        m_plugin->settingsPage()->hide();
+        if (++m_inputs % inputsPerLife == 0)
+            renew();
+    }
+
+private:
+    void begin()
+    {
+        m_plugin = std::make_unique<RuvaloGaragePlugin>();
+        QObject::connect(m_plugin.get(), &TrivexPluginInterface::pluginSignal, m_plugin.get(),
+                         [this](const QString &, const QString &event, const QJsonObject &data) {
+                             if (!m_plugin->emittedEvents().contains(event))
+                                 qFatal("Not announced: %s", qPrintable(event));
+                             if (event == QLatin1String("insert_tab"))
+                                 m_form = reinterpret_cast<GarageForm *>(quintptr(
+                                     data.value(QLatin1String("tabWidget")).toVariant().toLongLong()));
+                         });
+        m_plugin->pluginSlot(QStringLiteral("host"), QStringLiteral("clicked"),
+                             {{QStringLiteral("key"), QStringLiteral("show_garage")}});
+        m_form->resize(700, 300);
+        auto *loader = const_cast<GarageUpdater *>(&m_form->updater());
+        const auto settle = [loader] {
+            QMetaObject::invokeMethod(
+                loader, [] {}, Qt::BlockingQueuedConnection);
+        };
+        QObject::connect(m_form, &GarageForm::reloadGarageStats, m_form, settle);
+        QObject::connect(m_form, &GarageForm::updateServiceTable, m_form, settle);
+        QObject::connect(m_form, &GarageForm::deleteOperation, m_form, settle);
+        m_form->reloadGarageStats();
+        QCoreApplication::processEvents();
+    }
+
+    void end()
+    {
+        m_plugin.reset();
+        QCoreApplication::processEvents();
+    }
+
+    void renew()
+    {
+        end();
+        if (QSqlDatabase::connectionNames().size() != 1)
+            qFatal("A connection was left");
+        m_database.restore();
+        history.clear();
+        begin();
+    }
+
+    void step(ByteReader &bytes)
+    {
+        const int kind = bytes.below(16);
+        if (kind < 10) {
+            actAsHost(bytes);
+        } else if (kind < 14) {
+            m_user.act(*m_form);
+        } else {
+            QWidget *page = m_plugin->settingsPage();
+            if (bytes.below(8) == 0)
+                page->show();
+            m_user.act(*page);
+        }
+    }
+
+    void actAsHost(ByteReader &bytes)
+    {
+        if (bytes.below(12) == 11) {
+            m_database.change(bytes);
+            return;
+        }
+        const QString event = FuzzedJson::eventName(bytes);
+        m_plugin->pluginSlot(QStringLiteral("host"), event, FuzzedJson::object(bytes));
+    }
+
+    FuzzedDatabase m_database;
+    std::unique_ptr<RuvaloGaragePlugin> m_plugin;
+    GarageForm *m_form = nullptr;
+    FuzzedUser m_user;
+    int m_inputs = 0;
+};
+
+FuzzedModule *module = nullptr;
+
+} // namespace
+
+int LLVMFuzzerInitialize(int *argc, char ***argv)
+{
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    qInstallMessageHandler(judgeOutput);
+    static int arguments = 1; // the fuzzer's options are none of Qt's
+    Q_UNUSED(argc)
+    new QApplication(arguments, *argv);
+    QApplication::setQuitOnLastWindowClosed(false);
+    // Never deleted: when the fuzzer ends the process, Qt's own statics go first.
+    module = new FuzzedModule;
+    return 0;
+}
+
+int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
+{
+    history.append(data, size);
+    ByteReader bytes(data, size);
+    module->run(bytes);
+    return 0;
+}

@@ -1,0 +1,37 @@
+#pragma once
+
+#include "bytereader.h"
+
+#include <QTimer>
+#include <QWidget>
+
+#include <functional>
+
+/// A user whose every move is a byte: clicks and keys on the module's widgets, and an answer to each dialog
+/// and menu that opens, given from within its own event loop.
+class FuzzedUser final
+{
+    Q_DISABLE_COPY(FuzzedUser)
+public:
+    using HostAct = std::function<void(ByteReader &)>;
+
+    /// `whileOpen` is what the host may do while a dialog is open.
+    explicit FuzzedUser(HostAct whileOpen);
+
+    /// The bytes that the user lives on from now on.
+    void follow(ByteReader &bytes) { m_bytes = &bytes; }
+    /// One move on one of the widgets in the window.
+    void act(QWidget &window);
+    int answeredDialogs() const { return m_answered; }
+
+private:
+    void answer();
+    void answerDialog(QWidget &dialog);
+    void useChildren(QWidget &window);
+
+    const HostAct m_whileOpen;
+    QTimer m_watch;
+    ByteReader *m_bytes = nullptr;
+    int m_answered = 0;
+    int m_depth = 0; ///< of dialogs opened while another is answered
+};
