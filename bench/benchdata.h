@@ -19,6 +19,9 @@ inline constexpr BenchShape lapsShape {"laps", 60, 12, 20000, 3000000};
 inline constexpr BenchShape journalShape {"journal", 60, 12, 100000, 20000};
 inline constexpr BenchShape wideShape {"wide", 500, 30, 15000, 500000};
 
+/// The wide table with few laps: what the window shows is the same, and it is read at once.
+inline constexpr BenchShape wideTableShape {"wide-table", 500, 30, 15000, 10000};
+
 /// Enough of everything for counting instructions.
 inline constexpr BenchShape smallShape {"small", 40, 12, 2000, 5000};
 

@@ -126,6 +126,7 @@ void registerPair(const BenchShape &shape)
     for (const auto &[variant, run] : {std::pair("/plain", plainReload), std::pair("/garage", garageReload)})
         benchmark::RegisterBenchmark((name + variant).c_str(), run, shape)
             ->Unit(benchmark::kMillisecond)
+            ->MeasureProcessCPUTime()
             ->UseRealTime();
 }
 
@@ -141,5 +142,6 @@ void registerReloadBenchmarks()
         benchmark::RegisterBenchmark((std::string("reload/") + shape.name + "/by-name").c_str(), naiveReload,
                                      shape)
             ->Unit(benchmark::kMillisecond)
+            ->MeasureProcessCPUTime()
             ->UseRealTime();
 }
