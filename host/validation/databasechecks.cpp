@@ -149,7 +149,7 @@ void checkUnloading(CheckStage &stage)
     begin(stage);
     const QPointer<QObject> root = &stage.plugin();
     const QPointer<QWidget> window = &stage.garageWindow();
-    window->show();
+    stage.garageWindow().show();
     store(stage, oneRecord);
     QElapsedTimer clock;
     clock.start();
