@@ -22,6 +22,7 @@ class TrivexPluginInterface : public QObject
 public:
     /// Place of the plug-in among the host's plug-ins.
     qint32 pluginOrder = 0;
+    /// For the host's own notes about the plug-in; a module reads none of them.
     QString pluginVersion;
     QString pluginDescription;
     QString fileName = QStringLiteral("fileNameWin");

@@ -1,3 +1,4 @@
+#include "models/maintainancedelegate.h"
 #include "support/garagetest.h"
 #include "support/garagewindow.h"
 #include "support/moments.h"
@@ -21,7 +22,11 @@ private slots:
     void itsTextsAreRussianAndNamedAsAgreed_data();
     void itsTextsAreRussianAndNamedAsAgreed();
     void itsSignalsStandInTheAgreedOrder();
+    void itsLabelsNameTheirFields_data();
+    void itsLabelsNameTheirFields();
+    void itsArrowsPointToWhereTheCarsGo();
     void itsTablesAreFlatLists();
+    void itsTablesDrawTheModulesGrid();
     void itWorksWithoutADatabase();
     void itReloadsWheneverItIsShown();
     void itsButtonsReloadAndClose_data();
@@ -157,6 +162,67 @@ void TestGarageForm::itsSignalsStandInTheAgreedOrder()
     for (int i = meta.methodOffset(); i < meta.methodCount(); ++i)
         actual.append(meta.method(i).methodSignature());
     QCOMPARE(actual, expected);
+}
+
+void TestGarageForm::itsLabelsNameTheirFields_data()
+{
+    QTest::addColumn<QByteArray>("field");
+    QTest::addColumn<QString>("text");
+    QTest::newRow("order") << QByteArray("cbSortKind") << QStringLiteral("Сортировка");
+    QTest::newRow("model") << QByteArray("cbFilterModels") << QStringLiteral("Модель");
+    QTest::newRow("service") << QByteArray("cbFilterServiceState") << QStringLiteral("Сервис");
+    QTest::newRow("log's model") << QByteArray("cbLogFilterModels") << QStringLiteral("Модель");
+    QTest::newRow("log's number") << QByteArray("leLogFilterNum") << QStringLiteral("Номер");
+    QTest::newRow("log's operation") << QByteArray("cbLogFilterOperation") << QStringLiteral("Операция");
+}
+
+void TestGarageForm::itsLabelsNameTheirFields()
+{
+    QFETCH(QByteArray, field);
+    QFETCH(QString, text);
+    const auto database = createDatabase();
+    const GarageWindow window;
+    const auto *widget = window.find<QWidget>(field.constData());
+    QStringList names;
+    for (const QLabel *label : window.form->findChildren<QLabel *>()) {
+        if (label->buddy() == widget)
+            names.append(label->text());
+    }
+    QCOMPARE(names, QStringList(text));
+
+    for (QWidget *parent = widget->parentWidget(); parent; parent = parent->parentWidget()) {
+        if (const auto *box = qobject_cast<QGroupBox *>(parent))
+            QCOMPARE(box->title(), QStringLiteral("Фильтры"));
+    }
+}
+
+void TestGarageForm::itsArrowsPointToWhereTheCarsGo()
+{
+    const auto database = createDatabase();
+    const GarageWindow window;
+    const auto isShown = [&window](const char *button, const QString &icon) {
+        const QSize size(32, 32);
+        return window.find<QAbstractButton>(button)->icon().pixmap(size).toImage()
+            == QIcon(icon).pixmap(size).toImage();
+    };
+    QVERIFY(!QIcon(QStringLiteral(":/icons/iconMoveRight")).isNull());
+    QVERIFY(isShown("pbSetAvailable", QStringLiteral(":/icons/iconMoveRight")));
+    QVERIFY(isShown("pbRemoveAvailable", QStringLiteral(":/icons/iconMoveLeft")));
+    QVERIFY(!isShown("pbSetAvailable", QStringLiteral(":/icons/iconMoveLeft")));
+}
+
+void TestGarageForm::itsTablesDrawTheModulesGrid()
+{
+    const auto database = createDatabase();
+    const GarageWindow window;
+    for (const char *name : {"tvAllCars", "tvAvailableCars", "tvServiceLog"}) {
+        const QAbstractItemDelegate *delegate = window.find<QTreeView>(name)->itemDelegate();
+        QVERIFY(qobject_cast<const GridDelegate *>(delegate));
+        QCOMPARE(delegate, window.find<QTreeView>("tvAllCars")->itemDelegate());
+    }
+    const auto *table = window.find<QTreeView>("tvMaintainanceTable");
+    QVERIFY(qobject_cast<const MaintainanceDelegate *>(table->itemDelegate()));
+    QCOMPARE(table->itemDelegate()->parent(), table);
 }
 
 void TestGarageForm::itsTablesAreFlatLists()

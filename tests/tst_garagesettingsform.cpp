@@ -78,6 +78,8 @@ private slots:
     void eachWriteWaitsForTheOtherConnection();
 
     void fillsTheHostsDialog();
+    void itsTablesAreFlatLists();
+    void itsLayoutsAreAsAgreed();
 
 private:
     template<class Widget = QWidget> Widget *find(const char *name) const;
@@ -959,6 +961,42 @@ void TestGarageSettingsForm::fillsTheHostsDialog()
     m_host->resize(900, 700);
     QTRY_VERIFY(find<QTreeView>("tvServiceReglament")->width() > 850);
     QVERIFY(!find<QTreeView>("tvServiceReglament")->header()->stretchLastSection());
+}
+
+void TestGarageSettingsForm::itsTablesAreFlatLists()
+{
+    open();
+    for (const char *name : {"tvServiceOperations", "tvServiceReglament"}) {
+        const auto *view = find<QTreeView>(name);
+        QCOMPARE(view->frameShape(), QFrame::NoFrame);
+        QVERIFY(!view->rootIsDecorated());
+        QVERIFY(view->uniformRowHeights());
+        QVERIFY(!view->itemsExpandable());
+        QVERIFY(!view->expandsOnDoubleClick());
+        QVERIFY(qobject_cast<const GridDelegate *>(view->itemDelegate()));
+    }
+    QCOMPARE(find<QTreeView>("tvServiceOperations")->contextMenuPolicy(), Qt::ActionsContextMenu);
+    QCOMPARE(find<QTreeView>("tvServiceReglament")->selectionBehavior(), QAbstractItemView::SelectItems);
+    QVERIFY(!find<QTreeView>("tvServiceReglament")->wordWrap());
+}
+
+void TestGarageSettingsForm::itsLayoutsAreAsAgreed()
+{
+    open();
+    const auto *page = qobject_cast<QVBoxLayout *>(m_form->layout());
+    QVERIFY(page);
+    QCOMPARE(page->objectName(), QStringLiteral("verticalLayout"));
+    QCOMPARE(page->contentsMargins(), QMargins(4, 4, 4, 4));
+    QCOMPARE(page->itemAt(0)->widget(), find("groupBox_2"));
+    QCOMPARE(page->itemAt(1)->widget(), find("groupBox"));
+    for (const auto &[box, layout, stretch] :
+         {std::tuple("groupBox_2", "verticalLayout_3", 1), std::tuple("groupBox", "verticalLayout_2", 2)}) {
+        QCOMPARE(find(box)->layout()->objectName(), QLatin1String(layout));
+        QCOMPARE(find(box)->layout()->contentsMargins(), QMargins(0, 0, 0, 1));
+        QCOMPARE(find(box)->sizePolicy().verticalStretch(), stretch);
+    }
+    QCOMPARE(find("groupBox")->sizePolicy().horizontalPolicy(), QSizePolicy::Preferred);
+    QCOMPARE(find("groupBox")->sizePolicy().verticalPolicy(), QSizePolicy::Expanding);
 }
 
 QTEST_MAIN(TestGarageSettingsForm)

@@ -14,6 +14,7 @@ private slots:
     void eachCellHasAGridAndNoFocusFrame_data();
     void eachCellHasAGridAndNoFocusFrame();
     void theEditorFillsTheCell();
+    void aSelectedCellIsFilledWhole();
     void aTextThatIsCutOffIsShownAsAToolTip();
 };
 
@@ -62,6 +63,20 @@ void TestGridDelegate::theEditorFillsTheCell()
     option.rect = QRect(7, 9, 123, 21);
     delegate.updateEditorGeometry(&editor, option, {});
     QCOMPARE(editor.geometry(), option.rect);
+}
+
+void TestGridDelegate::aSelectedCellIsFilledWhole()
+{
+    class Opened : public GridDelegate
+    {
+    public:
+        using GridDelegate::initStyleOption;
+    };
+    QStandardItemModel model(1, 1);
+    QStyleOptionViewItem option;
+    option.showDecorationSelected = false;
+    Opened().initStyleOption(&option, model.index(0, 0));
+    QVERIFY(option.showDecorationSelected);
 }
 
 void TestGridDelegate::aTextThatIsCutOffIsShownAsAToolTip()

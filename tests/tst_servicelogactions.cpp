@@ -151,11 +151,16 @@ void TestServiceLogActions::deletingRemovesTheRecordTheUserSees()
     window.choose("cbLogFilterModels", 2); // records 4 and 2 are left
     QTest::mouseClick(log->viewport(), Qt::LeftButton, {},
                       log->visualRect(log->model()->index(1, 6)).center());
+    const int rowsBefore = log->model()->rowCount();
+    int rowsWhenAnnounced = -1;
+    connect(window.form.get(), &GarageForm::deleteOperation, this,
+            [&] { rowsWhenAnnounced = log->model()->rowCount(); });
     answer(QMessageBox::Yes);
     trigger(window, "actionDeleteMaintainanceItem");
     QVERIFY(allDialogsAnswered());
     QCOMPARE(log->model()->rowCount(), 1); // before the loader had its turn
     QCOMPARE(window.eventNames(), QStringList(QStringLiteral("deleteOperation")));
+    QCOMPARE(rowsWhenAnnounced, rowsBefore - 1);
     QCOMPARE(window.events.first().data,
              QJsonObject({{QStringLiteral("opId"), 2}, {QStringLiteral("remoteId"), 70}}));
     window.settle();

@@ -65,7 +65,9 @@ private slots:
     void aCancelledServiceChangesNothing();
     void anEarlierServiceLeavesTheShownDateUntilTheReload();
     void aLaterServiceShowsAtOnce();
+    void theRecordIsInTheFileWhenTheHostHearsOfIt();
     void aComplaintIsStoredOpen();
+    void aNewComplaintStartsNowAndMayNameAnOperation();
     void aSecondComplaintAmendsTheFirst();
     void aCancelledComplaintChangesNothing();
     void aComplaintComesFromTheHost_data();
@@ -241,6 +243,20 @@ void TestServiceRecording::aLaterServiceShowsAtOnce()
     window.settle();
 }
 
+void TestServiceRecording::theRecordIsInTheFileWhenTheHostHearsOfIt()
+{
+    const auto database = createSample();
+    GarageWindow window;
+    window.show();
+    int rows = -1;
+    connect(window.form.get(), &GarageForm::addRemoteOperation, this,
+            [&] { rows = database->value(QStringLiteral("SELECT count(*) FROM maintainance")).toInt(); });
+    onNextDialog([](QDialog &dialog) { press(dialog, QDialogButtonBox::Ok); });
+    clickCell(window, QStringLiteral("9"), QStringLiteral("Масло"));
+    QCOMPARE(rows, 1);
+    window.settle();
+}
+
 void TestServiceRecording::aComplaintIsStoredOpen()
 {
     const auto database = createSample();
@@ -264,6 +280,26 @@ void TestServiceRecording::aComplaintIsStoredOpen()
     const auto *view = window.find<QTreeView>("tvMaintainanceTable");
     const QModelIndex number = view->model()->index(window.visibleRowOf(QStringLiteral("3")), 2);
     QCOMPARE(number.data(Qt::BackgroundRole).value<QBrush>().color(), QColor(255, 127, 127));
+}
+
+void TestServiceRecording::aNewComplaintStartsNowAndMayNameAnOperation()
+{
+    const auto database = createSample();
+    GarageWindow window;
+    window.show();
+    onNextDialog([](QDialog &dialog) {
+        const QDateTime shown = in<QDateTimeEdit>(dialog, "deOperationDateTime")->dateTime();
+        QVERIFY(qAbs(shown.secsTo(QDateTime::currentDateTime())) <= 61);
+        QCOMPARE(shown.time().second(), 0);
+        auto *operation = in<QComboBox>(dialog, "cbOperation");
+        QVERIFY(operation->isEnabled());
+        operation->setCurrentIndex(operation->findText(QStringLiteral("Масло")));
+        press(dialog, QDialogButtonBox::Ok);
+    });
+    window.form->complainAboutCar({{QStringLiteral("carId"), 3}});
+    QCOMPARE(database->rows(QStringLiteral("SELECT operation_id,operation_state FROM maintainance")),
+             QStringList(QStringLiteral("1|0")));
+    window.settle();
 }
 
 void TestServiceRecording::aSecondComplaintAmendsTheFirst()
@@ -342,7 +378,11 @@ void TestServiceRecording::aSecondRequestRaisesTheOpenDialog()
     GarageWindow window;
     window.show();
     onNextDialog([&window](QDialog &dialog) {
+        QTRY_VERIFY(dialog.isActiveWindow());
+        window.form->activateWindow();
+        QTRY_VERIFY(!dialog.isActiveWindow());
         window.form->complainAboutCar({{QStringLiteral("carId"), 2}});
+        QTRY_VERIFY(dialog.isActiveWindow());
         QCOMPARE(QApplication::activeModalWidget(), &dialog);
         onNextDialog([](QDialog &other) {
             QCOMPARE(other.windowTitle(), QStringLiteral("Задание - RX  3"));
