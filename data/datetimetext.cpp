@@ -143,5 +143,10 @@ std::optional<int> DateTimeText::Reader::offsetAround(qint64 day)
 
 int DateTimeText::Reader::offsetAtStart(qint64 day)
 {
-    return QDateTime(QDate::fromJulianDay(day), QTime(0, 0), Qt::UTC).toLocalTime().offsetFromUtc();
+    auto known = m_startOffsets.constFind(day); // neighbouring days ask for the same starts
+    if (known == m_startOffsets.cend()) {
+        const QDateTime start(QDate::fromJulianDay(day), QTime(0, 0), Qt::UTC);
+        known = m_startOffsets.insert(day, start.toLocalTime().offsetFromUtc());
+    }
+    return *known;
 }

@@ -32,9 +32,11 @@ public:
 
 private:
     std::optional<int> offsetAround(qint64 day);
-    static int offsetAtStart(qint64 day);
+    int offsetAtStart(qint64 day);
 
-    QHash<qint64, std::optional<int>> m_offsets; ///< seconds; by Julian day in UTC; none: the clock changes
+    // Seconds, by Julian day in UTC.
+    QHash<qint64, std::optional<int>> m_offsets; ///< none: the clock changes around this day
+    QHash<qint64, int> m_startOffsets;
 };
 
 } // namespace DateTimeText
