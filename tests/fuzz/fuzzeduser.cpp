@@ -110,8 +110,13 @@ QList<QWidget *> namedChildren(const QWidget &window)
 
 FuzzedUser::FuzzedUser(HostAct whileOpen) : m_whileOpen(std::move(whileOpen))
 {
-    QObject::connect(&m_watch, &QTimer::timeout, &m_watch, [this] { answer(); });
-    m_watch.start(0);
+    watchWith(m_watch);
+}
+
+void FuzzedUser::watchWith(QTimer &timer)
+{
+    QObject::connect(&timer, &QTimer::timeout, &timer, [this] { answer(); });
+    timer.start(0);
 }
 
 void FuzzedUser::act(QWidget &window)
@@ -141,6 +146,9 @@ void FuzzedUser::answerDialog(QWidget &widget)
     const QPointer<QDialog> dialog = qobject_cast<QDialog *>(&widget);
     if (!dialog)
         qFatal("A modal window that is no dialog: %s", widget.metaObject()->className());
+    // The timer that led here does not fire again before this is over: a dialog within needs another.
+    QTimer innerWatch;
+    watchWith(innerWatch);
     ++m_answered;
     ++m_depth;
     for (int moves = m_bytes->below(4); moves > 0 && m_depth < deepest && dialog; --moves) {

@@ -25,6 +25,7 @@ public:
     int answeredDialogs() const { return m_answered; }
 
 private:
+    void watchWith(QTimer &timer);
     void answer();
     void answerDialog(QWidget &dialog);
     void useChildren(QWidget &window);
