@@ -5,6 +5,8 @@
 #include <sqlite3.h>
 
 #include <memory>
+#include <string>
+#include <vector>
 
 /// One connection of SQLite's C interface: what the same job costs with nothing on top. Failures end the
 /// program.
@@ -35,4 +37,4 @@ private:
 };
 
 /// The five statements of a reload, in their order.
-extern const char *const reloadStatements[5];
+const std::vector<std::string> &reloadStatements();

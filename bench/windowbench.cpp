@@ -1,19 +1,18 @@
 #include "bench/benchdata.h"
+#include "bench/instructioncount.h"
 #include "bench/registration.h"
+#include "bench/shownwindow.h"
 #include "data/garagestatistics.h"
-#include "garage/garageform.h"
-#include "settings/garagesettingsform.h"
+#include "tests/support/resources.h"
 
 #include <benchmark/benchmark.h>
 
 #include <QAbstractScrollArea>
 #include <QCoreApplication>
 #include <QElapsedTimer>
-#include <QEventLoop>
 #include <QPainter>
 #include <QScrollBar>
 #include <QStyledItemDelegate>
-#include <QTabWidget>
 #include <QTimer>
 #include <QTreeView>
 
@@ -27,50 +26,6 @@ namespace {
 constexpr int gapReloads = 20;
 constexpr int manyCars = 2000;
 constexpr double msPerSecond = 1000;
-
-/// The garage window on the file of a shape, shown and loaded.
-class ShownWindow final
-{
-public:
-    explicit ShownWindow(const BenchShape &shape) : m_home(shape)
-    {
-        m_home.enter();
-        m_settings = std::make_unique<GarageSettingsForm>();
-        m_form = std::make_unique<GarageForm>();
-        m_form->setReglament(m_settings->reglamentModel());
-        m_form->resize(1920, 1080);
-        m_form->findChild<QTabWidget *>()->setCurrentIndex(1);
-        QObject::connect(m_form.get(), &GarageForm::reloadGarageStats, &m_loop, [this] { ++m_awaited; });
-        // After the window's own slot, so that what it changed is painted next.
-        QObject::connect(
-            &m_form->updater(), &GarageUpdater::garageStatsUpdated, &m_loop, [this] { --m_awaited; },
-            Qt::QueuedConnection);
-        m_form->show();
-        waitForReload();
-    }
-
-    void reload()
-    {
-        emit m_form->reloadGarageStats();
-        waitForReload();
-    }
-
-    QTreeView *table() const { return m_form->findChild<QTreeView *>(QStringLiteral("tvMaintainanceTable")); }
-
-private:
-    void waitForReload()
-    {
-        while (m_awaited > 0)
-            m_loop.processEvents(QEventLoop::WaitForMoreEvents);
-        m_loop.processEvents();
-    }
-
-    const BenchHome m_home;
-    QEventLoop m_loop;
-    int m_awaited = 0;
-    std::unique_ptr<GarageSettingsForm> m_settings;
-    std::unique_ptr<GarageForm> m_form;
-};
 
 /// Computing time of the calling thread: on a busy machine what the clock would show on an idle one.
 double threadMs()
@@ -149,6 +104,7 @@ void repaint(benchmark::State &state, const BenchShape &shape, bool plain)
     PlainGridDelegate delegate;
     if (plain)
         window.table()->setItemDelegate(&delegate);
+    const InstructionCount count;
     for (auto _ : state)
         window.table()->viewport()->repaint();
 }
@@ -161,6 +117,25 @@ void scrollPage(benchmark::State &state)
     for (auto _ : state) {
         bar->setValue(bar->value() == bar->maximum() ? 0 : bar->value() + bar->pageStep());
         table->viewport()->repaint();
+    }
+}
+
+/// What the window holds of a shape's journal, by its heap.
+qint64 heapOfWindow(const BenchShape &shape)
+{
+    const qint64 before = Resources::now().heapBytes;
+    const ShownWindow window(shape);
+    return Resources::now().heapBytes - before;
+}
+
+/// Compares two lengths of the journal, so that the window's own share drops out.
+void memoryPerRecord(benchmark::State &state)
+{
+    const BenchShape tenth = journalShape.scaled(0.1, "journal-0.1");
+    heapOfWindow(tenth); // what is made once
+    for (auto _ : state) {
+        const qint64 bytes = heapOfWindow(journalShape) - heapOfWindow(tenth);
+        state.counters["bytes_per_record"] = double(bytes) / (journalShape.records - tenth.records);
     }
 }
 
@@ -209,6 +184,7 @@ void sortCars(benchmark::State &state, const BenchShape &shape, int mode)
     cars.model().setSortMode(mode);
     const int column = cars.model().columnCount() - 1;
     bool ascending = false;
+    const InstructionCount count;
     for (auto _ : state) {
         ascending = !ascending;
         cars.proxy().sort(column, ascending ? Qt::AscendingOrder : Qt::DescendingOrder);
@@ -219,6 +195,7 @@ void filterCarsByModel(benchmark::State &state, const BenchShape &shape)
 {
     ManyCars cars(shape);
     int on = 0;
+    const InstructionCount count;
     for (auto _ : state) {
         on = 1 - on;
         cars.proxy().setModelFilter(cars.modelName(), on);
@@ -229,16 +206,19 @@ void filterCarsByNeed(benchmark::State &state, const BenchShape &shape)
 {
     ManyCars cars(shape);
     int on = 0;
+    const InstructionCount count;
     for (auto _ : state) {
         on = 1 - on;
         cars.proxy().setNeedsServiceOnly(on);
     }
 }
 
+using LogFilterChange = void (*)(ServiceLogFilter &, bool);
+
 /// `change` sets one filter to one of two values in turn.
-void filterLog(benchmark::State &state, void (*change)(ServiceLogFilter &, bool))
+void filterLog(benchmark::State &state, const BenchShape &shape, LogFilterChange change)
 {
-    const BenchHome home(journalShape);
+    const BenchHome home(shape);
     home.enter();
     ServiceLogModel model;
     ServiceLogFilter filter;
@@ -251,11 +231,29 @@ void filterLog(benchmark::State &state, void (*change)(ServiceLogFilter &, bool)
         model.append(GarageStatistics::readServiceLog(database));
     }
     bool on = false;
+    const InstructionCount count;
     for (auto _ : state) {
         on = !on;
         change(filter, on);
     }
 }
+
+constexpr std::pair<const char *, LogFilterChange> logFilterChanges[] = {
+    {"model",
+     [](ServiceLogFilter &filter, bool on) {
+         filter.setModelFilter(on ? QStringLiteral("Модель 1") : QString());
+     }},
+    {"number",
+     [](ServiceLogFilter &filter, bool on) { filter.setNumberFilter(on ? QStringLiteral("1") : QString()); }},
+    {"operation",
+     [](ServiceLogFilter &filter, bool on) {
+         filter.setOperationFilter(on ? 1 : ServiceLogFilter::anyOperation);
+     }},
+    {"pending",
+     [](ServiceLogFilter &filter, bool on) {
+         filter.setOperationFilter(on ? ServiceLogFilter::pendingOnly : ServiceLogFilter::anyOperation);
+     }},
+};
 
 } // namespace
 
@@ -268,37 +266,32 @@ void registerWindowBenchmarks()
             ->UseManualTime()
             ->Iterations(gapReloads);
 
-    for (const auto &[name, shape] : {std::pair("paint/wide", wideTableShape), {"paint/small", smallShape}}) {
-        for (const auto &[variant, plain] : {std::pair("/plain", true), {"/garage", false}})
-            RegisterBenchmark((std::string(name) + variant).c_str(), repaint, shape, plain)
-                ->Unit(kMillisecond)
-                ->MeasureProcessCPUTime();
+    for (const auto &[variant, plain] : {std::pair("/plain", true), {"/garage", false}}) {
+        RegisterBenchmark((std::string("paint/wide") + variant).c_str(), repaint, wideTableShape, plain)
+            ->Unit(kMillisecond)
+            ->MeasureProcessCPUTime();
+        RegisterBenchmark((std::string("count/paint") + variant).c_str(), repaint, smallShape, plain)
+            ->Iterations(countedIterations);
     }
+    RegisterBenchmark("memory/journal", memoryPerRecord)->Unit(kMillisecond)->Iterations(1);
     RegisterBenchmark("scroll/wide", scrollPage)->Unit(kMillisecond)->MeasureProcessCPUTime();
 
     const char *const sortNames[] = {"last-done", "time", "runs", "laps", "model-and-number"};
-    for (int mode = 0; mode < 5; ++mode)
-        RegisterBenchmark((std::string("sort/") + sortNames[mode]).c_str(), sortCars, wideTableShape, mode)
+    for (int mode = 0; mode < 5; ++mode) {
+        const std::string sort = std::string("sort/") + sortNames[mode];
+        RegisterBenchmark(sort.c_str(), sortCars, wideTableShape, mode)->Unit(kMillisecond);
+        RegisterBenchmark(("count/" + sort).c_str(), sortCars, smallShape, mode)
+            ->Iterations(countedIterations);
+    }
+    for (const auto &[name, run] : {std::pair(std::string("filter/model"), filterCarsByModel),
+                                    {"filter/needs-service", filterCarsByNeed}}) {
+        RegisterBenchmark(name.c_str(), run, wideTableShape)->Unit(kMillisecond);
+        RegisterBenchmark(("count/" + name).c_str(), run, smallShape)->Iterations(countedIterations);
+    }
+    for (const auto &[name, change] : logFilterChanges) {
+        RegisterBenchmark((std::string("log-filter/") + name).c_str(), filterLog, journalShape, change)
             ->Unit(kMillisecond);
-    RegisterBenchmark("filter/model", filterCarsByModel, wideTableShape)->Unit(kMillisecond);
-    RegisterBenchmark("filter/needs-service", filterCarsByNeed, wideTableShape)->Unit(kMillisecond);
-    RegisterBenchmark("small-sort/last-done", sortCars, smallShape, 0)->Unit(kMillisecond);
-    RegisterBenchmark("small-filter/needs-service", filterCarsByNeed, smallShape)->Unit(kMillisecond);
-
-    const auto byModel = [](ServiceLogFilter &filter, bool on) {
-        filter.setModelFilter(on ? QStringLiteral("Модель 1") : QString());
-    };
-    const auto byNumber = [](ServiceLogFilter &filter, bool on) {
-        filter.setNumberFilter(on ? QStringLiteral("1") : QString());
-    };
-    const auto byOperation = [](ServiceLogFilter &filter, bool on) {
-        filter.setOperationFilter(on ? 1 : ServiceLogFilter::anyOperation);
-    };
-    const auto byPending = [](ServiceLogFilter &filter, bool on) {
-        filter.setOperationFilter(on ? ServiceLogFilter::pendingOnly : ServiceLogFilter::anyOperation);
-    };
-    RegisterBenchmark("log-filter/model", filterLog, +byModel)->Unit(kMillisecond);
-    RegisterBenchmark("log-filter/number", filterLog, +byNumber)->Unit(kMillisecond);
-    RegisterBenchmark("log-filter/operation", filterLog, +byOperation)->Unit(kMillisecond);
-    RegisterBenchmark("log-filter/pending", filterLog, +byPending)->Unit(kMillisecond);
+        RegisterBenchmark((std::string("count/log-filter/") + name).c_str(), filterLog, smallShape, change)
+            ->Iterations(countedIterations);
+    }
 }
