@@ -59,9 +59,20 @@ void RemoteStore::setState(const QVector<int> &ids, RemoteRecord::State state)
 
 void RemoteStore::markDeleted(int remoteId, int localId)
 {
-    m_connection.exec(QStringLiteral("UPDATE remote_records SET state=? WHERE (id=? AND ?>=0) OR "
-                                     "(local_id=? AND ?>=0)"),
-                      {RemoteRecord::Deleted, remoteId, remoteId, localId, localId});
+    HostTransaction transaction(m_connection);
+    if (remoteId >= 0)
+        m_connection.exec(QStringLiteral("UPDATE remote_records SET state=? WHERE id=?"),
+                          {RemoteRecord::Deleted, remoteId});
+    if (localId >= 0) {
+        // What is still on its way finds nothing to close there: it will be stored as a record of its own,
+        // which another word of this deletion does not concern.
+        m_connection.exec(
+            QStringLiteral("UPDATE remote_records SET local_id=-1 WHERE local_id=? AND state=?"),
+            {localId, RemoteRecord::Sent});
+        m_connection.exec(QStringLiteral("UPDATE remote_records SET state=? WHERE local_id=?"),
+                          {RemoteRecord::Deleted, localId});
+    }
+    transaction.commit();
 }
 
 QVector<RemoteRecord> RemoteStore::latest(int limit)

@@ -23,6 +23,7 @@ private slots:
     void recordsWaitUntilThePluginAsks();
     void aJournalRecordMarkedDoneComesBackOnce();
     void theRemoteSideFollowsDeletions();
+    void aDeletionSparesWhatIsOnItsWay();
     void aMissingArchiveRowIsFound();
     void newRecordsNeverTakeAnIdThatTheTrackKnows();
     void carsAreSwitchedFromAfar();
@@ -178,6 +179,29 @@ void TestRemoteLoop::theRemoteSideFollowsDeletions()
          {{QStringLiteral("remoteId"), -1}, {QStringLiteral("localId"), complaint.localId}}});
     QTRY_COMPARE(host->remote().store().count(RemoteRecord::Deleted), 1);
     QVERIFY(host->remote().checkArchive().isGood());
+}
+
+void TestRemoteLoop::aDeletionSparesWhatIsOnItsWay()
+{
+    const std::unique_ptr<DemoHost> host = makeHost();
+    RemoteStore &store = host->remote().store();
+    RemoteRecord record;
+    record.localId = 7;
+    record.state = RemoteRecord::Sent;
+    const int sent = store.add(record);
+    record.state = RemoteRecord::Waiting;
+    store.add(record);
+
+    store.markDeleted(-1, 7);
+    QCOMPARE(store.count(RemoteRecord::Sent), 1);
+    QCOMPARE(store.count(RemoteRecord::Deleted), 1);
+
+    // It was stored as a record of its own; that the other is deleted may be said twice.
+    store.setState({sent}, RemoteRecord::Archived);
+    store.markDeleted(-1, 7);
+    QCOMPARE(store.count(RemoteRecord::Archived), 1);
+    store.markDeleted(sent, 8);
+    QCOMPARE(store.count(RemoteRecord::Archived), 0);
 }
 
 void TestRemoteLoop::aMissingArchiveRowIsFound()
