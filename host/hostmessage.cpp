@@ -11,13 +11,17 @@ const QLatin1String dataKey("data");
 
 QByteArray HostMessage::toJsonLine() const
 {
+    return toJsonLine(module, event, QJsonDocument(data).toJson(QJsonDocument::Compact));
+}
+
+QByteArray HostMessage::toJsonLine(const QString &module, const QString &event, const QByteArray &payload)
+{
     // Written by hand around the payload so that the keys stand in the order in which people read them.
     const auto quoted = [](const QString &text) {
         const QByteArray list = QJsonDocument(QJsonArray {text}).toJson(QJsonDocument::Compact);
         return list.mid(1, list.size() - 2);
     };
-    return "{\"module\":" + quoted(module) + ",\"event\":" + quoted(event)
-        + ",\"data\":" + QJsonDocument(data).toJson(QJsonDocument::Compact) + '}';
+    return "{\"module\":" + quoted(module) + ",\"event\":" + quoted(event) + ",\"data\":" + payload + '}';
 }
 
 std::optional<HostMessage> HostMessage::fromJsonLine(const QByteArray &line)

@@ -15,6 +15,8 @@ struct HostMessage
 
     /// {"module":…,"event":…,"data":{…}} on one line, UTF-8, without a line end.
     QByteArray toJsonLine() const;
+    /// The same of a payload that is text already.
+    static QByteArray toJsonLine(const QString &module, const QString &event, const QByteArray &payload);
     /// Nothing if the line is not a JSON object with a non-empty "event"; other keys may be missing.
     static std::optional<HostMessage> fromJsonLine(const QByteArray &line);
 };

@@ -9,15 +9,25 @@
 namespace {
 
 constexpr int mostEntries = 20000;
-constexpr qint64 mostBytes = 8 << 20; // of JSON text; in memory it takes a multiple of that
+constexpr qint64 mostBytes = 8 << 20;
 
 } // namespace
 
+QJsonObject JournalModel::Entry::data() const
+{
+    return QJsonDocument::fromJson(payload).object();
+}
+
 QByteArray JournalModel::Entry::toJsonLine() const
+{
+    return HostMessage::toJsonLine(module, event, payload);
+}
+
+QByteArray JournalModel::Entry::toStampedJsonLine() const
 {
     const QByteArray head = "{\"time\":\"" + time.toUTC().toString(Qt::ISODateWithMs).toLatin1()
         + "\",\"direction\":\"" + (toPlugin ? "toPlugin" : "fromPlugin") + "\",";
-    return head + message.toJsonLine().mid(1);
+    return head + toJsonLine().mid(1);
 }
 
 JournalModel::JournalModel(PluginHost &plugin, QObject *parent) : QAbstractTableModel(parent)
@@ -52,11 +62,11 @@ QVariant JournalModel::data(const QModelIndex &index, int role) const
     case DirectionColumn:
         return shown.toPlugin ? tr("→ плагину") : tr("← хосту");
     case ModuleColumn:
-        return shown.message.module;
+        return shown.module;
     case EventColumn:
-        return shown.message.event;
+        return shown.event;
     default:
-        return QLocale().toString(shown.size);
+        return QLocale().toString(shown.payload.size());
     }
 }
 
@@ -81,7 +91,7 @@ QString JournalModel::save(const QString &fileName) const
     if (!file.open(QIODevice::WriteOnly))
         return file.errorString();
     for (const Entry &saved : m_entries)
-        file.write(saved.toJsonLine() + '\n');
+        file.write(saved.toStampedJsonLine() + '\n');
     return file.commit() ? QString() : file.errorString();
 }
 
@@ -90,9 +100,9 @@ void JournalModel::append(bool toPlugin, const HostMessage &message)
     if (m_entries.size() >= mostEntries || m_bytes >= mostBytes)
         dropOldest();
     beginInsertRows({}, m_entries.size(), m_entries.size());
-    m_entries.append({QDateTime::currentDateTime(), toPlugin, message,
-                      QJsonDocument(message.data).toJson(QJsonDocument::Compact).size()});
-    m_bytes += m_entries.last().size;
+    m_entries.append({QDateTime::currentDateTime(), toPlugin, message.module, message.event,
+                      QJsonDocument(message.data).toJson(QJsonDocument::Compact)});
+    m_bytes += m_entries.last().payload.size();
     endInsertRows();
 }
 
@@ -102,7 +112,7 @@ void JournalModel::dropOldest()
     const int count = (m_entries.size() + 9) / 10;
     beginRemoveRows({}, 0, count - 1);
     for (int row = 0; row < count; ++row)
-        m_bytes -= m_entries.at(row).size;
+        m_bytes -= m_entries.at(row).payload.size();
     m_entries.remove(0, count);
     endRemoveRows();
 }

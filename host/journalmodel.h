@@ -20,11 +20,15 @@ public:
     {
         QDateTime time;
         bool toPlugin;
-        HostMessage message;
-        int size; // bytes of compact JSON
+        QString module;
+        QString event;
+        QByteArray payload; // compact JSON; as objects it would take a multiple of the memory
 
-        /// As HostMessage::toJsonLine(), with "time" and "direction" ("toPlugin" or "fromPlugin") added.
+        QJsonObject data() const;
+        /// As HostMessage::toJsonLine().
         QByteArray toJsonLine() const;
+        /// With "time" and "direction" ("toPlugin" or "fromPlugin") added.
+        QByteArray toStampedJsonLine() const;
     };
 
     explicit JournalModel(PluginHost &plugin, QObject *parent = nullptr);
@@ -41,9 +45,8 @@ public:
 
 private:
     void append(bool toPlugin, const HostMessage &message);
-
     void dropOldest();
 
     QVector<Entry> m_entries;
-    qint64 m_bytes = 0; ///< sum of the entries' sizes
+    qint64 m_bytes = 0; ///< of all payloads
 };

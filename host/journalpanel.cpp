@@ -61,10 +61,10 @@ bool JournalFilter::filterAcceptsRow(int sourceRow, const QModelIndex &sourcePar
 {
     if (sourceParent.isValid())
         return false;
-    const HostMessage &message = m_journal.entry(sourceRow).message;
-    if (!m_event.isEmpty() && message.event != m_event)
+    const JournalModel::Entry &entry = m_journal.entry(sourceRow);
+    if (!m_event.isEmpty() && entry.event != m_event)
         return false;
-    return m_text.isEmpty() || QString::fromUtf8(message.toJsonLine()).contains(m_text, Qt::CaseInsensitive);
+    return m_text.isEmpty() || QString::fromUtf8(entry.toJsonLine()).contains(m_text, Qt::CaseInsensitive);
 }
 
 JournalPanel::JournalPanel(JournalModel &journal, PluginHost &plugin, QWidget *parent)
@@ -180,7 +180,7 @@ QWidget *JournalPanel::makeSendDesk()
 void JournalPanel::showCurrent()
 {
     const QModelIndex index = m_filter.mapToSource(m_table->currentIndex());
-    const QJsonObject payload = index.isValid() ? m_journal.entry(index.row()).message.data : QJsonObject();
+    const QJsonObject payload = index.isValid() ? m_journal.entry(index.row()).data() : QJsonObject();
     m_details->setPlainText(index.isValid() ? QString::fromUtf8(QJsonDocument(payload).toJson()) : QString());
 }
 
@@ -188,8 +188,7 @@ void JournalPanel::copyCurrent()
 {
     const QModelIndex index = m_filter.mapToSource(m_table->currentIndex());
     if (index.isValid())
-        QApplication::clipboard()->setText(
-            QString::fromUtf8(m_journal.entry(index.row()).message.toJsonLine()));
+        QApplication::clipboard()->setText(QString::fromUtf8(m_journal.entry(index.row()).toJsonLine()));
 }
 
 void JournalPanel::chooseAndSave()
@@ -246,7 +245,7 @@ void JournalPanel::sendByHand()
 
 void JournalPanel::rememberEvent(int row)
 {
-    const QString event = m_journal.entry(row).message.event;
+    const QString event = m_journal.entry(row).event;
     if (m_eventFilter->findText(event) < 0)
         m_eventFilter->addItem(event);
 }

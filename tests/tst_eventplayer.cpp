@@ -41,7 +41,7 @@ QStringList TestEventPlayer::toldEvents(const JournalModel &journal)
     QStringList events;
     for (int row = 0; row < journal.rowCount(); ++row) {
         if (journal.entry(row).toPlugin)
-            events.append(journal.entry(row).message.event);
+            events.append(journal.entry(row).event);
     }
     return events;
 }
@@ -65,7 +65,7 @@ void TestEventPlayer::eventsArePlayedInOrderWithWaits()
     QCOMPARE(pictures.first().first().toString(), QStringLiteral("one"));
     QCOMPARE(toldEvents(journal),
              (QStringList {QStringLiteral("run_closed"), QStringLiteral("car_complain")}));
-    QCOMPARE(journal.entry(2).message.data.value(QLatin1String("carId")).toInt(), 3);
+    QCOMPARE(journal.entry(2).data().value(QLatin1String("carId")).toInt(), 3);
 }
 
 void TestEventPlayer::aBadLineIsNamed_data()
@@ -108,7 +108,7 @@ void TestEventPlayer::aWaitForTheAnswerEndsWithIt()
     QVERIFY(finished.wait());
     QStringList events;
     for (int row = 0; row < journal.rowCount(); ++row)
-        events.append(journal.entry(row).message.event);
+        events.append(journal.entry(row).event);
     QVERIFY(events.indexOf(QStringLiteral("update_pending_service"))
             < events.indexOf(QStringLiteral("run_closed")));
     QVERIFY(events.contains(QStringLiteral("update_pending_service")));
@@ -149,7 +149,7 @@ void TestEventPlayer::aSavedJournalPlaysWhatThePluginWasTold()
     player.start();
     QVERIFY(finished.wait());
     QCOMPARE(toldEvents(second), (QStringList {QStringLiteral("run_closed"), QStringLiteral("clicked")}));
-    QCOMPARE(second.entry(0).message.data, journal.entry(0).message.data);
+    QCOMPARE(second.entry(0).data(), journal.entry(0).data());
 }
 
 void TestEventPlayer::theJournalDropsItsOldestMessagesBeforeTheyFillTheMemory()
@@ -167,7 +167,7 @@ void TestEventPlayer::theJournalDropsItsOldestMessagesBeforeTheyFillTheMemory()
     const int rows = journal.rowCount();
     QVERIFY(rows >= 5);
     for (int row = 0; row < rows; ++row)
-        QCOMPARE(journal.entry(row).message.event, QString::number(40 - rows + row));
+        QCOMPARE(journal.entry(row).event, QString::number(40 - rows + row));
 
     journal.clear();
     emit plugin.received({QString(), QStringLiteral("small"), {}});

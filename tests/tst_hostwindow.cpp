@@ -68,8 +68,8 @@ QJsonObject TestHostWindow::Stage::lastTold(const QString &event) const
 {
     const JournalModel &journal = host->journal();
     for (int row = journal.rowCount() - 1; row >= 0; --row) {
-        if (journal.entry(row).toPlugin && journal.entry(row).message.event == event)
-            return journal.entry(row).message.data;
+        if (journal.entry(row).toPlugin && journal.entry(row).event == event)
+            return journal.entry(row).data();
     }
     return {};
 }
@@ -79,7 +79,7 @@ int TestHostWindow::Stage::countTold(const QString &event) const
     int count = 0;
     const JournalModel &journal = host->journal();
     for (int row = 0; row < journal.rowCount(); ++row)
-        count += journal.entry(row).toPlugin && journal.entry(row).message.event == event ? 1 : 0;
+        count += journal.entry(row).toPlugin && journal.entry(row).event == event ? 1 : 0;
     return count;
 }
 

@@ -71,8 +71,8 @@ const PendingService *TestRemoteLoop::find(DemoHost &host, bool complaint)
 QJsonObject TestRemoteLoop::lastHeard(DemoHost &host, const QString &event)
 {
     for (int row = host.journal().rowCount() - 1; row >= 0; --row) {
-        if (host.journal().entry(row).message.event == event)
-            return host.journal().entry(row).message.data;
+        if (host.journal().entry(row).event == event)
+            return host.journal().entry(row).data();
     }
     return {};
 }

@@ -14,7 +14,7 @@ int countEvents(const JournalModel &journal, const QString &event)
 {
     int count = 0;
     for (int row = 0; row < journal.rowCount(); ++row)
-        count += journal.entry(row).message.event == event ? 1 : 0;
+        count += journal.entry(row).event == event ? 1 : 0;
     return count;
 }
 
