@@ -49,5 +49,8 @@ QString HostDatabase::prepare(const HostHome &home)
 bool HostDatabase::isBlank(const HostHome &home)
 {
     HostConnection connection(home.databasePath());
-    return connection.value(QStringLiteral("SELECT count(*) FROM cars")).toInt() == 0;
+    const QVariant isUsed = connection.value(QStringLiteral(
+        "SELECT EXISTS (SELECT 1 FROM cars) OR EXISTS (SELECT 1 FROM personal) OR EXISTS (SELECT 1 FROM "
+        "service_operations) OR EXISTS (SELECT 1 FROM maintainance) OR EXISTS (SELECT 1 FROM laps)"));
+    return isUsed.isValid() && !isUsed.toBool();
 }

@@ -10,7 +10,7 @@ namespace HostDatabase {
 /// Makes the folder, the file and whatever tables are missing. An error text, or empty.
 QString prepare(const HostHome &home);
 
-/// True if nobody has put cars into the file yet.
+/// True if nothing has been put into the file yet. Without its cars a used file is not blank.
 bool isBlank(const HostHome &home);
 
 } // namespace HostDatabase

@@ -72,6 +72,7 @@ private slots:
     void aPlayFileWithABadLineIsNamed();
     void withoutADisplayTheWindowIsPhotographed();
     void theDatabaseLiesInTheHomeAndIsKept();
+    void aFileWithoutItsCarsIsKept();
     void freshStartsOver();
     void documentsAreOnlyTouchedWhenAskedFor();
     void theTourWritesNothingIntoRealDocuments();
@@ -306,6 +307,19 @@ void TestGarageHost::theDatabaseLiesInTheHomeAndIsKept()
     QCOMPARE(runStdio({}).exitCode, 0);
     const TestDatabase database(hostDatabase(), false);
     QCOMPARE(database.value(QStringLiteral("SELECT count(*) FROM cars")).toInt(), 5);
+}
+
+void TestGarageHost::aFileWithoutItsCarsIsKept()
+{
+    QCOMPARE(runStdio({}).exitCode, 0);
+    {
+        const TestDatabase database(hostDatabase(), false);
+        database.exec(QStringLiteral("DELETE FROM cars"));
+    }
+    QCOMPARE(runStdio({}).exitCode, 0);
+    const TestDatabase database(hostDatabase(), false);
+    QCOMPARE(database.value(QStringLiteral("SELECT count(*) FROM cars")).toInt(), 0);
+    QVERIFY(database.value(QStringLiteral("SELECT count(*) FROM laps")).toInt() > 0);
 }
 
 void TestGarageHost::freshStartsOver()
