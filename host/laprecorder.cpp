@@ -5,27 +5,40 @@
 
 #include <utility>
 
-LapRecorder::LapRecorder(const QString &databasePath) : m_path(databasePath)
+namespace {
+constexpr int retryDelay = 500; // milliseconds
+} // namespace
+
+LapRecorder::LapRecorder(const QString &databasePath) : m_path(databasePath), m_retry(this)
 {
+    m_retry.setSingleShot(true);
+    m_retry.setInterval(retryDelay);
+    connect(&m_retry, &QTimer::timeout, this, &LapRecorder::saveWaiting);
 }
 
 LapRecorder::~LapRecorder()
 {
-    if (!m_waiting.isEmpty())
+    if (!m_waiting.isEmpty() && open())
         writeWaiting();
 }
 
 void LapRecorder::record(const QVector<RecordedLap> &laps, const QVector<int> &finishedRuns)
 {
-    if (!m_connection)
-        open();
     m_waiting += laps;
     m_waitingRuns += finishedRuns;
+    // Each attempt on a locked file takes seconds: what comes in meanwhile joins the next one.
+    if (!m_retry.isActive())
+        saveWaiting();
+}
+
+void LapRecorder::saveWaiting()
+{
     if (m_waiting.isEmpty() && m_waitingRuns.isEmpty())
         return;
     const int count = m_waiting.size();
-    if (!writeWaiting()) {
+    if (!open() || !writeWaiting()) {
         emit failed(m_connection->errorText());
+        m_retry.start();
         return;
     }
     emit lapsSaved(count);
@@ -34,10 +47,17 @@ void LapRecorder::record(const QVector<RecordedLap> &laps, const QVector<int> &f
         emit runSaved(m_runIds.take(run));
 }
 
-void LapRecorder::open()
+bool LapRecorder::open()
 {
-    m_connection = std::make_unique<HostConnection>(m_path);
-    m_lastRunId = m_connection->value(QStringLiteral("SELECT max(run_id) FROM laps")).toInt();
+    if (m_lastRunId >= 0)
+        return true;
+    if (!m_connection)
+        m_connection = std::make_unique<HostConnection>(m_path);
+    const QVariant last = m_connection->value(QStringLiteral("SELECT ifnull(max(run_id),0) FROM laps"));
+    // Ids that start over would mix new runs with old ones.
+    if (last.isValid())
+        m_lastRunId = last.toInt();
+    return last.isValid();
 }
 
 bool LapRecorder::writeWaiting()

@@ -3,6 +3,7 @@
 #include <QHash>
 #include <QMetaType>
 #include <QObject>
+#include <QTimer>
 #include <QVector>
 
 #include <memory>
@@ -20,7 +21,7 @@ struct RecordedLap
 Q_DECLARE_METATYPE(QVector<RecordedLap>)
 
 /// Writes laps as a timing system does: in a thread and a connection of its own, in short transactions. Laps
-/// that meet a locked database are kept and written later.
+/// that meet a locked database are kept and tried again by itself.
 class LapRecorder final : public QObject
 {
     Q_OBJECT
@@ -38,14 +39,16 @@ signals:
     void failed(const QString &reason);
 
 private:
-    void open();
+    void saveWaiting();
+    bool open();
     bool writeWaiting();
     int runIdOf(int runNumber);
 
     const QString m_path;
     std::unique_ptr<HostConnection> m_connection;
+    QTimer m_retry;
     QVector<RecordedLap> m_waiting;
     QVector<int> m_waitingRuns;
     QHash<int, int> m_runIds; // by run number, of runs not yet finished
-    int m_lastRunId = 0;
+    int m_lastRunId = -1; // negative until it has been read
 };

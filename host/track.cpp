@@ -11,18 +11,21 @@ constexpr int longestTick = 1000; // after a hold-up of the program karts do not
 } // namespace
 
 Track::Track(const QString &databasePath, FleetDesk &desk, PluginHost &plugin, quint32 seed, QObject *parent)
-    : QObject(parent), m_desk(desk), m_plugin(plugin), m_simulation(seed)
+    : QObject(parent)
+    , m_desk(desk)
+    , m_plugin(plugin)
+    , m_simulation(seed)
+    , m_recorder(new LapRecorder(databasePath))
 {
     qRegisterMetaType<QVector<RecordedLap>>("QVector<RecordedLap>");
     qRegisterMetaType<QVector<int>>("QVector<int>");
 
-    auto *recorder = new LapRecorder(databasePath);
-    recorder->moveToThread(&m_thread);
-    connect(&m_thread, &QThread::finished, recorder, &QObject::deleteLater);
-    connect(this, &Track::recordRequested, recorder, &LapRecorder::record);
-    connect(recorder, &LapRecorder::runSaved, this, &Track::onRunSaved);
-    connect(recorder, &LapRecorder::failed, this, &Track::failed);
-    connect(recorder, &LapRecorder::lapsSaved, this, [this](int count) {
+    m_recorder->moveToThread(&m_thread);
+    connect(&m_thread, &QThread::finished, m_recorder, &QObject::deleteLater);
+    connect(this, &Track::recordRequested, m_recorder, &LapRecorder::record);
+    connect(m_recorder, &LapRecorder::runSaved, this, &Track::onRunSaved);
+    connect(m_recorder, &LapRecorder::failed, this, &Track::failed);
+    connect(m_recorder, &LapRecorder::lapsSaved, this, [this](int count) {
         m_savedLaps += count;
         emit changed();
     });
@@ -39,7 +42,9 @@ Track::Track(const QString &databasePath, FleetDesk &desk, PluginHost &plugin, q
 
 Track::~Track()
 {
-    m_thread.quit();
+    // Queued behind the laps that the recorder has not taken yet.
+    QMetaObject::invokeMethod(
+        m_recorder, [this] { m_thread.quit(); }, Qt::QueuedConnection);
     m_thread.wait();
 }
 

@@ -54,6 +54,7 @@ private:
     FleetDesk &m_desk;
     PluginHost &m_plugin;
     RaceSimulation m_simulation;
+    LapRecorder *m_recorder; // lives and ends in the thread
     QThread m_thread;
     QTimer m_clock;
     QElapsedTimer m_sinceTick;

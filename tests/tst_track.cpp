@@ -32,6 +32,8 @@ private slots:
     void withoutCarsNobodyDrives();
     void lapsGoIntoTheFileAndRunsGetNewIds();
     void lapsThatMeetALockAreKept();
+    void runIdsWaitForALockedFile();
+    void lapsOnTheirWayReachTheFileAtTheEnd();
     void aRunByHandIsAnnounced();
     void liveRunsAreAnnouncedAndLieInTheRealPast();
     void bigNewsIsNotAnnouncedFasterThanItIsAnswered();
@@ -116,8 +118,35 @@ void TestTrack::lapsThatMeetALockAreKept()
     QCOMPARE(runs.count(), 0);
     database->exec(QStringLiteral("COMMIT"));
     recorder.record({{7, 2, 0, 40000}}, {});
-    QCOMPARE(runs.count(), 1);
+    QTRY_COMPARE(runs.count(), 1);
     QCOMPARE(database->value(QStringLiteral("SELECT count(*) FROM laps")).toInt(), 2);
+}
+
+void TestTrack::runIdsWaitForALockedFile()
+{
+    const std::unique_ptr<TestDatabase> database = createDatabase();
+    database->addLap(1, 41, QStringLiteral("2026-01-01T10:00:00.000Z"), 40000);
+    LapRecorder recorder(home().databasePath());
+    QSignalSpy failures(&recorder, &LapRecorder::failed);
+    QSignalSpy runs(&recorder, &LapRecorder::runSaved);
+    database->exec(QStringLiteral("BEGIN EXCLUSIVE"));
+    recorder.record({{7, 1, 0, 40000}}, {1});
+    QCOMPARE(failures.count(), 1);
+    database->exec(QStringLiteral("COMMIT"));
+    QTRY_COMPARE(runs.count(), 1);
+    QCOMPARE(runs.first().first().toInt(), 42);
+}
+
+void TestTrack::lapsOnTheirWayReachTheFileAtTheEnd()
+{
+    const std::unique_ptr<TestDatabase> database = createDatabase();
+    QCOMPARE(HostDatabase::prepare(HostHome::userDocuments()), QString());
+    {
+        DemoHost host(HostHome::userDocuments(), 1);
+        for (int run = 0; run < 50; ++run)
+            host.track().recordRun({4}, 1, 43000);
+    }
+    QCOMPARE(database->value(QStringLiteral("SELECT count(*) FROM laps")).toInt(), 50);
 }
 
 void TestTrack::aRunByHandIsAnnounced()
