@@ -34,38 +34,53 @@ template<typename Record> QJsonArray toJsonArray(const QVector<Record> &records)
 
 } // namespace
 
-QVector<FleetCar> Fleet::cars() const
+Fleet::Fleet(HostConnection &connection) : m_connection(connection)
+{
+    refreshCars();
+    refreshPeople();
+}
+
+QString Fleet::errorText() const
+{
+    return m_connection.errorText();
+}
+
+void Fleet::refreshCars()
 {
     QVector<FleetCar> cars;
     QSqlQuery query =
         m_connection.query(QStringLiteral("SELECT id,num,name,ifnull(guid,''),ifnull(available,1) FROM cars "
                                           "LEFT JOIN host_cars ON car_id=id ORDER BY id"));
+    if (!query.isActive())
+        return;
     while (query.next())
         cars.append({query.value(0).toInt(), query.value(1).toString(), query.value(2).toString(),
                      query.value(3).toString(), query.value(4).toInt() != 0});
-    return cars;
+    m_cars = cars;
 }
 
-QVector<FleetPerson> Fleet::people() const
+void Fleet::refreshPeople()
 {
     QVector<FleetPerson> people;
     QSqlQuery query = m_connection.query(
         QStringLiteral("SELECT id,last_name,first_name,mid_name,ifnull(service_code,'') FROM personal "
                        "LEFT JOIN host_personal ON person_id=id ORDER BY last_name,first_name,id"));
+    if (!query.isActive())
+        return;
     while (query.next())
         people.append({query.value(0).toInt(), query.value(1).toString(), query.value(2).toString(),
                        query.value(3).toString(), query.value(4).toString()});
-    return people;
+    m_people = people;
 }
 
 QJsonObject Fleet::carsMessage() const
 {
-    return {{QStringLiteral("cars"), toJsonArray(cars())}};
+    return {{QStringLiteral("cars"), toJsonArray(m_cars)}};
 }
 
 QJsonObject Fleet::peopleMessage() const
 {
-    return {{QStringLiteral("personalList"), toJsonArray(people())}};
+    return {{QStringLiteral("personalList"), toJsonArray(m_people)}};
 }
 
 bool Fleet::carryOut(const QJsonObject &updateCars)
@@ -82,10 +97,12 @@ bool Fleet::setAvailable(const QVector<int> &carIds, bool available)
 {
     HostTransaction transaction(m_connection);
     for (const int id : carIds) {
-        m_connection.exec(
-            QStringLiteral("INSERT INTO host_cars (car_id,available) SELECT id,? FROM cars WHERE id=? "
-                           "ON CONFLICT (car_id) DO UPDATE SET available=excluded.available"),
-            {available ? 1 : 0, id});
+        if (!transaction.isActive()
+            || !m_connection.exec(
+                QStringLiteral("INSERT INTO host_cars (car_id,available) SELECT id,? FROM cars WHERE id=? "
+                               "ON CONFLICT (car_id) DO UPDATE SET available=excluded.available"),
+                {available ? 1 : 0, id}))
+            return false;
     }
     return transaction.commit();
 }
@@ -93,6 +110,8 @@ bool Fleet::setAvailable(const QVector<int> &carIds, bool available)
 bool Fleet::store(const FleetCar &car)
 {
     HostTransaction transaction(m_connection);
+    if (!transaction.isActive())
+        return false;
     if (car.id < 0) {
         const bool added = m_connection.exec(QStringLiteral("INSERT INTO cars (num,name) VALUES (?,?)"),
                                              {car.number, car.model})
@@ -114,6 +133,8 @@ bool Fleet::store(const FleetCar &car)
 bool Fleet::removeCar(int id)
 {
     HostTransaction transaction(m_connection);
+    if (!transaction.isActive())
+        return false;
     return m_connection.exec(QStringLiteral("DELETE FROM cars WHERE id=?"), {id})
         && m_connection.exec(QStringLiteral("DELETE FROM host_cars WHERE car_id=?"), {id})
         && transaction.commit();
@@ -122,6 +143,8 @@ bool Fleet::removeCar(int id)
 bool Fleet::store(const FleetPerson &person)
 {
     HostTransaction transaction(m_connection);
+    if (!transaction.isActive())
+        return false;
     int id = person.id;
     if (id < 0) {
         if (!m_connection.exec(
@@ -143,6 +166,8 @@ bool Fleet::store(const FleetPerson &person)
 bool Fleet::removePerson(int id)
 {
     HostTransaction transaction(m_connection);
+    if (!transaction.isActive())
+        return false;
     return m_connection.exec(QStringLiteral("DELETE FROM personal WHERE id=?"), {id})
         && m_connection.exec(QStringLiteral("DELETE FROM host_personal WHERE person_id=?"), {id})
         && transaction.commit();

@@ -24,14 +24,20 @@ struct FleetPerson
     QString serviceCode;
 };
 
-/// The host's cars and people: read, changed, and put into the messages that announce them.
+/// The host's cars and people: read, changed, and put into the messages that announce them. While the file
+/// cannot be read the last known ones stay.
 class Fleet final
 {
 public:
-    explicit Fleet(HostConnection &connection) : m_connection(connection) { }
+    explicit Fleet(HostConnection &connection);
 
-    QVector<FleetCar> cars() const;
-    QVector<FleetPerson> people() const;
+    const QVector<FleetCar> &cars() const { return m_cars; }
+    const QVector<FleetPerson> &people() const { return m_people; }
+    /// Reads the cars anew, which a change alone does not.
+    void refreshCars();
+    void refreshPeople();
+    /// Why the last change failed.
+    QString errorText() const;
 
     /// Data of "cars_list_changed".
     QJsonObject carsMessage() const;
@@ -50,4 +56,6 @@ public:
 
 private:
     HostConnection &m_connection;
+    QVector<FleetCar> m_cars;
+    QVector<FleetPerson> m_people;
 };

@@ -19,6 +19,7 @@ void FleetDesk::playStart()
 
 void FleetDesk::announceCars(bool withStatistics)
 {
+    m_fleet.refreshCars();
     QJsonObject data = m_fleet.carsMessage();
     if (!withStatistics)
         data.insert(QStringLiteral("noStatsUpdate"), true);
@@ -28,6 +29,7 @@ void FleetDesk::announceCars(bool withStatistics)
 
 void FleetDesk::announcePeople()
 {
+    m_fleet.refreshPeople();
     m_plugin.send(QStringLiteral("personal_list"), m_fleet.peopleMessage());
     emit peopleAnnounced();
 }

@@ -5,6 +5,7 @@
 #include <QGroupBox>
 #include <QHBoxLayout>
 #include <QHeaderView>
+#include <QLabel>
 #include <QPushButton>
 #include <QScopedValueRollback>
 #include <QScrollBar>
@@ -52,16 +53,24 @@ FleetPanel::FleetPanel(FleetDesk &desk, QWidget *parent)
     , m_people(new QStandardItemModel(this))
     , m_carsView(makeView(m_cars, "hostCarsTableView"))
     , m_peopleView(makeView(m_people, "hostPeopleTableView"))
+    , m_complaint(new QLabel)
 {
     m_cars->setHorizontalHeaderLabels({tr("Номер"), tr("Модель"), tr("В работе")});
     m_people->setHorizontalHeaderLabels({tr("Фамилия"), tr("Имя"), tr("Отчество"), tr("Сервисный код")});
     m_carsView->setColumnWidth(ModelColumn, 200);
     m_peopleView->setColumnWidth(LastNameColumn, 140);
     m_peopleView->setColumnWidth(MidNameColumn, 140);
-    auto *layout = new QHBoxLayout(this);
-    layout->addWidget(makeTable(tr("Карты"), m_carsView, &FleetPanel::addCar, &FleetPanel::removeCar), 1);
-    layout->addWidget(makeTable(tr("Люди"), m_peopleView, &FleetPanel::addPerson, &FleetPanel::removePerson),
+    m_complaint->setObjectName(QStringLiteral("fleetComplaintLabel"));
+    m_complaint->setStyleSheet(QStringLiteral("color: #b00020"));
+    m_complaint->setWordWrap(true);
+    m_complaint->hide();
+    auto *tables = new QHBoxLayout;
+    tables->addWidget(makeTable(tr("Карты"), m_carsView, &FleetPanel::addCar, &FleetPanel::removeCar), 1);
+    tables->addWidget(makeTable(tr("Люди"), m_peopleView, &FleetPanel::addPerson, &FleetPanel::removePerson),
                       1);
+    auto *layout = new QVBoxLayout(this);
+    layout->addLayout(tables, 1);
+    layout->addWidget(m_complaint);
 
     connect(&m_desk, &FleetDesk::carsAnnounced, this, &FleetPanel::refillCars);
     connect(&m_desk, &FleetDesk::peopleAnnounced, this, &FleetPanel::refillPeople);
@@ -125,7 +134,7 @@ void FleetPanel::storeCar(QStandardItem *changed)
     car.number = m_cars->item(row, NumberColumn)->text();
     car.model = m_cars->item(row, ModelColumn)->text();
     car.available = m_cars->item(row, AvailableColumn)->checkState() == Qt::Checked;
-    m_desk.fleet().store(car);
+    report(m_desk.fleet().store(car));
     // Queued: the table is filled anew, and an editor may still be at work on it.
     QMetaObject::invokeMethod(
         &m_desk, [this] { m_desk.announceCars(); }, Qt::QueuedConnection);
@@ -137,8 +146,9 @@ void FleetPanel::storePerson(QStandardItem *changed)
         return;
     const int row = changed->row();
     const auto text = [&](int column) { return m_people->item(row, column)->text(); };
-    m_desk.fleet().store(FleetPerson {idAt(*m_people, row), text(LastNameColumn), text(FirstNameColumn),
-                                      text(MidNameColumn), text(ServiceCodeColumn)});
+    report(
+        m_desk.fleet().store(FleetPerson {idAt(*m_people, row), text(LastNameColumn), text(FirstNameColumn),
+                                          text(MidNameColumn), text(ServiceCodeColumn)}));
     QMetaObject::invokeMethod(&m_desk, &FleetDesk::announcePeople, Qt::QueuedConnection);
 }
 
@@ -148,7 +158,8 @@ void FleetPanel::addCar()
     car.number = QString::number(m_cars->rowCount() + 1);
     car.model = m_cars->rowCount() > 0 ? m_cars->item(m_cars->rowCount() - 1, ModelColumn)->text()
                                        : tr("Новая модель");
-    m_desk.fleet().store(car);
+    if (!report(m_desk.fleet().store(car)))
+        return;
     m_desk.announceCars();
     m_carsView->scrollToBottom();
     m_carsView->selectRow(m_cars->rowCount() - 1);
@@ -157,19 +168,26 @@ void FleetPanel::addCar()
 void FleetPanel::removeCar()
 {
     const int id = idAt(*m_cars, m_carsView->currentIndex().row());
-    if (id >= 0 && m_desk.fleet().removeCar(id))
+    if (id >= 0 && report(m_desk.fleet().removeCar(id)))
         m_desk.announceCars();
 }
 
 void FleetPanel::addPerson()
 {
-    m_desk.fleet().store(FleetPerson {-1, tr("Новый"), tr("Сотрудник"), QString(), QString()});
-    m_desk.announcePeople();
+    if (report(m_desk.fleet().store(FleetPerson {-1, tr("Новый"), tr("Сотрудник"), QString(), QString()})))
+        m_desk.announcePeople();
 }
 
 void FleetPanel::removePerson()
 {
     const int id = idAt(*m_people, m_peopleView->currentIndex().row());
-    if (id >= 0 && m_desk.fleet().removePerson(id))
+    if (id >= 0 && report(m_desk.fleet().removePerson(id)))
         m_desk.announcePeople();
+}
+
+bool FleetPanel::report(bool isStored)
+{
+    m_complaint->setVisible(!isStored);
+    m_complaint->setText(isStored ? QString() : tr("Не записано: %1").arg(m_desk.fleet().errorText()));
+    return isStored;
 }

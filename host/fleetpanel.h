@@ -3,6 +3,7 @@
 #include <QWidget>
 
 class FleetDesk;
+class QLabel;
 class QStandardItem;
 class QStandardItemModel;
 class QTableView;
@@ -25,11 +26,14 @@ private:
     void removeCar();
     void addPerson();
     void removePerson();
+    /// Tells whether a change went into the file.
+    bool report(bool isStored);
 
     FleetDesk &m_desk;
     QStandardItemModel *m_cars;
     QStandardItemModel *m_people;
     QTableView *m_carsView;
     QTableView *m_peopleView;
+    QLabel *m_complaint;
     bool m_refilling = false;
 };

@@ -5,11 +5,17 @@
 #include <QStringList>
 #include <QUuid>
 
+namespace {
+// Other writers hold the file for moments; the window stands still while it waits for one that does not.
+const QLatin1String busyTimeout("QSQLITE_BUSY_TIMEOUT=1500"); // milliseconds
+} // namespace
+
 HostConnection::HostConnection(const QString &path)
     : m_name(QLatin1String("host-") + QUuid::createUuid().toString(QUuid::WithoutBraces))
     , m_database(QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), m_name))
 {
     m_database.setDatabaseName(path);
+    m_database.setConnectOptions(busyTimeout);
     if (!m_database.open())
         m_errorText = m_database.lastError().text();
 }

@@ -37,6 +37,7 @@ private slots:
     void aRunRecordedByHandReachesTheFile();
     void editedCarsAreStoredAndAnnounced();
     void carsAndPeopleComeAndGo();
+    void aLockedFileKeepsItsCarsAndSaysSo();
     void anyEventCanBeSentByHand();
     void theJournalIsFilteredAndShown();
     void theJournalNamesEventsInASmallWindow();
@@ -262,6 +263,26 @@ void TestHostWindow::carsAndPeopleComeAndGo()
                      .value(QLatin1String("serviceCode"))
                      .toString(),
                  QStringLiteral("9999"));
+}
+
+void TestHostWindow::aLockedFileKeepsItsCarsAndSaysSo()
+{
+    const Stage stage = makeStage();
+    const auto *complaint = stage.find<QLabel>("fleetComplaintLabel");
+    const auto *cars = stage.find<QTableView>("hostCarsTableView")->model();
+    const TestDatabase database(home().databasePath(), false);
+    database.exec(QStringLiteral("BEGIN EXCLUSIVE"));
+    stage.click("hostCarsTableViewAdd");
+    QVERIFY2(complaint->text().contains(QStringLiteral("locked")), qPrintable(complaint->text()));
+    stage.host->fleet().announceCars();
+    QCOMPARE(cars->rowCount(), 24);
+    QCOMPARE(
+        stage.lastTold(QStringLiteral("cars_list_changed")).value(QLatin1String("cars")).toArray().size(),
+        24);
+    database.exec(QStringLiteral("COMMIT"));
+    stage.click("hostCarsTableViewAdd");
+    QCOMPARE(cars->rowCount(), 25);
+    QVERIFY(complaint->isHidden());
 }
 
 void TestHostWindow::anyEventCanBeSentByHand()
