@@ -154,6 +154,7 @@ QWidget *JournalPanel::makeSendDesk()
     m_eventToSend = new QComboBox;
     m_eventToSend->setObjectName(QStringLiteral("eventToSendComboBox"));
     m_eventToSend->setEditable(true);
+    m_eventToSend->setInsertPolicy(QComboBox::NoInsert); // Enter would put an empty example over the data
     for (const EventExample &example : eventExamples())
         m_eventToSend->addItem(example.event, example.data);
     auto *send = new QPushButton(tr("Отправить"));
@@ -231,7 +232,8 @@ void JournalPanel::replay(const QString &fileName)
 void JournalPanel::sendByHand()
 {
     QJsonParseError error {};
-    const QJsonDocument payload = QJsonDocument::fromJson(m_dataToSend->toPlainText().toUtf8(), &error);
+    const QByteArray text = m_dataToSend->toPlainText().toUtf8();
+    const QJsonDocument payload = QJsonDocument::fromJson(text, &error);
     const QString event = m_eventToSend->currentText().trimmed();
     const bool isSendable = !event.isEmpty() && payload.isObject();
     m_complaint->setVisible(!isSendable);
@@ -240,7 +242,10 @@ void JournalPanel::sendByHand()
     else if (event.isEmpty())
         m_complaint->setText(tr("Не указано событие"));
     else
-        m_complaint->setText(tr("Данные должны быть объектом JSON: %1").arg(error.errorString()));
+        m_complaint->setText(error.error == QJsonParseError::NoError
+                                 ? tr("Данные должны быть объектом JSON")
+                                 : tr("Данные не являются JSON: ошибка после символа %1")
+                                       .arg(QString::fromUtf8(text.left(error.offset)).size()));
 }
 
 void JournalPanel::rememberEvent(int row)

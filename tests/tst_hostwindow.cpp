@@ -290,6 +290,12 @@ void TestHostWindow::anyEventCanBeSentByHand()
     const Stage stage = makeStage();
     stage.find<QComboBox>("eventToSendComboBox")->setEditText(QStringLiteral("my_event"));
     auto *payload = stage.find<QPlainTextEdit>("dataToSendPlainTextEdit");
+    payload->setPlainText(QStringLiteral("[1]"));
+    QTest::keyClick(stage.find<QComboBox>("eventToSendComboBox"), Qt::Key_Return);
+    QCOMPARE(payload->toPlainText(), QStringLiteral("[1]"));
+    stage.click("sendPushButton");
+    QCOMPARE(stage.find<QLabel>("sendComplaintLabel")->text(),
+             QStringLiteral("Данные должны быть объектом JSON"));
     payload->setPlainText(QStringLiteral("{\"a\": 1"));
     stage.click("sendPushButton");
     QCOMPARE(stage.countTold(QStringLiteral("my_event")), 0);
