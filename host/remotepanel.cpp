@@ -224,15 +224,17 @@ void RemotePanel::completeCurrent()
     if (row < 0 || row >= m_shownPending.size())
         return;
     const PendingService work = m_shownPending.at(row);
-    m_remote.complete(work, people.value(m_person->currentIndex()), m_comment->text(),
-                      RemoteSide::Channel(m_channel->currentData().toInt()));
-    m_comment->clear();
+    if (m_remote.complete(work, people.value(m_person->currentIndex()), m_comment->text(),
+                          RemoteSide::Channel(m_channel->currentData().toInt())))
+        m_comment->clear();
 }
 
 void RemotePanel::showCheck()
 {
     const ArchiveFindings findings = m_remote.checkArchive();
     QStringList parts;
+    if (!findings.errorText.isEmpty())
+        parts.append(tr("не удалась, %1").arg(findings.errorText));
     if (!findings.missing.isEmpty())
         parts.append(tr("в базе нет архивных записей: %1").arg(idList(findings.missing)));
     if (!findings.undead.isEmpty())

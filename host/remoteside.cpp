@@ -49,9 +49,14 @@ QString RemoteSide::prepare()
     return m_store.prepare(m_track.value(QStringLiteral("SELECT max(remote_id) FROM maintainance")).toInt());
 }
 
-void RemoteSide::complete(const PendingService &work, const FleetPerson &by, const QString &comment,
+bool RemoteSide::complete(const PendingService &work, const FleetPerson &by, const QString &comment,
                           Channel channel)
 {
+    const std::optional<bool> isOpen = isOpenAtTrack(work.localId);
+    if (!isOpen) {
+        emit noted(tr("Не отмечено, база трассы не читается: %1").arg(m_track.errorText()));
+        return false;
+    }
     RemoteRecord record;
     record.carId = work.carId;
     record.opId = work.opId;
@@ -63,11 +68,12 @@ void RemoteSide::complete(const PendingService &work, const FleetPerson &by, con
     record.comment = comment;
     // The due list names the last record also where that is done and only overrun; closing "it" would move
     // the old record instead of adding one.
-    record.localId = isOpenAtTrack(work.localId) ? work.localId : -1;
+    record.localId = *isOpen ? work.localId : -1;
     m_store.add(record);
     emit recordsChanged();
     if (m_sendsAtOnce)
         sendWaiting(channel);
+    return true;
 }
 
 void RemoteSide::sendWaiting(Channel channel)
@@ -106,6 +112,11 @@ ArchiveFindings RemoteSide::checkArchive()
     QSet<int> doneIds;
     QSqlQuery rows =
         m_track.query(QStringLiteral("SELECT id,ifnull(remote_id,-1),operation_state FROM maintainance"));
+    if (!rows.isActive()) {
+        ArchiveFindings unknown;
+        unknown.errorText = m_track.errorText();
+        return unknown;
+    }
     while (rows.next()) {
         remoteIds.insert(rows.value(1).toInt());
         if (rows.value(2).toInt() != 0)
@@ -229,9 +240,10 @@ QString RemoteSide::carNumber(int carId)
     return number.isValid() ? number.toString() : tr("с неизвестным id %1").arg(carId);
 }
 
-bool RemoteSide::isOpenAtTrack(int localId)
+std::optional<bool> RemoteSide::isOpenAtTrack(int localId)
 {
-    const QVariant state =
-        m_track.value(QStringLiteral("SELECT operation_state FROM maintainance WHERE id=?"), {localId});
-    return state.isValid() && state.toInt() == 0;
+    const QVariant isOpen = m_track.value(
+        QStringLiteral("SELECT EXISTS (SELECT 1 FROM maintainance WHERE id=? AND operation_state=0)"),
+        {localId});
+    return isOpen.isValid() ? std::make_optional(isOpen.toBool()) : std::nullopt;
 }

@@ -6,6 +6,8 @@
 
 #include <QObject>
 
+#include <optional>
+
 class HostConnection;
 class PluginHost;
 
@@ -24,11 +26,12 @@ struct PendingService
 /// What a check of the remote side's archive against the track's database found.
 struct ArchiveFindings
 {
+    QString errorText; // why the check could not be made, or empty
     int archived = 0;
     QVector<int> missing; // archived here, no row there
     QVector<int> undead; // deleted here, a row there
 
-    bool isGood() const { return missing.isEmpty() && undead.isEmpty(); }
+    bool isGood() const { return errorText.isEmpty() && missing.isEmpty() && undead.isEmpty(); }
 };
 
 /// Stands in for the web service and the remote controls: keeps records of its own, takes what the plug-in
@@ -50,8 +53,8 @@ public:
     /// Operation names by id, as last announced.
     const QMap<int, QString> &operations() const { return m_operations; }
 
-    /// Marks the work done now by the person and sends it.
-    void complete(const PendingService &work, const FleetPerson &by, const QString &comment, Channel channel);
+    /// Marks the work done now by the person and sends it. False if the track's database cannot be read.
+    bool complete(const PendingService &work, const FleetPerson &by, const QString &comment, Channel channel);
     /// Sends everything that waits.
     void sendWaiting(Channel channel = Channel::Service);
     void switchAvailability(int carId);
@@ -76,7 +79,8 @@ private:
     void takeAnswer(const QJsonObject &data);
     /// The number that people know the car by.
     QString carNumber(int carId);
-    bool isOpenAtTrack(int localId);
+    /// Nothing if the track's database cannot be read.
+    std::optional<bool> isOpenAtTrack(int localId);
 
     RemoteStore m_store;
     HostConnection &m_track;

@@ -25,6 +25,7 @@ private slots:
     void theRemoteSideFollowsDeletions();
     void aDeletionSparesWhatIsOnItsWay();
     void aMissingArchiveRowIsFound();
+    void aLockedTrackIsNeitherJudgedNorGivenWork();
     void newRecordsNeverTakeAnIdThatTheTrackKnows();
     void carsAreSwitchedFromAfar();
 
@@ -214,6 +215,27 @@ void TestRemoteLoop::aMissingArchiveRowIsFound()
     const ArchiveFindings findings = host->remote().checkArchive();
     QVERIFY(!findings.isGood());
     QCOMPARE(findings.missing, QVector<int> {1});
+}
+
+void TestRemoteLoop::aLockedTrackIsNeitherJudgedNorGivenWork()
+{
+    const std::unique_ptr<DemoHost> host = makeHost();
+    RemoteRecord archived;
+    archived.state = RemoteRecord::Archived;
+    host->remote().store().add(archived);
+    const PendingService *complaint = find(*host, true);
+    QVERIFY(complaint);
+    const std::unique_ptr<TestDatabase> track = openTrack();
+    track->exec(QStringLiteral("BEGIN EXCLUSIVE"));
+    const ArchiveFindings findings = host->remote().checkArchive();
+    QVERIFY(!findings.isGood());
+    QVERIFY(!findings.errorText.isEmpty());
+    QCOMPARE(findings.missing, QVector<int>());
+    QVERIFY(!host->remote().complete(*complaint, FleetPerson(), QString(), RemoteSide::Channel::Service));
+    QCOMPARE(host->remote().store().latest(10).size(), 1);
+    track->exec(QStringLiteral("COMMIT"));
+    QVERIFY(host->remote().complete(*complaint, FleetPerson(), QString(), RemoteSide::Channel::Service));
+    QCOMPARE(host->remote().store().latest(1).first().localId, complaint->localId);
 }
 
 void TestRemoteLoop::newRecordsNeverTakeAnIdThatTheTrackKnows()
