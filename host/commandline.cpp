@@ -94,7 +94,7 @@ CommandLine::CommandLine(const QStringList &arguments)
            "делает программа хронометража.\n\n"
            "Коды завершения: 0 — успех, 1 — неверные параметры, 2 — плагин не загружен, 3 — нет базы данных, "
            "4 — плагин не ответил, 5 — часть входных строк не разобрана, 6 — работа прервана, "
-           "7 — плагин не прошёл проверку."));
+           "7 — плагин не прошёл проверку, 8 — снимок не записан."));
     parser.addOptions(allOptions());
     m_helpText = parser.helpText();
     if (!parser.parse(arguments)) {
@@ -106,6 +106,12 @@ CommandLine::CommandLine(const QStringList &arguments)
         return;
     }
     m_wantsHelp = parser.isSet(helpOption());
+    for (const QCommandLineOption &option : allOptions()) {
+        if (!option.valueName().isEmpty() && parser.values(option).contains(QString()))
+            m_errorText = tr("у --%1 пустое значение").arg(option.names().first());
+    }
+    if (!m_errorText.isEmpty())
+        return;
     read(parser);
 }
 

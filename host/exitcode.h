@@ -9,5 +9,6 @@ enum ExitCode {
     NoAnswer = 4, // the plug-in owed an answer for too long
     BadInput = 5, // some lines were not messages; the others were handed over
     Cancelled = 6, // somebody stopped a long job
-    ValidationFailed = 7 // the plug-in did not pass a check
+    ValidationFailed = 7, // the plug-in did not pass a check
+    NoPicture = 8 // a screenshot could not be written
 };

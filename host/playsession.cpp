@@ -42,13 +42,16 @@ void PlaySession::start()
 void PlaySession::saveScreenshot(const QString &name)
 {
     const QString error = Screenshot::save(m_window, m_screenshots, name);
-    if (!error.isEmpty())
-        Console::complain(error);
+    if (error.isEmpty())
+        return;
+    m_allPhotographed = false;
+    Console::complain(error);
 }
 
 void PlaySession::end()
 {
+    const int pictureCode = m_allPhotographed ? ExitCode::Ok : ExitCode::NoPicture;
     if (!m_allAnswered)
         Console::complain(tr("плагин не ответил"));
-    emit finished(m_allAnswered ? ExitCode::Ok : ExitCode::NoAnswer);
+    emit finished(m_allAnswered ? pictureCode : ExitCode::NoAnswer);
 }

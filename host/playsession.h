@@ -24,4 +24,5 @@ private:
     const QString m_fileName;
     const QString m_screenshots;
     bool m_allAnswered = true;
+    bool m_allPhotographed = true;
 };

@@ -1,6 +1,7 @@
 #include "screenshottour.h"
 
 #include "demohost.h"
+#include "exitcode.h"
 #include "hostsettingsdialog.h"
 #include "hostwindow.h"
 #include "screenshot.h"
@@ -236,7 +237,7 @@ void ScreenshotTour::openComplaintDialog()
 void ScreenshotTour::visit()
 {
     if (m_position >= m_stops.size()) {
-        emit finished(QString());
+        emit finished(ExitCode::Ok, QString());
         return;
     }
     const Stop &stop = m_stops.at(m_position);
@@ -251,12 +252,15 @@ void ScreenshotTour::photograph(bool allAnswered)
 {
     const QString name =
         QStringLiteral("%1-%2").arg(m_position + 1, 2, 10, QLatin1Char('0')).arg(m_stops.at(m_position).name);
+    if (!allAnswered) {
+        emit finished(ExitCode::NoAnswer, tr("плагин не ответил"));
+        return;
+    }
     const Stop &stop = m_stops.at(m_position);
     const QRect part = stop.part ? stop.part() : QRect();
-    const QString error =
-        allAnswered ? Screenshot::save(m_window, m_folder, name, part) : tr("плагин не ответил");
+    const QString error = Screenshot::save(m_window, m_folder, name, part);
     if (!error.isEmpty()) {
-        emit finished(error);
+        emit finished(ExitCode::NoPicture, error);
         return;
     }
     emit saved(m_folder + QLatin1Char('/') + name + QLatin1String(".png"));

@@ -27,8 +27,8 @@ public:
 
 signals:
     void saved(const QString &fileName);
-    /// With an error text, or empty.
-    void finished(const QString &error);
+    /// With an exit code, and an error text unless that is Ok.
+    void finished(int exitCode, const QString &error);
 
 private:
     struct Stop

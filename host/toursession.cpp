@@ -3,7 +3,6 @@
 #include "console.h"
 #include "demohost.h"
 #include "duetable.h"
-#include "exitcode.h"
 #include "hosthome.h"
 
 TourSession::TourSession(DemoHost &host, const HostHome &home, const QString &screenshots)
@@ -12,10 +11,10 @@ TourSession::TourSession(DemoHost &host, const HostHome &home, const QString &sc
     connect(&host.plugin(), &PluginHost::received, this, &TourSession::printDue);
     connect(&m_tour, &ScreenshotTour::saved, this,
             [](const QString &fileName) { Console::writeLine(tr("Снимок: %1").arg(fileName)); });
-    connect(&m_tour, &ScreenshotTour::finished, this, [this](const QString &error) {
+    connect(&m_tour, &ScreenshotTour::finished, this, [this](int exitCode, const QString &error) {
         if (!error.isEmpty())
             Console::complain(error);
-        emit finished(error.isEmpty() ? ExitCode::Ok : ExitCode::NoAnswer);
+        emit finished(exitCode);
     });
 }
 

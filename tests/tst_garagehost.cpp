@@ -69,6 +69,7 @@ private slots:
     void availabilityRequestsAreCarriedOutAndAnnounced();
     void withoutAnythingDueTheTableSaysSo();
     void aFileOfEventsIsPlayedAndPhotographed();
+    void aPictureThatCannotBeWrittenIsNamed();
     void aPlayFileWithABadLineIsNamed();
     void withoutADisplayTheWindowIsPhotographed();
     void theDatabaseLiesInTheHomeAndIsKept();
@@ -144,6 +145,8 @@ void TestGarageHost::wrongArgumentsAreNamed_data()
     QTest::newRow("documents started over")
         << QStringList {QStringLiteral("--documents"), QStringLiteral("--fresh")}
         << QStringLiteral("--fresh");
+    QTest::newRow("empty value") << QStringList {QStringLiteral("--validate"), QString()}
+                                 << QStringLiteral("--validate");
 }
 
 void TestGarageHost::wrongArgumentsAreNamed()
@@ -275,6 +278,19 @@ void TestGarageHost::aFileOfEventsIsPlayedAndPhotographed()
     QVERIFY(run.events().contains(QStringLiteral("insert_tab")));
     QCOMPARE(run.events().last(), QStringLiteral("update_pending_service"));
     QVERIFY(!QImage(pictures + QLatin1String("/garage.png")).isNull());
+}
+
+void TestGarageHost::aPictureThatCannotBeWrittenIsNamed()
+{
+    const QString noFolder = writeFile("{\"screenshot\":\"garage\"}\n");
+    const QStringList arguments = {QStringLiteral("--screenshots"), noFolder,
+                                   QStringLiteral("--plugin"),      fakePlugin,
+                                   QStringLiteral("--home"),        hostHome()};
+    for (const QStringList &way : {QStringList(), QStringList {QStringLiteral("--play"), noFolder}}) {
+        const HostRun run = runHost(arguments + way);
+        QCOMPARE(run.exitCode, 8);
+        QVERIFY2(run.complaints.contains(noFolder), qPrintable(run.complaints));
+    }
 }
 
 void TestGarageHost::aPlayFileWithABadLineIsNamed()
