@@ -13,6 +13,8 @@
 #include <QTableView>
 #include <QVBoxLayout>
 
+#include <algorithm>
+
 namespace {
 
 enum CarColumn { NumberColumn, ModelColumn, AvailableColumn };
@@ -155,7 +157,10 @@ void FleetPanel::storePerson(QStandardItem *changed)
 void FleetPanel::addCar()
 {
     FleetCar car;
-    car.number = QString::number(m_cars->rowCount() + 1);
+    int highest = 0;
+    for (int row = 0; row < m_cars->rowCount(); ++row)
+        highest = std::max(highest, m_cars->item(row, NumberColumn)->text().toInt());
+    car.number = QString::number(highest + 1);
     car.model = m_cars->rowCount() > 0 ? m_cars->item(m_cars->rowCount() - 1, ModelColumn)->text()
                                        : tr("Новая модель");
     if (!report(m_desk.fleet().store(car)))

@@ -27,6 +27,7 @@ Track::Track(const QString &databasePath, FleetDesk &desk, PluginHost &plugin, q
     connect(m_recorder, &LapRecorder::failed, this, &Track::failed);
     connect(m_recorder, &LapRecorder::lapsSaved, this, [this](int count) {
         m_savedLaps += count;
+        emit saved();
         emit changed();
     });
     m_thread.start();

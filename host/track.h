@@ -41,7 +41,9 @@ public:
 signals:
     /// Something was driven or saved.
     void changed();
+    /// Laps wait to be saved; saved() follows.
     void failed(const QString &reason);
+    void saved();
     void recordRequested(const QVector<RecordedLap> &laps, const QVector<int> &finishedRuns);
 
 private:

@@ -62,6 +62,7 @@ TrackPanel::TrackPanel(Track &track, FleetDesk &desk, QWidget *parent)
     connect(&m_track, &Track::changed, this, &TrackPanel::showState);
     connect(&m_track, &Track::failed, m_complaint,
             [this](const QString &reason) { m_complaint->setText(tr("Круги ждут записи: %1").arg(reason)); });
+    connect(&m_track, &Track::saved, m_complaint, &QLabel::clear);
     refillCars();
     showState();
 }
@@ -100,6 +101,7 @@ QWidget *TrackPanel::makeLiveDesk()
     m_onTrack->setWordWrap(true);
     m_onTrack->setObjectName(QStringLiteral("onTrackLabel"));
     m_complaint->setWordWrap(true);
+    m_complaint->setObjectName(QStringLiteral("trackComplaintLabel"));
     auto *speedRow = new QHBoxLayout;
     speedRow->addWidget(m_slider, 1);
     speedRow->addWidget(m_speed);
@@ -153,16 +155,13 @@ void TrackPanel::showState()
     m_state->setText(tr("заездов %1, кругов %2").arg(m_track.savedRuns()).arg(m_track.savedLaps()));
     QStringList karts;
     QHash<int, QString> numbers;
-    for (int row = 0; row < m_cars->count(); ++row)
-        numbers.insert(m_cars->item(row)->data(Qt::UserRole).toInt(),
-                       m_cars->item(row)->text().section(QLatin1Char(' '), 0, 0));
+    for (const FleetCar &car : m_desk.fleet().cars())
+        numbers.insert(car.id, car.number);
     for (const RaceSimulation::OnTrack &kart : m_track.simulation().onTrack())
-        karts.append(
-            tr("№ %1: %2").arg(numbers.value(kart.carId, QString::number(kart.carId))).arg(kart.laps));
+        karts.append(tr("№ %1: %2").arg(numbers.value(kart.carId, tr("удалён")), QString::number(kart.laps)));
     const bool isDriving = m_track.isLive() && !karts.isEmpty();
     m_onTrack->setText(isDriving ? tr("заезд %1 — номер: круги\n%2")
                                        .arg(m_track.simulation().runNumber())
                                        .arg(karts.join(QLatin1String(",  ")))
                                  : tr("никого"));
-    m_complaint->clear();
 }

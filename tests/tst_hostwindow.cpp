@@ -15,6 +15,7 @@
 #include <QPlainTextEdit>
 #include <QPointer>
 #include <QPushButton>
+#include <QRegularExpression>
 #include <QSpinBox>
 #include <QTabWidget>
 #include <QTableView>
@@ -35,6 +36,7 @@ private slots:
     void addressesThatAreNoneAreIgnored();
     void settingsPagesAreCollectedAndGivenBack();
     void aRunRecordedByHandReachesTheFile();
+    void theTrackKeepsItsComplaintAndNumbersWhileKartsDrive();
     void editedCarsAreStoredAndAnnounced();
     void carsAndPeopleComeAndGo();
     void aLockedFileKeepsItsCarsAndSaysSo();
@@ -209,6 +211,29 @@ void TestHostWindow::aRunRecordedByHandReachesTheFile()
     QCOMPARE(database.value(QStringLiteral("SELECT count(*) FROM laps")).toInt(), before + 18);
 }
 
+void TestHostWindow::theTrackKeepsItsComplaintAndNumbersWhileKartsDrive()
+{
+    const Stage stage = makeStage();
+    const auto *complaint = stage.find<QLabel>("trackComplaintLabel");
+    const auto *onTrack = stage.find<QLabel>("onTrackLabel");
+    Track &track = stage.host->track();
+    track.setSpeed(1);
+    track.setLive(true);
+    QTRY_VERIFY(onTrack->text().contains(QRegularExpression(QStringLiteral("№.\\d"))));
+    QVector<int> everyCar;
+    for (const FleetCar &car : stage.host->fleet().fleet().cars())
+        everyCar.append(car.id);
+    QVERIFY(stage.host->fleet().fleet().setAvailable(everyCar, false));
+    stage.host->fleet().announceCars();
+    emit track.failed(QStringLiteral("locked"));
+    emit track.changed();
+    const QRegularExpression id(QStringLiteral("№.\\d{3}")); // ids are from 101, numbers to 24
+    QVERIFY2(!onTrack->text().contains(id), qPrintable(onTrack->text()));
+    QVERIFY(complaint->text().contains(QStringLiteral("locked")));
+    emit track.saved();
+    QVERIFY(complaint->text().isEmpty());
+}
+
 void TestHostWindow::editedCarsAreStoredAndAnnounced()
 {
     const Stage stage = makeStage();
@@ -248,6 +273,11 @@ void TestHostWindow::carsAndPeopleComeAndGo()
     QCOMPARE(cars(), 25);
     stage.click("hostCarsTableViewRemove");
     QCOMPARE(cars(), 24);
+    auto *carsView = stage.find<QTableView>("hostCarsTableView");
+    carsView->selectRow(2);
+    stage.click("hostCarsTableViewRemove");
+    stage.click("hostCarsTableViewAdd");
+    QCOMPARE(carsView->model()->index(23, 0).data().toString(), QStringLiteral("25")); // 24 is another kart's
     stage.click("hostPeopleTableViewAdd");
     QCOMPARE(people(), 11);
     auto *view = stage.find<QTableView>("hostPeopleTableView");
