@@ -48,7 +48,7 @@ QProcessEnvironment quietEnvironment()
 /// What the process's end says; a plug-in may crash after its check went well.
 CheckResult judge(const QProcess &process, const QString &home)
 {
-    const CheckResult result = readResult(home);
+    CheckResult result = readResult(home);
     if (process.exitStatus() == QProcess::CrashExit)
         return {CheckResult::Failed, tr("it crashed with signal %1").arg(process.exitCode()), 0};
     if (process.exitCode() != ExitCode::Ok && result.outcome != CheckResult::Failed)

@@ -165,7 +165,7 @@ HostMessage CheckStage::await(const QString &event)
     for (;;) {
         const int at = eventsOf(m_messages).indexOf(event);
         if (at >= 0) {
-            const HostMessage message = m_messages.at(at);
+            HostMessage message = m_messages.at(at);
             m_messages.remove(0, at + 1);
             return message;
         }

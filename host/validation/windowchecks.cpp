@@ -151,7 +151,7 @@ void checkServiceDone(CheckStage &stage)
 void checkDeletion(CheckStage &stage)
 {
     QWidget &window = openWindow(stage);
-    QTreeView &log = named<QTreeView>(window, "tvServiceLog");
+    auto &log = named<QTreeView>(window, "tvServiceLog");
     log.setCurrentIndex(log.model()->index(0, 1)); // the latest record: the complaint
     const DialogAnswer answer(true);
     named<QAction>(window, "actionDeleteMaintainanceItem").trigger();
