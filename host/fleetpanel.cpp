@@ -1,6 +1,7 @@
 #include "fleetpanel.h"
 
 #include "fleetdesk.h"
+#include "selectionbutton.h"
 
 #include <QGroupBox>
 #include <QHBoxLayout>
@@ -99,6 +100,7 @@ QWidget *FleetPanel::makeTable(const QString &title, QTableView *view, void (Fle
     layout->addLayout(buttons);
     connect(addButton, &QPushButton::clicked, this, add);
     connect(removeButton, &QPushButton::clicked, this, remove);
+    enableWithSelection(*removeButton, *view);
     return box;
 }
 

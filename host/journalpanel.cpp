@@ -5,6 +5,7 @@
 #include "eventplayer.h"
 #include "journalmodel.h"
 #include "pluginhost.h"
+#include "selectionbutton.h"
 
 #include <QApplication>
 #include <QClipboard>
@@ -131,8 +132,9 @@ QWidget *JournalPanel::makeFilterRow()
         button->setObjectName(QLatin1String(name));
         connect(button, &QPushButton::clicked, this, slot);
         layout->addWidget(button);
+        return button;
     };
-    addButton(tr("Копировать"), "copyPushButton", &JournalPanel::copyCurrent);
+    enableWithSelection(*addButton(tr("Копировать"), "copyPushButton", &JournalPanel::copyCurrent), *m_table);
     addButton(tr("Сохранить…"), "savePushButton", &JournalPanel::chooseAndSave);
     addButton(tr("Воспроизвести…"), "replayPushButton", &JournalPanel::chooseAndReplay);
     auto *clear = new QPushButton(tr("Очистить"));

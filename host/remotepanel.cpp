@@ -3,6 +3,7 @@
 #include "columnwidths.h"
 #include "fleetdesk.h"
 #include "remoteside.h"
+#include "selectionbutton.h"
 #include "timestamptext.h"
 
 #include <QCheckBox>
@@ -118,6 +119,7 @@ QWidget *RemotePanel::makePendingBox()
     layout->addLayout(form);
     layout->addWidget(makeCarRow());
     connect(done, &QPushButton::clicked, this, &RemotePanel::completeCurrent);
+    enableWithSelection(*done, *m_pendingView);
     return box;
 }
 

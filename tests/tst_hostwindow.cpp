@@ -39,6 +39,7 @@ private slots:
     void theTrackKeepsItsComplaintAndNumbersWhileKartsDrive();
     void editedCarsAreStoredAndAnnounced();
     void carsAndPeopleComeAndGo();
+    void buttonsWaitForASelection();
     void aLockedFileKeepsItsCarsAndSaysSo();
     void anyEventCanBeSentByHand();
     void theJournalIsFilteredAndShown();
@@ -293,6 +294,24 @@ void TestHostWindow::carsAndPeopleComeAndGo()
                      .value(QLatin1String("serviceCode"))
                      .toString(),
                  QStringLiteral("9999"));
+}
+
+void TestHostWindow::buttonsWaitForASelection()
+{
+    const Stage stage = makeStage();
+    for (const char *name : {"hostCarsTableViewRemove", "remoteDonePushButton", "copyPushButton"})
+        QVERIFY2(!stage.find<QPushButton>(name)->isEnabled(), name);
+    stage.find<QTableView>("hostCarsTableView")->selectRow(2);
+    auto *remove = stage.find<QPushButton>("hostCarsTableViewRemove");
+    QVERIFY(remove->isEnabled());
+    stage.click("hostCarsTableViewRemove");
+    QVERIFY(!remove->isEnabled());
+
+    auto *journal = stage.find<QTableView>("journalTable");
+    journal->selectRow(0);
+    QVERIFY(stage.find<QPushButton>("copyPushButton")->isEnabled());
+    stage.host->journal().clear();
+    QTRY_VERIFY(!stage.find<QPushButton>("copyPushButton")->isEnabled());
 }
 
 void TestHostWindow::aLockedFileKeepsItsCarsAndSaysSo()
