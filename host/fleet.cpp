@@ -47,30 +47,30 @@ QString Fleet::errorText() const
 
 void Fleet::refreshCars()
 {
-    QVector<FleetCar> cars;
+    QVector<FleetCar> stored;
     QSqlQuery query =
         m_connection.query(QStringLiteral("SELECT id,num,name,ifnull(guid,''),ifnull(available,1) FROM cars "
                                           "LEFT JOIN host_cars ON car_id=id ORDER BY id"));
     if (!query.isActive())
         return;
     while (query.next())
-        cars.append({query.value(0).toInt(), query.value(1).toString(), query.value(2).toString(),
-                     query.value(3).toString(), query.value(4).toInt() != 0});
-    m_cars = cars;
+        stored.append({query.value(0).toInt(), query.value(1).toString(), query.value(2).toString(),
+                       query.value(3).toString(), query.value(4).toInt() != 0});
+    m_cars = stored;
 }
 
 void Fleet::refreshPeople()
 {
-    QVector<FleetPerson> people;
+    QVector<FleetPerson> stored;
     QSqlQuery query = m_connection.query(
         QStringLiteral("SELECT id,last_name,first_name,mid_name,ifnull(service_code,'') FROM personal "
                        "LEFT JOIN host_personal ON person_id=id ORDER BY last_name,first_name,id"));
     if (!query.isActive())
         return;
     while (query.next())
-        people.append({query.value(0).toInt(), query.value(1).toString(), query.value(2).toString(),
+        stored.append({query.value(0).toInt(), query.value(1).toString(), query.value(2).toString(),
                        query.value(3).toString(), query.value(4).toString()});
-    m_people = people;
+    m_people = stored;
 }
 
 QJsonObject Fleet::carsMessage() const
