@@ -100,9 +100,9 @@ void TestRemoteSoak::completeSome(DemoHost &host)
     const auto channel =
         m_random.bounded(2) == 0 ? RemoteSide::Channel::Service : RemoteSide::Channel::RemoteControl;
     const PendingService work = list.at(m_random.bounded(list.size()));
-    ++m_completions;
-    host.remote().complete(work, people.at(m_random.bounded(people.size())), QStringLiteral("сделано"),
-                           channel);
+    const FleetPerson &person = people.at(m_random.bounded(people.size()));
+    if (host.remote().complete(work, person, QStringLiteral("сделано"), channel)) // not on a locked file
+        ++m_completions;
 }
 
 /// A car that has no open complaint gets one, as if somebody had typed it in.
