@@ -503,7 +503,8 @@ void TestGarageSettingsForm::contextMenuOffersBothActions()
     QTimer answer;
     connect(&answer, &QTimer::timeout, this, [&] {
         QWidget *menu = QApplication::activePopupWidget();
-        if (!menu)
+        // A menu that is gone before it was activated would take the focus from the editor that it opens.
+        if (!menu || QGuiApplication::focusWindow() != menu->windowHandle())
             return;
         answer.stop();
         for (const QAction *action : menu->actions())
