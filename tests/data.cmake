@@ -2,8 +2,7 @@ garage_test(tst_datetimetext ELSEWHERE)
 garage_test(tst_duerule ELSEWHERE)
 garage_test(tst_garageupdater ELSEWHERE
     LIBRARIES garage_loader
-    SOURCES support/loaderprobe.cpp support/loaderprobe.h
-    TIMEOUT 180)
+    SOURCES support/loaderprobe.cpp support/loaderprobe.h)
 garage_test(tst_reloadrecomputed ELSEWHERE
     LIBRARIES garage_loader
     SOURCES support/loaderprobe.cpp support/loaderprobe.h)

@@ -5,7 +5,7 @@ add_library(fakeplugin MODULE
 target_link_libraries(fakeplugin PRIVATE trivex_interface Qt5::Widgets garage_flags)
 set_target_properties(fakeplugin PROPERTIES LIBRARY_OUTPUT_DIRECTORY ${CMAKE_CURRENT_BINARY_DIR}/fixtures)
 
-garage_test(tst_garagehost TIMEOUT 240)
+garage_test(tst_garagehost TIMEOUT 600)
 add_dependencies(tst_garagehost garage-host fakeplugin)
 target_compile_definitions(tst_garagehost PRIVATE
     GARAGE_HOST="$<TARGET_FILE:garage-host>" FAKE_PLUGIN="$<TARGET_FILE:fakeplugin>")
@@ -41,7 +41,7 @@ foreach(fault wrong_identifier answers_in_wrong_order crashes_on_bad_input write
     list(APPEND broken_plugins broken_${fault})
 endforeach()
 
-garage_test(tst_validation TIMEOUT 300)
+garage_test(tst_validation TIMEOUT 600)
 add_dependencies(tst_validation garage-host ruvalogarage fakeplugin ${broken_plugins})
 target_compile_definitions(tst_validation PRIVATE
     GARAGE_HOST="$<TARGET_FILE:garage-host>" GARAGE_PLUGIN="$<TARGET_FILE:ruvalogarage>"
