@@ -19,6 +19,7 @@
 #include <QTreeView>
 
 #include <algorithm>
+#include <functional>
 #include <limits>
 #include <memory>
 
@@ -70,6 +71,7 @@ private:
     void markDone(const TestDatabase &track, DemoHost &host);
     void recordService();
     void deleteRecord();
+    bool enoughHappened(DemoHost &host) const;
     /// Books what the plug-in says.
     void hear(const HostMessage &message);
     void checkBooks(const ArchiveFindings &findings, int remoteRecords);
@@ -121,6 +123,13 @@ void TestRemoteSoak::complain(const TestDatabase &track, DemoHost &host)
         {car, QDateTime::currentDateTimeUtc().toString(Qt::ISODateWithMs)});
     ++m_complaints;
     host.plugin().send(QStringLiteral("run_saved_to_db"));
+}
+
+/// A slow machine needs longer until there is something to compare.
+bool TestRemoteSoak::enoughHappened(DemoHost &host) const
+{
+    return host.track().savedRuns() > 3 && m_recorded > 3 && m_deleted.size() > 3
+        && host.remote().store().count(RemoteRecord::Archived) > 10;
 }
 
 /// What the garage window sends when a journal record is marked done.
@@ -259,24 +268,26 @@ void TestRemoteSoak::theBooksAgreeAfterRandomActions()
 
     QElapsedTimer clock;
     clock.start();
-    const auto actUntil = [&](int milliseconds) {
-        while (clock.elapsed() < milliseconds) {
+    const auto actWhile = [&](const std::function<bool()> &goesOn) {
+        while (goesOn()) {
             if (m_reloadsAsked - m_reloadsTold < mostUnanswered)
                 act(host);
             QTest::qWait(actionPause);
         }
     };
-    actUntil(soakMilliseconds() / 10);
+    actWhile([&] { return clock.elapsed() < soakMilliseconds() / 10; });
     const Resources early = Resources::now();
-    actUntil(soakMilliseconds());
+    actWhile([&] { return clock.elapsed() < soakMilliseconds(); });
     const Resources late = Resources::now();
     qInfo("from a tenth to the end: heap %lld -> %lld KiB, resident %lld -> %lld KiB, threads %d -> %d, "
           "handles %d -> %d",
           early.heapBytes / 1024, late.heapBytes / 1024, early.residentBytes / 1024,
           late.residentBytes / 1024, early.threads, late.threads, early.handles, late.handles);
     QVERIFY(late.handles <= early.handles + 2); // a journal of SQLite's comes and goes
-    const int patience = std::max(30000, soakMilliseconds() / 2); // whatever is still queued
-    host.track().setLive(false);
+    const int patience = std::max(60000, soakMilliseconds() / 2);
+    actWhile([&] { return !enoughHappened(host) && clock.elapsed() < soakMilliseconds() + patience; });
+    QVERIFY(enoughHappened(host));
+    host.track().setLive(false); // what is still queued follows
     host.remote().setSendsAtOnce(true);
     host.remote().sendWaiting();
     QTRY_COMPARE_WITH_TIMEOUT(host.remote().store().count(RemoteRecord::Waiting), 0, patience);
@@ -286,7 +297,6 @@ void TestRemoteSoak::theBooksAgreeAfterRandomActions()
     QVERIFY(pending.wait(patience));
     QTest::qWait(500);
 
-    QVERIFY(host.track().savedRuns() > 3);
     const int remoteRecords = host.remote().store().latest(std::numeric_limits<int>::max()).size();
     checkBooks(host.remote().checkArchive(), remoteRecords);
 }
@@ -308,8 +318,6 @@ void TestRemoteSoak::checkBooks(const ArchiveFindings &findings, int remoteRecor
         findings.archived);
     QCOMPARE(findings.missing, QVector<int>());
     QCOMPARE(findings.undead, QVector<int>());
-    QVERIFY(findings.archived > 10);
-    QVERIFY(m_recorded > 3 && m_deleted.size() > 3);
     // Each record that was announced, and each that was made there, stands there once.
     QCOMPARE(remoteRecords, m_announced + m_completions);
     // What was deleted here is gone.
