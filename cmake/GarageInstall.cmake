@@ -14,7 +14,7 @@ function(garage_install_package)
     install(TARGETS ruvalogarage LIBRARY DESTINATION ${GARAGE_INSTALL_PLUGINDIR})
     install(TARGETS trivex_interface EXPORT RuvaloGarageTargets)
     install(FILES plugin/trivexplugininterface.h DESTINATION ${GARAGE_INSTALL_HEADERDIR})
-    install(FILES host/schema.sql DESTINATION ${GARAGE_INSTALL_DATADIR})
+    install(FILES host/database/schema.sql DESTINATION ${GARAGE_INSTALL_DATADIR})
     install(FILES README.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
     install(DIRECTORY docs/ DESTINATION ${CMAKE_INSTALL_DOCDIR}/docs)
 

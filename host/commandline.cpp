@@ -1,6 +1,6 @@
-#include "commandline.h"
+#include "host/commandline.h"
 
-#include "validation/check.h"
+#include "host/validation/check.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>

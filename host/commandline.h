@@ -1,7 +1,7 @@
 #pragma once
 
-#include "sampledata.h"
-#include "validation/validation.h"
+#include "host/sample/sampledata.h"
+#include "host/validation/validation.h"
 
 #include <QString>
 #include <QStringList>

@@ -1,4 +1,4 @@
-#include "validation/check.h"
+#include "host/validation/check.h"
 
 #include <algorithm>
 

@@ -1,7 +1,7 @@
-#include "validation/checkprocess.h"
+#include "host/validation/checkprocess.h"
 
-#include "exitcode.h"
-#include "validation/checkstage.h"
+#include "host/terminal/exitcode.h"
+#include "host/validation/checkstage.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "hosthome.h"
-#include "validation/check.h"
+#include "host/database/hosthome.h"
+#include "host/validation/check.h"
 
 /// What the report says of one check.
 struct CheckResult

@@ -1,9 +1,9 @@
-#include "validation/checkstage.h"
+#include "host/validation/checkstage.h"
 
-#include "hostconnection.h"
-#include "hostdatabase.h"
+#include "host/database/hostconnection.h"
+#include "host/database/hostdatabase.h"
+#include "host/plugin/widgetaddress.h"
 #include "trivexplugininterface.h"
-#include "widgetaddress.h"
 
 #include <QApplication>
 #include <QDeadlineTimer>

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "hosthome.h"
-#include "pluginhost.h"
-#include "validation/check.h"
+#include "host/database/hosthome.h"
+#include "host/plugin/pluginhost.h"
+#include "host/validation/check.h"
 
 #include <QJsonArray>
 #include <QObject>

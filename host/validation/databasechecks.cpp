@@ -1,6 +1,6 @@
-#include "validation/checkstage.h"
+#include "host/validation/checkstage.h"
 
-#include "hostconnection.h"
+#include "host/database/hostconnection.h"
 #include "trivexplugininterface.h"
 
 #include <QApplication>

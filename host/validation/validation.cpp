@@ -1,8 +1,8 @@
-#include "validation/validation.h"
+#include "host/validation/validation.h"
 
-#include "console.h"
-#include "exitcode.h"
-#include "validation/checkprocess.h"
+#include "host/terminal/console.h"
+#include "host/terminal/exitcode.h"
+#include "host/validation/checkprocess.h"
 
 #include <QCoreApplication>
 #include <QFileInfo>

@@ -1,4 +1,4 @@
-#include "validation/checkstage.h"
+#include "host/validation/checkstage.h"
 
 #include <QAction>
 #include <QApplication>

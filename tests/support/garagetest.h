@@ -2,6 +2,7 @@
 
 #include "support/testdatabase.h"
 #include "support/testhome.h"
+#include "support/testprogram.h"
 
 #include <QObject>
 #include <QStringList>

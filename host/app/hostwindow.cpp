@@ -1,0 +1,110 @@
+#include "host/app/hostwindow.h"
+
+#include "host/app/demohost.h"
+#include "host/app/hostsettingsdialog.h"
+#include "host/database/hosthome.h"
+#include "host/fleet/fleetpanel.h"
+#include "host/messages/journalpanel.h"
+#include "host/remote/remotepanel.h"
+#include "host/track/trackpanel.h"
+
+#include <QCloseEvent>
+#include <QGuiApplication>
+#include <QLabel>
+#include <QMessageBox>
+#include <QScreen>
+#include <QStyle>
+#include <QTabWidget>
+#include <QToolBar>
+#include <QVBoxLayout>
+
+HostWindow::HostWindow(DemoHost &host, const HostHome &home)
+    : m_host(host), m_tabs(new QTabWidget), m_pluginTabs(host.plugin(), *m_tabs)
+{
+    setWindowTitle(tr("Картодром — демонстрация гаража"));
+    resize(QSize(1280, 800).boundedTo(QGuiApplication::primaryScreen()->availableSize() * 9 / 10));
+    setAnimated(false);
+    m_tabs->setObjectName(QStringLiteral("hostTabWidget"));
+    m_tabs->addTab(new TrackPanel(host.track(), host.fleet()), tr("Трасса"));
+    m_tabs->addTab(new FleetPanel(host.fleet()), tr("Карты и люди"));
+    m_tabs->addTab(new RemotePanel(host.remote(), host.fleet()), tr("Удалённая сторона"));
+    m_tabs->addTab(new JournalPanel(host.journal(), host.plugin()), tr("Журнал обмена"));
+
+    auto *central = new QWidget;
+    auto *layout = new QVBoxLayout(central);
+    layout->addWidget(makeBanner(home));
+    layout->addWidget(m_tabs, 1);
+    setCentralWidget(central);
+    makeToolBar();
+}
+
+HostWindow::~HostWindow()
+{
+    delete m_settings;
+    m_pluginTabs.giveBack();
+}
+
+QWidget *HostWindow::makeBanner(const HostHome &home)
+{
+    const bool isReal = home.isUserDocuments();
+    auto *banner = new QLabel(
+        isReal ? tr("Внимание: это настоящие документы пользователя. Файл: %1").arg(home.databasePath())
+               : tr("Демонстрационные данные. Файл: %1").arg(home.databasePath()));
+    banner->setObjectName(QStringLiteral("bannerLabel"));
+    banner->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    banner->setWordWrap(true);
+    banner->setStyleSheet(QLatin1String("padding: 6px; color: black; background: ")
+                          + (isReal ? QLatin1String("#ffb4a8") : QLatin1String("#fff1b8")));
+    return banner;
+}
+
+void HostWindow::makeToolBar()
+{
+    auto *bar = addToolBar(tr("Разделы"));
+    bar->setObjectName(QStringLiteral("sectionsToolBar"));
+    bar->setMovable(false);
+    bar->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+    const QString caption = m_host.plugin().caption();
+    QAction *garage = bar->addAction(style()->standardIcon(QStyle::SP_DirHomeIcon), caption);
+    garage->setObjectName(QStringLiteral("openGarageAction"));
+    QAction *settings =
+        bar->addAction(style()->standardIcon(QStyle::SP_FileDialogDetailedView), tr("Настройки"));
+    settings->setObjectName(QStringLiteral("openSettingsAction"));
+    connect(garage, &QAction::triggered, this, &HostWindow::openGarage);
+    connect(settings, &QAction::triggered, this, &HostWindow::openSettings);
+}
+
+void HostWindow::start()
+{
+    const QString error = m_host.remote().prepare();
+    if (!error.isEmpty())
+        QMessageBox::warning(this, tr("Удалённая сторона не работает"), error);
+    show();
+    m_host.fleet().playStart();
+}
+
+void HostWindow::openGarage()
+{
+    m_host.plugin().send(QStringLiteral("clicked"), {{QStringLiteral("key"), QStringLiteral("show_garage")}});
+}
+
+void HostWindow::openSettings()
+{
+    if (!m_settings) {
+        m_settings = new HostSettingsDialog(m_host.plugin(), this);
+        m_settings->setAttribute(Qt::WA_DeleteOnClose);
+    }
+    m_settings->open();
+}
+
+void HostWindow::closeSettings()
+{
+    if (m_settings)
+        m_settings->close();
+}
+
+void HostWindow::closeEvent(QCloseEvent *event)
+{
+    event->accept();
+    emit closed();
+}

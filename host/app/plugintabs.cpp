@@ -1,0 +1,53 @@
+#include "host/app/plugintabs.h"
+
+#include "host/plugin/pluginhost.h"
+#include "host/plugin/widgetaddress.h"
+
+#include <QTabWidget>
+
+PluginTabs::PluginTabs(PluginHost &plugin, QTabWidget &tabs, QObject *parent) : QObject(parent), m_tabs(tabs)
+{
+    connect(&plugin, &PluginHost::received, this, &PluginTabs::take);
+}
+
+void PluginTabs::giveBack()
+{
+    for (const QPointer<QWidget> &window : qAsConst(m_windows)) {
+        if (!window)
+            continue;
+        m_tabs.removeTab(m_tabs.indexOf(window));
+        window->hide();
+        window->setParent(nullptr);
+    }
+    m_windows.clear();
+}
+
+void PluginTabs::take(const HostMessage &message)
+{
+    if (message.event == QLatin1String("insert_tab"))
+        insert(message.data);
+    else if (message.event == QLatin1String("close_tab"))
+        close(message.data);
+}
+
+void PluginTabs::insert(const QJsonObject &data)
+{
+    QWidget *window = widgetAt(data.value(QLatin1String("tabWidget")));
+    if (!window)
+        return;
+    if (m_tabs.indexOf(window) < 0) {
+        m_tabs.insertTab(data.value(QLatin1String("index")).toInt(), window,
+                         data.value(QLatin1String("tabCaption")).toString());
+        m_windows.append(window);
+    }
+    m_tabs.setCurrentWidget(window);
+}
+
+void PluginTabs::close(const QJsonObject &data)
+{
+    const QWidget *window = widgetAt(data.value(QLatin1String("tabWidget")));
+    for (const QPointer<QWidget> &known : qAsConst(m_windows)) {
+        if (known && known == window)
+            m_tabs.removeTab(m_tabs.indexOf(known));
+    }
+}

@@ -1,0 +1,111 @@
+#include "host/database/hostconnection.h"
+
+#include <QFile>
+#include <QSqlError>
+#include <QStringList>
+#include <QUuid>
+
+namespace {
+// Other writers hold the file for moments; the window stands still while it waits for one that does not.
+const QLatin1String busyTimeout("QSQLITE_BUSY_TIMEOUT=1500"); // milliseconds
+} // namespace
+
+HostConnection::HostConnection(const QString &path)
+    : m_name(QLatin1String("host-") + QUuid::createUuid().toString(QUuid::WithoutBraces))
+    , m_database(QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), m_name))
+{
+    m_database.setDatabaseName(path);
+    m_database.setConnectOptions(busyTimeout);
+    if (!m_database.open())
+        m_errorText = m_database.lastError().text();
+}
+
+HostConnection::~HostConnection()
+{
+    m_database.close();
+    m_database = QSqlDatabase();
+    QSqlDatabase::removeDatabase(m_name);
+}
+
+bool HostConnection::exec(const QString &statement, const QVariantList &values)
+{
+    QSqlQuery done = query(statement, values);
+    if (!done.isActive())
+        return false;
+    m_lastInsertId = done.lastInsertId().toInt();
+    return true;
+}
+
+QSqlQuery HostConnection::query(const QString &statement, const QVariantList &values)
+{
+    QSqlQuery query = prepared(statement);
+    if (query.lastError().isValid())
+        return query; // running it would put a lesser reason in place of this one
+    for (const QVariant &bound : values)
+        query.addBindValue(bound);
+    exec(query);
+    return query;
+}
+
+QVariant HostConnection::value(const QString &statement, const QVariantList &values)
+{
+    QSqlQuery found = query(statement, values);
+    return found.next() ? found.value(0) : QVariant();
+}
+
+QSqlQuery HostConnection::prepared(const QString &statement)
+{
+    QSqlQuery blank(m_database);
+    blank.setForwardOnly(true);
+    if (!blank.prepare(statement))
+        m_errorText = blank.lastError().text();
+    return blank;
+}
+
+bool HostConnection::exec(QSqlQuery &prepared)
+{
+    const bool done = prepared.exec();
+    m_errorText = done ? QString() : prepared.lastError().text();
+    return done;
+}
+
+void HostConnection::rollback()
+{
+    prepared(QStringLiteral("ROLLBACK")).exec();
+}
+
+bool HostConnection::execScript(const QString &resourcePath)
+{
+    QFile file(resourcePath);
+    if (!file.open(QIODevice::ReadOnly)) {
+        m_errorText = file.errorString();
+        return false;
+    }
+    QString text;
+    for (const QString &line : QString::fromUtf8(file.readAll()).split(QLatin1Char('\n')))
+        text += line.section(QLatin1String("--"), 0, 0) + QLatin1Char('\n');
+    for (const QString &statement : text.split(QLatin1Char(';'))) {
+        if (!statement.trimmed().isEmpty() && !exec(statement.trimmed()))
+            return false;
+    }
+    return true;
+}
+
+HostTransaction::HostTransaction(HostConnection &connection)
+    : m_connection(connection), m_active(connection.exec(QStringLiteral("BEGIN IMMEDIATE")))
+{
+}
+
+HostTransaction::~HostTransaction()
+{
+    if (m_active)
+        m_connection.rollback();
+}
+
+bool HostTransaction::commit()
+{
+    if (!m_active || !m_connection.exec(QStringLiteral("COMMIT")))
+        return false;
+    m_active = false;
+    return true;
+}

@@ -1,0 +1,43 @@
+#include "host/fleet/fleetdesk.h"
+
+#include "host/plugin/pluginhost.h"
+
+FleetDesk::FleetDesk(HostConnection &connection, PluginHost &plugin, QObject *parent)
+    : QObject(parent), m_fleet(connection), m_plugin(plugin)
+{
+    // Queued: the plug-in has finished what it was saying before it hears the answer.
+    connect(&plugin, &PluginHost::received, this, &FleetDesk::take, Qt::QueuedConnection);
+}
+
+void FleetDesk::playStart()
+{
+    m_plugin.send(QStringLiteral("load_complete"));
+    announcePeople();
+    announceCars();
+    m_plugin.send(QStringLiteral("run_saved_to_db"));
+}
+
+void FleetDesk::announceCars(bool withStatistics)
+{
+    m_fleet.refreshCars();
+    QJsonObject data = m_fleet.carsMessage();
+    if (!withStatistics)
+        data.insert(QStringLiteral("noStatsUpdate"), true);
+    m_plugin.send(QStringLiteral("cars_list_changed"), data);
+    emit carsAnnounced();
+}
+
+void FleetDesk::announcePeople()
+{
+    m_fleet.refreshPeople();
+    m_plugin.send(QStringLiteral("personal_list"), m_fleet.peopleMessage());
+    emit peopleAnnounced();
+}
+
+void FleetDesk::take(const HostMessage &message)
+{
+    if (message.event == QLatin1String("read_cars_list"))
+        announceCars();
+    else if (message.event == QLatin1String("update_cars") && m_fleet.carryOut(message.data))
+        announceCars(false);
+}

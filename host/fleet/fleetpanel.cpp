@@ -1,0 +1,200 @@
+#include "host/fleet/fleetpanel.h"
+
+#include "host/fleet/fleetdesk.h"
+#include "host/widgets/selectionbutton.h"
+
+#include <QGroupBox>
+#include <QHBoxLayout>
+#include <QHeaderView>
+#include <QLabel>
+#include <QPushButton>
+#include <QScopedValueRollback>
+#include <QScrollBar>
+#include <QStandardItemModel>
+#include <QTableView>
+#include <QVBoxLayout>
+
+#include <algorithm>
+
+namespace {
+
+enum CarColumn { NumberColumn, ModelColumn, AvailableColumn };
+enum PersonColumn { LastNameColumn, FirstNameColumn, MidNameColumn, ServiceCodeColumn };
+
+QTableView *makeView(QStandardItemModel *model, const char *name)
+{
+    auto *view = new QTableView;
+    view->setObjectName(QLatin1String(name));
+    view->setModel(model);
+    view->setSelectionBehavior(QAbstractItemView::SelectRows);
+    view->setAlternatingRowColors(true);
+    view->verticalHeader()->hide();
+    view->horizontalHeader()->setStretchLastSection(true);
+    return view;
+}
+
+int idAt(const QStandardItemModel &model, int row)
+{
+    return row < 0 ? -1 : model.item(row, 0)->data().toInt();
+}
+
+QList<QStandardItem *> makeRow(int id, const QStringList &texts)
+{
+    QList<QStandardItem *> row;
+    for (const QString &text : texts)
+        row.append(new QStandardItem(text));
+    row.first()->setData(id);
+    return row;
+}
+
+} // namespace
+
+FleetPanel::FleetPanel(FleetDesk &desk, QWidget *parent)
+    : QWidget(parent)
+    , m_desk(desk)
+    , m_cars(new QStandardItemModel(this))
+    , m_people(new QStandardItemModel(this))
+    , m_carsView(makeView(m_cars, "hostCarsTableView"))
+    , m_peopleView(makeView(m_people, "hostPeopleTableView"))
+    , m_complaint(new QLabel)
+{
+    m_cars->setHorizontalHeaderLabels({tr("Номер"), tr("Модель"), tr("В работе")});
+    m_people->setHorizontalHeaderLabels({tr("Фамилия"), tr("Имя"), tr("Отчество"), tr("Сервисный код")});
+    m_carsView->setColumnWidth(ModelColumn, 200);
+    m_peopleView->setColumnWidth(LastNameColumn, 140);
+    m_peopleView->setColumnWidth(MidNameColumn, 140);
+    m_complaint->setObjectName(QStringLiteral("fleetComplaintLabel"));
+    m_complaint->setStyleSheet(QStringLiteral("color: #b00020"));
+    m_complaint->setWordWrap(true);
+    m_complaint->hide();
+    auto *tables = new QHBoxLayout;
+    tables->addWidget(makeTable(tr("Карты"), m_carsView, &FleetPanel::addCar, &FleetPanel::removeCar), 1);
+    tables->addWidget(makeTable(tr("Люди"), m_peopleView, &FleetPanel::addPerson, &FleetPanel::removePerson),
+                      1);
+    auto *layout = new QVBoxLayout(this);
+    layout->addLayout(tables, 1);
+    layout->addWidget(m_complaint);
+
+    connect(&m_desk, &FleetDesk::carsAnnounced, this, &FleetPanel::refillCars);
+    connect(&m_desk, &FleetDesk::peopleAnnounced, this, &FleetPanel::refillPeople);
+    connect(m_cars, &QStandardItemModel::itemChanged, this, &FleetPanel::storeCar);
+    connect(m_people, &QStandardItemModel::itemChanged, this, &FleetPanel::storePerson);
+    refillCars();
+    refillPeople();
+}
+
+QWidget *FleetPanel::makeTable(const QString &title, QTableView *view, void (FleetPanel::*add)(),
+                               void (FleetPanel::*remove)())
+{
+    auto *box = new QGroupBox(title);
+    auto *layout = new QVBoxLayout(box);
+    auto *buttons = new QHBoxLayout;
+    auto *addButton = new QPushButton(tr("Добавить"));
+    auto *removeButton = new QPushButton(tr("Удалить"));
+    addButton->setObjectName(view->objectName() + QLatin1String("Add"));
+    removeButton->setObjectName(view->objectName() + QLatin1String("Remove"));
+    buttons->addWidget(addButton);
+    buttons->addWidget(removeButton);
+    buttons->addStretch();
+    layout->addWidget(view, 1);
+    layout->addLayout(buttons);
+    connect(addButton, &QPushButton::clicked, this, add);
+    connect(removeButton, &QPushButton::clicked, this, remove);
+    enableWithSelection(*removeButton, *view);
+    return box;
+}
+
+void FleetPanel::refillCars()
+{
+    const QScopedValueRollback<bool> refilling(m_refilling, true);
+    const int scrolled = m_carsView->verticalScrollBar()->value();
+    m_cars->removeRows(0, m_cars->rowCount());
+    for (const FleetCar &car : m_desk.fleet().cars()) {
+        QList<QStandardItem *> row = makeRow(car.id, {car.number, car.model, QString()});
+        row.at(AvailableColumn)->setCheckable(true);
+        row.at(AvailableColumn)->setEditable(false);
+        row.at(AvailableColumn)->setCheckState(car.available ? Qt::Checked : Qt::Unchecked);
+        m_cars->appendRow(row);
+    }
+    m_carsView->verticalScrollBar()->setValue(scrolled);
+}
+
+void FleetPanel::refillPeople()
+{
+    const QScopedValueRollback<bool> refilling(m_refilling, true);
+    m_people->removeRows(0, m_people->rowCount());
+    for (const FleetPerson &person : m_desk.fleet().people())
+        m_people->appendRow(
+            makeRow(person.id, {person.lastName, person.firstName, person.midName, person.serviceCode}));
+}
+
+void FleetPanel::storeCar(QStandardItem *changed)
+{
+    if (m_refilling)
+        return;
+    const int row = changed->row();
+    FleetCar car;
+    car.id = idAt(*m_cars, row);
+    car.number = m_cars->item(row, NumberColumn)->text();
+    car.model = m_cars->item(row, ModelColumn)->text();
+    car.available = m_cars->item(row, AvailableColumn)->checkState() == Qt::Checked;
+    report(m_desk.fleet().store(car));
+    // Queued: the table is filled anew, and an editor may still be at work on it.
+    QMetaObject::invokeMethod(
+        &m_desk, [this] { m_desk.announceCars(); }, Qt::QueuedConnection);
+}
+
+void FleetPanel::storePerson(QStandardItem *changed)
+{
+    if (m_refilling)
+        return;
+    const int row = changed->row();
+    const auto text = [&](int column) { return m_people->item(row, column)->text(); };
+    report(
+        m_desk.fleet().store(FleetPerson {idAt(*m_people, row), text(LastNameColumn), text(FirstNameColumn),
+                                          text(MidNameColumn), text(ServiceCodeColumn)}));
+    QMetaObject::invokeMethod(&m_desk, &FleetDesk::announcePeople, Qt::QueuedConnection);
+}
+
+void FleetPanel::addCar()
+{
+    FleetCar car;
+    int highest = 0;
+    for (int row = 0; row < m_cars->rowCount(); ++row)
+        highest = std::max(highest, m_cars->item(row, NumberColumn)->text().toInt());
+    car.number = QString::number(highest + 1);
+    car.model = m_cars->rowCount() > 0 ? m_cars->item(m_cars->rowCount() - 1, ModelColumn)->text()
+                                       : tr("Новая модель");
+    if (!report(m_desk.fleet().store(car)))
+        return;
+    m_desk.announceCars();
+    m_carsView->scrollToBottom();
+    m_carsView->selectRow(m_cars->rowCount() - 1);
+}
+
+void FleetPanel::removeCar()
+{
+    const int id = idAt(*m_cars, m_carsView->currentIndex().row());
+    if (id >= 0 && report(m_desk.fleet().removeCar(id)))
+        m_desk.announceCars();
+}
+
+void FleetPanel::addPerson()
+{
+    if (report(m_desk.fleet().store(FleetPerson {-1, tr("Новый"), tr("Сотрудник"), QString(), QString()})))
+        m_desk.announcePeople();
+}
+
+void FleetPanel::removePerson()
+{
+    const int id = idAt(*m_people, m_peopleView->currentIndex().row());
+    if (id >= 0 && report(m_desk.fleet().removePerson(id)))
+        m_desk.announcePeople();
+}
+
+bool FleetPanel::report(bool isStored)
+{
+    m_complaint->setVisible(!isStored);
+    m_complaint->setText(isStored ? QString() : tr("Не записано: %1").arg(m_desk.fleet().errorText()));
+    return isStored;
+}

@@ -1,0 +1,97 @@
+#include "host/messages/eventplayer.h"
+
+#include "host/plugin/pluginhost.h"
+
+#include <QFile>
+#include <QJsonDocument>
+
+EventPlayer::EventPlayer(PluginHost &plugin, QObject *parent)
+    : QObject(parent), m_plugin(plugin), m_watch(plugin)
+{
+    m_timer.setSingleShot(true);
+    connect(&m_timer, &QTimer::timeout, this, &EventPlayer::next);
+    connect(&m_watch, &AnswerWatch::finished, this, [this](bool allAnswered) {
+        m_allAnswered = m_allAnswered && allAnswered;
+        m_timer.start(0);
+    });
+}
+
+QString EventPlayer::load(const QString &fileName)
+{
+    QFile file(fileName);
+    if (!file.open(QIODevice::ReadOnly))
+        return tr("файл %1 не читается: %2").arg(fileName, file.errorString());
+    m_steps.clear();
+    m_position = 0;
+    for (int number = 1; !file.atEnd(); ++number) {
+        const QByteArray line = file.readLine().trimmed();
+        if (!line.isEmpty() && !addStep(line))
+            return tr("файл %1, строка %2 не является событием").arg(fileName).arg(number);
+    }
+    return {};
+}
+
+bool EventPlayer::addStep(const QByteArray &line)
+{
+    const QJsonObject object = QJsonDocument::fromJson(line).object();
+    if (object.value(QLatin1String("direction")).toString() == QLatin1String("fromPlugin"))
+        return true;
+    Step step;
+    if (const QJsonValue wait = object.value(QLatin1String("wait")); !wait.isUndefined()) {
+        step.kind = wait.isDouble() ? Step::Pause : Step::AwaitAnswer;
+        step.milliseconds = std::max(0, wait.toInt());
+    } else if (const QJsonValue name = object.value(QLatin1String("screenshot")); name.isString()) {
+        step.kind = Step::Screenshot;
+        step.name = name.toString();
+    } else if (const std::optional<HostMessage> message = HostMessage::fromJsonLine(line)) {
+        step.message = *message;
+    } else {
+        return false;
+    }
+    m_steps.append(step);
+    return true;
+}
+
+void EventPlayer::start()
+{
+    m_timer.start(0);
+}
+
+void EventPlayer::cancel()
+{
+    m_position = m_steps.size();
+    m_timer.start(0);
+}
+
+void EventPlayer::next()
+{
+    emit progress(std::min(m_position, m_steps.size()));
+    if (m_position >= m_steps.size()) {
+        m_timer.stop();
+        emit finished(m_allAnswered);
+        return;
+    }
+    // A copy: a message may open a dialog, and its loop may load another file.
+    const Step step = m_steps.at(m_position++);
+    perform(step);
+}
+
+void EventPlayer::perform(const Step &step)
+{
+    switch (step.kind) {
+    case Step::Send:
+        m_timer.start(0); // first, so that a dialog opened by the message does not hold up the rest
+        m_plugin.send(step.message);
+        break;
+    case Step::Pause:
+        m_timer.start(step.milliseconds);
+        break;
+    case Step::AwaitAnswer:
+        m_watch.finishWhenQuiet();
+        break;
+    case Step::Screenshot:
+        emit screenshotWanted(step.name);
+        m_timer.start(0);
+        break;
+    }
+}

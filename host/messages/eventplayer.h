@@ -1,0 +1,51 @@
+#pragma once
+
+#include "host/plugin/answerwatch.h"
+
+#include <QObject>
+#include <QTimer>
+#include <QVector>
+
+class PluginHost;
+
+/// Plays a file of JSON lines to the plug-in. A line is a message, {"wait":milliseconds}, {"wait":"answer"}
+/// (until the plug-in owes nothing and is quiet) or {"screenshot":"name"}. Of a saved journal only the
+/// messages to the plug-in are played.
+class EventPlayer final : public QObject
+{
+    Q_OBJECT
+public:
+    explicit EventPlayer(PluginHost &plugin, QObject *parent = nullptr);
+
+    /// Reads the file. An error text that names the first bad line, or empty.
+    QString load(const QString &fileName);
+    int stepCount() const { return m_steps.size(); }
+    void start();
+    /// Ends before the next step; finished() still comes.
+    void cancel();
+
+signals:
+    void progress(int step);
+    void screenshotWanted(const QString &name);
+    void finished(bool allAnswered);
+
+private:
+    struct Step
+    {
+        enum Kind { Send, Pause, AwaitAnswer, Screenshot } kind = Send;
+        HostMessage message;
+        int milliseconds = 0;
+        QString name;
+    };
+
+    bool addStep(const QByteArray &line);
+    void next();
+    void perform(const Step &step);
+
+    PluginHost &m_plugin;
+    AnswerWatch m_watch;
+    QTimer m_timer;
+    QVector<Step> m_steps;
+    int m_position = 0;
+    bool m_allAnswered = true;
+};

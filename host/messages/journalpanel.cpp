@@ -1,0 +1,266 @@
+#include "host/messages/journalpanel.h"
+
+#include "host/messages/eventexamples.h"
+#include "host/messages/eventplayer.h"
+#include "host/messages/journalmodel.h"
+#include "host/plugin/pluginhost.h"
+#include "host/widgets/columnwidths.h"
+#include "host/widgets/selectionbutton.h"
+
+#include <QApplication>
+#include <QClipboard>
+#include <QComboBox>
+#include <QFileDialog>
+#include <QFontDatabase>
+#include <QHBoxLayout>
+#include <QHeaderView>
+#include <QJsonDocument>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QPlainTextEdit>
+#include <QProgressDialog>
+#include <QPushButton>
+#include <QScrollBar>
+#include <QSplitter>
+#include <QTableView>
+#include <QTimer>
+#include <QVBoxLayout>
+
+namespace {
+
+QPlainTextEdit *makeJsonEdit(const QString &name)
+{
+    auto *edit = new QPlainTextEdit;
+    edit->setObjectName(name);
+    edit->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+    edit->setLineWrapMode(QPlainTextEdit::NoWrap);
+    return edit;
+}
+
+} // namespace
+
+JournalFilter::JournalFilter(JournalModel &journal, QObject *parent)
+    : QSortFilterProxyModel(parent), m_journal(journal)
+{
+    setSourceModel(&journal);
+}
+
+void JournalFilter::setEvent(const QString &event)
+{
+    m_event = event;
+    invalidateFilter();
+}
+
+void JournalFilter::setText(const QString &text)
+{
+    m_text = text;
+    invalidateFilter();
+}
+
+bool JournalFilter::filterAcceptsRow(int sourceRow, const QModelIndex &sourceParent) const
+{
+    if (sourceParent.isValid())
+        return false;
+    const JournalModel::Entry &entry = m_journal.entry(sourceRow);
+    if (!m_event.isEmpty() && entry.event != m_event)
+        return false;
+    return m_text.isEmpty() || QString::fromUtf8(entry.toJsonLine()).contains(m_text, Qt::CaseInsensitive);
+}
+
+JournalPanel::JournalPanel(JournalModel &journal, PluginHost &plugin, QWidget *parent)
+    : QWidget(parent)
+    , m_journal(journal)
+    , m_plugin(plugin)
+    , m_filter(journal)
+    , m_table(new QTableView)
+    , m_details(makeJsonEdit(QStringLiteral("journalDetails")))
+{
+    m_table->setObjectName(QStringLiteral("journalTable"));
+    m_table->setModel(&m_filter);
+    m_table->setSelectionBehavior(QAbstractItemView::SelectRows);
+    m_table->setSelectionMode(QAbstractItemView::SingleSelection);
+    m_table->verticalHeader()->hide();
+    m_table->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 6);
+    m_table->horizontalHeader()->setStretchLastSection(true);
+    setColumnWidths(*m_table,
+                    {QStringLiteral("00:00:00.000"), tr("→ плагину"), QStringLiteral("garage_stats_updater"),
+                     QStringLiteral("remote_service_move_to_archive"), QStringLiteral("0 000 000")});
+    m_details->setReadOnly(true);
+
+    auto *side = new QSplitter(Qt::Vertical);
+    side->addWidget(m_details);
+    side->addWidget(makeSendDesk());
+    side->setStretchFactor(0, 3);
+    side->setStretchFactor(1, 2);
+    auto *splitter = new QSplitter;
+    splitter->addWidget(m_table);
+    splitter->addWidget(side);
+    splitter->setSizes({760, 500});
+    auto *layout = new QVBoxLayout(this);
+    layout->addWidget(makeFilterRow());
+    layout->addWidget(splitter, 1);
+
+    connect(m_table->selectionModel(), &QItemSelectionModel::currentChanged, this,
+            &JournalPanel::showCurrent);
+    connect(&m_journal, &QAbstractItemModel::rowsInserted, this, [this](const QModelIndex &, int first) {
+        rememberEvent(first);
+        followTail();
+    });
+    for (int row = 0; row < m_journal.rowCount(); ++row)
+        rememberEvent(row);
+}
+
+JournalPanel::~JournalPanel() = default;
+
+QWidget *JournalPanel::makeFilterRow()
+{
+    auto *row = new QWidget;
+    auto *layout = new QHBoxLayout(row);
+    layout->setContentsMargins(0, 0, 0, 0);
+    m_eventFilter = new QComboBox;
+    m_eventFilter->setObjectName(QStringLiteral("eventFilterComboBox"));
+    m_eventFilter->addItem(tr("Все события"));
+    m_eventFilter->setMinimumContentsLength(26);
+    auto *text = new QLineEdit;
+    text->setObjectName(QStringLiteral("textFilterLineEdit"));
+    text->setPlaceholderText(tr("Найти в сообщении"));
+    layout->addWidget(m_eventFilter);
+    layout->addWidget(text, 1);
+    const auto addButton = [&](const QString &caption, const char *name, void (JournalPanel::*slot)()) {
+        auto *button = new QPushButton(caption);
+        button->setObjectName(QLatin1String(name));
+        connect(button, &QPushButton::clicked, this, slot);
+        layout->addWidget(button);
+        return button;
+    };
+    enableWithSelection(*addButton(tr("Копировать"), "copyPushButton", &JournalPanel::copyCurrent), *m_table);
+    addButton(tr("Сохранить…"), "savePushButton", &JournalPanel::chooseAndSave);
+    addButton(tr("Воспроизвести…"), "replayPushButton", &JournalPanel::chooseAndReplay);
+    auto *clear = new QPushButton(tr("Очистить"));
+    layout->addWidget(clear);
+
+    connect(clear, &QPushButton::clicked, &m_journal, &JournalModel::clear);
+    connect(text, &QLineEdit::textChanged, &m_filter, &JournalFilter::setText);
+    connect(m_eventFilter, QOverload<int>::of(&QComboBox::currentIndexChanged), this,
+            [this](int index) { m_filter.setEvent(index > 0 ? m_eventFilter->itemText(index) : QString()); });
+    return row;
+}
+
+QWidget *JournalPanel::makeSendDesk()
+{
+    auto *desk = new QWidget;
+    auto *layout = new QVBoxLayout(desk);
+    layout->setContentsMargins(0, 0, 0, 0);
+    auto *row = new QHBoxLayout;
+    m_eventToSend = new QComboBox;
+    m_eventToSend->setObjectName(QStringLiteral("eventToSendComboBox"));
+    m_eventToSend->setEditable(true);
+    m_eventToSend->setInsertPolicy(QComboBox::NoInsert); // Enter would put an empty example over the data
+    for (const EventExample &example : eventExamples())
+        m_eventToSend->addItem(example.event, example.data);
+    auto *send = new QPushButton(tr("Отправить"));
+    send->setObjectName(QStringLiteral("sendPushButton"));
+    m_dataToSend = makeJsonEdit(QStringLiteral("dataToSendPlainTextEdit"));
+    m_dataToSend->setPlainText(m_eventToSend->currentData().toString());
+    m_complaint = new QLabel;
+    m_complaint->setObjectName(QStringLiteral("sendComplaintLabel"));
+    m_complaint->setStyleSheet(QStringLiteral("color: #b00020"));
+    m_complaint->hide();
+    row->addWidget(new QLabel(tr("Событие плагину")));
+    row->addWidget(m_eventToSend, 1);
+    row->addWidget(send);
+    layout->addLayout(row);
+    layout->addWidget(m_dataToSend, 1);
+    layout->addWidget(m_complaint);
+
+    connect(m_eventToSend, QOverload<int>::of(&QComboBox::activated), this,
+            [this] { m_dataToSend->setPlainText(m_eventToSend->currentData().toString()); });
+    connect(send, &QPushButton::clicked, this, &JournalPanel::sendByHand);
+    return desk;
+}
+
+void JournalPanel::showCurrent()
+{
+    const QModelIndex index = m_filter.mapToSource(m_table->currentIndex());
+    const QJsonObject payload = index.isValid() ? m_journal.entry(index.row()).data() : QJsonObject();
+    m_details->setPlainText(index.isValid() ? QString::fromUtf8(QJsonDocument(payload).toJson()) : QString());
+}
+
+void JournalPanel::copyCurrent()
+{
+    const QModelIndex index = m_filter.mapToSource(m_table->currentIndex());
+    if (index.isValid())
+        QApplication::clipboard()->setText(QString::fromUtf8(m_journal.entry(index.row()).toJsonLine()));
+}
+
+void JournalPanel::chooseAndSave()
+{
+    const QString fileName = QFileDialog::getSaveFileName(
+        this, tr("Сохранить журнал"), QStringLiteral("garage-journal.jsonl"), tr("Строки JSON (*.jsonl)"));
+    if (fileName.isEmpty())
+        return;
+    const QString error = m_journal.save(fileName);
+    if (!error.isEmpty())
+        QMessageBox::warning(this, tr("Журнал не сохранён"), error);
+}
+
+void JournalPanel::chooseAndReplay()
+{
+    const QString fileName = QFileDialog::getOpenFileName(this, tr("Воспроизвести журнал"), QString(),
+                                                          tr("Строки JSON (*.jsonl);;Все файлы (*)"));
+    if (!fileName.isEmpty())
+        replay(fileName);
+}
+
+void JournalPanel::replay(const QString &fileName)
+{
+    m_player = std::make_unique<EventPlayer>(m_plugin);
+    const QString error = m_player->load(fileName);
+    if (!error.isEmpty()) {
+        QMessageBox::warning(this, tr("Журнал не воспроизводится"), error);
+        return;
+    }
+    auto *progress =
+        new QProgressDialog(tr("Воспроизводится журнал…"), tr("Остановить"), 0, m_player->stepCount(), this);
+    progress->setMinimumDuration(500);
+    connect(progress, &QProgressDialog::canceled, m_player.get(), &EventPlayer::cancel);
+    connect(m_player.get(), &EventPlayer::progress, progress, &QProgressDialog::setValue);
+    connect(m_player.get(), &EventPlayer::finished, progress, &QObject::deleteLater);
+    connect(m_player.get(), &QObject::destroyed, progress, &QObject::deleteLater);
+    m_player->start();
+}
+
+void JournalPanel::sendByHand()
+{
+    QJsonParseError error {};
+    const QByteArray text = m_dataToSend->toPlainText().toUtf8();
+    const QJsonDocument payload = QJsonDocument::fromJson(text, &error);
+    const QString event = m_eventToSend->currentText().trimmed();
+    const bool isSendable = !event.isEmpty() && payload.isObject();
+    m_complaint->setVisible(!isSendable);
+    if (isSendable)
+        m_plugin.send(event, payload.object());
+    else if (event.isEmpty())
+        m_complaint->setText(tr("Не указано событие"));
+    else
+        m_complaint->setText(error.error == QJsonParseError::NoError
+                                 ? tr("Данные должны быть объектом JSON")
+                                 : tr("Данные не являются JSON: ошибка после символа %1")
+                                       .arg(QString::fromUtf8(text.left(error.offset)).size()));
+}
+
+void JournalPanel::rememberEvent(int row)
+{
+    const QString event = m_journal.entry(row).event;
+    if (m_eventFilter->findText(event) < 0)
+        m_eventFilter->addItem(event);
+}
+
+/// Whoever looks at the latest message keeps seeing the latest.
+void JournalPanel::followTail()
+{
+    const QScrollBar *bar = m_table->verticalScrollBar();
+    if (bar->value() == bar->maximum())
+        QTimer::singleShot(0, m_table, &QTableView::scrollToBottom);
+}

@@ -1,0 +1,81 @@
+#include "host/plugin/pluginhost.h"
+
+#include "trivexplugininterface.h"
+
+#include <QCoreApplication>
+#include <QFileInfo>
+
+namespace {
+const QLatin1String hostModule("host");
+} // namespace
+
+PluginHost::PluginHost(QObject *parent) : QObject(parent)
+{
+    qRegisterMetaType<HostMessage>();
+}
+
+PluginHost::~PluginHost()
+{
+    unload();
+}
+
+QString PluginHost::load(const QString &fileName)
+{
+    const QFileInfo library(fileName);
+    if (!library.exists())
+        return tr("файла %1 нет").arg(fileName);
+    m_loader.setFileName(library.absoluteFilePath());
+    QObject *root = m_loader.instance();
+    if (!root)
+        return m_loader.errorString();
+    m_plugin = qobject_cast<TrivexPluginInterface *>(root);
+    if (!m_plugin) {
+        m_loader.unload();
+        return tr("%1 не является плагином с интерфейсом %2")
+            .arg(fileName, QString::fromLatin1(qobject_interface_iid<TrivexPluginInterface *>()));
+    }
+    connect(m_plugin, &TrivexPluginInterface::pluginSignal, this,
+            [this](const QString &module, const QString &event, const QJsonObject &data) {
+                emit received({module, event, data});
+            });
+    return {};
+}
+
+void PluginHost::unload()
+{
+    if (!m_plugin)
+        return;
+    m_plugin->disconnect(this);
+    m_plugin = nullptr;
+    m_loader.unload();
+}
+
+QString PluginHost::caption() const
+{
+    return m_plugin ? m_plugin->caption() : QString();
+}
+
+void PluginHost::send(const QString &event, const QJsonObject &data)
+{
+    send(HostMessage {hostModule, event, data});
+}
+
+void PluginHost::send(const HostMessage &message)
+{
+    if (!m_plugin)
+        return;
+    emit sent(message);
+    m_plugin->pluginSlot(message.module, message.event, message.data);
+}
+
+QString PluginHost::defaultLibrary()
+{
+    const QString here = QCoreApplication::applicationDirPath();
+    for (const QLatin1String folder :
+         {QLatin1String("/../plugins"), QLatin1String("/plugins"), QLatin1String(GARAGE_INSTALLED_PLUGINS)}) {
+        const QFileInfo library(here + folder + QLatin1String("/libruvalogarage.so"));
+        if (library.exists())
+            return library.canonicalFilePath();
+    }
+    return {};
+}

@@ -1,0 +1,248 @@
+#include "host/remote/remotepanel.h"
+
+#include "host/database/timestamptext.h"
+#include "host/fleet/fleetdesk.h"
+#include "host/remote/remoteside.h"
+#include "host/widgets/columnwidths.h"
+#include "host/widgets/selectionbutton.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDateTime>
+#include <QFormLayout>
+#include <QGroupBox>
+#include <QHBoxLayout>
+#include <QHeaderView>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QStandardItemModel>
+#include <QTableView>
+#include <QVBoxLayout>
+
+namespace {
+
+constexpr int shownRecords = 300;
+constexpr int diaryLines = 500;
+constexpr int refillDelay = 150; // milliseconds
+
+QTableView *makeView(QStandardItemModel *model, const char *name)
+{
+    auto *view = new QTableView;
+    view->setObjectName(QLatin1String(name));
+    view->setModel(model);
+    view->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    view->setSelectionBehavior(QAbstractItemView::SelectRows);
+    view->setSelectionMode(QAbstractItemView::SingleSelection);
+    view->setAlternatingRowColors(true);
+    view->verticalHeader()->hide();
+    view->horizontalHeader()->setStretchLastSection(true);
+    return view;
+}
+
+QList<QStandardItem *> makeRow(const QStringList &texts)
+{
+    QList<QStandardItem *> row;
+    for (const QString &text : texts)
+        row.append(new QStandardItem(text.simplified()));
+    return row;
+}
+
+QString idList(const QVector<int> &ids)
+{
+    QStringList texts;
+    for (const int id : ids)
+        texts.append(QString::number(id));
+    return texts.join(QLatin1String(", "));
+}
+
+} // namespace
+
+RemotePanel::RemotePanel(RemoteSide &remote, FleetDesk &desk, QWidget *parent)
+    : QWidget(parent)
+    , m_remote(remote)
+    , m_desk(desk)
+    , m_pending(new QStandardItemModel(this))
+    , m_records(new QStandardItemModel(this))
+    , m_pendingView(makeView(m_pending, "pendingTableView"))
+    , m_recordsView(makeView(m_records, "remoteRecordsTableView"))
+    , m_person(new QComboBox)
+    , m_channel(new QComboBox)
+    , m_car(new QComboBox)
+    , m_comment(new QLineEdit)
+    , m_check(new QLabel)
+    , m_diary(new QPlainTextEdit)
+{
+    m_pending->setHorizontalHeaderLabels({tr("Карт"), tr("Модель"), tr("Операция"), tr("Последний раз")});
+    m_records->setHorizontalHeaderLabels(
+        {tr("№"), tr("Карт"), tr("Операция"), tr("Выполнено"), tr("Исполнитель"), tr("Состояние")});
+    auto *layout = new QHBoxLayout(this);
+    layout->addWidget(makePendingBox(), 5);
+    layout->addWidget(makeRecordsBox(), 7);
+
+    // Records may change many times in a row; the tables follow a little later, once.
+    m_recordsTimer.setSingleShot(true);
+    m_recordsTimer.setInterval(refillDelay);
+    connect(&m_recordsTimer, &QTimer::timeout, this, &RemotePanel::refillRecords);
+    connect(&m_remote, &RemoteSide::recordsChanged, &m_recordsTimer, QOverload<>::of(&QTimer::start));
+    connect(&m_remote, &RemoteSide::pendingChanged, this, &RemotePanel::refillPending);
+    connect(&m_remote, &RemoteSide::noted, m_diary, [this](const QString &text) {
+        m_diary->appendPlainText(QTime::currentTime().toString(QStringLiteral("hh:mm:ss  ")) + text);
+    });
+    connect(&m_desk, &FleetDesk::carsAnnounced, this, &RemotePanel::refillCars);
+    connect(&m_desk, &FleetDesk::peopleAnnounced, this, &RemotePanel::refillPeople);
+    refillPending();
+    refillRecords();
+    refillPeople();
+    refillCars();
+}
+
+QWidget *RemotePanel::makePendingBox()
+{
+    auto *box = new QGroupBox(tr("Ждёт обслуживания"));
+    auto *layout = new QVBoxLayout(box);
+    setColumnWidths(*m_pendingView, {tr("Карт "), QStringLiteral("Молния+"), tr("Замена цепи и звёзд++")});
+    m_person->setObjectName(QStringLiteral("remotePersonComboBox"));
+    m_channel->setObjectName(QStringLiteral("remoteChannelComboBox"));
+    m_comment->setObjectName(QStringLiteral("remoteCommentLineEdit"));
+    m_channel->addItem(tr("веб-служба (remote_service_data)"), int(RemoteSide::Channel::Service));
+    m_channel->addItem(tr("пульт (remote_control_data)"), int(RemoteSide::Channel::RemoteControl));
+    auto *done = new QPushButton(tr("Выполнено"));
+    done->setObjectName(QStringLiteral("remoteDonePushButton"));
+    auto *form = new QFormLayout;
+    form->addRow(tr("Исполнитель"), m_person);
+    form->addRow(tr("Примечание"), m_comment);
+    form->addRow(tr("Через"), m_channel);
+    form->addRow(done);
+    layout->addWidget(m_pendingView, 1);
+    layout->addLayout(form);
+    layout->addWidget(makeCarRow());
+    connect(done, &QPushButton::clicked, this, &RemotePanel::completeCurrent);
+    enableWithSelection(*done, *m_pendingView);
+    return box;
+}
+
+QWidget *RemotePanel::makeCarRow()
+{
+    auto *row = new QWidget;
+    auto *layout = new QHBoxLayout(row);
+    layout->setContentsMargins(0, 0, 0, 0);
+    m_car->setObjectName(QStringLiteral("remoteCarComboBox"));
+    auto *switchCar = new QPushButton(tr("Сменить доступность"));
+    switchCar->setObjectName(QStringLiteral("switchCarPushButton"));
+    layout->addWidget(m_car, 1);
+    layout->addWidget(switchCar);
+    connect(switchCar, &QPushButton::clicked, this, [this] {
+        if (m_car->currentIndex() >= 0)
+            m_remote.switchAvailability(m_car->currentData().toInt());
+    });
+    return row;
+}
+
+QWidget *RemotePanel::makeRecordsBox()
+{
+    auto *box = new QGroupBox(tr("Записи удалённой стороны"));
+    auto *layout = new QVBoxLayout(box);
+    setColumnWidths(*m_recordsView,
+                    {QStringLiteral("0000"), tr("Карт "), tr("Замена цепи и звёзд++"),
+                     QStringLiteral("00.00.0000 00:00"), tr("Кузнецов Алексей")});
+    auto *atOnce = new QCheckBox(tr("Отправлять сразу"));
+    atOnce->setChecked(true);
+    atOnce->setObjectName(QStringLiteral("sendAtOnceCheckBox"));
+    auto *send = new QPushButton(tr("Отправить ожидающие"));
+    send->setObjectName(QStringLiteral("sendWaitingPushButton"));
+    m_check->setObjectName(QStringLiteral("archiveCheckLabel"));
+    m_check->setWordWrap(true);
+    m_diary->setObjectName(QStringLiteral("remoteDiaryPlainTextEdit"));
+    m_diary->setReadOnly(true);
+    m_diary->setMaximumBlockCount(diaryLines);
+    auto *row = new QHBoxLayout;
+    row->addWidget(atOnce);
+    row->addStretch();
+    row->addWidget(send);
+    layout->addWidget(m_recordsView, 3);
+    layout->addLayout(row);
+    layout->addWidget(m_check);
+    layout->addWidget(m_diary, 1);
+    connect(atOnce, &QCheckBox::toggled, &m_remote, &RemoteSide::setSendsAtOnce);
+    connect(send, &QPushButton::clicked, &m_remote, [this] { m_remote.sendWaiting(); });
+    return box;
+}
+
+void RemotePanel::refillPending()
+{
+    const int row = m_pendingView->currentIndex().row();
+    const PendingService chosen = row < 0 ? PendingService() : m_shownPending.value(row);
+    m_shownPending = m_remote.pending();
+    m_pending->removeRows(0, m_pending->rowCount());
+    for (const PendingService &service : qAsConst(m_shownPending)) {
+        const QString name = service.opId < 0 ? tr("Жалоба: %1").arg(service.opName) : service.opName;
+        m_pending->appendRow(
+            makeRow({service.carNumber, service.carModel, name, localTimeText(service.since)}));
+        if (service.carId == chosen.carId && service.opId == chosen.opId)
+            m_pendingView->selectRow(m_pending->rowCount() - 1);
+    }
+}
+
+void RemotePanel::refillRecords()
+{
+    const QStringList states = {tr("на трассе"), tr("ждёт"), tr("отправлена"), tr("в архиве"), tr("удалена")};
+    QHash<int, QString> numbers;
+    for (const FleetCar &car : m_desk.fleet().cars())
+        numbers.insert(car.id, car.number);
+    m_records->removeRows(0, m_records->rowCount());
+    for (const RemoteRecord &record : m_remote.store().latest(shownRecords))
+        m_records->appendRow(
+            makeRow({QString::number(record.id), numbers.value(record.carId), record.opName,
+                     localTimeText(record.doneTime), record.operatorName, states.value(record.state)}));
+    showCheck();
+}
+
+void RemotePanel::refillPeople()
+{
+    const int chosen = m_person->currentIndex();
+    m_person->clear();
+    for (const FleetPerson &person : m_desk.fleet().people())
+        m_person->addItem(tr("%1 %2 (код %3)").arg(person.lastName, person.firstName, person.serviceCode));
+    m_person->setCurrentIndex(qBound(m_person->count() > 0 ? 0 : -1, chosen, m_person->count() - 1));
+}
+
+void RemotePanel::refillCars()
+{
+    const int chosen = m_car->currentData().toInt();
+    m_car->clear();
+    for (const FleetCar &car : m_desk.fleet().cars())
+        m_car->addItem(
+            tr("%1 — %2 (%3)").arg(car.number, car.model, car.available ? tr("в работе") : tr("не в работе")),
+            car.id);
+    m_car->setCurrentIndex(std::max(0, m_car->findData(chosen)));
+}
+
+void RemotePanel::completeCurrent()
+{
+    const int row = m_pendingView->currentIndex().row();
+    const QVector<FleetPerson> people = m_desk.fleet().people();
+    if (row < 0 || row >= m_shownPending.size())
+        return;
+    const PendingService work = m_shownPending.at(row);
+    if (m_remote.complete(work, people.value(m_person->currentIndex()), m_comment->text(),
+                          RemoteSide::Channel(m_channel->currentData().toInt())))
+        m_comment->clear();
+}
+
+void RemotePanel::showCheck()
+{
+    const ArchiveFindings findings = m_remote.checkArchive();
+    QStringList parts;
+    if (!findings.errorText.isEmpty())
+        parts.append(tr("не удалась, %1").arg(findings.errorText));
+    if (!findings.missing.isEmpty())
+        parts.append(tr("в базе нет архивных записей: %1").arg(idList(findings.missing)));
+    if (!findings.undead.isEmpty())
+        parts.append(tr("в базе остались удалённые записи: %1").arg(idList(findings.undead)));
+    m_check->setStyleSheet(findings.isGood() ? QStringLiteral("color: #1b7a2f")
+                                             : QStringLiteral("color: #b00020"));
+    m_check->setText(findings.isGood() ? tr("Сверка: в архиве %1, все есть в базе").arg(findings.archived)
+                                       : tr("Сверка: %1").arg(parts.join(QLatin1String("; "))));
+}

@@ -1,0 +1,249 @@
+#include "host/remote/remoteside.h"
+
+#include "host/database/hostconnection.h"
+#include "host/database/timestamptext.h"
+#include "host/plugin/pluginhost.h"
+
+#include <QDateTime>
+#include <QHash>
+#include <QJsonDocument>
+#include <QSet>
+
+namespace {
+
+QString nowText()
+{
+    return TimestampText().of(QDateTime::currentMSecsSinceEpoch());
+}
+
+/// The plug-in writes minutes only, with a blank or a "T" and with or without the zone.
+QString fullTime(QString text)
+{
+    text.replace(QLatin1Char(' '), QLatin1Char('T'));
+    text.remove(QLatin1Char('Z'));
+    const QDateTime time = QDateTime::fromString(text, Qt::ISODate);
+    if (!time.isValid())
+        return nowText();
+    return TimestampText().of(QDateTime(time.date(), time.time(), Qt::UTC).toMSecsSinceEpoch());
+}
+
+QVector<int> idsOf(const QVector<RemoteRecord> &records)
+{
+    QVector<int> ids;
+    for (const RemoteRecord &record : records)
+        ids.append(record.id);
+    return ids;
+}
+
+} // namespace
+
+RemoteSide::RemoteSide(const QString &recordsPath, HostConnection &track, PluginHost &plugin, QObject *parent)
+    : QObject(parent), m_store(recordsPath), m_track(track), m_plugin(plugin)
+{
+    // Queued: the plug-in has finished what it was saying before it hears the answer.
+    connect(&plugin, &PluginHost::received, this, &RemoteSide::take, Qt::QueuedConnection);
+}
+
+QString RemoteSide::prepare()
+{
+    return m_store.prepare(m_track.value(QStringLiteral("SELECT max(remote_id) FROM maintainance")).toInt());
+}
+
+bool RemoteSide::complete(const PendingService &work, const FleetPerson &by, const QString &comment,
+                          Channel channel)
+{
+    const std::optional<bool> isOpen = isOpenAtTrack(work.localId);
+    if (!isOpen) {
+        emit noted(tr("Не отмечено, база трассы не читается: %1").arg(m_track.errorText()));
+        return false;
+    }
+    RemoteRecord record;
+    record.carId = work.carId;
+    record.opId = work.opId;
+    record.opName = work.opName;
+    record.doneTime = nowText();
+    record.operatorId = by.id;
+    record.operatorName = QStringList {by.lastName, by.firstName}.join(QLatin1Char(' ')).trimmed();
+    record.serviceCode = by.serviceCode;
+    record.comment = comment;
+    // The due list names the last record also where that is done and only overrun; closing "it" would move
+    // the old record instead of adding one.
+    record.localId = *isOpen ? work.localId : -1;
+    m_store.add(record);
+    emit recordsChanged();
+    if (m_sendsAtOnce)
+        sendWaiting(channel);
+    return true;
+}
+
+void RemoteSide::sendWaiting(Channel channel)
+{
+    const QVector<RemoteRecord> waiting = m_store.inState(RemoteRecord::Waiting);
+    if (waiting.isEmpty())
+        return;
+    QJsonArray array;
+    for (const RemoteRecord &record : waiting)
+        array.append(record.toJson());
+    QJsonObject data {
+        {QStringLiteral("data"), QString::fromUtf8(QJsonDocument(array).toJson(QJsonDocument::Compact))}};
+    m_store.setState(idsOf(waiting), RemoteRecord::Sent);
+    emit noted(tr("Отправлено записей: %1").arg(waiting.size()));
+    if (channel == Channel::Service) {
+        m_plugin.send(QStringLiteral("remote_service_data"), data);
+    } else {
+        data.insert(QStringLiteral("msg"), QStringLiteral("service_operation_done"));
+        data.insert(QStringLiteral("sinkId"), ++m_lastSinkId);
+        m_plugin.send(QStringLiteral("remote_control_data"), data);
+    }
+    emit recordsChanged();
+}
+
+void RemoteSide::switchAvailability(int carId)
+{
+    m_plugin.send(QStringLiteral("remote_control_data"),
+                  {{QStringLiteral("msg"), QStringLiteral("switchCarAvailability")},
+                   {QStringLiteral("data"), QJsonObject {{QStringLiteral("carId"), carId}}},
+                   {QStringLiteral("sinkId"), ++m_lastSinkId}});
+}
+
+ArchiveFindings RemoteSide::checkArchive()
+{
+    QSet<int> remoteIds;
+    QSet<int> doneIds;
+    QSqlQuery rows =
+        m_track.query(QStringLiteral("SELECT id,ifnull(remote_id,-1),operation_state FROM maintainance"));
+    if (!rows.isActive()) {
+        ArchiveFindings unknown;
+        unknown.errorText = m_track.errorText();
+        return unknown;
+    }
+    while (rows.next()) {
+        remoteIds.insert(rows.value(1).toInt());
+        if (rows.value(2).toInt() != 0)
+            doneIds.insert(rows.value(0).toInt());
+    }
+    ArchiveFindings findings;
+    for (const RemoteRecord &record : m_store.inState(RemoteRecord::Archived)) {
+        ++findings.archived;
+        if (!remoteIds.contains(record.id) && !doneIds.contains(record.localId))
+            findings.missing.append(record.id);
+    }
+    for (const RemoteRecord &record : m_store.inState(RemoteRecord::Deleted)) {
+        if (remoteIds.contains(record.id))
+            findings.undead.append(record.id);
+    }
+    return findings;
+}
+
+void RemoteSide::take(const HostMessage &message)
+{
+    static const QHash<QString, void (RemoteSide::*)(const QJsonObject &)> takers = {
+        {QStringLiteral("add_remote_service"), &RemoteSide::takeRecord},
+        {QStringLiteral("remote_service_delete"), &RemoteSide::takeDeletion},
+        {QStringLiteral("remote_service_move_to_archive"), &RemoteSide::takeArchive},
+        {QStringLiteral("update_pending_service"), &RemoteSide::takePending},
+        {QStringLiteral("service_ops_changed"), &RemoteSide::takeOperations},
+        {QStringLiteral("remote_control_answer"), &RemoteSide::takeAnswer},
+    };
+    if (message.event == QLatin1String("update_remote_service"))
+        sendWaiting();
+    else if (const auto taker = takers.value(message.event))
+        (this->*taker)(message.data);
+}
+
+void RemoteSide::takeRecord(const QJsonObject &data)
+{
+    const bool isDoneHere = data.value(QLatin1String("updateFromLocal")).toBool();
+    RemoteRecord record;
+    record.carId = data.value(QLatin1String("carId")).toInt(-1);
+    record.opId = data.value(QLatin1String("opId")).toInt(-1);
+    record.opName = data.value(QLatin1String("opName")).toString();
+    record.comment = data.value(QLatin1String("comment")).toString();
+    record.localId = data.value(QLatin1String("localId")).toInt(-1);
+    record.doneTime = fullTime(
+        data.value(isDoneHere ? QLatin1String("opDoneDateTime") : QLatin1String("opTime")).toString());
+    record.operatorId = data.value(isDoneHere ? QLatin1String("operatorId") : QLatin1String("pId")).toInt(-1);
+    record.operatorName =
+        data.value(isDoneHere ? QLatin1String("operatorName") : QLatin1String("pName")).toString();
+    // Marking a journal record done stores nothing at the track: it waits for the record to come back.
+    record.state = isDoneHere ? RemoteRecord::Waiting : RemoteRecord::Kept;
+    const int id = m_store.add(record);
+    emit noted(tr("Принята запись %1: %2").arg(id).arg(record.opName.simplified()));
+    emit recordsChanged();
+    if (isDoneHere && m_sendsAtOnce)
+        sendWaiting();
+}
+
+void RemoteSide::takeDeletion(const QJsonObject &data)
+{
+    const int localId = data.value(QLatin1String("localId")).toInt(-1);
+    m_store.markDeleted(data.value(QLatin1String("remoteId")).toInt(-1), localId);
+    emit noted(tr("На трассе удалена запись %1").arg(localId));
+    emit recordsChanged();
+}
+
+void RemoteSide::takeArchive(const QJsonObject &data)
+{
+    QVector<int> ids;
+    for (const QJsonValue id : data.value(QLatin1String("idList")).toArray())
+        ids.append(id.toInt(-1));
+    m_store.setState(ids, RemoteRecord::Archived);
+    emit noted(tr("В архив: %1").arg(ids.size()));
+    emit recordsChanged();
+}
+
+void RemoteSide::takePending(const QJsonObject &data)
+{
+    m_pending.clear();
+    for (const QJsonValue value : data.value(QLatin1String("servicePendingList")).toArray()) {
+        const QJsonObject due = value.toObject();
+        PendingService service;
+        service.carId = due.value(QLatin1String("carId")).toInt(-1);
+        service.carNumber = due.value(QLatin1String("carNum")).toString();
+        service.carModel = due.value(QLatin1String("carModel")).toString();
+        service.opId = due.value(QLatin1String("opId")).toInt(-1);
+        service.opName = due.value(QLatin1String("opName")).toString();
+        service.since = due.value(QLatin1String("opDateTime")).toString();
+        service.localId = due.value(QLatin1String("localId")).toInt(-1);
+        m_pending.append(service);
+    }
+    emit pendingChanged();
+}
+
+void RemoteSide::takeOperations(const QJsonObject &data)
+{
+    m_operations.clear();
+    for (const QJsonValue value : data.value(QLatin1String("opsList")).toArray()) {
+        const QJsonObject operation = value.toObject();
+        m_operations.insert(operation.value(QLatin1String("id")).toInt(-1),
+                            operation.value(QLatin1String("opName")).toString());
+    }
+    emit noted(tr("Список операций изменён, операций: %1").arg(m_operations.size()));
+}
+
+void RemoteSide::takeAnswer(const QJsonObject &data)
+{
+    const QJsonObject answer = data.value(QLatin1String("req_answ")).toObject();
+    const bool available = answer.value(QLatin1String("carAvailable")).toBool();
+    QStringList cars;
+    for (const QJsonValue id : answer.value(QLatin1String("carsIdsList")).toArray())
+        cars.append(carNumber(id.toInt(-1)));
+    if (answer.contains(QLatin1String("carId")))
+        cars.append(carNumber(answer.value(QLatin1String("carId")).toInt(-1)));
+    emit noted(tr("Ответ пультам: карт %1 %2")
+                   .arg(cars.join(QLatin1String(", ")), available ? tr("в работе") : tr("не в работе")));
+}
+
+QString RemoteSide::carNumber(int carId)
+{
+    const QVariant number = m_track.value(QStringLiteral("SELECT num FROM cars WHERE id=?"), {carId});
+    return number.isValid() ? number.toString() : tr("с неизвестным id %1").arg(carId);
+}
+
+std::optional<bool> RemoteSide::isOpenAtTrack(int localId)
+{
+    const QVariant isOpen = m_track.value(
+        QStringLiteral("SELECT EXISTS (SELECT 1 FROM maintainance WHERE id=? AND operation_state=0)"),
+        {localId});
+    return isOpen.isValid() ? std::make_optional(isOpen.toBool()) : std::nullopt;
+}

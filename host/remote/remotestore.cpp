@@ -1,0 +1,126 @@
+#include "host/remote/remotestore.h"
+
+#include <QStringList>
+
+/// The linker drops a static library's resources unless they are asked for by name.
+static void initResources()
+{
+    Q_INIT_RESOURCE(remote);
+}
+
+QJsonObject RemoteRecord::toJson() const
+{
+    QJsonObject json {{QStringLiteral("id"), id},
+                      {QStringLiteral("carId"), carId},
+                      {QStringLiteral("opId"), opId},
+                      {QStringLiteral("opDoneDateTime"), doneTime},
+                      {QStringLiteral("operatorName"), operatorName},
+                      {QStringLiteral("serviceCode"), serviceCode},
+                      {QStringLiteral("comment"), comment}};
+    if (operatorId >= 0)
+        json.insert(QStringLiteral("operatorId"), operatorId);
+    if (localId >= 0)
+        json.insert(QStringLiteral("localId"), localId);
+    return json;
+}
+
+RemoteStore::RemoteStore(const QString &path) : m_connection(path)
+{
+}
+
+QString RemoteStore::prepare(int usedRemoteId)
+{
+    initResources();
+    if (!m_connection.isOpen() || !m_connection.execScript(QStringLiteral(":/host/remotetables.sql")))
+        return m_connection.errorText();
+    // A record under an id that the track knows already would overwrite the older one there.
+    const int last =
+        m_connection.value(QStringLiteral("SELECT seq FROM sqlite_sequence WHERE name='remote_records'"))
+            .toInt();
+    if (last < usedRemoteId) {
+        m_connection.exec(QStringLiteral("DELETE FROM sqlite_sequence WHERE name='remote_records'"));
+        m_connection.exec(
+            QStringLiteral("INSERT INTO sqlite_sequence (name,seq) VALUES ('remote_records',?)"),
+            {usedRemoteId});
+    }
+    return m_connection.errorText();
+}
+
+int RemoteStore::add(const RemoteRecord &record)
+{
+    const bool added = m_connection.exec(
+        QStringLiteral("INSERT INTO remote_records (car_id,op_id,op_name,done_time,operator_id,operator_name,"
+                       "service_code,comment,local_id,state) VALUES (?,?,?,?,?,?,?,?,?,?)"),
+        {record.carId, record.opId, record.opName, record.doneTime, record.operatorId, record.operatorName,
+         record.serviceCode, record.comment, record.localId, record.state});
+    return added ? m_connection.lastInsertId() : -1;
+}
+
+void RemoteStore::setState(const QVector<int> &ids, RemoteRecord::State state)
+{
+    HostTransaction transaction(m_connection);
+    for (const int id : ids)
+        m_connection.exec(QStringLiteral("UPDATE remote_records SET state=? WHERE id=?"), {state, id});
+    transaction.commit();
+}
+
+void RemoteStore::markDeleted(int remoteId, int localId)
+{
+    HostTransaction transaction(m_connection);
+    if (remoteId >= 0)
+        m_connection.exec(QStringLiteral("UPDATE remote_records SET state=? WHERE id=?"),
+                          {RemoteRecord::Deleted, remoteId});
+    if (localId >= 0) {
+        // What is still on its way finds nothing to close there: it will be stored as a record of its own,
+        // which another word of this deletion does not concern.
+        m_connection.exec(
+            QStringLiteral("UPDATE remote_records SET local_id=-1 WHERE local_id=? AND state=?"),
+            {localId, RemoteRecord::Sent});
+        m_connection.exec(QStringLiteral("UPDATE remote_records SET state=? WHERE local_id=?"),
+                          {RemoteRecord::Deleted, localId});
+    }
+    transaction.commit();
+}
+
+QVector<RemoteRecord> RemoteStore::latest(int limit)
+{
+    return read(QStringLiteral("ORDER BY id DESC LIMIT ?"), {limit});
+}
+
+QVector<RemoteRecord> RemoteStore::inState(RemoteRecord::State state)
+{
+    return read(QStringLiteral("WHERE state=? ORDER BY id"), {state});
+}
+
+int RemoteStore::count(RemoteRecord::State state)
+{
+    return m_connection.value(QStringLiteral("SELECT count(*) FROM remote_records WHERE state=?"), {state})
+        .toInt();
+}
+
+QVector<RemoteRecord> RemoteStore::read(const QString &condition, const QVariantList &values)
+{
+    QVector<RemoteRecord> records;
+    QSqlQuery query = m_connection.query(
+        QLatin1String(
+            "SELECT id,car_id,op_id,op_name,done_time,operator_id,operator_name,service_code,comment,"
+            "local_id,state FROM remote_records ")
+            + condition,
+        values);
+    while (query.next()) {
+        RemoteRecord record;
+        record.id = query.value(0).toInt();
+        record.carId = query.value(1).toInt();
+        record.opId = query.value(2).toInt();
+        record.opName = query.value(3).toString();
+        record.doneTime = query.value(4).toString();
+        record.operatorId = query.value(5).toInt();
+        record.operatorName = query.value(6).toString();
+        record.serviceCode = query.value(7).toString();
+        record.comment = query.value(8).toString();
+        record.localId = query.value(9).toInt();
+        record.state = RemoteRecord::State(query.value(10).toInt());
+        records.append(record);
+    }
+    return records;
+}

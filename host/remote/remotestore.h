@@ -1,0 +1,60 @@
+#pragma once
+
+#include "host/database/hostconnection.h"
+
+#include <QJsonArray>
+#include <QJsonObject>
+#include <QVector>
+
+/// A service record as the remote side keeps it.
+struct RemoteRecord
+{
+    enum State {
+        Kept, // done and stored at the track; here for the books only
+        Waiting, // to be sent to the track
+        Sent, // not yet archived
+        Archived, // the track has stored it
+        Deleted // the track has deleted it
+    };
+
+    int id = -1;
+    int carId = -1;
+    int opId = -1;
+    QString opName;
+    QString doneTime; // UTC, "yyyy-MM-ddThh:mm:ss.zzzZ"
+    int operatorId = -1;
+    QString operatorName;
+    QString serviceCode;
+    QString comment;
+    int localId = -1;
+    State state = Waiting;
+
+    /// An element of the array that "remote_service_data" carries.
+    QJsonObject toJson() const;
+};
+
+/// The remote side's file of records.
+class RemoteStore final
+{
+public:
+    explicit RemoteStore(const QString &path);
+
+    /// An error text, or empty. `usedRemoteId` is the highest id that the track already knows.
+    QString prepare(int usedRemoteId);
+
+    /// Stores the record under a new id, which it returns.
+    int add(const RemoteRecord &record);
+    void setState(const QVector<int> &ids, RemoteRecord::State state);
+    /// Marks whatever belongs to the deleted local record.
+    void markDeleted(int remoteId, int localId);
+
+    /// Latest first; at most `limit`.
+    QVector<RemoteRecord> latest(int limit);
+    QVector<RemoteRecord> inState(RemoteRecord::State state);
+    int count(RemoteRecord::State state);
+
+private:
+    QVector<RemoteRecord> read(const QString &condition, const QVariantList &values);
+
+    HostConnection m_connection;
+};

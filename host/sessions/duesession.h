@@ -1,0 +1,23 @@
+#pragma once
+
+#include "host/plugin/answerwatch.h"
+#include "host/sessions/hostsession.h"
+
+class DemoHost;
+
+/// Prints what the first reload reports as due.
+class DueSession final : public HostSession
+{
+    Q_OBJECT
+public:
+    explicit DueSession(DemoHost &host);
+
+    void start() override;
+
+private:
+    void print(bool allAnswered);
+
+    DemoHost &m_host;
+    AnswerWatch m_watch;
+    QJsonObject m_pending;
+};

@@ -1,0 +1,35 @@
+#include "host/terminal/standardlines.h"
+
+#include <unistd.h>
+
+StandardLines::StandardLines(QObject *parent)
+    : QObject(parent), m_notifier(STDIN_FILENO, QSocketNotifier::Read)
+{
+    connect(&m_notifier, &QSocketNotifier::activated, this, &StandardLines::read);
+}
+
+void StandardLines::read()
+{
+    char piece[65536];
+    const ssize_t size = ::read(STDIN_FILENO, piece, sizeof piece);
+    if (size <= 0) {
+        end();
+        return;
+    }
+    m_buffer.append(piece, int(size));
+    for (int at = m_buffer.indexOf('\n'); at >= 0; at = m_buffer.indexOf('\n')) {
+        const QByteArray text = m_buffer.left(at).trimmed();
+        m_buffer.remove(0, at + 1);
+        if (!text.isEmpty())
+            emit line(text);
+    }
+}
+
+void StandardLines::end()
+{
+    m_notifier.setEnabled(false);
+    if (!m_buffer.trimmed().isEmpty())
+        emit line(m_buffer.trimmed());
+    m_buffer.clear();
+    emit ended();
+}

@@ -1,0 +1,131 @@
+#include "host/track/track.h"
+
+#include "host/fleet/fleetdesk.h"
+#include "host/plugin/pluginhost.h"
+
+#include <QDateTime>
+
+namespace {
+constexpr int tickMilliseconds = 200;
+constexpr int longestTick = 1000; // after a hold-up of the program karts do not make up for it
+} // namespace
+
+Track::Track(const QString &databasePath, FleetDesk &desk, PluginHost &plugin, quint32 seed, QObject *parent)
+    : QObject(parent)
+    , m_desk(desk)
+    , m_plugin(plugin)
+    , m_simulation(seed)
+    , m_recorder(new LapRecorder(databasePath))
+{
+    qRegisterMetaType<QVector<RecordedLap>>("QVector<RecordedLap>");
+    qRegisterMetaType<QVector<int>>("QVector<int>");
+
+    m_recorder->moveToThread(&m_thread);
+    connect(&m_thread, &QThread::finished, m_recorder, &QObject::deleteLater);
+    connect(this, &Track::recordRequested, m_recorder, &LapRecorder::record);
+    connect(m_recorder, &LapRecorder::runSaved, this, &Track::onRunSaved);
+    connect(m_recorder, &LapRecorder::failed, this, &Track::failed);
+    connect(m_recorder, &LapRecorder::lapsSaved, this, [this](int count) {
+        m_savedLaps += count;
+        emit saved();
+        emit changed();
+    });
+    m_thread.start();
+
+    m_clock.setInterval(tickMilliseconds);
+    connect(&m_clock, &QTimer::timeout, this, &Track::tick);
+    connect(&desk, &FleetDesk::carsAnnounced, this, &Track::refreshCars);
+    connect(&plugin, &PluginHost::received, this, [this](const HostMessage &message) {
+        if (message.event == QLatin1String("update_pending_service"))
+            onAnswer();
+    });
+}
+
+Track::~Track()
+{
+    // Queued behind the laps that the recorder has not taken yet.
+    QMetaObject::invokeMethod(
+        m_recorder, [this] { m_thread.quit(); }, Qt::QueuedConnection);
+    m_thread.wait();
+}
+
+void Track::setLive(bool live)
+{
+    if (live == isLive())
+        return;
+    if (live) {
+        refreshCars();
+        m_sinceTick.start();
+        m_clock.start();
+    } else {
+        m_clock.stop();
+    }
+    emit changed();
+}
+
+void Track::setSpeed(int factor)
+{
+    m_speed = qBound(slowest, factor, fastest);
+}
+
+void Track::recordRun(const QVector<int> &carIds, int laps, int lapMilliseconds)
+{
+    const qint64 now = QDateTime::currentMSecsSinceEpoch();
+    const int run = -++m_handRuns; // live runs count upwards
+    QVector<RecordedLap> recorded;
+    // Counted back from now: every lap is at least a millisecond apart and none lies in the future.
+    for (int lap = 0; lap < laps; ++lap) {
+        for (const int car : carIds)
+            recorded.append({car, run, now - (laps - 1 - lap), lapMilliseconds});
+    }
+    emit recordRequested(recorded, {run});
+}
+
+void Track::tick()
+{
+    const qint64 wall = std::min<qint64>(longestTick, m_sinceTick.restart());
+    const qint64 now = QDateTime::currentMSecsSinceEpoch();
+    const RaceSimulation::Step step = m_simulation.advance(wall * m_speed);
+    QVector<RecordedLap> laps;
+    for (const SimulatedLap &lap : step.laps)
+        laps.append(
+            {lap.carId, lap.runNumber, now - wall + qint64(lap.stepShare * double(wall)), lap.milliseconds});
+    emit recordRequested(laps, step.finishedRuns);
+    emit changed();
+}
+
+void Track::refreshCars()
+{
+    QVector<int> ids;
+    for (const FleetCar &car : m_desk.fleet().cars()) {
+        if (car.available)
+            ids.append(car.id);
+    }
+    m_simulation.setAvailableCars(ids);
+}
+
+void Track::onRunSaved(int)
+{
+    ++m_savedRuns;
+    m_plugin.send(QStringLiteral("run_closed"));
+    // At high speed runs end faster than a reload takes: then one message stands for several runs.
+    if (m_awaitsReload)
+        m_hasNews = true;
+    else
+        announceRun();
+    emit changed();
+}
+
+void Track::announceRun()
+{
+    m_hasNews = false;
+    m_awaitsReload = true;
+    m_plugin.send(QStringLiteral("run_saved_to_db"));
+}
+
+void Track::onAnswer()
+{
+    m_awaitsReload = false;
+    if (m_hasNews)
+        announceRun();
+}

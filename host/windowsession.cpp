@@ -1,8 +1,0 @@
-#include "windowsession.h"
-
-#include "exitcode.h"
-
-WindowSession::WindowSession(DemoHost &host, const HostHome &home) : m_window(host, home)
-{
-    connect(&m_window, &HostWindow::closed, this, [this] { emit finished(ExitCode::Ok); });
-}

@@ -1,0 +1,431 @@
+#include "support/databaselock.h"
+#include "support/garagetest.h"
+#include "support/loaderprobe.h"
+
+#include <QDir>
+
+namespace {
+
+const QStringList allMarkers {QStringLiteral("step 0 start "), QStringLiteral("step 1 done "),
+                              QStringLiteral("step 2 done "), QStringLiteral("step 3 done "),
+                              QStringLiteral("step 4 done ")};
+
+QJsonObject remoteRecord(int id, const QString &time, const QString &comment)
+{
+    return {{QStringLiteral("id"), id},
+            {QStringLiteral("carId"), 1},
+            {QStringLiteral("opId"), 2},
+            {QStringLiteral("opDoneDateTime"), time},
+            {QStringLiteral("operatorName"), QStringLiteral("Пётр")},
+            {QStringLiteral("operatorId"), 5},
+            {QStringLiteral("comment"), comment}};
+}
+
+} // namespace
+
+/// The loader's answers, its writes, its behaviour on a locked or missing database, and its end.
+class TestGarageUpdater : public GarageTest
+{
+    Q_OBJECT
+private slots:
+    void aReloadSendsThePendingListBeforeTheRecords();
+    void theDueListFollowsTheEleventhLap();
+    void anOpenComplaintIsListedUntilALaterOneIsDone();
+    void aCarWithoutRecordsIsStillReported();
+    void onlyLaterLapsWithATimeCount();
+    void theJournalNamesPeopleAndForgottenCars();
+    void reloadsAreMarkedStepByStep();
+    void aDatabaseThatCannotBeReadStillAnswers_data();
+    void aDatabaseThatCannotBeReadStillAnswers();
+    void aMissingTableLeavesOnlyItsOwnResultEmpty_data();
+    void aMissingTableLeavesOnlyItsOwnResultEmpty();
+    void aDatabaseThatAppearsLaterIsUsed();
+    void aDeletionTellsTheHostAndReloads_data();
+    void aDeletionTellsTheHostAndReloads();
+    void remoteRecordsAreStoredThenReportedThenArchived();
+    void readsWaitForAnExclusiveLock();
+    void writesWaitForALock();
+    void theEndCarriesOutWritesButNoReloads();
+    void theEndIsNotHeldUpByALock();
+    void loadersComeAndGoInTheMiddleOfReloads();
+    void typesCrossThreadsUnderTheirNames();
+};
+
+void TestGarageUpdater::aReloadSendsThePendingListBeforeTheRecords()
+{
+    const auto database = createDatabase();
+    database->addCar(1, QStringLiteral("7"), QStringLiteral("Kart"));
+    database->addOperation(2, QStringLiteral("Масло"));
+    LoaderProbe probe;
+    probe.reload();
+    QCOMPARE(probe.sequence,
+             QStringList({QStringLiteral("update_pending_service"), QStringLiteral("garageStatsUpdated")}));
+    QCOMPARE(probe.messages.first().module, QStringLiteral("garage_stats_updater"));
+    QCOMPARE(probe.operations, ServiceOperations({{2, QStringLiteral("Масло")}}));
+}
+
+void TestGarageUpdater::theDueListFollowsTheEleventhLap()
+{
+    const auto database = createDatabase();
+    database->addCar(1, QStringLiteral("7"), QStringLiteral("Kart"));
+    database->addCar(2, QStringLiteral("8"), QStringLiteral("Kart"));
+    database->addOperation(2, QStringLiteral("Масло"));
+    database->addLimit(QStringLiteral("Kart"), 2, 0, 0, 10);
+    const int localId = database->addRecord(1, 2, QStringLiteral("2026-01-01T10:00:00.000Z"), DoneState);
+    LoaderProbe probe;
+    for (int lap = 1; lap <= 11; ++lap) {
+        database->addLap(1, (lap + 4) / 5,
+                         QStringLiteral("2026-01-02T10:%1:00.000Z").arg(lap, 2, 10, QLatin1Char('0')), 61500);
+        probe.reload();
+        const QJsonObject data = probe.last(QStringLiteral("update_pending_service"));
+        QJsonArray expectedPending;
+        if (lap == 11) {
+            expectedPending.append(
+                QJsonObject {{QStringLiteral("carId"), 1},
+                             {QStringLiteral("carNum"), QStringLiteral("7")},
+                             {QStringLiteral("carModel"), QStringLiteral("Kart")},
+                             {QStringLiteral("opId"), 2},
+                             {QStringLiteral("opName"), QStringLiteral("Масло")},
+                             {QStringLiteral("opDateTime"), QStringLiteral("2026-01-01T10:00")},
+                             {QStringLiteral("localId"), localId}});
+        }
+        const QJsonObject status {{QStringLiteral("tt"), lap * 61500 / 1000},
+                                  {QStringLiteral("tl"), lap},
+                                  {QStringLiteral("tr"), (lap + 4) / 5},
+                                  {QStringLiteral("dt"), QStringLiteral("2026-01-01T10:00")}};
+        const QJsonArray expectedStatus {
+            QJsonObject {{QStringLiteral("carId"), 1},
+                         {QStringLiteral("opsStatus"), QJsonObject {{QStringLiteral("2"), status}}}},
+            QJsonObject {{QStringLiteral("carId"), 2}, {QStringLiteral("opsStatus"), QJsonObject()}}};
+        QCOMPARE(data,
+                 QJsonObject({{QStringLiteral("servicePendingList"), expectedPending},
+                              {QStringLiteral("maintainanceStatus"), expectedStatus}}));
+    }
+}
+
+void TestGarageUpdater::anOpenComplaintIsListedUntilALaterOneIsDone()
+{
+    const auto database = createDatabase();
+    database->addCar(1, QStringLiteral("7"), QStringLiteral("Kart"));
+    const int localId = database->addRecord(1, -1, QStringLiteral("2026-01-01T10:00:00.000Z"), OpenState,
+                                            QStringLiteral("Стук"));
+    LoaderProbe probe;
+    probe.reload();
+    const QJsonArray pending = probe.last(QStringLiteral("update_pending_service"))
+                                   .value(QLatin1String("servicePendingList"))
+                                   .toArray();
+    QCOMPARE(pending,
+             QJsonArray({QJsonObject({{QStringLiteral("carId"), 1},
+                                      {QStringLiteral("carNum"), QStringLiteral("7")},
+                                      {QStringLiteral("carModel"), QStringLiteral("Kart")},
+                                      {QStringLiteral("opId"), -1},
+                                      {QStringLiteral("opName"), QStringLiteral("Стук")},
+                                      {QStringLiteral("opDateTime"), QStringLiteral("2026-01-01T10:00")},
+                                      {QStringLiteral("localId"), localId}})}));
+
+    database->addRecord(1, -1, QStringLiteral("2026-01-01T11:00Z"), DoneState);
+    probe.reload();
+    QVERIFY(probe.last(QStringLiteral("update_pending_service"))
+                .value(QLatin1String("servicePendingList"))
+                .toArray()
+                .isEmpty());
+}
+
+void TestGarageUpdater::aCarWithoutRecordsIsStillReported()
+{
+    const auto database = createDatabase();
+    database->addCar(5, QStringLiteral("1"), QStringLiteral("Kart"));
+    LoaderProbe probe;
+    probe.reload();
+    QCOMPARE(probe.cars.size(), 1);
+    QVERIFY(probe.cars.first().ops.isEmpty());
+    QCOMPARE(probe.last(QStringLiteral("update_pending_service"))
+                 .value(QLatin1String("maintainanceStatus"))
+                 .toArray(),
+             QJsonArray({QJsonObject(
+                 {{QStringLiteral("carId"), 5}, {QStringLiteral("opsStatus"), QJsonObject()}})}));
+}
+
+void TestGarageUpdater::onlyLaterLapsWithATimeCount()
+{
+    const auto database = createDatabase();
+    database->addCar(1, QStringLiteral("7"), QStringLiteral("Kart"));
+    database->addRecord(1, 2, QStringLiteral("2026-01-01T10:00:00.000Z"), DoneState);
+    database->addLap(1, 1, QStringLiteral("2026-01-01T10:00:00.000Z"), 60000); // not later
+    database->addLap(1, 1, QStringLiteral("2026-01-01T10:00:01.000Z"), 0);
+    database->addLap(1, 1, QStringLiteral("2026-01-01T10:00:02.000Z"), -5);
+    database->addLap(2, 1, QStringLiteral("2026-01-01T10:00:03.000Z"), 60000); // another car
+    database->addLap(1, 3, QStringLiteral("2026-01-01T10:00:04.000Z"), 1999);
+    LoaderProbe probe;
+    probe.reload();
+    const OperationStat stat = probe.cars.first().ops.value(2);
+    QCOMPARE(stat.totalTime, 1);
+    QCOMPARE(stat.laps, 1);
+    QCOMPARE(stat.runs, 1);
+    QCOMPARE(stat.lastDone, QDateTime(QDate(2026, 1, 1), QTime(10, 0), Qt::UTC));
+    QCOMPARE(stat.lastDone.timeSpec(), Qt::LocalTime);
+}
+
+void TestGarageUpdater::theJournalNamesPeopleAndForgottenCars()
+{
+    const auto database = createDatabase();
+    database->addCar(1, QStringLiteral("7"), QStringLiteral("Kart"));
+    database->addOperation(2, QStringLiteral("Масло"));
+    database->exec(QStringLiteral(
+        "INSERT INTO personal VALUES (1,'Иванов','Иван','Иванович'),(2,'Петров','Пётр',NULL)"));
+    database->exec(QStringLiteral(
+        "INSERT INTO maintainance (id,car_id,operation_id,operation_time,person_id,person_name,comment,"
+        "operation_state,remote_id) VALUES (1,1,2,'2026-01-03T10:00Z',1,'x','a',1,NULL),"
+        "(2,9,-1,'2026-01-02T10:00Z',2,'Петров "
+        "П.','b',0,77),(3,1,-1,'2026-01-01T10:00Z',-1,'','c',1,'none')"));
+    LoaderProbe probe;
+    probe.reload();
+    QCOMPARE(probe.log.size(), 3);
+    const ServiceLogItem done = probe.log.at(0);
+    QCOMPARE(done.id, 1);
+    QCOMPARE(done.personName, QStringLiteral("Иванов Иван Иванович"));
+    QCOMPARE(done.opName, QStringLiteral("Масло"));
+    QCOMPARE(done.num, QStringLiteral("7"));
+    QCOMPARE(done.remoteId, -1);
+    const ServiceLogItem complaint = probe.log.at(1);
+    QCOMPARE(complaint.personName, QStringLiteral("Петров П."));
+    QCOMPARE(complaint.carId, 9);
+    QCOMPARE(complaint.num, QString());
+    QCOMPARE(complaint.opName, QString());
+    QCOMPARE(complaint.opId, -1);
+    QCOMPARE(complaint.state, int(OpenState));
+    QCOMPARE(complaint.remoteId, 77);
+    QCOMPARE(complaint.opTime.timeSpec(), Qt::LocalTime);
+    QCOMPARE(probe.log.at(2).remoteId, -1);
+}
+
+void TestGarageUpdater::reloadsAreMarkedStepByStep()
+{
+    const auto database = createDatabase();
+    LoaderProbe probe;
+    probe.reload();
+    const QStringList lines = takeDebugLines();
+    QCOMPARE(lines.size(), allMarkers.size());
+    for (int i = 0; i < lines.size(); ++i) {
+        QVERIFY2(lines.at(i).startsWith(allMarkers.at(i)), qPrintable(lines.at(i)));
+        QVERIFY(lines.at(i).contains(QString::number(QDate::currentDate().year())));
+    }
+}
+
+void TestGarageUpdater::aDatabaseThatCannotBeReadStillAnswers_data()
+{
+    QTest::addColumn<QString>("state");
+    for (const char *state : {"no folder", "no file", "empty file", "garbage file", "a folder in its place"})
+        QTest::newRow(state) << state;
+}
+
+void TestGarageUpdater::aDatabaseThatCannotBeReadStillAnswers()
+{
+    QFETCH(QString, state);
+    if (state != QLatin1String("no folder"))
+        home().createDatabaseFolder();
+    QFile file(home().databasePath());
+    if (state == QLatin1String("empty file"))
+        QVERIFY(file.open(QIODevice::WriteOnly));
+    if (state == QLatin1String("garbage file")) {
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write(QByteArray("no database at all ").repeated(1000));
+    }
+    if (state == QLatin1String("a folder in its place"))
+        QVERIFY(QDir().mkdir(home().databasePath()));
+    file.close();
+
+    LoaderProbe probe;
+    probe.reload();
+    probe.deleteOperation(1, 2);
+    probe.updateService({remoteRecord(1, QStringLiteral("2026-01-01T10:00Z"), {})});
+    QCOMPARE(probe.reloads, 3);
+    QVERIFY(probe.cars.isEmpty());
+    QCOMPARE(probe.last(QStringLiteral("update_pending_service")),
+             QJsonObject({{QStringLiteral("servicePendingList"), QJsonArray()},
+                          {QStringLiteral("maintainanceStatus"), QJsonArray()}}));
+    QCOMPARE(takeDebugLines().size(), 3 * allMarkers.size());
+}
+
+void TestGarageUpdater::aMissingTableLeavesOnlyItsOwnResultEmpty_data()
+{
+    QTest::addColumn<QString>("table");
+    QTest::addColumn<bool>("cars");
+    QTest::addColumn<bool>("driving");
+    QTest::addColumn<bool>("log");
+    QTest::addColumn<bool>("operations");
+    QTest::newRow("cars") << "cars" << false << false << false << true;
+    QTest::newRow("maintainance") << "maintainance" << true << false << false << true;
+    QTest::newRow("laps") << "laps" << true << false << true << true;
+    QTest::newRow("service_operations") << "service_operations" << true << true << false << false;
+    QTest::newRow("service_reglament") << "service_reglament" << true << true << true << true;
+    QTest::newRow("personal") << "personal" << true << true << false << true;
+}
+
+void TestGarageUpdater::aMissingTableLeavesOnlyItsOwnResultEmpty()
+{
+    QFETCH(QString, table);
+    const auto database = createDatabase();
+    database->addCar(1, QStringLiteral("7"), QStringLiteral("Kart"));
+    database->addOperation(2, QStringLiteral("Масло"));
+    database->addRecord(1, 2, QStringLiteral("2026-01-01T10:00Z"), DoneState);
+    database->exec(QLatin1String("DROP TABLE ") + table);
+    LoaderProbe probe;
+    probe.reload();
+    QTEST(!probe.cars.isEmpty(), "cars");
+    QTEST(!probe.cars.isEmpty() && !probe.cars.first().ops.isEmpty(), "driving");
+    QTEST(!probe.log.isEmpty(), "log");
+    QTEST(!probe.operations.isEmpty(), "operations");
+}
+
+void TestGarageUpdater::aDatabaseThatAppearsLaterIsUsed()
+{
+    LoaderProbe probe;
+    probe.reload();
+    QVERIFY(probe.cars.isEmpty());
+    const auto database = createDatabase();
+    database->addCar(1, QStringLiteral("7"), QStringLiteral("Kart"));
+    probe.reload();
+    QCOMPARE(probe.cars.size(), 1);
+}
+
+void TestGarageUpdater::aDeletionTellsTheHostAndReloads_data()
+{
+    QTest::addColumn<int>("id");
+    QTest::addColumn<int>("remoteId");
+    QTest::addColumn<QString>("left");
+    QTest::newRow("a local record") << 1 << -1 << "2";
+    QTest::newRow("a remote record") << 2 << 40 << "1";
+    QTest::newRow("one that does not exist") << 99 << -1 << "1,2";
+}
+
+void TestGarageUpdater::aDeletionTellsTheHostAndReloads()
+{
+    QFETCH(int, id);
+    QFETCH(int, remoteId);
+    const auto database = createDatabase();
+    database->addRecord(1, 2, QStringLiteral("2026-01-01T10:00Z"), DoneState);
+    database->addRecord(1, 3, QStringLiteral("2026-01-01T10:00Z"), DoneState);
+    LoaderProbe probe;
+    probe.deleteOperation(id, remoteId);
+    QTEST(database->value(QStringLiteral("SELECT group_concat(id) FROM maintainance")).toString(), "left");
+    QCOMPARE(probe.sequence,
+             QStringList({QStringLiteral("remote_service_delete"), QStringLiteral("update_pending_service"),
+                          QStringLiteral("garageStatsUpdated")}));
+    QCOMPARE(probe.messages.first().module, QStringLiteral("garage_stats_updater"));
+    QCOMPARE(probe.messages.first().data,
+             QJsonObject({{QStringLiteral("remoteId"), remoteId}, {QStringLiteral("localId"), id}}));
+}
+
+void TestGarageUpdater::remoteRecordsAreStoredThenReportedThenArchived()
+{
+    const auto database = createDatabase();
+    LoaderProbe probe;
+    probe.updateService({remoteRecord(10, QStringLiteral("2026-01-01T10:00Z"), QStringLiteral("первая")),
+                         remoteRecord(11, QStringLiteral("2026-01-02T10:00Z"), QStringLiteral("вторая"))});
+    QCOMPARE(probe.sequence,
+             QStringList({QStringLiteral("update_pending_service"), QStringLiteral("garageStatsUpdated"),
+                          QStringLiteral("remote_service_move_to_archive")}));
+    QCOMPARE(probe.messages.last().module, QStringLiteral("garage_stats_updater"));
+    QCOMPARE(probe.messages.last().data, QJsonObject({{QStringLiteral("idList"), QJsonArray({10, 11})}}));
+    QCOMPARE(database->rows(QStringLiteral(
+                 "SELECT "
+                 "remote_id,car_id,operation_id,operation_time,person_id,person_name,comment,operation_state "
+                 "FROM maintainance ORDER BY id")),
+             QStringList({QStringLiteral("10|1|2|2026-01-01T10:00Z|5|Пётр|первая|1"),
+                          QStringLiteral("11|1|2|2026-01-02T10:00Z|5|Пётр|вторая|1")}));
+    QCOMPARE(probe.log.size(), 2);
+}
+
+void TestGarageUpdater::readsWaitForAnExclusiveLock()
+{
+    const auto database = createDatabase();
+    database->addCar(1, QStringLiteral("7"), QStringLiteral("Kart"));
+    LoaderProbe probe;
+    probe.reload();
+    const DatabaseLock lock(home().databasePath(), DatabaseLock::Exclusive, 700);
+    probe.reload();
+    QVERIFY(!lock.isHeld());
+    QCOMPARE(probe.cars.size(), 1);
+}
+
+void TestGarageUpdater::writesWaitForALock()
+{
+    const auto database = createDatabase();
+    const int id = database->addRecord(1, 2, QStringLiteral("2026-01-01T10:00Z"), DoneState);
+    LoaderProbe probe;
+    // Longer than one attempt waits by itself, so that the write has to be tried again.
+    const DatabaseLock lock(home().databasePath(), DatabaseLock::Immediate, 6000);
+    probe.deleteOperation(id, -1);
+    QVERIFY(!lock.isHeld());
+    QCOMPARE(database->value(QStringLiteral("SELECT count(*) FROM maintainance")).toInt(), 0);
+}
+
+void TestGarageUpdater::theEndCarriesOutWritesButNoReloads()
+{
+    const auto database = createDatabase();
+    for (int i = 0; i < 20; ++i)
+        database->addRecord(1, 2, QStringLiteral("2026-01-01T10:00Z"), DoneState);
+    LoaderProbe probe;
+    for (int id = 1; id <= 20; ++id) {
+        emit probe.reloadRequested();
+        emit probe.deleteRequested(id, -1);
+    }
+    emit probe.updateRequested({remoteRecord(10, QStringLiteral("2026-01-01T10:00Z"), {})}, {});
+    probe.destroyLoader();
+    QCOMPARE(database->rows(QStringLiteral("SELECT remote_id FROM maintainance")),
+             QStringList(QStringLiteral("10")));
+    QVERIFY(takeDebugLines().size() < 10 * allMarkers.size());
+}
+
+void TestGarageUpdater::theEndIsNotHeldUpByALock()
+{
+    const auto database = createDatabase();
+    LoaderProbe probe;
+    probe.reload();
+    const DatabaseLock lock(home().databasePath(), DatabaseLock::Immediate, 60000);
+    for (int id = 1; id <= 10; ++id)
+        emit probe.deleteRequested(id, -1);
+    QElapsedTimer timer;
+    timer.start();
+    probe.destroyLoader();
+    QVERIFY2(timer.elapsed() < 10500, qPrintable(QString::number(timer.elapsed())));
+    QVERIFY(lock.isHeld());
+}
+
+void TestGarageUpdater::loadersComeAndGoInTheMiddleOfReloads()
+{
+    const auto database = createDatabase();
+    database->addCar(1, QStringLiteral("7"), QStringLiteral("Kart"));
+    for (int round = 0; round < 100; ++round) {
+        LoaderProbe probe;
+        emit probe.reloadRequested();
+        emit probe.reloadRequested();
+        if (round % 3 == 0)
+            QVERIFY(probe.waitForReloads(1));
+    }
+    QVERIFY(!QSqlDatabase::connectionNames().contains(QStringLiteral("garageStatsLoader")));
+    LoaderProbe probe;
+    probe.reload();
+    QCOMPARE(probe.cars.size(), 1);
+}
+
+void TestGarageUpdater::typesCrossThreadsUnderTheirNames()
+{
+    const LoaderProbe probe;
+    for (const char *name : {"QList<MaintainanceModel::MaintainanceItem>",
+                             "QList<ServiceLogModel::ServiceLogItem>", "QMap<int,String>"})
+        QVERIFY2(QMetaType::type(name) != QMetaType::UnknownType, name);
+    const QMetaObject &meta = GarageUpdater::staticMetaObject;
+    const QByteArrayList expected {"garageStatsUpdated(QList<MaintainanceModel::MaintainanceItem>,QList<"
+                                   "ServiceLogModel::ServiceLogItem>,"
+                                   "QMap<int,QString>)",
+                                   "pluginSignal(QString,QString,QJsonObject)", "reloadStats()",
+                                   "updateService(QJsonArray,QJsonArray)", "deleteOperation(int,int)"};
+    for (int i = 0; i < expected.size(); ++i)
+        QCOMPARE(meta.method(meta.methodOffset() + i).methodSignature(), expected.at(i));
+    QCOMPARE(meta.methodCount() - meta.methodOffset(), expected.size());
+}
+
+GARAGE_TEST_WITHOUT_WINDOWS(TestGarageUpdater)
+#include "tst_garageupdater.moc"

@@ -1,0 +1,352 @@
+#include "support/garagetest.h"
+#include "support/loaderprobe.h"
+
+#include <QRandomGenerator>
+#include <QRegularExpression>
+#include <QSqlRecord>
+
+#include <algorithm>
+#include <map>
+#include <set>
+
+namespace {
+
+/// A value as the database holds it, ordered and compared as the database does.
+struct Cell
+{
+    QVariant value;
+
+    bool isNull() const { return value.isNull(); }
+    bool isNumber() const { return value.type() == QVariant::LongLong || value.type() == QVariant::Double; }
+    int rank() const { return isNull() ? 0 : isNumber() ? 1 : 2; }
+    /// Numbers by value, texts by their UTF-8 bytes, every text after every number.
+    bool operator<(const Cell &other) const
+    {
+        if (rank() != other.rank())
+            return rank() < other.rank();
+        return isNumber() ? value.toDouble() < other.value.toDouble()
+                          : value.toString().toUtf8() < other.value.toString().toUtf8();
+    }
+    bool operator==(const Cell &other) const { return !(*this < other) && !(other < *this); }
+};
+
+using Row = QMap<QString, Cell>;
+using Table = QVector<Row>;
+
+Table readTable(const TestDatabase &database, const QString &name)
+{
+    Table table;
+    QSqlQuery query = database.exec(QLatin1String("SELECT * FROM ") + name);
+    const QSqlRecord record = query.record();
+    while (query.next()) {
+        Row row;
+        for (int column = 0; column < record.count(); ++column)
+            row.insert(record.fieldName(column), {query.value(column)});
+        table.append(row);
+    }
+    return table;
+}
+
+/// Minutes of UTC, worked out from the text by hand; empty if it is no date-time.
+QString utcMinutes(const Cell &cell)
+{
+    static const QRegularExpression pattern(QStringLiteral(
+        "^(\\d{4})-(\\d\\d)-(\\d\\d)[T ](\\d\\d):(\\d\\d)(?::\\d\\d(?:\\.\\d{3})?)?(Z|[+-]\\d\\d:\\d\\d)?$"));
+    const QRegularExpressionMatch match = pattern.match(cell.value.toString());
+    if (!match.hasMatch())
+        return {};
+    const auto part = [&match](int i) { return match.captured(i).toInt(); };
+    QDateTime time(QDate(part(1), part(2), part(3)), QTime(part(4), part(5)), Qt::UTC);
+    const QString zone = match.captured(6);
+    if (zone.size() == 6) {
+        const int minutes = zone.midRef(1, 2).toInt() * 60 + zone.midRef(4, 2).toInt();
+        time = time.addSecs((zone.startsWith(QLatin1Char('-')) ? 60 : -60) * minutes);
+    }
+    return time.toString(QStringLiteral("yyyy-MM-ddThh:mm"));
+}
+
+/// One car and operation: what was driven since the latest record, and which records may be the latest.
+struct Status
+{
+    int opId = 0;
+    QString dateTime;
+    int seconds = 0;
+    int laps = 0;
+    int runs = 0;
+    QVector<Row> latest; ///< several if they bear the same time
+};
+
+/// The statistics worked out from the plain tables, row by row.
+class Recomputation
+{
+public:
+    explicit Recomputation(const TestDatabase &database)
+        : m_cars(readTable(database, QStringLiteral("cars")))
+        , m_records(readTable(database, QStringLiteral("maintainance")))
+        , m_laps(readTable(database, QStringLiteral("laps")))
+        , m_limits(readTable(database, QStringLiteral("service_reglament")))
+        , m_operations(readTable(database, QStringLiteral("service_operations")))
+    {
+        std::map<std::pair<Cell, Cell>, Table> groups;
+        for (const Row &record : m_records)
+            groups[{record[QStringLiteral("car_id")], record[QStringLiteral("operation_id")]}].append(record);
+        for (const auto &[key, records] : groups) {
+            const Status status = statusOf(key.first, records);
+            m_statuses[key.first.value.toInt()][status.opId] = status;
+        }
+    }
+
+    /// Compares the message; where several records may be the latest, the message chooses among them.
+    void compare(const QJsonObject &message) const
+    {
+        const QJsonArray pending = message.value(QLatin1String("servicePendingList")).toArray();
+        QJsonArray statuses;
+        QJsonArray expectedPending;
+        for (const Row &car : m_cars) {
+            const std::map<int, Status> operations = statusesOf(car[QStringLiteral("id")].value.toInt());
+            QJsonObject opsStatus;
+            for (const auto &[opId, status] : operations) {
+                opsStatus.insert(QString::number(opId),
+                                 QJsonObject {{QStringLiteral("tt"), status.seconds},
+                                              {QStringLiteral("tl"), status.laps},
+                                              {QStringLiteral("tr"), status.runs},
+                                              {QStringLiteral("dt"), status.dateTime}});
+            }
+            statuses.append(QJsonObject {{QStringLiteral("carId"), car[QStringLiteral("id")].value.toInt()},
+                                         {QStringLiteral("opsStatus"), opsStatus}});
+            appendPending(car, operations, pending, expectedPending);
+        }
+        QCOMPARE(message.value(QLatin1String("maintainanceStatus")).toArray(), statuses);
+        QCOMPARE(pending, expectedPending);
+    }
+
+    int carCount() const { return m_cars.size(); }
+    const Table &records() const { return m_records; }
+
+private:
+    std::map<int, Status> statusesOf(int carId) const
+    {
+        const auto it = m_statuses.find(carId);
+        return it == m_statuses.end() ? std::map<int, Status>() : it->second;
+    }
+
+    Status statusOf(const Cell &carId, const Table &records) const
+    {
+        Status status;
+        status.opId = records.first()[QStringLiteral("operation_id")].value.toInt();
+        Cell latest;
+        for (const Row &record : records)
+            latest = std::max(latest, record[QStringLiteral("operation_time")]);
+        for (const Row &record : records) {
+            if (record[QStringLiteral("operation_time")] == latest)
+                status.latest.append(record);
+        }
+        status.dateTime = utcMinutes(latest);
+
+        qint64 milliseconds = 0;
+        double inexact = 0;
+        bool allWhole = true;
+        std::set<Cell> runs;
+        for (const Row &lap : m_laps) {
+            const Cell time = lap[QStringLiteral("sum_sectors")];
+            if (carId.isNull() || !(lap[QStringLiteral("car_id")] == carId) || latest.isNull()
+                || !(latest < lap[QStringLiteral("lap_timestamp")]) || !(Cell {QVariant(0LL)} < time))
+                continue;
+            ++status.laps;
+            milliseconds += time.value.toLongLong();
+            inexact += time.value.toDouble();
+            allWhole = allWhole && time.value.type() == QVariant::LongLong;
+            if (!lap[QStringLiteral("run_id")].isNull())
+                runs.insert(lap[QStringLiteral("run_id")]);
+        }
+        status.seconds = allWhole ? int(milliseconds / 1000) : qRound(inexact / 1000);
+        status.runs = int(runs.size());
+        return status;
+    }
+
+    void appendPending(const Row &car, const std::map<int, Status> &operations, const QJsonArray &actual,
+                       QJsonArray &expected) const
+    {
+        const auto report = [&](const Status &status, const QString &opName, auto isReported) {
+            // What the message says at this place decides between records of the same time.
+            const int claimed =
+                actual.at(expected.size()).toObject().value(QLatin1String("localId")).toInt(-1);
+            const Row *chosen = nullptr;
+            bool mayBeAbsent = false;
+            for (const Row &record : status.latest) {
+                if (!isReported(record))
+                    mayBeAbsent = true;
+                else if (!chosen || record[QStringLiteral("id")].value.toInt() == claimed)
+                    chosen = &record;
+            }
+            if (!chosen || (mayBeAbsent && (*chosen)[QStringLiteral("id")].value.toInt() != claimed))
+                return;
+            const QString name = status.opId == -1 && opName.isNull()
+                ? (*chosen)[QStringLiteral("comment")].value.toString()
+                : opName;
+            expected.append(
+                QJsonObject {{QStringLiteral("carId"), car[QStringLiteral("id")].value.toInt()},
+                             {QStringLiteral("carNum"), car[QStringLiteral("num")].value.toString()},
+                             {QStringLiteral("carModel"), car[QStringLiteral("name")].value.toString()},
+                             {QStringLiteral("opId"), status.opId},
+                             {QStringLiteral("opName"), name},
+                             {QStringLiteral("opDateTime"), status.dateTime},
+                             {QStringLiteral("localId"), (*chosen)[QStringLiteral("id")].value.toInt()}});
+        };
+        const auto isOpen = [](const Row &record) {
+            return record[QStringLiteral("operation_state")].value.toInt() == 0;
+        };
+
+        const auto complaint = operations.find(-1);
+        if (complaint != operations.end())
+            report(complaint->second, QString(), isOpen);
+        for (const auto &[opId, status] : operations) {
+            const Row *limit = lastLimit(car[QStringLiteral("name")].value.toString(), opId);
+            if (!limit)
+                continue;
+            const auto exceeds = [&](const char *column, int counter) {
+                const int value = (*limit)[QLatin1String(column)].value.toInt();
+                return value != 0 && counter > value;
+            };
+            const bool due = exceeds("laps_limit", status.laps) || exceeds("runs_limit", status.runs)
+                || exceeds("time_limit", status.seconds);
+            report(status, operationName((*limit)[QStringLiteral("operation_id")]),
+                   [&](const Row &record) { return due || isOpen(record); });
+        }
+    }
+
+    const Row *lastLimit(const QString &model, int opId) const
+    {
+        const Row *found = nullptr;
+        for (const Row &limit : m_limits) {
+            if (limit[QStringLiteral("model")].value.toString() == model
+                && limit[QStringLiteral("operation_id")].value.toInt() == opId)
+                found = &limit;
+        }
+        return found;
+    }
+
+    /// Empty, not null, for an operation that is not in the table.
+    QString operationName(const Cell &opId) const
+    {
+        for (const Row &operation : m_operations) {
+            if (!opId.isNull() && operation[QStringLiteral("id")] == opId)
+                return operation[QStringLiteral("operation_name")].value.toString() + QLatin1String("");
+        }
+        return QLatin1String("");
+    }
+
+    const Table m_cars;
+    const Table m_records;
+    const Table m_laps;
+    const Table m_limits;
+    const Table m_operations;
+    std::map<int, std::map<int, Status>> m_statuses;
+};
+
+/// Fills tables with what a database may hold at its worst.
+class RandomData
+{
+public:
+    explicit RandomData(quint32 seed) : m_random(seed) { }
+
+    void fill(const TestDatabase &database)
+    {
+        const int cars = below(8);
+        for (int i = 0; i < cars; ++i) {
+            database.exec(
+                QStringLiteral("INSERT INTO cars VALUES (?,?,?)"),
+                {i, oneOf({QString::number(below(30)), QStringLiteral("A5"), QVariant()}), model()});
+        }
+        for (int id = 1; id <= 4; ++id)
+            database.exec(
+                QStringLiteral("INSERT INTO service_operations VALUES (?,?)"),
+                {id, oneOf({QStringLiteral("Операция %1").arg(id), QStringLiteral("%s %1"), QVariant()})});
+        for (int i = below(14); i > 0; --i)
+            database.exec(QStringLiteral("REPLACE INTO service_reglament VALUES (?,?,?,?,?)"),
+                          {model(), below(7) - 1, limit(300), limit(4), limit(8)});
+        for (int i = below(40); i > 0; --i)
+            database.exec(
+                QStringLiteral("INSERT INTO maintainance (car_id,operation_id,operation_time,person_id,"
+                               "person_name,comment,operation_state,remote_id) VALUES (?,?,?,?,?,?,?,?)"),
+                {carId(), rarely({QVariant(), QStringLiteral("x")}, below(7) - 1), time(), below(4) - 1,
+                 QStringLiteral("П"), oneOf({QStringLiteral("стук"), QString(), QVariant()}),
+                 rarely({QVariant(), QStringLiteral("открыто"), 7}, below(2)),
+                 rarely({QVariant()}, below(100))});
+        for (int i = below(150); i > 0; --i)
+            database.exec(
+                QStringLiteral("INSERT INTO laps (car_id,run_id,lap_timestamp,sum_sectors) VALUES (?,?,?,?)"),
+                {carId(), rarely({QVariant(), QStringLiteral("заезд")}, below(6)), time(),
+                 rarely({QVariant(), 0, -400, QStringLiteral("долго"), 1234.5, QStringLiteral("5000")},
+                        20000 + below(50000))});
+    }
+
+private:
+    int below(int limit) { return int(m_random.bounded(limit)); }
+    QVariant oneOf(const QVariantList &values) { return values.at(below(values.size())); }
+    QVariant rarely(const QVariantList &odd, const QVariant &usual) { return below(12) ? usual : oneOf(odd); }
+    QVariant carId() { return rarely({QVariant(), 99, QStringLiteral("карт")}, below(8)); }
+    QVariant model()
+    {
+        return oneOf(
+            {QStringLiteral("Sodi"), QStringLiteral("RX"), QStringLiteral("sodi"), QStringLiteral("")});
+    }
+    QVariant limit(int largest)
+    {
+        return rarely({-1, QVariant(), QStringLiteral("много")}, below(3) ? below(largest) : 0);
+    }
+    QVariant time()
+    {
+        // Few different times, so that some are the same to the second.
+        const QString date = QStringLiteral("2026-03-%1").arg(7 + below(3), 2, 10, QLatin1Char('0'));
+        const QString clock = QStringLiteral("%1:%2")
+                                  .arg(below(4), 2, 10, QLatin1Char('0'))
+                                  .arg(below(3) * 15, 2, 10, QLatin1Char('0'));
+        const QStringList forms {QStringLiteral("%1T%2:00.000Z"), QStringLiteral("%1T%2Z"),
+                                 QStringLiteral("%1 %2"), QStringLiteral("%1T%2+03:00")};
+        return rarely({QVariant(), QStringLiteral("вчера"), 1700000000, QStringLiteral("2026-03-08")},
+                      forms.at(below(forms.size())).arg(date, clock));
+    }
+
+    QRandomGenerator m_random;
+};
+
+} // namespace
+
+/// The loader's answer against a recomputation that shares neither its SQL nor its code.
+class TestReloadRecomputed : public GarageTest
+{
+    Q_OBJECT
+private slots:
+    void everyReloadEqualsTheRecomputation();
+};
+
+void TestReloadRecomputed::everyReloadEqualsTheRecomputation()
+{
+    const auto database = createDatabase();
+    LoaderProbe probe;
+    int pendingTotal = 0;
+    for (quint32 seed = 1; seed <= 300; ++seed) {
+        database->exec(QStringLiteral("BEGIN"));
+        for (const char *table : {"cars", "maintainance", "laps", "service_operations", "service_reglament"})
+            database->exec(QLatin1String("DELETE FROM ") + QLatin1String(table));
+        RandomData(seed).fill(*database);
+        database->exec(QStringLiteral("COMMIT"));
+
+        probe.reload();
+        const Recomputation expected(*database);
+        const QJsonObject message = probe.last(QStringLiteral("update_pending_service"));
+        expected.compare(message);
+        if (QTest::currentTestFailed()) {
+            qInfo("seed %u", seed);
+            return;
+        }
+        QCOMPARE(probe.cars.size(), expected.carCount());
+        QCOMPARE(probe.log.size(), expected.records().size());
+        pendingTotal += message.value(QLatin1String("servicePendingList")).toArray().size();
+    }
+    QVERIFY2(pendingTotal > 400, qPrintable(QString::number(pendingTotal)));
+}
+
+GARAGE_TEST_WITHOUT_WINDOWS(TestReloadRecomputed)
+#include "tst_reloadrecomputed.moc"

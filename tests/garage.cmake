@@ -1,9 +1,0 @@
-add_library(garage_windowsupport STATIC
-    support/garagewindow.cpp support/garagewindow.h)
-target_link_libraries(garage_windowsupport PUBLIC garage_testsupport garage_window PRIVATE garage_flags)
-
-garage_test(tst_garageform ELSEWHERE LIBRARIES garage_windowsupport)
-garage_test(tst_caravailability ELSEWHERE LIBRARIES garage_windowsupport)
-garage_test(tst_servicerecording ELSEWHERE LIBRARIES garage_windowsupport)
-garage_test(tst_servicelogactions ELSEWHERE LIBRARIES garage_windowsupport)
-garage_test(tst_garagerandomwalk ELSEWHERE LIBRARIES garage_windowsupport TIMEOUT 600)

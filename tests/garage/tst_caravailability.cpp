@@ -1,0 +1,203 @@
+#include "support/garagetest.h"
+#include "support/garagewindow.h"
+
+#include <QTreeView>
+
+namespace {
+
+QJsonObject car(int id, const QString &num, const QString &name, bool available)
+{
+    return {{QStringLiteral("id"), id},
+            {QStringLiteral("num"), num},
+            {QStringLiteral("name"), name},
+            {QStringLiteral("car_guid"), QStringLiteral("guid-%1").arg(id)},
+            {QStringLiteral("available_for_runs"), available}};
+}
+
+QJsonObject carsList()
+{
+    return {{QStringLiteral("cars"),
+             QJsonArray {car(11, QStringLiteral("1"), QStringLiteral("Sodi"), true),
+                         car(12, QStringLiteral("2"), QStringLiteral("Sodi"), true),
+                         car(13, QStringLiteral("3"), QStringLiteral("Sodi"), false)}}};
+}
+
+QJsonObject command(const QJsonArray &ids, int available)
+{
+    return {{QStringLiteral("carsIdsList"), ids},
+            {QStringLiteral("command"), QStringLiteral("set_availability")},
+            {QStringLiteral("available"), available}};
+}
+
+QJsonObject remoteRequest(const QJsonValue &carId)
+{
+    return {{QStringLiteral("msg"), QStringLiteral("switchCarAvailability")},
+            {QStringLiteral("sinkId"), 42},
+            {QStringLiteral("data"), QJsonObject {{QStringLiteral("carId"), carId}}}};
+}
+
+} // namespace
+
+/// Cars in and out of work, by the user and by remote controls.
+class TestCarAvailability : public GarageTest
+{
+    Q_OBJECT
+private slots:
+    void theListsShowAllAndTheAvailableCars();
+    void theButtonsMoveAllSelectedCars_data();
+    void theButtonsMoveAllSelectedCars();
+    void aDoubleClickActsOnTheSelection();
+    void nothingSelectedNothingSent();
+    void remoteRequestsToggleACar_data();
+    void remoteRequestsToggleACar();
+
+private:
+    static void select(QTreeView *view, const QVector<int> &rows);
+};
+
+void TestCarAvailability::select(QTreeView *view, const QVector<int> &rows)
+{
+    for (int row : rows) {
+        QTest::mouseClick(view->viewport(), Qt::LeftButton, Qt::ControlModifier,
+                          view->visualRect(view->model()->index(row, 1)).center());
+    }
+}
+
+void TestCarAvailability::theListsShowAllAndTheAvailableCars()
+{
+    const auto database = createDatabase();
+    GarageWindow window;
+    window.form->loadCars(carsList());
+    QCOMPARE(
+        GarageWindow::texts(*window.find<QTreeView>("tvAllCars")->model()),
+        QStringList({QStringLiteral("1|Sodi|1"), QStringLiteral("2|Sodi|2"), QStringLiteral("3|Sodi|3")}));
+    QCOMPARE(GarageWindow::texts(*window.find<QTreeView>("tvAvailableCars")->model()),
+             QStringList({QStringLiteral("1|Sodi|1"), QStringLiteral("2|Sodi|2")}));
+}
+
+void TestCarAvailability::theButtonsMoveAllSelectedCars_data()
+{
+    QTest::addColumn<QByteArray>("viewName");
+    QTest::addColumn<QByteArray>("button");
+    QTest::addColumn<QVector<int>>("rows");
+    QTest::addColumn<QJsonArray>("ids");
+    QTest::addColumn<int>("available");
+    QTest::newRow("two into work") << QByteArray("tvAllCars") << QByteArray("pbSetAvailable")
+                                   << QVector<int>({2, 0}) << QJsonArray({11, 13}) << 1;
+    QTest::newRow("one out of work") << QByteArray("tvAvailableCars") << QByteArray("pbRemoveAvailable")
+                                     << QVector<int>({1}) << QJsonArray({12}) << 0;
+}
+
+void TestCarAvailability::theButtonsMoveAllSelectedCars()
+{
+    QFETCH(QByteArray, viewName);
+    QFETCH(QByteArray, button);
+    QFETCH(QVector<int>, rows);
+    QFETCH(QJsonArray, ids);
+    QFETCH(int, available);
+    const auto database = createDatabase();
+    GarageWindow window;
+    window.show();
+    window.openTab("tabAvailableCars");
+    window.form->loadCars(carsList());
+    auto *view = window.find<QTreeView>(viewName.constData());
+    select(view, rows);
+    const int rowsBefore = view->model()->rowCount();
+    window.takeEvents();
+    window.click(button.constData());
+
+    const auto events = window.takeEvents();
+    QCOMPARE(events.size(), 2);
+    QJsonObject expected = command(ids, available);
+    expected.insert(QStringLiteral("requestSrc"), QStringLiteral("ui"));
+    QCOMPARE(events.at(0).name, QStringLiteral("update_cars"));
+    QCOMPARE(events.at(0).data, expected);
+    expected.insert(QStringLiteral("sinkId"), -1);
+    expected.insert(QStringLiteral("req_answ"),
+                    QJsonObject {{QStringLiteral("carAvailable"), available == 1},
+                                 {QStringLiteral("carsIdsList"), ids},
+                                 {QStringLiteral("status"), QStringLiteral("ok")}});
+    QCOMPARE(events.at(1).name, QStringLiteral("remote_control_answer"));
+    QCOMPARE(events.at(1).data, expected);
+    QVERIFY(!view->selectionModel()->hasSelection());
+    QCOMPARE(view->model()->rowCount(), rowsBefore);
+}
+
+void TestCarAvailability::aDoubleClickActsOnTheSelection()
+{
+    const auto database = createDatabase();
+    GarageWindow window;
+    window.show();
+    window.openTab("tabAvailableCars");
+    window.form->loadCars(carsList());
+    for (const char *name : {"tvAllCars", "tvAvailableCars"}) {
+        auto *view = window.find<QTreeView>(name);
+        const QPoint cell = view->visualRect(view->model()->index(1, 1)).center();
+        window.takeEvents();
+        QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, cell);
+        QTest::mouseDClick(view->viewport(), Qt::LeftButton, {}, cell);
+        QCOMPARE(window.eventNames(),
+                 QStringList({QStringLiteral("update_cars"), QStringLiteral("remote_control_answer")}));
+        QCOMPARE(window.events.first().data.value(QLatin1String("carsIdsList")).toArray(), QJsonArray({12}));
+        QCOMPARE(window.events.first().data.value(QLatin1String("available")).toInt(),
+                 QLatin1String(name) == QLatin1String("tvAllCars") ? 1 : 0);
+    }
+}
+
+void TestCarAvailability::nothingSelectedNothingSent()
+{
+    const auto database = createDatabase();
+    GarageWindow window;
+    window.show();
+    window.openTab("tabAvailableCars");
+    window.form->loadCars(carsList());
+    window.takeEvents();
+    window.click("pbSetAvailable");
+    window.click("pbRemoveAvailable");
+    QVERIFY(window.events.isEmpty());
+}
+
+void TestCarAvailability::remoteRequestsToggleACar_data()
+{
+    QTest::addColumn<QJsonObject>("request");
+    QTest::addColumn<QJsonObject>("answer");
+    QTest::addColumn<QJsonObject>("sent");
+    const auto answer = [](int carId, bool available) {
+        return QJsonObject {{QStringLiteral("status"), QStringLiteral("ok")},
+                            {QStringLiteral("carId"), carId},
+                            {QStringLiteral("carAvailable"), available},
+                            {QStringLiteral("sinkId"), -1}};
+    };
+    QTest::newRow("available: out of work") << remoteRequest(11) << answer(11, false) << command({11}, 0);
+    QTest::newRow("not available: into work") << remoteRequest(13) << answer(13, true) << command({13}, 1);
+    QTest::newRow("unknown car") << remoteRequest(99) << answer(99, false) << QJsonObject();
+    QTest::newRow("a number as text")
+        << remoteRequest(QStringLiteral("12")) << answer(12, false) << command({12}, 0);
+    QTest::newRow("-1") << remoteRequest(-1) << QJsonObject() << QJsonObject();
+    QTest::newRow("no number") << remoteRequest(QStringLiteral("карт")) << QJsonObject() << QJsonObject();
+    QTest::newRow("no car id") << remoteRequest(QJsonValue::Undefined) << QJsonObject() << QJsonObject();
+    QTest::newRow("null") << remoteRequest(QJsonValue::Null) << QJsonObject() << QJsonObject();
+    QTest::newRow("no data") << QJsonObject {{QStringLiteral("msg"), QStringLiteral("switchCarAvailability")}}
+                             << QJsonObject() << QJsonObject();
+    QTest::newRow("another message") << QJsonObject {{QStringLiteral("msg"), QStringLiteral("start")}}
+                                     << QJsonObject() << QJsonObject();
+}
+
+void TestCarAvailability::remoteRequestsToggleACar()
+{
+    QFETCH(QJsonObject, request);
+    QFETCH(QJsonObject, sent);
+    const auto database = createDatabase();
+    GarageWindow window;
+    window.form->loadCars(carsList());
+    QTEST(window.form->remoteControlRequest({}, request), "answer");
+    if (sent.isEmpty()) {
+        QVERIFY(window.events.isEmpty());
+        return;
+    }
+    QCOMPARE(window.eventNames(), QStringList(QStringLiteral("update_cars")));
+    QCOMPARE(window.events.first().data, sent);
+}
+
+GARAGE_TEST(TestCarAvailability)
+#include "tst_caravailability.moc"

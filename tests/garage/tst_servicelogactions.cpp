@@ -1,0 +1,283 @@
+#include "support/garagetest.h"
+#include "support/garagewindow.h"
+#include "support/moments.h"
+
+#include <QAction>
+#include <QComboBox>
+#include <QDateTimeEdit>
+#include <QDialogButtonBox>
+#include <QLineEdit>
+#include <QMenu>
+#include <QMessageBox>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QTreeView>
+
+/// The service log: its filters, and what can be done with the record that the user sees.
+class TestServiceLogActions : public GarageTest
+{
+    Q_OBJECT
+private slots:
+    void theFiltersNarrowTheLog();
+    void theFiltersPersistThroughReloads();
+    void aRightClickOffersBothActions();
+    void deletingRemovesTheRecordTheUserSees();
+    void decliningKeepsTheRecord();
+    void aReloadUnderTheQuestionDeletesTheSameRecord();
+    void theWindowMayDieUnderTheQuestion();
+    void doneSendsTheRecordAndWritesNothing();
+    void aCancelledDoneSendsNothing();
+    void nothingHappensWithoutACurrentRecord();
+
+private:
+    std::unique_ptr<TestDatabase> createSample() const;
+    static QTreeView *openLog(GarageWindow &window);
+    static void trigger(GarageWindow &window, const char *action) { window.find<QAction>(action)->trigger(); }
+    static void answer(QMessageBox::StandardButton button);
+    static QString recordedIds(const TestDatabase &database)
+    {
+        return database
+            .value(QStringLiteral("SELECT group_concat(id) FROM (SELECT id FROM maintainance ORDER BY id)"))
+            .toString();
+    }
+};
+
+std::unique_ptr<TestDatabase> TestServiceLogActions::createSample() const
+{
+    auto database = createDatabase();
+    database->addCar(1, QStringLiteral("12"), QStringLiteral("Sodi"));
+    database->addCar(2, QStringLiteral("112a"), QStringLiteral("RX"));
+    database->addOperation(4, QStringLiteral("Масло"));
+    database->addRecord(1, 4, QStringLiteral("2026-03-01T10:00Z"), DoneState, QStringLiteral("первая"));
+    database->addRecord(2, 4, QStringLiteral("2026-03-02T10:00Z"), DoneState, QStringLiteral("вторая"));
+    database->addRecord(1, -1, QStringLiteral("2026-03-03T10:00Z"), OpenState, QStringLiteral("третья"));
+    database->addRecord(2, 4, QStringLiteral("2026-03-04T10:00Z"), OpenState, QStringLiteral("четвёртая"));
+    database->exec(QStringLiteral("UPDATE maintainance SET remote_id=70 WHERE id=2"));
+    return database;
+}
+
+QTreeView *TestServiceLogActions::openLog(GarageWindow &window)
+{
+    window.show();
+    window.openTab("tabServiceLog");
+    window.takeEvents();
+    return window.find<QTreeView>("tvServiceLog");
+}
+
+void TestServiceLogActions::answer(QMessageBox::StandardButton button)
+{
+    onNextDialog([button](QDialog &dialog) {
+        auto *question = qobject_cast<QMessageBox *>(&dialog);
+        QVERIFY(question);
+        QCOMPARE(question->windowTitle(), QStringLiteral("Подтверждение"));
+        QCOMPARE(question->text(), QStringLiteral("Точно удалить?"));
+        QCOMPARE(question->standardButtons(), QMessageBox::Yes | QMessageBox::No);
+        QTest::mouseClick(question->button(button), Qt::LeftButton);
+    });
+}
+
+void TestServiceLogActions::theFiltersNarrowTheLog()
+{
+    const auto database = createSample();
+    GarageWindow window;
+    const QTreeView *log = openLog(window);
+    const auto comments = [log] {
+        QStringList texts;
+        for (int row = 0; row < log->model()->rowCount(); ++row) {
+            if (log->model()->index(row, 0).data().toInt() != row + 1)
+                return QStringList(QStringLiteral("numbered wrongly"));
+            texts.append(log->model()->index(row, 6).data().toString());
+        }
+        return texts;
+    };
+    const QStringList all {QStringLiteral("четвёртая"), QStringLiteral("третья"), QStringLiteral("вторая"),
+                           QStringLiteral("первая")};
+    QCOMPARE(comments(), all);
+    window.choose("cbLogFilterModels", 2);
+    QCOMPARE(comments(), QStringList({all.at(0), all.at(2)}));
+    window.choose("cbLogFilterOperation", 1);
+    QCOMPARE(comments(), QStringList(all.at(0)));
+    window.choose("cbLogFilterModels", 0);
+    QCOMPARE(comments(), QStringList({all.at(0), all.at(1)}));
+    window.choose("cbLogFilterOperation", 3);
+    QCOMPARE(comments(), QStringList(all.at(1)));
+    window.click("pushButton_2");
+    QCOMPARE(comments(), all);
+    QTest::keyClicks(window.find<QLineEdit>("leLogFilterNum"), QStringLiteral("12A"));
+    QCOMPARE(comments(), QStringList({all.at(0), all.at(2)}));
+    window.click("pushButton_2");
+    QCOMPARE(comments(), all);
+    QCOMPARE(window.find<QLineEdit>("leLogFilterNum")->text(), QString());
+}
+
+void TestServiceLogActions::theFiltersPersistThroughReloads()
+{
+    const auto database = createSample();
+    GarageWindow window;
+    const QTreeView *log = openLog(window);
+    QTest::keyClicks(window.find<QLineEdit>("leLogFilterNum"), QStringLiteral("112"));
+    window.choose("cbLogFilterOperation", 1);
+    window.reload();
+    QCOMPARE(log->model()->rowCount(), 1);
+    QCOMPARE(window.find<QComboBox>("cbLogFilterOperation")->currentText(), QStringLiteral("Невыполненные"));
+}
+
+void TestServiceLogActions::aRightClickOffersBothActions()
+{
+    const auto database = createSample();
+    GarageWindow window;
+    QTreeView *log = openLog(window);
+    QStringList offered;
+    QTimer::singleShot(0, &window, [&offered] {
+        auto *menu = qobject_cast<QMenu *>(QApplication::activePopupWidget());
+        QVERIFY(menu);
+        for (const QAction *action : menu->actions())
+            offered.append(action->text());
+        menu->close();
+    });
+    const QPoint cell = log->visualRect(log->model()->index(1, 3)).center();
+    QTest::mouseClick(log->viewport(), Qt::RightButton, {}, cell);
+    QContextMenuEvent event(QContextMenuEvent::Mouse, cell, log->viewport()->mapToGlobal(cell));
+    QApplication::sendEvent(log->viewport(), &event);
+    QTRY_COMPARE(offered, QStringList({QStringLiteral("Удалить запись"), QStringLiteral("Выполнено")}));
+    QCOMPARE(log->currentIndex().row(), 1);
+}
+
+void TestServiceLogActions::deletingRemovesTheRecordTheUserSees()
+{
+    const auto database = createSample();
+    GarageWindow window;
+    QTreeView *log = openLog(window);
+    window.choose("cbLogFilterModels", 2); // records 4 and 2 are left
+    QTest::mouseClick(log->viewport(), Qt::LeftButton, {},
+                      log->visualRect(log->model()->index(1, 6)).center());
+    const int rowsBefore = log->model()->rowCount();
+    int rowsWhenAnnounced = -1;
+    connect(window.form.get(), &GarageForm::deleteOperation, this,
+            [&] { rowsWhenAnnounced = log->model()->rowCount(); });
+    answer(QMessageBox::Yes);
+    trigger(window, "actionDeleteMaintainanceItem");
+    QVERIFY(allDialogsAnswered());
+    QCOMPARE(log->model()->rowCount(), 1); // before the loader had its turn
+    QCOMPARE(window.eventNames(), QStringList(QStringLiteral("deleteOperation")));
+    QCOMPARE(rowsWhenAnnounced, rowsBefore - 1);
+    QCOMPARE(window.events.first().data,
+             QJsonObject({{QStringLiteral("opId"), 2}, {QStringLiteral("remoteId"), 70}}));
+    window.settle();
+    QCOMPARE(recordedIds(*database), QStringLiteral("1,3,4"));
+    QCOMPARE(log->model()->index(0, 6).data().toString(), QStringLiteral("четвёртая"));
+}
+
+void TestServiceLogActions::decliningKeepsTheRecord()
+{
+    const auto database = createSample();
+    GarageWindow window;
+    QTreeView *log = openLog(window);
+    log->setCurrentIndex(log->model()->index(0, 0));
+    answer(QMessageBox::No);
+    trigger(window, "actionDeleteMaintainanceItem");
+    onNextDialog([](QDialog &dialog) { QTest::keyClick(&dialog, Qt::Key_Escape); });
+    trigger(window, "actionDeleteMaintainanceItem");
+    QVERIFY(allDialogsAnswered());
+    QVERIFY(window.events.isEmpty());
+    QCOMPARE(log->model()->rowCount(), 4);
+    QCOMPARE(recordedIds(*database), QStringLiteral("1,2,3,4"));
+}
+
+void TestServiceLogActions::aReloadUnderTheQuestionDeletesTheSameRecord()
+{
+    const auto database = createSample();
+    GarageWindow window;
+    QTreeView *log = openLog(window);
+    log->setCurrentIndex(log->model()->index(1, 0)); // record 3
+    onNextDialog([&](QDialog &dialog) {
+        database->addRecord(1, 4, QStringLiteral("2026-03-05T10:00Z"), DoneState, QStringLiteral("пятая"));
+        window.reload();
+        QTest::mouseClick(qobject_cast<QMessageBox *>(&dialog)->button(QMessageBox::Yes), Qt::LeftButton);
+    });
+    trigger(window, "actionDeleteMaintainanceItem");
+    window.settle();
+    QCOMPARE(recordedIds(*database), QStringLiteral("1,2,4,5"));
+}
+
+void TestServiceLogActions::theWindowMayDieUnderTheQuestion()
+{
+    const auto database = createSample();
+    GarageWindow window;
+    QTreeView *log = openLog(window);
+    log->setCurrentIndex(log->model()->index(1, 0));
+    onNextDialog([&window](QDialog &) { window.form.reset(); });
+    trigger(window, "actionDeleteMaintainanceItem");
+    QVERIFY(!window.form);
+    QCOMPARE(recordedIds(*database), QStringLiteral("1,2,3,4"));
+}
+
+void TestServiceLogActions::doneSendsTheRecordAndWritesNothing()
+{
+    const auto database = createSample();
+    GarageWindow window;
+    window.form->setPersonalList(
+        {QJsonObject {{QStringLiteral("id"), 5}, {QStringLiteral("lastName"), QStringLiteral("Иванов")}}});
+    QTreeView *log = openLog(window);
+    window.choose("cbLogFilterModels", 1); // records 3 and 1 are left
+    log->setCurrentIndex(log->model()->index(1, 0));
+    onNextDialog([](QDialog &dialog) {
+        QCOMPARE(dialog.windowTitle(), QStringLiteral("Сервисное обслуживание - Sodi  12"));
+        QCOMPARE(dialog.findChild<QComboBox *>(QStringLiteral("cbOperation"))->currentText(),
+                 QStringLiteral("Масло"));
+        auto *time = dialog.findChild<QDateTimeEdit *>(QStringLiteral("deOperationDateTime"));
+        QCOMPARE(time->dateTime(), march(1, 10, 0));
+        time->setDateTime(march(8, 22, 15));
+        QCOMPARE(dialog.findChild<QPlainTextEdit *>(QStringLiteral("teComments"))->toPlainText(),
+                 QStringLiteral("первая"));
+        dialog.findChild<QComboBox *>(QStringLiteral("cbPersonal"))->setCurrentIndex(1);
+        QTest::mouseClick(dialog.findChild<QDialogButtonBox *>()->button(QDialogButtonBox::Ok),
+                          Qt::LeftButton);
+    });
+    trigger(window, "actionDoneOperation");
+    QVERIFY(allDialogsAnswered());
+    QCOMPARE(window.eventNames(), QStringList(QStringLiteral("addRemoteOperation")));
+    QCOMPARE(window.events.first().data,
+             QJsonObject({{QStringLiteral("carId"), 1},
+                          {QStringLiteral("opId"), 4},
+                          {QStringLiteral("opName"), QStringLiteral("Масло")},
+                          {QStringLiteral("opDoneDateTime"), QStringLiteral("2026-03-08T22:15Z")},
+                          {QStringLiteral("operatorId"), 5},
+                          {QStringLiteral("operatorName"), QStringLiteral("Иванов")},
+                          {QStringLiteral("comment"), QStringLiteral("первая")},
+                          {QStringLiteral("localId"), 1},
+                          {QStringLiteral("updateFromLocal"), true},
+                          {QStringLiteral("opDoneDateTimeWeb"), QStringLiteral("2026-03-08T22:15")}}));
+    QCOMPARE(database->rows(QStringLiteral("SELECT operation_time FROM maintainance WHERE id=1")),
+             QStringList(QStringLiteral("2026-03-01T10:00Z")));
+}
+
+void TestServiceLogActions::aCancelledDoneSendsNothing()
+{
+    const auto database = createSample();
+    GarageWindow window;
+    QTreeView *log = openLog(window);
+    log->setCurrentIndex(log->model()->index(0, 0));
+    onNextDialog([](QDialog &dialog) { QTest::keyClick(&dialog, Qt::Key_Escape); });
+    trigger(window, "actionDoneOperation");
+    QVERIFY(window.events.isEmpty());
+    onNextDialog([&window](QDialog &) { window.form.reset(); });
+    trigger(window, "actionDoneOperation");
+    QVERIFY(allDialogsAnswered());
+    QVERIFY(window.events.isEmpty());
+}
+
+void TestServiceLogActions::nothingHappensWithoutACurrentRecord()
+{
+    const auto database = createSample();
+    GarageWindow window;
+    const QTreeView *log = openLog(window);
+    QVERIFY(!log->currentIndex().isValid());
+    trigger(window, "actionDeleteMaintainanceItem");
+    trigger(window, "actionDoneOperation");
+    QVERIFY(window.events.isEmpty());
+    QVERIFY(!QApplication::activeModalWidget());
+}
+
+GARAGE_TEST(TestServiceLogActions)
+#include "tst_servicelogactions.moc"

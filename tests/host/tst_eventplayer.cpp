@@ -1,0 +1,178 @@
+#include "support/garagetest.h"
+
+#include "host/messages/eventplayer.h"
+#include "host/messages/journalmodel.h"
+#include "host/plugin/pluginhost.h"
+
+#include <QAbstractItemModelTester>
+#include <QFile>
+#include <QSignalSpy>
+
+/// Files of events: played, refused, recorded and played again.
+class TestEventPlayer final : public GarageTest
+{
+    Q_OBJECT
+
+private slots:
+    void eventsArePlayedInOrderWithWaits();
+    void aBadLineIsNamed_data();
+    void aBadLineIsNamed();
+    void aMissingFileIsNamed();
+    void aWaitForTheAnswerEndsWithIt();
+    void cancellingEndsBeforeTheNextStep();
+    void aSavedJournalPlaysWhatThePluginWasTold();
+    void theJournalDropsItsOldestMessagesBeforeTheyFillTheMemory();
+
+private:
+    QString write(const QByteArray &text);
+    static QStringList toldEvents(const JournalModel &journal);
+};
+
+QString TestEventPlayer::write(const QByteArray &text)
+{
+    QFile file(home().path() + QLatin1String("/play.jsonl"));
+    if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size())
+        return {};
+    return file.fileName();
+}
+
+QStringList TestEventPlayer::toldEvents(const JournalModel &journal)
+{
+    QStringList events;
+    for (int row = 0; row < journal.rowCount(); ++row) {
+        if (journal.entry(row).toPlugin)
+            events.append(journal.entry(row).event);
+    }
+    return events;
+}
+
+void TestEventPlayer::eventsArePlayedInOrderWithWaits()
+{
+    PluginHost plugin;
+    QCOMPARE(plugin.load(QStringLiteral(FAKE_PLUGIN)), QString());
+    JournalModel journal(plugin);
+    const QAbstractItemModelTester tester(&journal, QAbstractItemModelTester::FailureReportingMode::Fatal);
+    EventPlayer player(plugin);
+    QCOMPARE(player.load(write("{\"event\":\"run_closed\"}\n{\"wait\":50}\n\n{\"screenshot\":\"one\"}\n"
+                               "{\"event\":\"car_complain\",\"data\":{\"carId\":3}}\n")),
+             QString());
+    QCOMPARE(player.stepCount(), 4);
+    QSignalSpy finished(&player, &EventPlayer::finished);
+    QSignalSpy pictures(&player, &EventPlayer::screenshotWanted);
+    player.start();
+    QVERIFY(finished.wait());
+    QCOMPARE(finished.first().first().toBool(), true);
+    QCOMPARE(pictures.first().first().toString(), QStringLiteral("one"));
+    QCOMPARE(toldEvents(journal),
+             (QStringList {QStringLiteral("run_closed"), QStringLiteral("car_complain")}));
+    QCOMPARE(journal.entry(2).data().value(QLatin1String("carId")).toInt(), 3);
+}
+
+void TestEventPlayer::aBadLineIsNamed_data()
+{
+    QTest::addColumn<QByteArray>("line");
+    QTest::newRow("no JSON") << QByteArray("hello");
+    QTest::newRow("no event") << QByteArray("{\"data\":{}}");
+    QTest::newRow("an array") << QByteArray("[]");
+    QTest::newRow("empty event") << QByteArray("{\"event\":\"\"}");
+}
+
+void TestEventPlayer::aBadLineIsNamed()
+{
+    QFETCH(const QByteArray, line);
+    PluginHost plugin;
+    EventPlayer player(plugin);
+    const QString error = player.load(write("{\"event\":\"run_closed\"}\n" + line + "\n"));
+    QVERIFY2(error.contains(QStringLiteral("строка 2")), qPrintable(error));
+}
+
+void TestEventPlayer::aMissingFileIsNamed()
+{
+    PluginHost plugin;
+    EventPlayer player(plugin);
+    QVERIFY(
+        player.load(QStringLiteral("/nowhere/play.jsonl")).contains(QLatin1String("/nowhere/play.jsonl")));
+}
+
+void TestEventPlayer::aWaitForTheAnswerEndsWithIt()
+{
+    PluginHost plugin;
+    QCOMPARE(plugin.load(QStringLiteral(FAKE_PLUGIN)), QString());
+    JournalModel journal(plugin);
+    EventPlayer player(plugin);
+    QCOMPARE(player.load(write(
+                 "{\"event\":\"run_saved_to_db\"}\n{\"wait\":\"answer\"}\n{\"event\":\"run_closed\"}\n")),
+             QString());
+    QSignalSpy finished(&player, &EventPlayer::finished);
+    player.start();
+    QVERIFY(finished.wait());
+    QStringList events;
+    for (int row = 0; row < journal.rowCount(); ++row)
+        events.append(journal.entry(row).event);
+    QVERIFY(events.indexOf(QStringLiteral("update_pending_service"))
+            < events.indexOf(QStringLiteral("run_closed")));
+    QVERIFY(events.contains(QStringLiteral("update_pending_service")));
+}
+
+void TestEventPlayer::cancellingEndsBeforeTheNextStep()
+{
+    PluginHost plugin;
+    QCOMPARE(plugin.load(QStringLiteral(FAKE_PLUGIN)), QString());
+    JournalModel journal(plugin);
+    EventPlayer player(plugin);
+    QCOMPARE(player.load(write("{\"event\":\"run_closed\"}\n{\"wait\":60000}\n{\"event\":\"run_closed\"}\n")),
+             QString());
+    QSignalSpy finished(&player, &EventPlayer::finished);
+    player.start();
+    QTRY_COMPARE(toldEvents(journal).size(), 1);
+    player.cancel();
+    QVERIFY(finished.wait());
+    QCOMPARE(toldEvents(journal).size(), 1);
+}
+
+void TestEventPlayer::aSavedJournalPlaysWhatThePluginWasTold()
+{
+    PluginHost plugin;
+    QCOMPARE(plugin.load(QStringLiteral(FAKE_PLUGIN)), QString());
+    JournalModel journal(plugin);
+    plugin.send(QStringLiteral("run_closed"), {{QStringLiteral("text"), QStringLiteral("кавычки \" и \n")}});
+    plugin.send(QStringLiteral("clicked"));
+    QVERIFY(journal.rowCount() > 2);
+    const QString file = home().path() + QLatin1String("/journal.jsonl");
+    QCOMPARE(journal.save(file), QString());
+    QVERIFY(!journal.save(QStringLiteral("/nowhere/journal.jsonl")).isEmpty());
+
+    JournalModel second(plugin);
+    EventPlayer player(plugin);
+    QCOMPARE(player.load(file), QString());
+    QSignalSpy finished(&player, &EventPlayer::finished);
+    player.start();
+    QVERIFY(finished.wait());
+    QCOMPARE(toldEvents(second), (QStringList {QStringLiteral("run_closed"), QStringLiteral("clicked")}));
+    QCOMPARE(second.entry(0).data(), journal.entry(0).data());
+}
+
+void TestEventPlayer::theJournalDropsItsOldestMessagesBeforeTheyFillTheMemory()
+{
+    PluginHost plugin;
+    JournalModel journal(plugin);
+    const QAbstractItemModelTester tester(&journal, QAbstractItemModelTester::FailureReportingMode::Fatal);
+    const QString megabyte(1 << 20, QLatin1Char('x'));
+    for (int number = 0; number < 40; ++number) {
+        emit plugin.received({QString(),
+                              QString::number(number),
+                              {{QStringLiteral("text"), QString(megabyte).append(QString::number(number))}}});
+        QVERIFY(journal.rowCount() <= 10);
+    }
+    const int rows = journal.rowCount();
+    QVERIFY(rows >= 5);
+    for (int row = 0; row < rows; ++row)
+        QCOMPARE(journal.entry(row).event, QString::number(40 - rows + row));
+
+    journal.clear();
+    emit plugin.received({QString(), QStringLiteral("small"), {}});
+    QCOMPARE(journal.rowCount(), 1);
+}
+
+GARAGE_TEST(TestEventPlayer)
+#include "tst_eventplayer.moc"

@@ -1,4 +1,0 @@
-garage_test(tst_maintainancemodel ELSEWHERE LIBRARIES garage_models)
-garage_test(tst_maintainanceorder ELSEWHERE LIBRARIES garage_models)
-garage_test(tst_maintainancefilterproxy ELSEWHERE LIBRARIES garage_models)
-garage_test(tst_maintainancedelegate ELSEWHERE LIBRARIES garage_models)

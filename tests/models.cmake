@@ -1,2 +1,0 @@
-garage_test(tst_clearbackgroundtablemodel ELSEWHERE LIBRARIES garage_models)
-garage_test(tst_griddelegate ELSEWHERE LIBRARIES garage_models)

@@ -1,0 +1,400 @@
+#include "support/garagetest.h"
+#include "support/moments.h"
+#include "support/pluginhost.h"
+
+#include <QDateTimeEdit>
+#include <QDialog>
+#include <QJsonDocument>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QTimer>
+#include <QTreeView>
+
+#include <atomic>
+#include <thread>
+
+namespace {
+
+const QString everyRecord =
+    QStringLiteral("SELECT remote_id,car_id,operation_id,operation_time,person_id,person_name,"
+                   "comment,operation_state FROM maintainance ORDER BY id");
+
+/// A complete record; the changes replace or, being undefined, take away keys.
+QJsonObject record(int id, std::initializer_list<QPair<QString, QJsonValue>> changes = {})
+{
+    QJsonObject json {{QStringLiteral("id"), id},
+                      {QStringLiteral("carId"), 1},
+                      {QStringLiteral("opId"), 2},
+                      {QStringLiteral("opDoneDateTime"), QStringLiteral("2026-03-08T09:30Z")},
+                      {QStringLiteral("operatorName"), QStringLiteral("Пётр")},
+                      {QStringLiteral("operatorId"), 5},
+                      {QStringLiteral("comment"), QStringLiteral("готово")}};
+    for (const auto &[key, value] : changes) {
+        if (value.isUndefined())
+            json.remove(key);
+        else
+            json.insert(key, value);
+    }
+    return json;
+}
+
+QJsonObject person(const QJsonValue &code, int id, const QString &lastName)
+{
+    return {{QStringLiteral("serviceCode"), code},
+            {QStringLiteral("id"), id},
+            {QStringLiteral("lastName"), lastName},
+            {QStringLiteral("firstName"), QStringLiteral("Иван")},
+            {QStringLiteral("midName"), QStringLiteral("Ильич")}};
+}
+
+} // namespace
+
+/// Service records that come from the remote side, and the life of a complaint between both sides.
+class TestRemoteSynchronisation : public GarageTest
+{
+    Q_OBJECT
+private slots:
+    void aNewRecordIsInsertedAsDone();
+    void aRecordSentTwiceUpdatesItsRow();
+    void aLocalIdCompletesTheLocalRecord();
+    void bothIdsMayUpdateSeveralRows();
+    void theServiceCodeNamesThePerson_data();
+    void theServiceCodeNamesThePerson();
+    void missingKeysTakeTheirDefaults();
+    void elementsThatAreNoRecordsCountAsEmptyOnes();
+    void idsGoToTheArchiveUnchangedAndInOrder();
+    void aFailingUpdateInsertsNothing();
+    void aFailingInsertLosesOnlyItsOwnRecord();
+    void aBatchIsVisibleAsAWholeOrNotAtAll();
+    void aComplaintGoesRoundBothSides();
+    void anEveningAtTheTrack();
+
+private:
+    /// Sends the records and waits until they are stored, reported and archived.
+    static QJsonArray synchronise(PluginHost &host, const QJsonArray &records);
+    static QJsonArray pending(const QVector<PluginHost::Message> &messages);
+};
+
+QJsonArray TestRemoteSynchronisation::synchronise(PluginHost &host, const QJsonArray &records)
+{
+    host.takeMessages();
+    host.send(
+        "remote_service_data",
+        {{QStringLiteral("data"), QString::fromUtf8(QJsonDocument(records).toJson(QJsonDocument::Compact))}});
+    auto messages = host.awaitReload();
+    if (!QTest::qWaitFor([&] {
+            messages += host.takeMessages();
+            return PluginHost::names(messages).contains(QStringLiteral("remote_service_move_to_archive"));
+        }))
+        QTest::qFail("Nothing was archived", __FILE__, __LINE__);
+    if (PluginHost::names(messages)
+        != QStringList(
+            {QStringLiteral("update_pending_service"), QStringLiteral("remote_service_move_to_archive")}))
+        QTest::qFail(qPrintable(PluginHost::names(messages).join(QLatin1Char(','))), __FILE__, __LINE__);
+    return messages.last().data.value(QLatin1String("idList")).toArray();
+}
+
+QJsonArray TestRemoteSynchronisation::pending(const QVector<PluginHost::Message> &messages)
+{
+    for (const auto &message : messages) {
+        if (message.event == QLatin1String("update_pending_service"))
+            return message.data.value(QLatin1String("servicePendingList")).toArray();
+    }
+    return {QStringLiteral("no list came")};
+}
+
+void TestRemoteSynchronisation::aNewRecordIsInsertedAsDone()
+{
+    const auto database = createDatabase();
+    PluginHost host;
+    QCOMPARE(synchronise(host, {record(40)}), QJsonArray({40}));
+    QCOMPARE(database->rows(everyRecord),
+             QStringList(QStringLiteral("40|1|2|2026-03-08T09:30Z|5|Пётр|готово|1")));
+}
+
+void TestRemoteSynchronisation::aRecordSentTwiceUpdatesItsRow()
+{
+    const auto database = createDatabase();
+    PluginHost host;
+    synchronise(host, {record(40)});
+    synchronise(
+        host,
+        {record(40, {{QStringLiteral("comment"), QStringLiteral("иначе")}, {QStringLiteral("carId"), 3}})});
+    synchronise(host, {record(40), record(40, {{QStringLiteral("opId"), 9}})});
+    QCOMPARE(database->rows(everyRecord),
+             QStringList(QStringLiteral("40|1|9|2026-03-08T09:30Z|5|Пётр|готово|1")));
+}
+
+void TestRemoteSynchronisation::aLocalIdCompletesTheLocalRecord()
+{
+    const auto database = createDatabase();
+    const int localId =
+        database->addRecord(1, -1, QStringLiteral("2026-03-01T10:00:00.000Z"), 0, QStringLiteral("Стук"));
+    PluginHost host;
+    synchronise(host, {record(40, {{QStringLiteral("localId"), localId}, {QStringLiteral("opId"), -1}})});
+    // The remote id of a record matched by its local id is not stored.
+    QCOMPARE(database->rows(everyRecord),
+             QStringList(QStringLiteral("NULL|1|-1|2026-03-08T09:30Z|5|Пётр|готово|1")));
+}
+
+void TestRemoteSynchronisation::bothIdsMayUpdateSeveralRows()
+{
+    const auto database = createDatabase();
+    const int localId = database->addRecord(1, -1, QStringLiteral("2026-03-01T10:00Z"), 0);
+    database->addRecord(7, 7, QStringLiteral("2026-03-02T10:00Z"), 0);
+    database->exec(QStringLiteral("UPDATE maintainance SET remote_id=40 WHERE car_id=7"));
+    PluginHost host;
+    synchronise(host, {record(40, {{QStringLiteral("localId"), localId}})});
+    QCOMPARE(database->rows(everyRecord),
+             QStringList({QStringLiteral("NULL|1|2|2026-03-08T09:30Z|5|Пётр|готово|1"),
+                          QStringLiteral("40|1|2|2026-03-08T09:30Z|5|Пётр|готово|1")}));
+}
+
+void TestRemoteSynchronisation::theServiceCodeNamesThePerson_data()
+{
+    QTest::addColumn<QJsonArray>("people");
+    QTest::addColumn<QJsonValue>("code");
+    QTest::addColumn<QString>("stored");
+    const QJsonArray people {person(QStringLiteral("111"), 8, QStringLiteral("Ким")),
+                             person(QStringLiteral("222"), 9, QStringLiteral("Цой"))};
+    const QString operatorKept = QStringLiteral("5|Пётр");
+    QTest::newRow("a match") << people << QJsonValue(QStringLiteral("222")) << "9|Цой Иван Ильич";
+    QTest::newRow("no match") << people << QJsonValue(QStringLiteral("333")) << operatorKept;
+    QTest::newRow("no code") << people << QJsonValue(QJsonValue::Undefined) << operatorKept;
+    QTest::newRow("the last match wins") << QJsonArray {person(QStringLiteral("1"), 8, QStringLiteral("Ким")),
+                                                        person(QStringLiteral("1"), 9, QStringLiteral("Цой"))}
+                                         << QJsonValue(QStringLiteral("1")) << "9|Цой Иван Ильич";
+    QTest::newRow("a number is not a text") << QJsonArray {person(222, 9, QStringLiteral("Цой"))}
+                                            << QJsonValue(QStringLiteral("222")) << operatorKept;
+    QTest::newRow("a number in the record reads as no code")
+        << QJsonArray {person(QStringLiteral(""), 9, QStringLiteral("Цой"))} << QJsonValue(222)
+        << "9|Цой Иван Ильич";
+    QTest::newRow("an entry without a code never matches")
+        << QJsonArray {person(QJsonValue::Undefined, 9, QStringLiteral("Цой"))}
+        << QJsonValue(QJsonValue::Undefined) << operatorKept;
+    QTest::newRow("missing parts leave their blanks")
+        << QJsonArray {QJsonObject {{QStringLiteral("serviceCode"), QStringLiteral("5")},
+                                    {QStringLiteral("lastName"), QStringLiteral("Ким")}}}
+        << QJsonValue(QStringLiteral("5")) << "-1|Ким  ";
+}
+
+void TestRemoteSynchronisation::theServiceCodeNamesThePerson()
+{
+    QFETCH(QJsonArray, people);
+    QFETCH(QJsonValue, code);
+    const auto database = createDatabase();
+    PluginHost host;
+    host.send("personal_list", {{QStringLiteral("personalList"), people}});
+    synchronise(host, {record(40, {{QStringLiteral("serviceCode"), code}})});
+    QTEST(database->rows(QStringLiteral("SELECT person_id,person_name FROM maintainance")).first(), "stored");
+}
+
+void TestRemoteSynchronisation::missingKeysTakeTheirDefaults()
+{
+    const auto database = createDatabase();
+    PluginHost host;
+    QCOMPARE(synchronise(host, {QJsonObject {{QStringLiteral("unknown"), 1}}}), QJsonArray({QJsonValue()}));
+    QCOMPARE(database->rows(everyRecord), QStringList(QStringLiteral("-1|-1|-1||-1|||1")));
+    // Another one without an id has the same id, -1.
+    synchronise(host,
+                {record(40,
+                        {{QStringLiteral("id"), QJsonValue::Undefined},
+                         {QStringLiteral("operatorId"), QJsonValue::Undefined}})});
+    QCOMPARE(database->rows(everyRecord),
+             QStringList(QStringLiteral("-1|1|2|2026-03-08T09:30Z|-1|Пётр|готово|1")));
+}
+
+void TestRemoteSynchronisation::elementsThatAreNoRecordsCountAsEmptyOnes()
+{
+    const auto database = createDatabase();
+    PluginHost host;
+    QCOMPARE(synchronise(host, {5, QStringLiteral("x"), QJsonValue(), record(40)}),
+             QJsonArray({QJsonValue(), QJsonValue(), QJsonValue(), 40}));
+    QCOMPARE(database->rows(everyRecord),
+             QStringList({QStringLiteral("-1|-1|-1||-1|||1"),
+                          QStringLiteral("40|1|2|2026-03-08T09:30Z|5|Пётр|готово|1")}));
+}
+
+void TestRemoteSynchronisation::idsGoToTheArchiveUnchangedAndInOrder()
+{
+    const auto database = createDatabase();
+    PluginHost host;
+    const QJsonArray ids {7, QStringLiteral("8"), 3.5, 7};
+    QJsonArray records;
+    for (const QJsonValue &id : ids)
+        records.append(record(0, {{QStringLiteral("id"), id}}));
+    QCOMPARE(synchronise(host, records), ids);
+}
+
+void TestRemoteSynchronisation::aFailingUpdateInsertsNothing()
+{
+    const auto database = createDatabase();
+    database->addRecord(1, 2, QStringLiteral("2026-03-01T10:00Z"), 0);
+    database->exec(QStringLiteral("UPDATE maintainance SET remote_id=40"));
+    database->exec(QStringLiteral("CREATE TRIGGER fault BEFORE UPDATE ON maintainance WHEN new.comment='нет' "
+                                  "BEGIN SELECT RAISE(ABORT,'injected'); END"));
+    PluginHost host;
+    QCOMPARE(
+        synchronise(host, {record(40, {{QStringLiteral("comment"), QStringLiteral("нет")}}), record(41)}),
+        QJsonArray({40, 41}));
+    QCOMPARE(database->rows(everyRecord),
+             QStringList({QStringLiteral("40|1|2|2026-03-01T10:00Z|-1||NULL|0"),
+                          QStringLiteral("41|1|2|2026-03-08T09:30Z|5|Пётр|готово|1")}));
+}
+
+void TestRemoteSynchronisation::aFailingInsertLosesOnlyItsOwnRecord()
+{
+    const auto database = createDatabase();
+    database->exec(QStringLiteral("CREATE TRIGGER fault BEFORE INSERT ON maintainance WHEN new.remote_id=41 "
+                                  "BEGIN SELECT RAISE(ABORT,'injected'); END"));
+    PluginHost host;
+    synchronise(host, {record(40), record(41), record(42)});
+    QCOMPARE(database->value(QStringLiteral("SELECT group_concat(remote_id) FROM maintainance")).toString(),
+             QStringLiteral("40,42"));
+    // A fault that rolls the whole transaction back takes the whole batch, not half of it.
+    database->exec(QStringLiteral("DROP TRIGGER fault"));
+    database->exec(QStringLiteral("CREATE TRIGGER fault BEFORE INSERT ON maintainance WHEN new.remote_id=51 "
+                                  "BEGIN SELECT RAISE(ROLLBACK,'injected'); END"));
+    synchronise(host, {record(50), record(51), record(52)});
+    QCOMPARE(database->value(QStringLiteral("SELECT group_concat(remote_id) FROM maintainance")).toString(),
+             QStringLiteral("40,42"));
+    database->exec(QStringLiteral("DROP TRIGGER fault"));
+    synchronise(host, {record(50)});
+    QCOMPARE(database->value(QStringLiteral("SELECT count(*) FROM maintainance")).toInt(), 3);
+}
+
+void TestRemoteSynchronisation::aBatchIsVisibleAsAWholeOrNotAtAll()
+{
+    constexpr int batchSize = 500;
+    const auto database = createDatabase();
+    PluginHost host;
+    std::atomic<bool> done {false};
+    std::atomic<int> looks {0};
+    std::atomic<int> halves {0};
+    std::thread reader([&, path = home().databasePath()] {
+        const TestDatabase other(path, false);
+        while (!done) {
+            const int count = other.value(QStringLiteral("SELECT count(*) FROM maintainance")).toInt();
+            ++looks;
+            if (count % batchSize != 0)
+                ++halves;
+        }
+    });
+    for (int batch = 0; batch < 4; ++batch) {
+        QJsonArray records;
+        for (int i = 0; i < batchSize; ++i)
+            records.append(record(1 + batch * batchSize + i));
+        QCOMPARE(synchronise(host, records).size(), batchSize);
+    }
+    done = true;
+    reader.join();
+    QVERIFY(looks > 10);
+    QCOMPARE(halves.load(), 0);
+    QCOMPARE(database->value(QStringLiteral("SELECT count(DISTINCT remote_id) FROM maintainance")).toInt(),
+             4 * batchSize);
+}
+
+void TestRemoteSynchronisation::aComplaintGoesRoundBothSides()
+{
+    const auto database = createDatabase();
+    database->addCar(1, QStringLiteral("10"), QStringLiteral("Sodi"));
+    PluginHost host;
+    host.showWindow();
+    const auto complain = [&host](const QString &text) {
+        QTimer::singleShot(0, &host, [text] {
+            auto *dialog = qobject_cast<QDialog *>(QApplication::activeModalWidget());
+            QVERIFY(dialog);
+            dialog->findChild<QDateTimeEdit *>()->setDateTime(march(1, 10, 0));
+            dialog->findChild<QPlainTextEdit *>()->setPlainText(text);
+            dialog->accept();
+        });
+        host.send("car_complain", {{QStringLiteral("carId"), 1}});
+        return pending(host.awaitReload());
+    };
+
+    QJsonArray waiting = complain(QStringLiteral("Стук"));
+    QCOMPARE(waiting.size(), 1);
+    waiting = complain(QStringLiteral("Громкий стук"));
+    QCOMPARE(waiting.size(), 1);
+    QCOMPARE(waiting.first().toObject(),
+             QJsonObject({{QStringLiteral("carId"), 1},
+                          {QStringLiteral("carNum"), QStringLiteral("10")},
+                          {QStringLiteral("carModel"), QStringLiteral("Sodi")},
+                          {QStringLiteral("opId"), -1},
+                          {QStringLiteral("opName"), QStringLiteral("Громкий стук")},
+                          {QStringLiteral("opDateTime"), QStringLiteral("2026-03-01T10:00")},
+                          {QStringLiteral("localId"), 1}}));
+    QCOMPARE(database->value(QStringLiteral("SELECT count(*) FROM maintainance")).toInt(), 1);
+
+    const auto *log = host.window()->findChild<QTreeView *>(QStringLiteral("tvServiceLog"))->model();
+    QTRY_COMPARE(log->rowCount(), 1);
+    QCOMPARE(log->index(0, 6).data(Qt::BackgroundRole).value<QBrush>().color(), QColor(255, 127, 127));
+
+    synchronise(
+        host,
+        {record(40,
+                {{QStringLiteral("localId"), waiting.first().toObject().value(QLatin1String("localId"))},
+                 {QStringLiteral("opId"), -1}})});
+    host.send("run_saved_to_db");
+    QVERIFY(pending(host.awaitReload()).isEmpty());
+    QTRY_COMPARE(log->index(0, 6).data().toString(), QStringLiteral("готово"));
+    QVERIFY(log->index(0, 6).data(Qt::BackgroundRole).value<QBrush>().color() != QColor(255, 127, 127));
+    QCOMPARE(database->value(QStringLiteral("SELECT count(*) FROM maintainance")).toInt(), 1);
+}
+
+void TestRemoteSynchronisation::anEveningAtTheTrack()
+{
+    const auto database = createDatabase();
+    database->addCar(1, QStringLiteral("10"), QStringLiteral("Sodi"));
+    database->addOperation(2, QStringLiteral("Масло"));
+    database->addLimit(QStringLiteral("Sodi"), 2, 0, 0, 2);
+    database->addRecord(1, 2, QStringLiteral("2026-03-01T10:00:00.000Z"), 1);
+    PluginHost host;
+    host.showWindow();
+    auto *table = host.window()->findChild<QTreeView *>(QStringLiteral("tvMaintainanceTable"));
+
+    // The host records a run of three laps.
+    for (int lap = 0; lap < 3; ++lap)
+        database->addLap(1, 1, QStringLiteral("2026-03-02T10:0%1:00.000Z").arg(lap), 60000);
+    host.send("run_saved_to_db");
+    const QJsonArray waiting = pending(host.awaitReload());
+    QCOMPARE(waiting.size(), 1);
+    QCOMPARE(waiting.first().toObject().value(QLatin1String("opName")).toString(), QStringLiteral("Масло"));
+    QTRY_COMPARE(table->model()->index(0, 3).data().toString(),
+                 shown("2026-03-01 10:00") + QStringLiteral("\n0.1 ч., 1 з., 3 кр."));
+
+    // The mechanic changes the oil: hover, button, dialog.
+    const QRect cell = table->visualRect(table->model()->index(0, 3));
+    QTest::mouseMove(table->viewport(), cell.center() + QPoint(1, 1));
+    QTest::mouseMove(table->viewport(), cell.center());
+    QPushButton *button = nullptr;
+    for (QPushButton *candidate : table->viewport()->findChildren<QPushButton *>()) {
+        if (candidate->isVisible())
+            button = candidate;
+    }
+    QVERIFY(button);
+    QTimer::singleShot(0, &host, [] {
+        auto *dialog = qobject_cast<QDialog *>(QApplication::activeModalWidget());
+        QVERIFY(dialog);
+        dialog->findChild<QDateTimeEdit *>()->setDateTime(march(2, 17, 0));
+        dialog->accept();
+    });
+    QTest::mouseClick(button, Qt::LeftButton);
+    const auto messages = host.awaitReload();
+    QCOMPARE(PluginHost::names(messages),
+             QStringList({QStringLiteral("add_remote_service"), QStringLiteral("update_pending_service")}));
+    QCOMPARE(messages.first().module, QStringLiteral("garage_plugin"));
+    QCOMPARE(messages.first().data,
+             QJsonObject({{QStringLiteral("carId"), 1},
+                          {QStringLiteral("opId"), 2},
+                          {QStringLiteral("opName"), QStringLiteral("Масло")},
+                          {QStringLiteral("opTime"), QStringLiteral("2026-03-02 17:00")},
+                          {QStringLiteral("pId"), -1},
+                          {QStringLiteral("pName"), QString()},
+                          {QStringLiteral("comment"), QString()}}));
+    QVERIFY(pending(messages).isEmpty());
+    QTRY_COMPARE(table->model()->index(0, 3).data().toString(), shown("2026-03-02 17:00"));
+}
+
+GARAGE_TEST(TestRemoteSynchronisation)
+#include "tst_remotesynchronisation.moc"

@@ -1,4 +1,0 @@
-garage_test(tst_serviceoperationsmodel ELSEWHERE LIBRARIES garage_settings)
-garage_test(tst_servicereglamentmodel ELSEWHERE LIBRARIES garage_settings)
-garage_test(tst_reglamentsettingsdialog ELSEWHERE LIBRARIES garage_settings)
-garage_test(tst_garagesettingsform ELSEWHERE LIBRARIES garage_windowsupport)

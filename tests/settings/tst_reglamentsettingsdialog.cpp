@@ -1,0 +1,281 @@
+#include "settings/reglamentsettingsdialog.h"
+#include "support/garagetest.h"
+#include "support/typing.h"
+
+#include <QApplication>
+#include <QDialogButtonBox>
+#include <QGroupBox>
+#include <QHelpEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QLocale>
+#include <QPushButton>
+#include <QToolTip>
+
+/// The dialog for the limits of one operation and car model, used as a person does.
+class TestReglamentSettingsDialog : public GarageTest
+{
+    Q_OBJECT
+private slots:
+    void asksForThreeLimits();
+    void aStoredLimitIsShownAndNoneIsEmpty_data();
+    void aStoredLimitIsShownAndNoneIsEmpty();
+    void hoursAreReadAsSeconds_data();
+    void hoursAreReadAsSeconds();
+    void runsAndLapsAreReadAsIntegers_data();
+    void runsAndLapsAreReadAsIntegers();
+    void aClearedFieldRemovesTheLimit();
+    void cancellingReadsNothing();
+    void tabAndMnemonicOrderIsTopDown();
+    void namesAreShownAsTheyAre_data();
+    void namesAreShownAsTheyAre();
+    void aLongNameDoesNotMakeTheDialogWider();
+    void aCutNameIsShownWholeAsAToolTip();
+};
+
+namespace {
+
+QLineEdit *field(const ReglamentSettingsDialog &dialog, const char *name)
+{
+    auto *found = dialog.findChild<QLineEdit *>(QLatin1String(name));
+    if (!found)
+        qFatal("No field %s", name);
+    return found;
+}
+
+QPushButton *button(const ReglamentSettingsDialog &dialog, QDialogButtonBox::StandardButton which)
+{
+    return dialog.findChild<QDialogButtonBox *>(QStringLiteral("buttonBox"))->button(which);
+}
+
+void show(ReglamentSettingsDialog &dialog)
+{
+    dialog.show();
+    QVERIFY(QTest::qWaitForWindowActive(&dialog));
+}
+
+} // namespace
+
+void TestReglamentSettingsDialog::asksForThreeLimits()
+{
+    ReglamentSettingsDialog dialog;
+    QCOMPARE(dialog.windowTitle(), QStringLiteral("Лимиты наработки"));
+    const QList<QPair<QString, QString>> rows {
+        {QStringLiteral("label"), QStringLiteral("Время, ч")},
+        {QStringLiteral("label_2"), QStringLiteral("Количество заездов")},
+        {QStringLiteral("label_3"), QStringLiteral("Количество кругов")}};
+    for (const auto &row : rows)
+        QCOMPARE(dialog.findChild<QLabel *>(row.first)->text(), row.second);
+    QCOMPARE(button(dialog, QDialogButtonBox::Ok)->text(), QStringLiteral("ОК"));
+    QCOMPARE(button(dialog, QDialogButtonBox::Cancel)->text(), QStringLiteral("Отмена"));
+    QCOMPARE(dialog.timeLimit() + dialog.runsLimit() + dialog.lapsLimit(), 0);
+}
+
+void TestReglamentSettingsDialog::aStoredLimitIsShownAndNoneIsEmpty_data()
+{
+    QTest::addColumn<int>("seconds");
+    QTest::addColumn<int>("count");
+    QTest::addColumn<QString>("hoursText");
+    QTest::addColumn<QString>("countText");
+    QTest::newRow("none") << 0 << 0 << ""
+                          << "";
+    QTest::newRow("ordinary") << 5400 << 12 << "1.5"
+                              << "12";
+    QTest::newRow("one second") << 1 << 1 << "0.0"
+                                << "1";
+    QTest::newRow("half an hour, nearly") << 1799 << 7 << "0.5"
+                                          << "7";
+    QTest::newRow("negative") << -5400 << -3 << "-1.5"
+                              << "-3";
+    QTest::newRow("largest") << 2147483647 << 2147483647 << "596523.2"
+                             << "2147483647";
+}
+
+void TestReglamentSettingsDialog::aStoredLimitIsShownAndNoneIsEmpty()
+{
+    QFETCH(int, seconds);
+    QFETCH(int, count);
+    const QLocale previous;
+    QLocale::setDefault(QLocale(QLocale::Russian));
+    ReglamentSettingsDialog dialog;
+    dialog.setTimeLimit(seconds);
+    dialog.setRunsLimit(count);
+    dialog.setLapsLimit(count);
+    QLocale::setDefault(previous);
+    QTEST(field(dialog, "leTime")->text(), "hoursText");
+    QTEST(field(dialog, "leRunsCount")->text(), "countText");
+    QTEST(field(dialog, "leLapsCount")->text(), "countText");
+}
+
+void TestReglamentSettingsDialog::hoursAreReadAsSeconds_data()
+{
+    QTest::addColumn<QString>("typed");
+    QTest::addColumn<int>("seconds");
+    QTest::newRow("point") << "1.5" << 5400;
+    QTest::newRow("comma") << "1,5" << 5400;
+    QTest::newRow("whole") << "2" << 7200;
+    QTest::newRow("empty") << "" << 0;
+    QTest::newRow("letters") << "час" << 0;
+    QTest::newRow("number and letters") << "1,5 ч" << 0;
+    QTest::newRow("two separators") << "1,000.5" << 0;
+    QTest::newRow("blanks around") << " 1,5 " << 5400;
+    QTest::newRow("negative") << "-1,5" << -5400;
+    QTest::newRow("truncated") << "0.0003" << 1;
+    QTest::newRow("truncated towards zero") << "-0.0003" << -1;
+    QTest::newRow("less than a second") << "0.0002" << 0;
+    QTest::newRow("above the range") << "99999999999" << 2147483647;
+    QTest::newRow("below the range") << "-99999999999" << (-2147483647 - 1);
+    QTest::newRow("far above the range") << "1e300" << 2147483647;
+    QTest::newRow("infinite") << "inf" << 2147483647;
+    QTest::newRow("not a number") << "nan" << 0;
+}
+
+void TestReglamentSettingsDialog::hoursAreReadAsSeconds()
+{
+    QFETCH(QString, typed);
+    ReglamentSettingsDialog dialog;
+    show(dialog);
+    typeText(field(dialog, "leTime"), typed);
+    QTest::keyClick(field(dialog, "leTime"), Qt::Key_Return);
+    QCOMPARE(dialog.result(), int(QDialog::Accepted));
+    QVERIFY(!dialog.isVisible());
+    QTEST(dialog.timeLimit(), "seconds");
+    QCOMPARE(dialog.runsLimit(), 0);
+    QCOMPARE(dialog.lapsLimit(), 0);
+}
+
+void TestReglamentSettingsDialog::runsAndLapsAreReadAsIntegers_data()
+{
+    QTest::addColumn<QString>("typed");
+    QTest::addColumn<int>("count");
+    QTest::newRow("ordinary") << "25" << 25;
+    QTest::newRow("empty") << "" << 0;
+    QTest::newRow("letters") << "много" << 0;
+    QTest::newRow("fraction") << "1.5" << 0;
+    QTest::newRow("number and letters") << "3 круга" << 0;
+    QTest::newRow("negative") << "-4" << -4;
+    QTest::newRow("largest") << "2147483647" << 2147483647;
+    QTest::newRow("beyond 32 bits") << "2147483648" << 0;
+    QTest::newRow("beyond 64 bits") << "99999999999999999999" << 0;
+    QTest::newRow("hexadecimal") << "0x10" << 0;
+    QTest::newRow("leading zero") << "010" << 10;
+}
+
+void TestReglamentSettingsDialog::runsAndLapsAreReadAsIntegers()
+{
+    QFETCH(QString, typed);
+    for (const bool forRuns : {true, false}) {
+        ReglamentSettingsDialog dialog;
+        show(dialog);
+        typeText(field(dialog, forRuns ? "leRunsCount" : "leLapsCount"), typed);
+        QTest::mouseClick(button(dialog, QDialogButtonBox::Ok), Qt::LeftButton);
+        QCOMPARE(dialog.result(), int(QDialog::Accepted));
+        QTEST(forRuns ? dialog.runsLimit() : dialog.lapsLimit(), "count");
+        QCOMPARE(forRuns ? dialog.lapsLimit() : dialog.runsLimit(), 0);
+        QCOMPARE(dialog.timeLimit(), 0);
+    }
+}
+
+void TestReglamentSettingsDialog::aClearedFieldRemovesTheLimit()
+{
+    ReglamentSettingsDialog dialog;
+    dialog.setTimeLimit(5400);
+    dialog.setRunsLimit(8);
+    dialog.setLapsLimit(9);
+    show(dialog);
+    for (const char *name : {"leTime", "leLapsCount"}) {
+        QTest::keySequence(field(dialog, name), QKeySequence::SelectAll);
+        QTest::keyClick(field(dialog, name), Qt::Key_Delete);
+    }
+    QTest::mouseClick(button(dialog, QDialogButtonBox::Ok), Qt::LeftButton);
+    QCOMPARE(dialog.timeLimit(), 0);
+    QCOMPARE(dialog.runsLimit(), 8);
+    QCOMPARE(dialog.lapsLimit(), 0);
+}
+
+void TestReglamentSettingsDialog::cancellingReadsNothing()
+{
+    for (const bool byKey : {true, false}) {
+        ReglamentSettingsDialog dialog;
+        dialog.setTimeLimit(5400);
+        show(dialog);
+        typeText(field(dialog, "leRunsCount"), QStringLiteral("3"));
+        if (byKey)
+            QTest::keyClick(&dialog, Qt::Key_Escape);
+        else
+            QTest::mouseClick(button(dialog, QDialogButtonBox::Cancel), Qt::LeftButton);
+        QVERIFY(!dialog.isVisible());
+        QCOMPARE(dialog.result(), int(QDialog::Rejected));
+        QCOMPARE(dialog.timeLimit() + dialog.runsLimit() + dialog.lapsLimit(), 0);
+    }
+}
+
+void TestReglamentSettingsDialog::tabAndMnemonicOrderIsTopDown()
+{
+    ReglamentSettingsDialog dialog;
+    show(dialog);
+    QStringList names;
+    for (int i = 0; i < 4; ++i) {
+        names.append(QApplication::focusWidget()->objectName());
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    }
+    QCOMPARE(names.mid(0, 3),
+             QStringList(
+                 {QStringLiteral("leTime"), QStringLiteral("leRunsCount"), QStringLiteral("leLapsCount")}));
+    QCOMPARE(dialog.findChild<QLabel *>(QStringLiteral("label_2"))->buddy(), field(dialog, "leRunsCount"));
+}
+
+void TestReglamentSettingsDialog::namesAreShownAsTheyAre_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::newRow("quotes") << QStringLiteral("\"Масло\" 'синт.'");
+    QTest::newRow("percent") << QStringLiteral("100% %1 %s %n");
+    QTest::newRow("markup") << QStringLiteral("<b>Масло</b>");
+    QTest::newRow("ampersand") << QStringLiteral("Масло & фильтр");
+    QTest::newRow("emoji") << QStringLiteral("🏎 Цепь");
+    QTest::newRow("10,000 characters") << QString(10000, QLatin1Char('x'));
+    QTest::newRow("line feeds") << QStringLiteral("Масло\nи\nфильтр");
+}
+
+void TestReglamentSettingsDialog::namesAreShownAsTheyAre()
+{
+    QFETCH(QString, name);
+    ReglamentSettingsDialog dialog;
+    dialog.setModelName(name);
+    dialog.setOperationName(name);
+    QCOMPARE(dialog.findChild<QLabel *>(QStringLiteral("lModelName"))->text(), name);
+    QCOMPARE(dialog.findChild<QGroupBox *>(QStringLiteral("gbParameterName"))->title(),
+             QString(name).replace(QLatin1Char('\n'), QLatin1Char(' ')));
+    QVERIFY(!dialog.grab().isNull());
+}
+
+void TestReglamentSettingsDialog::aLongNameDoesNotMakeTheDialogWider()
+{
+    ReglamentSettingsDialog dialog;
+    dialog.setModelName(QString(10000, QLatin1Char('x')));
+    dialog.setOperationName(QString(10000, QLatin1Char('x')));
+    show(dialog);
+    QVERIFY2(dialog.width() < 600, qPrintable(QString::number(dialog.width())));
+    QVERIFY2(dialog.height() < 300, qPrintable(QString::number(dialog.height())));
+}
+
+void TestReglamentSettingsDialog::aCutNameIsShownWholeAsAToolTip()
+{
+    const auto hover = [](QWidget *widget) {
+        const QPoint at(5, 5);
+        QHelpEvent event(QEvent::ToolTip, at, widget->mapToGlobal(at));
+        QApplication::sendEvent(widget, &event);
+    };
+    ReglamentSettingsDialog dialog;
+    dialog.setModelName(QStringLiteral("SODI"));
+    dialog.setOperationName(QStringLiteral("<i>") + QString(100, QLatin1Char('x')));
+    show(dialog);
+    hover(dialog.findChild<QGroupBox *>(QStringLiteral("gbParameterName")));
+    QVERIFY(QToolTip::isVisible());
+    QVERIFY(QToolTip::text().contains(QLatin1String("&lt;i&gt;") + QString(100, QLatin1Char('x'))));
+    hover(dialog.findChild<QLabel *>(QStringLiteral("lModelName")));
+    QTRY_VERIFY(!QToolTip::isVisible());
+}
+
+GARAGE_TEST(TestReglamentSettingsDialog)
+#include "tst_reglamentsettingsdialog.moc"

@@ -1,0 +1,609 @@
+#include "settings/servicedialog.h"
+#include "support/garagetest.h"
+#include "support/typing.h"
+
+#include <QAbstractItemView>
+#include <QApplication>
+#include <QComboBox>
+#include <QDateTimeEdit>
+#include <QDialogButtonBox>
+#include <QFormLayout>
+#include <QJsonObject>
+#include <QLabel>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QScreen>
+#include <QTimeZone>
+
+/// The dialog for a service operation or a complaint, used as a mechanic does.
+class TestServiceDialog : public GarageTest
+{
+    Q_OBJECT
+private slots:
+    void asksForTimeOperationPersonAndNote();
+    void complaintModeRenamesNoteAndTitle();
+    void eachTitleSuffixIsAppended();
+    void operationsStandInIdOrderAndNoneIsLast();
+    void peopleStandInTheGivenOrderAndNoneIsFirst_data();
+    void peopleStandInTheGivenOrderAndNoneIsFirst();
+    void listsThatAreSetAgainReplaceTheOldOnes();
+    void anOperationIsChosenById_data();
+    void anOperationIsChosenById();
+    void aPersonIsChosenByName_data();
+    void aPersonIsChosenByName();
+    void aLockedOperationCannotBeChanged();
+    void everythingTypedIsReadByTheOkButton();
+    void nothingChosenIsAccepted();
+    void aDialogWithoutListsIsAccepted();
+    void aPersonWithoutIdKeepsTheName();
+    void anOperationNamedLikeNoneHasNoName();
+    void timesAreShownAndReadInLocalTime();
+    void anInvalidTimeChangesNothing();
+    void theDateIsTypedByKeys();
+    void cancellingReadsNothing_data();
+    void cancellingReadsNothing();
+    void returnAcceptsExceptInTheNote();
+    void tabGoesFromTopToBottom();
+    void namesAreShownAndReadAsTheyAre_data();
+    void namesAreShownAndReadAsTheyAre();
+    void aChosenNameIsShownOnOneLine();
+    void longListsAndNamesDoNotStretchTheDialog();
+    void theDialogFitsItsTexts_data();
+    void theDialogFitsItsTexts();
+};
+
+namespace {
+
+template<class Widget> Widget *child(const ServiceDialog &dialog, const char *name)
+{
+    auto *found = dialog.findChild<Widget *>(QLatin1String(name));
+    if (!found)
+        qFatal("Nothing is called %s", name);
+    return found;
+}
+
+QComboBox *operations(const ServiceDialog &dialog)
+{
+    return child<QComboBox>(dialog, "cbOperation");
+}
+
+QComboBox *people(const ServiceDialog &dialog)
+{
+    return child<QComboBox>(dialog, "cbPersonal");
+}
+
+QPlainTextEdit *note(const ServiceDialog &dialog)
+{
+    return child<QPlainTextEdit>(dialog, "teComments");
+}
+
+QDateTimeEdit *time(const ServiceDialog &dialog)
+{
+    return child<QDateTimeEdit>(dialog, "deOperationDateTime");
+}
+
+QPushButton *button(const ServiceDialog &dialog, QDialogButtonBox::StandardButton which)
+{
+    return child<QDialogButtonBox>(dialog, "buttonBox")->button(which);
+}
+
+/// "id:text" of each item.
+QStringList items(const QComboBox &combo)
+{
+    QStringList items;
+    for (int i = 0; i < combo.count(); ++i)
+        items.append(QString::number(combo.itemData(i, Qt::UserRole).toInt()) + QLatin1Char(':')
+                     + combo.itemText(i));
+    return items;
+}
+
+QJsonObject person(int id, const char *lastName, const char *firstName = "", const char *midName = "")
+{
+    return {{QStringLiteral("id"), id},
+            {QStringLiteral("lastName"), QString::fromUtf8(lastName)},
+            {QStringLiteral("firstName"), QString::fromUtf8(firstName)},
+            {QStringLiteral("midName"), QString::fromUtf8(midName)}};
+}
+
+const ServiceOperations sampleOperations {
+    {1, QStringLiteral("Замена масла")}, {2, QStringLiteral("Цепь")}, {5, QStringLiteral("Тормоза")}};
+
+QJsonArray samplePeople()
+{
+    return {person(31, "Яковлев", "Пётр", "Ильич"), person(4, "Абрамов", "Иван")};
+}
+
+/// Fills the lists and shows the dialog.
+void show(ServiceDialog &dialog)
+{
+    dialog.setOperations(sampleOperations);
+    dialog.setOperation(noId);
+    dialog.setPersonal(samplePeople());
+    dialog.show();
+    QVERIFY(QTest::qWaitForWindowActive(&dialog));
+}
+
+void clickOk(const ServiceDialog &dialog)
+{
+    QTest::mouseClick(button(dialog, QDialogButtonBox::Ok), Qt::LeftButton);
+}
+
+} // namespace
+
+void TestServiceDialog::asksForTimeOperationPersonAndNote()
+{
+    ServiceDialog dialog;
+    QCOMPARE(dialog.windowTitle(), QStringLiteral("Сервисное обслуживание"));
+    const auto *form = child<QFormLayout>(dialog, "formLayout");
+    const struct
+    {
+        const char *label;
+        QString text;
+        const char *field;
+    } rows[] = {{"label", QStringLiteral("Дата и время"), "deOperationDateTime"},
+                {"label_2", QStringLiteral("Операция"), "cbOperation"},
+                {"label_4", QStringLiteral("Исполнитель"), "cbPersonal"},
+                {"lComment", QStringLiteral("Примечание"), "teComments"}};
+    QCOMPARE(form->rowCount(), 4);
+    int row = 0;
+    for (const auto &expected : rows) {
+        const auto *label = child<QLabel>(dialog, expected.label);
+        auto *field = child<QWidget>(dialog, expected.field);
+        QCOMPARE(label->text(), expected.text);
+        QCOMPARE(label->buddy(), field);
+        QCOMPARE(form->itemAt(row, QFormLayout::LabelRole)->widget(), label);
+        QCOMPARE(form->itemAt(row, QFormLayout::FieldRole)->widget(), field);
+        ++row;
+    }
+    QCOMPARE(time(dialog)->displayFormat(), QStringLiteral("dd.MM.yyyy HH:mm"));
+    QCOMPARE(button(dialog, QDialogButtonBox::Ok)->text(), QStringLiteral("ОК"));
+    QCOMPARE(button(dialog, QDialogButtonBox::Cancel)->text(), QStringLiteral("Отмена"));
+
+    QCOMPARE(dialog.personId(), noId);
+    QCOMPARE(dialog.operationId(), noId);
+    QCOMPARE(dialog.operationName() + dialog.personName() + dialog.comment(), QString());
+    QVERIFY(!dialog.dateTime().isValid());
+}
+
+void TestServiceDialog::complaintModeRenamesNoteAndTitle()
+{
+    ServiceDialog dialog;
+    dialog.setComplaintMode();
+    QCOMPARE(child<QLabel>(dialog, "lComment")->text(),
+             QStringLiteral("Жалоба на карт\nили задание механику"));
+    QCOMPARE(dialog.windowTitle(), QStringLiteral("Задание"));
+    dialog.setTitleSuffix(QStringLiteral("SODI  12"));
+    QCOMPARE(dialog.windowTitle(), QStringLiteral("Задание - SODI  12"));
+    QVERIFY(operations(dialog)->isEnabled());
+}
+
+void TestServiceDialog::eachTitleSuffixIsAppended()
+{
+    ServiceDialog dialog;
+    dialog.setTitleSuffix(QStringLiteral("SODI  %1"));
+    dialog.setTitleSuffix(QString());
+    dialog.setTitleSuffix(QStringLiteral("7"));
+    QCOMPARE(dialog.windowTitle(), QStringLiteral("Сервисное обслуживание - SODI  %1 -  - 7"));
+}
+
+void TestServiceDialog::operationsStandInIdOrderAndNoneIsLast()
+{
+    ServiceDialog dialog;
+    dialog.setOperations({{7, QStringLiteral("Я")}, {-3, QStringLiteral("Б")}, {2, QStringLiteral("А")}});
+    QCOMPARE(items(*operations(dialog)),
+             QStringList({QStringLiteral("-3:Б"), QStringLiteral("2:А"), QStringLiteral("7:Я"),
+                          QStringLiteral("-1:--")}));
+    QVERIFY(operations(dialog)->itemIcon(0).isNull());
+
+    dialog.setOperations({});
+    QCOMPARE(items(*operations(dialog)), QStringList(QStringLiteral("-1:--")));
+}
+
+void TestServiceDialog::peopleStandInTheGivenOrderAndNoneIsFirst_data()
+{
+    QTest::addColumn<QJsonArray>("array");
+    QTest::addColumn<QStringList>("people");
+    const auto row = [](const char *name, const QJsonArray &array, const QStringList &people) {
+        QTest::newRow(name) << array << QStringList(QStringLiteral("-1:--")) + people;
+    };
+    row("nobody", {}, {});
+    row("in the array's order", samplePeople(),
+        {QStringLiteral("31:Яковлев Пётр Ильич"), QStringLiteral("4:Абрамов Иван")});
+    row("the same person twice", {person(4, "Абрамов"), person(4, "Абрамов")},
+        {QStringLiteral("4:Абрамов"), QStringLiteral("4:Абрамов")});
+    row("no first name", {person(1, "Яковлев", "", "Ильич")}, {QStringLiteral("1:Яковлев Ильич")});
+    row("only a first name", {person(1, "", "Пётр")}, {QStringLiteral("1:Пётр")});
+    row("no name", {person(1, "")}, {QStringLiteral("1:")});
+    row("blanks within a name", {person(1, "Де ла  Крус", "Хуан")}, {QStringLiteral("1:Де ла  Крус Хуан")});
+    row("no id", {QJsonObject {{QStringLiteral("lastName"), QStringLiteral("Абрамов")}}},
+        {QStringLiteral("-1:Абрамов")});
+    row("an id that is a text",
+        {QJsonObject {{QStringLiteral("id"), QStringLiteral("4")},
+                      {QStringLiteral("lastName"), QStringLiteral("Абрамов")}}},
+        {QStringLiteral("-1:Абрамов")});
+    row("names that are no texts",
+        {QJsonObject {{QStringLiteral("id"), 4},
+                      {QStringLiteral("lastName"), 12},
+                      {QStringLiteral("firstName"), QJsonValue()},
+                      {QStringLiteral("midName"), QStringLiteral("Ильич")}}},
+        {QStringLiteral("4:Ильич")});
+    row("elements that are no records", {12, QStringLiteral("Иван"), QJsonArray()},
+        {QStringLiteral("-1:"), QStringLiteral("-1:"), QStringLiteral("-1:")});
+}
+
+void TestServiceDialog::peopleStandInTheGivenOrderAndNoneIsFirst()
+{
+    QFETCH(QJsonArray, array);
+    ServiceDialog dialog;
+    dialog.setPersonal(array);
+    QTEST(items(*people(dialog)), "people");
+    QCOMPARE(people(dialog)->currentIndex(), 0);
+    QVERIFY(people(dialog)->itemIcon(people(dialog)->count() - 1).isNull());
+}
+
+void TestServiceDialog::listsThatAreSetAgainReplaceTheOldOnes()
+{
+    ServiceDialog dialog;
+    for (int i = 0; i < 2; ++i) {
+        dialog.setOperations(sampleOperations);
+        dialog.setPersonal(samplePeople());
+    }
+    QCOMPARE(operations(dialog)->count(), 4);
+    QCOMPARE(people(dialog)->count(), 3);
+}
+
+void TestServiceDialog::anOperationIsChosenById_data()
+{
+    QTest::addColumn<int>("opId");
+    QTest::addColumn<QString>("text");
+    QTest::newRow("first") << 1 << QStringLiteral("Замена масла");
+    QTest::newRow("last") << 5 << QStringLiteral("Тормоза");
+    QTest::newRow("none") << noId << QStringLiteral("--");
+    QTest::newRow("no longer there") << 3 << QStringLiteral("--");
+    QTest::newRow("zero") << 0 << QStringLiteral("--");
+}
+
+void TestServiceDialog::anOperationIsChosenById()
+{
+    QFETCH(int, opId);
+    QFETCH(QString, text);
+    ServiceDialog dialog;
+    show(dialog);
+    dialog.setOperation(opId);
+    QCOMPARE(operations(dialog)->currentText(), text);
+    clickOk(dialog);
+    const bool isNone = text == QLatin1String("--");
+    QCOMPARE(dialog.operationId(), isNone ? noId : opId);
+    QCOMPARE(dialog.operationName(), isNone ? QString() : text);
+}
+
+void TestServiceDialog::aPersonIsChosenByName_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<int>("personId");
+    QTest::newRow("offered") << QStringLiteral("Яковлев Пётр Ильич") << 31;
+    QTest::newRow("none") << QStringLiteral("--") << noId;
+    QTest::newRow("unknown") << QStringLiteral("Сидоров") << 4;
+    QTest::newRow("part of a name") << QStringLiteral("Яковлев") << 4;
+    QTest::newRow("other case") << QStringLiteral("яковлев пётр ильич") << 4;
+    QTest::newRow("empty") << QString() << 4;
+}
+
+void TestServiceDialog::aPersonIsChosenByName()
+{
+    QFETCH(QString, name);
+    ServiceDialog dialog;
+    show(dialog);
+    dialog.setPersonName(QStringLiteral("Абрамов Иван"));
+    dialog.setPersonName(name);
+    clickOk(dialog);
+    QTEST(dialog.personId(), "personId");
+}
+
+void TestServiceDialog::aLockedOperationCannotBeChanged()
+{
+    ServiceDialog dialog;
+    show(dialog);
+    dialog.setOperation(2);
+    dialog.lockOperation();
+    QVERIFY(!operations(dialog)->isEnabled());
+    QTest::mouseClick(operations(dialog), Qt::LeftButton);
+    QVERIFY(!operations(dialog)->view()->isVisible());
+    QTest::keyClick(operations(dialog), Qt::Key_Down);
+    clickOk(dialog);
+    QCOMPARE(dialog.operationId(), 2);
+    QCOMPARE(dialog.operationName(), QStringLiteral("Цепь"));
+}
+
+void TestServiceDialog::everythingTypedIsReadByTheOkButton()
+{
+    ServiceDialog dialog;
+    show(dialog);
+    dialog.setDateTime(QDateTime({2024, 2, 29}, {23, 59}));
+    dialog.setComment(QStringLiteral("старое"));
+
+    operations(dialog)->setFocus();
+    QTest::keyClick(operations(dialog), Qt::Key_Home);
+    QTest::keyClick(operations(dialog), Qt::Key_Down);
+    QTest::keyClick(people(dialog), Qt::Key_Down);
+    QTest::keySequence(note(dialog), QKeySequence::SelectAll);
+    typeText(note(dialog), QStringLiteral("Новая цепь"));
+    QTest::keyClick(note(dialog), Qt::Key_Return);
+    typeText(note(dialog), QStringLiteral(" 100 % \"ок\""));
+    clickOk(dialog);
+
+    QCOMPARE(dialog.result(), int(QDialog::Accepted));
+    QVERIFY(!dialog.isVisible());
+    QCOMPARE(dialog.dateTime(), QDateTime({2024, 2, 29}, {23, 59}));
+    QCOMPARE(dialog.operationId(), 2);
+    QCOMPARE(dialog.operationName(), QStringLiteral("Цепь"));
+    QCOMPARE(dialog.personId(), 31);
+    QCOMPARE(dialog.personName(), QStringLiteral("Яковлев Пётр Ильич"));
+    QCOMPARE(dialog.comment(), QStringLiteral("Новая цепь\n 100 % \"ок\""));
+}
+
+void TestServiceDialog::nothingChosenIsAccepted()
+{
+    ServiceDialog dialog;
+    show(dialog);
+    clickOk(dialog);
+    QCOMPARE(dialog.result(), int(QDialog::Accepted));
+    QCOMPARE(dialog.operationId(), noId);
+    QCOMPARE(dialog.personId(), noId);
+    QCOMPARE(dialog.operationName() + dialog.personName() + dialog.comment(), QString());
+}
+
+void TestServiceDialog::aDialogWithoutListsIsAccepted()
+{
+    ServiceDialog dialog;
+    dialog.setOperation(4);
+    dialog.setPersonName(QStringLiteral("Абрамов"));
+    dialog.show();
+    QVERIFY(QTest::qWaitForWindowActive(&dialog));
+    clickOk(dialog);
+    QCOMPARE(dialog.operationId(), noId);
+    QCOMPARE(dialog.personId(), noId);
+    QCOMPARE(dialog.operationName() + dialog.personName(), QString());
+}
+
+void TestServiceDialog::aPersonWithoutIdKeepsTheName()
+{
+    ServiceDialog dialog;
+    show(dialog);
+    dialog.setPersonal({QJsonObject {{QStringLiteral("lastName"), QStringLiteral("Абрамов")}}});
+    QTest::keyClick(people(dialog), Qt::Key_Down);
+    clickOk(dialog);
+    QCOMPARE(dialog.personId(), noId);
+    QCOMPARE(dialog.personName(), QStringLiteral("Абрамов"));
+}
+
+void TestServiceDialog::anOperationNamedLikeNoneHasNoName()
+{
+    ServiceDialog dialog;
+    show(dialog);
+    dialog.setOperations({{3, QStringLiteral("--")}});
+    dialog.setOperation(3);
+    dialog.setPersonal({person(8, "--")});
+    QTest::keyClick(people(dialog), Qt::Key_Down);
+    clickOk(dialog);
+    QCOMPARE(dialog.operationId(), 3);
+    QCOMPARE(dialog.operationName(), QString());
+    QCOMPARE(dialog.personId(), 8);
+    QCOMPARE(dialog.personName(), QStringLiteral("--"));
+}
+
+void TestServiceDialog::timesAreShownAndReadInLocalTime()
+{
+    const QDateTime utc({2024, 6, 30}, {22, 15}, Qt::UTC);
+    for (const QDateTime &given :
+         {utc, utc.toLocalTime(), utc.toOffsetFromUtc(19800), utc.toTimeZone(QTimeZone("Asia/Tokyo"))}) {
+        ServiceDialog dialog;
+        show(dialog);
+        dialog.setDateTime(given);
+        QCOMPARE(time(dialog)->text(), utc.toLocalTime().toString(QStringLiteral("dd.MM.yyyy HH:mm")));
+        clickOk(dialog);
+        QCOMPARE(dialog.dateTime(), utc);
+        QCOMPARE(dialog.dateTime().timeSpec(), Qt::LocalTime);
+    }
+}
+
+void TestServiceDialog::anInvalidTimeChangesNothing()
+{
+    ServiceDialog dialog;
+    show(dialog);
+    dialog.setDateTime(QDateTime({2024, 5, 1}, {10, 0}));
+    dialog.setDateTime(QDateTime());
+    clickOk(dialog);
+    QCOMPARE(dialog.dateTime(), QDateTime({2024, 5, 1}, {10, 0}));
+}
+
+void TestServiceDialog::theDateIsTypedByKeys()
+{
+    ServiceDialog dialog;
+    show(dialog);
+    dialog.setDateTime(QDateTime({2024, 5, 1}, {10, 0}));
+    QVERIFY(time(dialog)->hasFocus());
+    QTest::keyClicks(time(dialog), QStringLiteral("311220250730"));
+    QCOMPARE(time(dialog)->text(), QStringLiteral("31.12.2025 07:30"));
+    QTest::keyClick(time(dialog), Qt::Key_Return);
+    QCOMPARE(dialog.result(), int(QDialog::Accepted));
+    QCOMPARE(dialog.dateTime(), QDateTime({2025, 12, 31}, {7, 30}));
+}
+
+void TestServiceDialog::cancellingReadsNothing_data()
+{
+    QTest::addColumn<QString>("way");
+    QTest::newRow("button") << QStringLiteral("button");
+    QTest::newRow("Escape") << QStringLiteral("Escape");
+    QTest::newRow("window's cross") << QStringLiteral("cross");
+}
+
+void TestServiceDialog::cancellingReadsNothing()
+{
+    QFETCH(QString, way);
+    ServiceDialog dialog;
+    show(dialog);
+    dialog.setOperation(2);
+    dialog.setPersonName(QStringLiteral("Абрамов Иван"));
+    typeText(note(dialog), QStringLiteral("нет"));
+    if (way == QLatin1String("button"))
+        QTest::mouseClick(button(dialog, QDialogButtonBox::Cancel), Qt::LeftButton);
+    else if (way == QLatin1String("Escape"))
+        QTest::keyClick(note(dialog), Qt::Key_Escape);
+    else
+        dialog.close();
+    QVERIFY(!dialog.isVisible());
+    QCOMPARE(dialog.result(), int(QDialog::Rejected));
+    QCOMPARE(dialog.operationId(), noId);
+    QCOMPARE(dialog.personId(), noId);
+    QCOMPARE(dialog.operationName() + dialog.personName() + dialog.comment(), QString());
+    QVERIFY(!dialog.dateTime().isValid());
+}
+
+void TestServiceDialog::returnAcceptsExceptInTheNote()
+{
+    for (const char *name : {"deOperationDateTime", "cbOperation", "cbPersonal"}) {
+        ServiceDialog dialog;
+        show(dialog);
+        auto *field = child<QWidget>(dialog, name);
+        field->setFocus();
+        QTest::keyClick(field, Qt::Key_Return);
+        QVERIFY2(!dialog.isVisible(), name);
+        QCOMPARE(dialog.result(), int(QDialog::Accepted));
+    }
+    ServiceDialog dialog;
+    show(dialog);
+    note(dialog)->setFocus();
+    QTest::keyClick(note(dialog), Qt::Key_Return);
+    QVERIFY(dialog.isVisible());
+    QCOMPARE(note(dialog)->toPlainText(), QStringLiteral("\n"));
+}
+
+void TestServiceDialog::tabGoesFromTopToBottom()
+{
+    ServiceDialog dialog;
+    show(dialog);
+    QStringList names;
+    // The date's sections are stops of their own.
+    while (!button(dialog, QDialogButtonBox::Ok)->hasFocus() && names.size() < 20) {
+        names.append(QApplication::focusWidget()->objectName());
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    }
+    names.removeDuplicates();
+    QCOMPARE(names,
+             QStringList({QStringLiteral("deOperationDateTime"), QStringLiteral("cbOperation"),
+                          QStringLiteral("cbPersonal"), QStringLiteral("teComments")}));
+    QVERIFY(button(dialog, QDialogButtonBox::Ok)->hasFocus());
+    QVERIFY(button(dialog, QDialogButtonBox::Ok)->isDefault());
+}
+
+void TestServiceDialog::namesAreShownAndReadAsTheyAre_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::newRow("quotes") << QStringLiteral("\"Масло\" 'синт.'");
+    QTest::newRow("percent") << QStringLiteral("100% %1 %s %n");
+    QTest::newRow("markup") << QStringLiteral("<b>Масло</b>");
+    QTest::newRow("ampersand") << QStringLiteral("Масло & фильтр");
+    QTest::newRow("emoji") << QStringLiteral("🏎 Цепь");
+    QTest::newRow("line feeds") << QStringLiteral("Масло\nи\nфильтр");
+    QTest::newRow("blank") << QStringLiteral(" ");
+    QTest::newRow("empty") << QString();
+}
+
+void TestServiceDialog::namesAreShownAndReadAsTheyAre()
+{
+    QFETCH(QString, name);
+    ServiceDialog dialog;
+    show(dialog);
+    dialog.setOperations({{1, name}});
+    dialog.setPersonal({QJsonObject {{QStringLiteral("id"), 2}, {QStringLiteral("lastName"), name}}});
+    dialog.setTitleSuffix(name);
+    dialog.setComment(name);
+    QTest::keyClick(people(dialog), Qt::Key_Down);
+    QVERIFY(!dialog.grab().isNull());
+    clickOk(dialog);
+    QCOMPARE(dialog.windowTitle(), QString(QStringLiteral("Сервисное обслуживание - ") + name));
+    QCOMPARE(dialog.operationName(), name);
+    QCOMPARE(dialog.operationId(), 1);
+    QCOMPARE(dialog.personName(), name);
+    QCOMPARE(dialog.personId(), 2);
+    QCOMPARE(dialog.comment(), name);
+}
+
+void TestServiceDialog::aChosenNameIsShownOnOneLine()
+{
+    ServiceDialog dialog;
+    show(dialog);
+    const auto picture = [&dialog](const QString &text) {
+        dialog.setOperations({{1, text}});
+        dialog.setPersonal({QJsonObject {{QStringLiteral("lastName"), text}}});
+        people(dialog)->setCurrentIndex(1);
+        const QImage operation = operations(dialog)->grab().toImage();
+        const QImage person = people(dialog)->grab().toImage();
+        return QVector<QImage> {operation, person};
+    };
+    const QVector<QImage> shown = picture(QStringLiteral("Масло\nи\nфильтр"));
+    QVERIFY(shown == picture(QStringLiteral("Масло и фильтр")));
+    QVERIFY(shown != picture(QStringLiteral("Масло")));
+}
+
+void TestServiceDialog::longListsAndNamesDoNotStretchTheDialog()
+{
+    ServiceDialog ordinary;
+    show(ordinary);
+
+    ServiceOperations many;
+    QJsonArray crowd;
+    for (int id = 1; id <= 2000; ++id) {
+        many.insert(id, QString(300, QLatin1Char('W')) + QString::number(id));
+        crowd.append(person(id, QByteArray(300, 'W').constData()));
+    }
+    ServiceDialog dialog;
+    show(dialog);
+    dialog.setOperations(many);
+    dialog.setPersonal(crowd);
+    dialog.setTitleSuffix(QString(10000, QLatin1Char('x')));
+    dialog.setComment(QString(10000, QLatin1Char('x')));
+    QTest::qWait(0);
+    QCOMPARE(dialog.size(), ordinary.size());
+    QCOMPARE(dialog.minimumSizeHint(), ordinary.minimumSizeHint());
+
+    operations(dialog)->showPopup();
+    QTRY_VERIFY(operations(dialog)->view()->isVisible());
+    const QRect screen = dialog.screen()->availableGeometry();
+    QVERIFY(operations(dialog)->view()->window()->width() <= screen.width());
+    QVERIFY(operations(dialog)->view()->window()->height() <= screen.height());
+    operations(dialog)->hidePopup();
+}
+
+void TestServiceDialog::theDialogFitsItsTexts_data()
+{
+    QTest::addColumn<bool>("complaint");
+    QTest::addColumn<int>("points");
+    for (const int points : {9, 14, 24}) {
+        QTest::addRow("operation, %d pt", points) << false << points;
+        QTest::addRow("complaint, %d pt", points) << true << points;
+    }
+}
+
+void TestServiceDialog::theDialogFitsItsTexts()
+{
+    QFETCH(bool, complaint);
+    QFETCH(int, points);
+    ServiceDialog dialog;
+    if (complaint)
+        dialog.setComplaintMode();
+    QFont font = dialog.font();
+    font.setPointSize(points);
+    dialog.setFont(font);
+    show(dialog);
+    const QList<QWidget *> widgets = dialog.findChildren<QWidget *>(QString(), Qt::FindDirectChildrenOnly);
+    for (const QWidget *widget : widgets) {
+        QVERIFY2(dialog.rect().contains(widget->geometry()), qPrintable(widget->objectName()));
+        QVERIFY2(widget->width() >= widget->minimumSizeHint().width(), qPrintable(widget->objectName()));
+        QVERIFY2(widget->height() >= widget->minimumSizeHint().height(), qPrintable(widget->objectName()));
+    }
+}
+
+GARAGE_TEST(TestServiceDialog)
+#include "tst_servicedialog.moc"

@@ -1,5 +1,0 @@
-garage_test(tst_garageicons ELSEWHERE LIBRARIES garage_models)
-garage_test(tst_qgaragetreeview ELSEWHERE LIBRARIES garage_models)
-garage_test(tst_qeditabletreeview ELSEWHERE LIBRARIES garage_models)
-garage_test(tst_servicedialog ELSEWHERE LIBRARIES garage_settings)
-garage_test(tst_listdrag ELSEWHERE LIBRARIES garage_models)
