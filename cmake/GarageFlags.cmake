@@ -1,18 +1,25 @@
-# One place for the language level, the warnings and Qt's strictness; every target of ours links it privately.
-add_library(garage_flags INTERFACE)
-target_compile_features(garage_flags INTERFACE cxx_std_17)
-target_compile_definitions(garage_flags INTERFACE
-    QT_NO_CAST_FROM_ASCII
+# One place for the language level, the warnings and Qt's strictness. Every target of the product links garage_flags
+# privately, every target of the tests garage_test_flags: tests write texts as plain literals.
+add_library(garage_common_flags INTERFACE)
+target_compile_features(garage_common_flags INTERFACE cxx_std_17)
+target_compile_definitions(garage_common_flags INTERFACE
     QT_NO_CAST_TO_ASCII
     QT_NO_FOREACH
     QT_NO_NARROWING_CONVERSIONS_IN_CONNECT
     QT_USE_QSTRINGBUILDER
     QT_DISABLE_DEPRECATED_BEFORE=0x050F00)
-target_compile_options(garage_flags INTERFACE
+target_compile_options(garage_common_flags INTERFACE
     -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wold-style-cast
     -Woverloaded-virtual -Wnon-virtual-dtor
     $<$<CXX_COMPILER_ID:GNU>:-Wsuggest-override>
     $<$<BOOL:${GARAGE_WARNINGS_AS_ERRORS}>:-Werror>)
+
+add_library(garage_flags INTERFACE)
+target_link_libraries(garage_flags INTERFACE garage_common_flags)
+target_compile_definitions(garage_flags INTERFACE QT_NO_CAST_FROM_ASCII)
+
+add_library(garage_test_flags INTERFACE)
+target_link_libraries(garage_test_flags INTERFACE garage_common_flags)
 
 set(CMAKE_CXX_EXTENSIONS OFF)
 set(CMAKE_CXX_VISIBILITY_PRESET hidden)

@@ -57,11 +57,10 @@ void TestDateTimeText::everyHourOfAClockChangeIsReadRight()
              {QDate(2026, 3, 8), QDate(2026, 3, 29), QDate(2026, 10, 25), QDate(2026, 11, 1)}) {
             for (int hour = 0; hour < 24; ++hour) {
                 const QDateTime expected(date, QTime(hour, 30), Qt::UTC);
-                const QDateTime read =
-                    DateTimeText::fromDatabase(expected.toString(QStringLiteral("yyyy-MM-ddThh:mm")));
+                const QDateTime read = DateTimeText::fromDatabase(expected.toString("yyyy-MM-ddThh:mm"));
                 QCOMPARE(read.toSecsSinceEpoch(), expected.toSecsSinceEpoch());
                 QCOMPARE(reader.fromDatabase(expected.toString(Qt::ISODate)), expected);
-                QCOMPARE(DateTimeText::forJson(read), expected.toString(QStringLiteral("yyyy-MM-ddThh:mm")));
+                QCOMPARE(DateTimeText::forJson(read), expected.toString("yyyy-MM-ddThh:mm"));
             }
         }
     }
@@ -82,12 +81,11 @@ void TestDateTimeText::manyTextsAreReadAsEachAlone()
     const QByteArray previousZone = qgetenv("TZ");
     qputenv("TZ", zone);
     const auto restore = qScopeGuard([&] { qputenv("TZ", previousZone); });
-    const QStringList formats {
-        QStringLiteral("yyyy-MM-ddThh:mm"),           QStringLiteral("yyyy-MM-dd hh:mm"),
-        QStringLiteral("yyyy-MM-ddThh:mm:ss"),        QStringLiteral("yyyy-MM-ddThh:mm:ss.zzz"),
-        QStringLiteral("yyyy-MM-ddThh:mm:ss.zzz'Z'"), QStringLiteral("yyyy-MM-dd hh:mm'Z'"),
-        QStringLiteral("yyyy-MM-ddThh:mm:ss'+03:00'")};
-    const QString replacements = QStringLiteral("019-:.TZ +x\u0661");
+    const QStringList formats {"yyyy-MM-ddThh:mm",           "yyyy-MM-dd hh:mm",
+                               "yyyy-MM-ddThh:mm:ss",        "yyyy-MM-ddThh:mm:ss.zzz",
+                               "yyyy-MM-ddThh:mm:ss.zzz'Z'", "yyyy-MM-dd hh:mm'Z'",
+                               "yyyy-MM-ddThh:mm:ss'+03:00'"};
+    const QString replacements = "019-:.TZ +x\u0661";
 
     QRandomGenerator random(20261121);
     DateTimeText::Reader reader;
@@ -130,10 +128,10 @@ void TestDateTimeText::whatIsNoDateTimeIsInvalid()
 void TestDateTimeText::writesMessagesInUtcAndTablesInLocalTime()
 {
     const QDateTime local = QDateTime(QDate(2026, 7, 1), QTime(21, 5, 59), Qt::UTC).toLocalTime();
-    QCOMPARE(DateTimeText::forDisplay(local), QStringLiteral("02.07.2026 00:05"));
-    QCOMPARE(DateTimeText::forJson(local), QStringLiteral("2026-07-01T21:05"));
-    QCOMPARE(DateTimeText::forJsonWithZone(local), QStringLiteral("2026-07-01T21:05Z"));
-    QCOMPARE(DateTimeText::forServiceAnnouncement(local), QStringLiteral("2026-07-01 21:05"));
+    QCOMPARE(DateTimeText::forDisplay(local), "02.07.2026 00:05");
+    QCOMPARE(DateTimeText::forJson(local), "2026-07-01T21:05");
+    QCOMPARE(DateTimeText::forJsonWithZone(local), "2026-07-01T21:05Z");
+    QCOMPARE(DateTimeText::forServiceAnnouncement(local), "2026-07-01 21:05");
 }
 
 void TestDateTimeText::anInvalidDateTimeGivesNoText()

@@ -24,7 +24,7 @@ ServiceRecord record(const QString &comment)
     record.carId = 1;
     record.opId = 1;
     record.opTime = QDateTime(QDate(2026, 3, 8), QTime(9, 30), Qt::UTC);
-    record.personName = QStringLiteral("Иванов");
+    record.personName = "Иванов";
     record.comment = comment;
     return record;
 }
@@ -36,30 +36,26 @@ QVector<RemoteServiceRecord> remoteRecords()
         records[i].remoteId = 100 + i; // 100 is there already, and 101 names a local record
         records[i].localId = i == 1 ? 2 : noId;
         records[i].carId = 1;
-        records[i].comment = QStringLiteral("remote %1").arg(i);
+        records[i].comment = QString("remote %1").arg(i);
     }
     return records;
 }
 
 const QVector<Write> writes {
     {"a service that was done",
-     [](GarageDatabase &db) { ServiceRecordStore::addServiceDone(db, record(QStringLiteral("done"))); }},
+     [](GarageDatabase &db) { ServiceRecordStore::addServiceDone(db, record("done")); }},
     {"a service with a long comment",
-     [](GarageDatabase &db) {
-         ServiceRecordStore::addServiceDone(db, record(QString(40000, QLatin1Char('x'))));
-     }},
-    {"a new complaint",
-     [](GarageDatabase &db) { ServiceRecordStore::addComplaint(db, record(QStringLiteral("knocks"))); }},
+     [](GarageDatabase &db) { ServiceRecordStore::addServiceDone(db, record(QString(40000, 'x'))); }},
+    {"a new complaint", [](GarageDatabase &db) { ServiceRecordStore::addComplaint(db, record("knocks")); }},
     {"an amended complaint",
-     [](GarageDatabase &db) { ServiceRecordStore::amendComplaint(db, 2, record(QStringLiteral("louder"))); }},
+     [](GarageDatabase &db) { ServiceRecordStore::amendComplaint(db, 2, record("louder")); }},
     {"a deletion", [](GarageDatabase &db) { ServiceRecordStore::remove(db, 3); }},
     {"a remote batch", [](GarageDatabase &db) { ServiceRecordStore::storeRemote(db, remoteRecords()); }},
-    {"a new operation", [](GarageDatabase &db) { ScheduleTables::addOperation(db, QStringLiteral("Шины")); }},
-    {"a renamed operation",
-     [](GarageDatabase &db) { ScheduleTables::renameOperation(db, 1, QStringLiteral("Цепь")); }},
+    {"a new operation", [](GarageDatabase &db) { ScheduleTables::addOperation(db, "Шины"); }},
+    {"a renamed operation", [](GarageDatabase &db) { ScheduleTables::renameOperation(db, 1, "Цепь"); }},
     {"a removed operation", [](GarageDatabase &db) { ScheduleTables::removeOperation(db, 1); }},
     {"a limit", [](GarageDatabase &db) {
-         ScheduleTables::storeLimit(db, {QStringLiteral("Вихрь"), 1, 3600, 20, 200});
+         ScheduleTables::storeLimit(db, {"Вихрь", 1, 3600, 20, 200});
      }}};
 
 const char *const operationNames[] = {"write", "sync", "lock", "busy lock", "truncation", "deletion"};
@@ -69,7 +65,7 @@ QStringList contentOf(const TestDatabase &database)
     QStringList content;
     for (const char *table : {"maintainance", "service_operations", "service_reglament"}) {
         content.append(QLatin1String(table));
-        content += database.rows(QStringLiteral("SELECT * FROM %1 ORDER BY 1,2").arg(QLatin1String(table)));
+        content += database.rows(QString("SELECT * FROM %1 ORDER BY 1,2").arg(QLatin1String(table)));
     }
     return content;
 }
@@ -105,7 +101,7 @@ private:
     void restoreFile() const;
     QStringList content() const { return contentOf(TestDatabase(home().databasePath(), false)); }
     TestHome &home() const { return const_cast<TestFaultAtAnyStep *>(this)->GarageTest::home(); }
-    QString backupPath() const { return home().databasePath() + QLatin1String(".backup"); }
+    QString backupPath() const { return home().databasePath() + ".backup"; }
     QStringList contentAfter(const Write &write) const;
     void checkSoundAndWorking(GarageDatabase &database) const;
     void tryFault(const Write &write, FaultyFiles::Operation operation, int k, FaultyFiles::Duration duration,
@@ -121,13 +117,13 @@ void TestFaultAtAnyStep::init()
     FaultyFiles::clear();
     {
         const auto database = createDatabase();
-        database->addCar(1, QStringLiteral("1"), QStringLiteral("Вихрь"));
-        database->addOperation(1, QStringLiteral("Замена масла"));
-        database->addLimit(QStringLiteral("Вихрь"), 1, 0, 0, 10);
-        database->addRecord(1, 1, QStringLiteral("2026-01-01T10:00:00Z"), DoneState);
-        database->addRecord(1, -1, QStringLiteral("2026-01-02T10:00:00Z"), OpenState);
-        database->addRecord(1, 1, QStringLiteral("2026-01-03T10:00:00Z"), DoneState);
-        database->exec(QStringLiteral("UPDATE maintainance SET remote_id=100 WHERE id=1"));
+        database->addCar(1, "1", "Вихрь");
+        database->addOperation(1, "Замена масла");
+        database->addLimit("Вихрь", 1, 0, 0, 10);
+        database->addRecord(1, 1, "2026-01-01T10:00:00Z", DoneState);
+        database->addRecord(1, -1, "2026-01-02T10:00:00Z", OpenState);
+        database->addRecord(1, 1, "2026-01-03T10:00:00Z", DoneState);
+        database->exec("UPDATE maintainance SET remote_id=100 WHERE id=1");
     }
     m_before = content();
     QVERIFY(QFile::copy(home().databasePath(), backupPath()));
@@ -141,7 +137,7 @@ void TestFaultAtAnyStep::cleanup()
 
 void TestFaultAtAnyStep::restoreFile() const
 {
-    QFile::remove(home().databasePath() + QLatin1String("-journal"));
+    QFile::remove(home().databasePath() + "-journal");
     QFile::remove(home().databasePath());
     QVERIFY(QFile::copy(backupPath(), home().databasePath()));
 }
@@ -149,7 +145,7 @@ void TestFaultAtAnyStep::restoreFile() const
 QStringList TestFaultAtAnyStep::contentAfter(const Write &write) const
 {
     {
-        GarageDatabase database(QStringLiteral("module"));
+        GarageDatabase database("module");
         write.run(database);
     }
     const QStringList after = content();
@@ -159,13 +155,11 @@ QStringList TestFaultAtAnyStep::contentAfter(const Write &write) const
 
 void TestFaultAtAnyStep::checkSoundAndWorking(GarageDatabase &database) const
 {
-    const QString marker = QStringLiteral("works on");
+    const QString marker = "works on";
     const TestDatabase check(home().databasePath(), false);
-    QCOMPARE(check.rows(QStringLiteral("PRAGMA integrity_check")), QStringList(QStringLiteral("ok")));
+    QCOMPARE(check.rows("PRAGMA integrity_check"), QStringList("ok"));
     ServiceRecordStore::addComplaint(database, record(marker));
-    QCOMPARE(
-        check.value(QStringLiteral("SELECT count(*) FROM maintainance WHERE comment=?"), {marker}).toInt(),
-        1);
+    QCOMPARE(check.value("SELECT count(*) FROM maintainance WHERE comment=?", {marker}).toInt(), 1);
 }
 
 void TestFaultAtAnyStep::addWriteRows()
@@ -199,10 +193,9 @@ void TestFaultAtAnyStep::anOperationOnTheFilesFails()
         for (const auto duration : {FaultyFiles::Once, FaultyFiles::UntilCleared}) {
             tryFault(write, kind, k, duration, after);
             if (QTest::currentTestFailed())
-                QFAIL(qPrintable(QStringLiteral("k = %1, %2")
+                QFAIL(qPrintable(QString("k = %1, %2")
                                      .arg(k)
-                                     .arg(duration == FaultyFiles::Once ? QStringLiteral("once")
-                                                                        : QStringLiteral("until cleared"))));
+                                     .arg(duration == FaultyFiles::Once ? "once" : "until cleared")));
         }
     } while (k++ < 1000 && FaultyFiles::hasStruck());
     QVERIFY(k < 1000);
@@ -212,7 +205,7 @@ void TestFaultAtAnyStep::tryFault(const Write &write, FaultyFiles::Operation ope
                                   FaultyFiles::Duration duration, const QStringList &after)
 {
     restoreFile();
-    GarageDatabase database(QStringLiteral("module"));
+    GarageDatabase database("module");
     FaultyFiles::fail(operation, k, duration);
     // A write waits as long as the file is busy, so somebody else must end this.
     std::thread rescuer;
@@ -232,7 +225,7 @@ void TestFaultAtAnyStep::tryFault(const Write &write, FaultyFiles::Operation ope
     if (operation == FaultyFiles::BusyLock || !FaultyFiles::hasStruck())
         QCOMPARE(now, after);
     else
-        QVERIFY2(now == m_before || now == after, qPrintable(now.join(QLatin1Char('\n'))));
+        QVERIFY2(now == m_before || now == after, qPrintable(now.join('\n')));
     checkSoundAndWorking(database);
 }
 
@@ -243,10 +236,10 @@ void TestFaultAtAnyStep::aStatementOfABatchFails_data()
     QTest::addColumn<int>("failing");
     QTest::addColumn<bool>("othersAreStored");
     for (int failing = 0; failing < remoteRecords().size(); ++failing) {
-        const QString event = failing < 2 ? QStringLiteral("UPDATE") : QStringLiteral("INSERT");
-        QTest::addRow("abort at %d", failing) << QStringLiteral("ABORT") << event << failing << true;
-        QTest::addRow("fail at %d", failing) << QStringLiteral("FAIL") << event << failing << true;
-        QTest::addRow("rollback at %d", failing) << QStringLiteral("ROLLBACK") << event << failing << false;
+        const QString event = failing < 2 ? "UPDATE" : "INSERT";
+        QTest::addRow("abort at %d", failing) << "ABORT" << event << failing << true;
+        QTest::addRow("fail at %d", failing) << "FAIL" << event << failing << true;
+        QTest::addRow("rollback at %d", failing) << "ROLLBACK" << event << failing << false;
     }
 }
 
@@ -257,21 +250,21 @@ void TestFaultAtAnyStep::aStatementOfABatchFails()
     QFETCH(int, failing);
     QFETCH(bool, othersAreStored);
     const TestDatabase check(home().databasePath(), false);
-    check.exec(QStringLiteral("CREATE TRIGGER fault BEFORE %1 ON maintainance WHEN new.comment='remote %2' "
-                              "BEGIN SELECT RAISE(%3, 'injected'); END")
+    check.exec(QString("CREATE TRIGGER fault BEFORE %1 ON maintainance WHEN new.comment='remote %2' "
+                       "BEGIN SELECT RAISE(%3, 'injected'); END")
                    .arg(event)
                    .arg(failing)
                    .arg(raise));
 
-    GarageDatabase database(QStringLiteral("module"));
+    GarageDatabase database("module");
     ServiceRecordStore::storeRemote(database, remoteRecords());
     QStringList stored;
     for (int i = 0; i < remoteRecords().size() && othersAreStored; ++i) {
         if (i != failing)
-            stored.append(QStringLiteral("remote %1").arg(i));
+            stored.append(QString("remote %1").arg(i));
     }
-    QCOMPARE(check.rows(QStringLiteral("SELECT comment FROM maintainance WHERE comment LIKE 'remote %' "
-                                       "ORDER BY comment")),
+    QCOMPARE(check.rows("SELECT comment FROM maintainance WHERE comment LIKE 'remote %' "
+                        "ORDER BY comment"),
              stored);
     checkSoundAndWorking(database);
 }
@@ -294,18 +287,17 @@ void TestFaultAtAnyStep::theOnlyStatementFails()
     QStringList triggers;
     for (const char *table : {"maintainance", "service_operations", "service_reglament"}) {
         for (const char *event : {"INSERT", "UPDATE", "DELETE"}) {
-            const QString name = QStringLiteral("%1_%2").arg(QLatin1String(table), QLatin1String(event));
-            check.exec(
-                QStringLiteral("CREATE TRIGGER %1 BEFORE %2 ON %3 BEGIN SELECT RAISE(%4, 'injected'); END")
-                    .arg(name, QLatin1String(event), QLatin1String(table), raise));
+            const QString name = QString("%1_%2").arg(QLatin1String(table), QLatin1String(event));
+            check.exec(QString("CREATE TRIGGER %1 BEFORE %2 ON %3 BEGIN SELECT RAISE(%4, 'injected'); END")
+                           .arg(name, QLatin1String(event), QLatin1String(table), raise));
             triggers.append(name);
         }
     }
-    GarageDatabase database(QStringLiteral("module"));
+    GarageDatabase database("module");
     writes.at(index).run(database);
     QCOMPARE(contentOf(check), m_before);
     for (const QString &trigger : qAsConst(triggers))
-        check.exec(QStringLiteral("DROP TRIGGER ") + trigger);
+        check.exec("DROP TRIGGER " + trigger);
     checkSoundAndWorking(database);
 }
 
@@ -319,22 +311,20 @@ void TestFaultAtAnyStep::theCommitFails()
     QFETCH(int, index);
     // Each change leaves a reference to a row that is not there: only the COMMIT finds that out.
     const TestDatabase check(home().databasePath(), false);
-    check.exec(QStringLiteral("CREATE TABLE parent (id INTEGER PRIMARY KEY)"));
-    check.exec(QStringLiteral(
-        "CREATE TABLE child (parent INTEGER REFERENCES parent(id) DEFERRABLE INITIALLY DEFERRED)"));
+    check.exec("CREATE TABLE parent (id INTEGER PRIMARY KEY)");
+    check.exec("CREATE TABLE child (parent INTEGER REFERENCES parent(id) DEFERRABLE INITIALLY DEFERRED)");
     for (const char *table : {"maintainance", "service_operations", "service_reglament"}) {
         for (const char *event : {"INSERT", "UPDATE", "DELETE"}) {
-            check.exec(
-                QStringLiteral("CREATE TRIGGER %1_%2 BEFORE %2 ON %1 BEGIN INSERT INTO child VALUES (7); END")
-                    .arg(QLatin1String(table), QLatin1String(event)));
+            check.exec(QString("CREATE TRIGGER %1_%2 BEFORE %2 ON %1 BEGIN INSERT INTO child VALUES (7); END")
+                           .arg(QLatin1String(table), QLatin1String(event)));
         }
     }
-    GarageDatabase database(QStringLiteral("module"));
-    database.run(QStringLiteral("PRAGMA foreign_keys=ON"));
+    GarageDatabase database("module");
+    database.run("PRAGMA foreign_keys=ON");
     writes.at(index).run(database);
     QCOMPARE(contentOf(check), m_before);
 
-    check.exec(QStringLiteral("INSERT INTO parent VALUES (7)"));
+    check.exec("INSERT INTO parent VALUES (7)");
     checkSoundAndWorking(database);
 }
 
@@ -347,15 +337,14 @@ void TestFaultAtAnyStep::theDiskIsFull()
 {
     QFETCH(int, index);
     const QStringList after = contentAfter(writes.at(index));
-    GarageDatabase database(QStringLiteral("module"));
-    database.run(QStringLiteral("PRAGMA max_page_count=1")); // no less than the file has
+    GarageDatabase database("module");
+    database.run("PRAGMA max_page_count=1"); // no less than the file has
     writes.at(index).run(database);
     const QStringList now = content();
-    QVERIFY2(now == m_before || now == after, qPrintable(now.join(QLatin1Char('\n'))));
-    QCOMPARE(now == m_before,
-             QLatin1String(writes.at(index).name) == QLatin1String("a service with a long comment"));
+    QVERIFY2(now == m_before || now == after, qPrintable(now.join('\n')));
+    QCOMPARE(now == m_before, QLatin1String(writes.at(index).name) == "a service with a long comment");
 
-    database.run(QStringLiteral("PRAGMA max_page_count=1000000"));
+    database.run("PRAGMA max_page_count=1000000");
     checkSoundAndWorking(database);
 }
 
@@ -370,7 +359,7 @@ void TestFaultAtAnyStep::anotherConnectionHoldsTheFile()
     const QStringList after = contentAfter(writes.at(index));
     for (const auto kind : {DatabaseLock::Shared, DatabaseLock::Immediate, DatabaseLock::Exclusive}) {
         restoreFile();
-        GarageDatabase database(QStringLiteral("module"));
+        GarageDatabase database("module");
         {
             const DatabaseLock lock(home().databasePath(), kind, 60);
             writes.at(index).run(database);

@@ -6,19 +6,18 @@
 
 namespace {
 
-const QStringList allMarkers {QStringLiteral("step 0 start "), QStringLiteral("step 1 done "),
-                              QStringLiteral("step 2 done "), QStringLiteral("step 3 done "),
-                              QStringLiteral("step 4 done ")};
+const QStringList allMarkers {"step 0 start ", "step 1 done ", "step 2 done ", "step 3 done ",
+                              "step 4 done "};
 
 QJsonObject remoteRecord(int id, const QString &time, const QString &comment)
 {
-    return {{QStringLiteral("id"), id},
-            {QStringLiteral("carId"), 1},
-            {QStringLiteral("opId"), 2},
-            {QStringLiteral("opDoneDateTime"), time},
-            {QStringLiteral("operatorName"), QStringLiteral("Пётр")},
-            {QStringLiteral("operatorId"), 5},
-            {QStringLiteral("comment"), comment}};
+    return {{"id", id},
+            {"carId", 1},
+            {"opId", 2},
+            {"opDoneDateTime", time},
+            {"operatorName", "Пётр"},
+            {"operatorId", 5},
+            {"comment", comment}};
 }
 
 } // namespace
@@ -54,108 +53,94 @@ private slots:
 void TestGarageUpdater::aReloadSendsThePendingListBeforeTheRecords()
 {
     const auto database = createDatabase();
-    database->addCar(1, QStringLiteral("7"), QStringLiteral("Kart"));
-    database->addOperation(2, QStringLiteral("Масло"));
+    database->addCar(1, "7", "Kart");
+    database->addOperation(2, "Масло");
     LoaderProbe probe;
     probe.reload();
-    QCOMPARE(probe.sequence,
-             QStringList({QStringLiteral("update_pending_service"), QStringLiteral("garageStatsUpdated")}));
-    QCOMPARE(probe.messages.first().module, QStringLiteral("garage_stats_updater"));
-    QCOMPARE(probe.operations, ServiceOperations({{2, QStringLiteral("Масло")}}));
+    QCOMPARE(probe.sequence, QStringList({"update_pending_service", "garageStatsUpdated"}));
+    QCOMPARE(probe.messages.first().module, "garage_stats_updater");
+    QCOMPARE(probe.operations, ServiceOperations({{2, "Масло"}}));
 }
 
 void TestGarageUpdater::theDueListFollowsTheEleventhLap()
 {
     const auto database = createDatabase();
-    database->addCar(1, QStringLiteral("7"), QStringLiteral("Kart"));
-    database->addCar(2, QStringLiteral("8"), QStringLiteral("Kart"));
-    database->addOperation(2, QStringLiteral("Масло"));
-    database->addLimit(QStringLiteral("Kart"), 2, 0, 0, 10);
-    const int localId = database->addRecord(1, 2, QStringLiteral("2026-01-01T10:00:00.000Z"), DoneState);
+    database->addCar(1, "7", "Kart");
+    database->addCar(2, "8", "Kart");
+    database->addOperation(2, "Масло");
+    database->addLimit("Kart", 2, 0, 0, 10);
+    const int localId = database->addRecord(1, 2, "2026-01-01T10:00:00.000Z", DoneState);
     LoaderProbe probe;
     for (int lap = 1; lap <= 11; ++lap) {
         database->addLap(1, (lap + 4) / 5,
-                         QStringLiteral("2026-01-02T10:%1:00.000Z").arg(lap, 2, 10, QLatin1Char('0')), 61500);
+                         QString("2026-01-02T10:%1:00.000Z").arg(lap, 2, 10, QLatin1Char('0')), 61500);
         probe.reload();
-        const QJsonObject data = probe.last(QStringLiteral("update_pending_service"));
+        const QJsonObject data = probe.last("update_pending_service");
         QJsonArray expectedPending;
         if (lap == 11) {
-            expectedPending.append(
-                QJsonObject {{QStringLiteral("carId"), 1},
-                             {QStringLiteral("carNum"), QStringLiteral("7")},
-                             {QStringLiteral("carModel"), QStringLiteral("Kart")},
-                             {QStringLiteral("opId"), 2},
-                             {QStringLiteral("opName"), QStringLiteral("Масло")},
-                             {QStringLiteral("opDateTime"), QStringLiteral("2026-01-01T10:00")},
-                             {QStringLiteral("localId"), localId}});
+            expectedPending.append(QJsonObject {{"carId", 1},
+                                                {"carNum", "7"},
+                                                {"carModel", "Kart"},
+                                                {"opId", 2},
+                                                {"opName", "Масло"},
+                                                {"opDateTime", "2026-01-01T10:00"},
+                                                {"localId", localId}});
         }
-        const QJsonObject status {{QStringLiteral("tt"), lap * 61500 / 1000},
-                                  {QStringLiteral("tl"), lap},
-                                  {QStringLiteral("tr"), (lap + 4) / 5},
-                                  {QStringLiteral("dt"), QStringLiteral("2026-01-01T10:00")}};
+        const QJsonObject status {
+            {"tt", lap * 61500 / 1000}, {"tl", lap}, {"tr", (lap + 4) / 5}, {"dt", "2026-01-01T10:00"}};
         const QJsonArray expectedStatus {
-            QJsonObject {{QStringLiteral("carId"), 1},
-                         {QStringLiteral("opsStatus"), QJsonObject {{QStringLiteral("2"), status}}}},
-            QJsonObject {{QStringLiteral("carId"), 2}, {QStringLiteral("opsStatus"), QJsonObject()}}};
-        QCOMPARE(data,
-                 QJsonObject({{QStringLiteral("servicePendingList"), expectedPending},
-                              {QStringLiteral("maintainanceStatus"), expectedStatus}}));
+            QJsonObject {{"carId", 1}, {"opsStatus", QJsonObject {{"2", status}}}},
+            QJsonObject {{"carId", 2}, {"opsStatus", QJsonObject()}}};
+        QCOMPARE(
+            data,
+            QJsonObject({{"servicePendingList", expectedPending}, {"maintainanceStatus", expectedStatus}}));
     }
 }
 
 void TestGarageUpdater::anOpenComplaintIsListedUntilALaterOneIsDone()
 {
     const auto database = createDatabase();
-    database->addCar(1, QStringLiteral("7"), QStringLiteral("Kart"));
-    const int localId = database->addRecord(1, -1, QStringLiteral("2026-01-01T10:00:00.000Z"), OpenState,
-                                            QStringLiteral("Стук"));
+    database->addCar(1, "7", "Kart");
+    const int localId = database->addRecord(1, -1, "2026-01-01T10:00:00.000Z", OpenState, "Стук");
     LoaderProbe probe;
     probe.reload();
-    const QJsonArray pending = probe.last(QStringLiteral("update_pending_service"))
-                                   .value(QLatin1String("servicePendingList"))
-                                   .toArray();
+    const QJsonArray pending = probe.last("update_pending_service").value("servicePendingList").toArray();
     QCOMPARE(pending,
-             QJsonArray({QJsonObject({{QStringLiteral("carId"), 1},
-                                      {QStringLiteral("carNum"), QStringLiteral("7")},
-                                      {QStringLiteral("carModel"), QStringLiteral("Kart")},
-                                      {QStringLiteral("opId"), -1},
-                                      {QStringLiteral("opName"), QStringLiteral("Стук")},
-                                      {QStringLiteral("opDateTime"), QStringLiteral("2026-01-01T10:00")},
-                                      {QStringLiteral("localId"), localId}})}));
+             QJsonArray({QJsonObject({{"carId", 1},
+                                      {"carNum", "7"},
+                                      {"carModel", "Kart"},
+                                      {"opId", -1},
+                                      {"opName", "Стук"},
+                                      {"opDateTime", "2026-01-01T10:00"},
+                                      {"localId", localId}})}));
 
-    database->addRecord(1, -1, QStringLiteral("2026-01-01T11:00Z"), DoneState);
+    database->addRecord(1, -1, "2026-01-01T11:00Z", DoneState);
     probe.reload();
-    QVERIFY(probe.last(QStringLiteral("update_pending_service"))
-                .value(QLatin1String("servicePendingList"))
-                .toArray()
-                .isEmpty());
+    QVERIFY(probe.last("update_pending_service").value("servicePendingList").toArray().isEmpty());
 }
 
 void TestGarageUpdater::aCarWithoutRecordsIsStillReported()
 {
     const auto database = createDatabase();
-    database->addCar(5, QStringLiteral("1"), QStringLiteral("Kart"));
+    database->addCar(5, "1", "Kart");
     LoaderProbe probe;
     probe.reload();
     QCOMPARE(probe.cars.size(), 1);
     QVERIFY(probe.cars.first().ops.isEmpty());
-    QCOMPARE(probe.last(QStringLiteral("update_pending_service"))
-                 .value(QLatin1String("maintainanceStatus"))
-                 .toArray(),
-             QJsonArray({QJsonObject(
-                 {{QStringLiteral("carId"), 5}, {QStringLiteral("opsStatus"), QJsonObject()}})}));
+    QCOMPARE(probe.last("update_pending_service").value("maintainanceStatus").toArray(),
+             QJsonArray({QJsonObject({{"carId", 5}, {"opsStatus", QJsonObject()}})}));
 }
 
 void TestGarageUpdater::onlyLaterLapsWithATimeCount()
 {
     const auto database = createDatabase();
-    database->addCar(1, QStringLiteral("7"), QStringLiteral("Kart"));
-    database->addRecord(1, 2, QStringLiteral("2026-01-01T10:00:00.000Z"), DoneState);
-    database->addLap(1, 1, QStringLiteral("2026-01-01T10:00:00.000Z"), 60000); // not later
-    database->addLap(1, 1, QStringLiteral("2026-01-01T10:00:01.000Z"), 0);
-    database->addLap(1, 1, QStringLiteral("2026-01-01T10:00:02.000Z"), -5);
-    database->addLap(2, 1, QStringLiteral("2026-01-01T10:00:03.000Z"), 60000); // another car
-    database->addLap(1, 3, QStringLiteral("2026-01-01T10:00:04.000Z"), 1999);
+    database->addCar(1, "7", "Kart");
+    database->addRecord(1, 2, "2026-01-01T10:00:00.000Z", DoneState);
+    database->addLap(1, 1, "2026-01-01T10:00:00.000Z", 60000); // not later
+    database->addLap(1, 1, "2026-01-01T10:00:01.000Z", 0);
+    database->addLap(1, 1, "2026-01-01T10:00:02.000Z", -5);
+    database->addLap(2, 1, "2026-01-01T10:00:03.000Z", 60000); // another car
+    database->addLap(1, 3, "2026-01-01T10:00:04.000Z", 1999);
     LoaderProbe probe;
     probe.reload();
     const OperationStat stat = probe.cars.first().ops.value(2);
@@ -169,26 +154,25 @@ void TestGarageUpdater::onlyLaterLapsWithATimeCount()
 void TestGarageUpdater::theJournalNamesPeopleAndForgottenCars()
 {
     const auto database = createDatabase();
-    database->addCar(1, QStringLiteral("7"), QStringLiteral("Kart"));
-    database->addOperation(2, QStringLiteral("Масло"));
-    database->exec(QStringLiteral(
-        "INSERT INTO personal VALUES (1,'Иванов','Иван','Иванович'),(2,'Петров','Пётр',NULL)"));
-    database->exec(QStringLiteral(
+    database->addCar(1, "7", "Kart");
+    database->addOperation(2, "Масло");
+    database->exec("INSERT INTO personal VALUES (1,'Иванов','Иван','Иванович'),(2,'Петров','Пётр',NULL)");
+    database->exec(
         "INSERT INTO maintainance (id,car_id,operation_id,operation_time,person_id,person_name,comment,"
         "operation_state,remote_id) VALUES (1,1,2,'2026-01-03T10:00Z',1,'x','a',1,NULL),"
         "(2,9,-1,'2026-01-02T10:00Z',2,'Петров "
-        "П.','b',0,77),(3,1,-1,'2026-01-01T10:00Z',-1,'','c',1,'none')"));
+        "П.','b',0,77),(3,1,-1,'2026-01-01T10:00Z',-1,'','c',1,'none')");
     LoaderProbe probe;
     probe.reload();
     QCOMPARE(probe.log.size(), 3);
     const ServiceLogItem done = probe.log.at(0);
     QCOMPARE(done.id, 1);
-    QCOMPARE(done.personName, QStringLiteral("Иванов Иван Иванович"));
-    QCOMPARE(done.opName, QStringLiteral("Масло"));
-    QCOMPARE(done.num, QStringLiteral("7"));
+    QCOMPARE(done.personName, "Иванов Иван Иванович");
+    QCOMPARE(done.opName, "Масло");
+    QCOMPARE(done.num, "7");
     QCOMPARE(done.remoteId, -1);
     const ServiceLogItem complaint = probe.log.at(1);
-    QCOMPARE(complaint.personName, QStringLiteral("Петров П."));
+    QCOMPARE(complaint.personName, "Петров П.");
     QCOMPARE(complaint.carId, 9);
     QCOMPARE(complaint.num, QString());
     QCOMPARE(complaint.opName, QString());
@@ -222,28 +206,27 @@ void TestGarageUpdater::aDatabaseThatCannotBeReadStillAnswers_data()
 void TestGarageUpdater::aDatabaseThatCannotBeReadStillAnswers()
 {
     QFETCH(QString, state);
-    if (state != QLatin1String("no folder"))
+    if (state != "no folder")
         home().createDatabaseFolder();
     QFile file(home().databasePath());
-    if (state == QLatin1String("empty file"))
+    if (state == "empty file")
         QVERIFY(file.open(QIODevice::WriteOnly));
-    if (state == QLatin1String("garbage file")) {
+    if (state == "garbage file") {
         QVERIFY(file.open(QIODevice::WriteOnly));
         file.write(QByteArray("no database at all ").repeated(1000));
     }
-    if (state == QLatin1String("a folder in its place"))
+    if (state == "a folder in its place")
         QVERIFY(QDir().mkdir(home().databasePath()));
     file.close();
 
     LoaderProbe probe;
     probe.reload();
     probe.deleteOperation(1, 2);
-    probe.updateService({remoteRecord(1, QStringLiteral("2026-01-01T10:00Z"), {})});
+    probe.updateService({remoteRecord(1, "2026-01-01T10:00Z", {})});
     QCOMPARE(probe.reloads, 3);
     QVERIFY(probe.cars.isEmpty());
-    QCOMPARE(probe.last(QStringLiteral("update_pending_service")),
-             QJsonObject({{QStringLiteral("servicePendingList"), QJsonArray()},
-                          {QStringLiteral("maintainanceStatus"), QJsonArray()}}));
+    QCOMPARE(probe.last("update_pending_service"),
+             QJsonObject({{"servicePendingList", QJsonArray()}, {"maintainanceStatus", QJsonArray()}}));
     QCOMPARE(takeDebugLines().size(), 3 * allMarkers.size());
 }
 
@@ -266,10 +249,10 @@ void TestGarageUpdater::aMissingTableLeavesOnlyItsOwnResultEmpty()
 {
     QFETCH(QString, table);
     const auto database = createDatabase();
-    database->addCar(1, QStringLiteral("7"), QStringLiteral("Kart"));
-    database->addOperation(2, QStringLiteral("Масло"));
-    database->addRecord(1, 2, QStringLiteral("2026-01-01T10:00Z"), DoneState);
-    database->exec(QLatin1String("DROP TABLE ") + table);
+    database->addCar(1, "7", "Kart");
+    database->addOperation(2, "Масло");
+    database->addRecord(1, 2, "2026-01-01T10:00Z", DoneState);
+    database->exec("DROP TABLE " + table);
     LoaderProbe probe;
     probe.reload();
     QTEST(!probe.cars.isEmpty(), "cars");
@@ -284,7 +267,7 @@ void TestGarageUpdater::aDatabaseThatAppearsLaterIsUsed()
     probe.reload();
     QVERIFY(probe.cars.isEmpty());
     const auto database = createDatabase();
-    database->addCar(1, QStringLiteral("7"), QStringLiteral("Kart"));
+    database->addCar(1, "7", "Kart");
     probe.reload();
     QCOMPARE(probe.cars.size(), 1);
 }
@@ -304,43 +287,40 @@ void TestGarageUpdater::aDeletionTellsTheHostAndReloads()
     QFETCH(int, id);
     QFETCH(int, remoteId);
     const auto database = createDatabase();
-    database->addRecord(1, 2, QStringLiteral("2026-01-01T10:00Z"), DoneState);
-    database->addRecord(1, 3, QStringLiteral("2026-01-01T10:00Z"), DoneState);
+    database->addRecord(1, 2, "2026-01-01T10:00Z", DoneState);
+    database->addRecord(1, 3, "2026-01-01T10:00Z", DoneState);
     LoaderProbe probe;
     probe.deleteOperation(id, remoteId);
-    QTEST(database->value(QStringLiteral("SELECT group_concat(id) FROM maintainance")).toString(), "left");
+    QTEST(database->value("SELECT group_concat(id) FROM maintainance").toString(), "left");
     QCOMPARE(probe.sequence,
-             QStringList({QStringLiteral("remote_service_delete"), QStringLiteral("update_pending_service"),
-                          QStringLiteral("garageStatsUpdated")}));
-    QCOMPARE(probe.messages.first().module, QStringLiteral("garage_stats_updater"));
-    QCOMPARE(probe.messages.first().data,
-             QJsonObject({{QStringLiteral("remoteId"), remoteId}, {QStringLiteral("localId"), id}}));
+             QStringList({"remote_service_delete", "update_pending_service", "garageStatsUpdated"}));
+    QCOMPARE(probe.messages.first().module, "garage_stats_updater");
+    QCOMPARE(probe.messages.first().data, QJsonObject({{"remoteId", remoteId}, {"localId", id}}));
 }
 
 void TestGarageUpdater::remoteRecordsAreStoredThenReportedThenArchived()
 {
     const auto database = createDatabase();
     LoaderProbe probe;
-    probe.updateService({remoteRecord(10, QStringLiteral("2026-01-01T10:00Z"), QStringLiteral("первая")),
-                         remoteRecord(11, QStringLiteral("2026-01-02T10:00Z"), QStringLiteral("вторая"))});
+    probe.updateService(
+        {remoteRecord(10, "2026-01-01T10:00Z", "первая"), remoteRecord(11, "2026-01-02T10:00Z", "вторая")});
     QCOMPARE(probe.sequence,
-             QStringList({QStringLiteral("update_pending_service"), QStringLiteral("garageStatsUpdated"),
-                          QStringLiteral("remote_service_move_to_archive")}));
-    QCOMPARE(probe.messages.last().module, QStringLiteral("garage_stats_updater"));
-    QCOMPARE(probe.messages.last().data, QJsonObject({{QStringLiteral("idList"), QJsonArray({10, 11})}}));
-    QCOMPARE(database->rows(QStringLiteral(
+             QStringList({"update_pending_service", "garageStatsUpdated", "remote_service_move_to_archive"}));
+    QCOMPARE(probe.messages.last().module, "garage_stats_updater");
+    QCOMPARE(probe.messages.last().data, QJsonObject({{"idList", QJsonArray({10, 11})}}));
+    QCOMPARE(database->rows(
                  "SELECT "
                  "remote_id,car_id,operation_id,operation_time,person_id,person_name,comment,operation_state "
-                 "FROM maintainance ORDER BY id")),
-             QStringList({QStringLiteral("10|1|2|2026-01-01T10:00Z|5|Пётр|первая|1"),
-                          QStringLiteral("11|1|2|2026-01-02T10:00Z|5|Пётр|вторая|1")}));
+                 "FROM maintainance ORDER BY id"),
+             QStringList(
+                 {"10|1|2|2026-01-01T10:00Z|5|Пётр|первая|1", "11|1|2|2026-01-02T10:00Z|5|Пётр|вторая|1"}));
     QCOMPARE(probe.log.size(), 2);
 }
 
 void TestGarageUpdater::readsWaitForAnExclusiveLock()
 {
     const auto database = createDatabase();
-    database->addCar(1, QStringLiteral("7"), QStringLiteral("Kart"));
+    database->addCar(1, "7", "Kart");
     LoaderProbe probe;
     probe.reload();
     const DatabaseLock lock(home().databasePath(), DatabaseLock::Exclusive, 700);
@@ -352,29 +332,28 @@ void TestGarageUpdater::readsWaitForAnExclusiveLock()
 void TestGarageUpdater::writesWaitForALock()
 {
     const auto database = createDatabase();
-    const int id = database->addRecord(1, 2, QStringLiteral("2026-01-01T10:00Z"), DoneState);
+    const int id = database->addRecord(1, 2, "2026-01-01T10:00Z", DoneState);
     LoaderProbe probe;
     // Longer than one attempt waits by itself, so that the write has to be tried again.
     const DatabaseLock lock(home().databasePath(), DatabaseLock::Immediate, 6000);
     probe.deleteOperation(id, -1);
     QVERIFY(!lock.isHeld());
-    QCOMPARE(database->value(QStringLiteral("SELECT count(*) FROM maintainance")).toInt(), 0);
+    QCOMPARE(database->value("SELECT count(*) FROM maintainance").toInt(), 0);
 }
 
 void TestGarageUpdater::theEndCarriesOutWritesButNoReloads()
 {
     const auto database = createDatabase();
     for (int i = 0; i < 20; ++i)
-        database->addRecord(1, 2, QStringLiteral("2026-01-01T10:00Z"), DoneState);
+        database->addRecord(1, 2, "2026-01-01T10:00Z", DoneState);
     LoaderProbe probe;
     for (int id = 1; id <= 20; ++id) {
         emit probe.reloadRequested();
         emit probe.deleteRequested(id, -1);
     }
-    emit probe.updateRequested({remoteRecord(10, QStringLiteral("2026-01-01T10:00Z"), {})}, {});
+    emit probe.updateRequested({remoteRecord(10, "2026-01-01T10:00Z", {})}, {});
     probe.destroyLoader();
-    QCOMPARE(database->rows(QStringLiteral("SELECT remote_id FROM maintainance")),
-             QStringList(QStringLiteral("10")));
+    QCOMPARE(database->rows("SELECT remote_id FROM maintainance"), QStringList("10"));
     QVERIFY(takeDebugLines().size() < 10 * allMarkers.size());
 }
 
@@ -396,7 +375,7 @@ void TestGarageUpdater::theEndIsNotHeldUpByALock()
 void TestGarageUpdater::loadersComeAndGoInTheMiddleOfReloads()
 {
     const auto database = createDatabase();
-    database->addCar(1, QStringLiteral("7"), QStringLiteral("Kart"));
+    database->addCar(1, "7", "Kart");
     for (int round = 0; round < 100; ++round) {
         LoaderProbe probe;
         emit probe.reloadRequested();
@@ -404,7 +383,7 @@ void TestGarageUpdater::loadersComeAndGoInTheMiddleOfReloads()
         if (round % 3 == 0)
             QVERIFY(probe.waitForReloads(1));
     }
-    QVERIFY(!QSqlDatabase::connectionNames().contains(QStringLiteral("garageStatsLoader")));
+    QVERIFY(!QSqlDatabase::connectionNames().contains("garageStatsLoader"));
     LoaderProbe probe;
     probe.reload();
     QCOMPARE(probe.cars.size(), 1);

@@ -36,7 +36,7 @@ using Table = QVector<Row>;
 Table readTable(const TestDatabase &database, const QString &name)
 {
     Table table;
-    QSqlQuery query = database.exec(QLatin1String("SELECT * FROM ") + name);
+    QSqlQuery query = database.exec("SELECT * FROM " + name);
     const QSqlRecord record = query.record();
     while (query.next()) {
         Row row;
@@ -50,8 +50,8 @@ Table readTable(const TestDatabase &database, const QString &name)
 /// Minutes of UTC, worked out from the text by hand; empty if it is no date-time.
 QString utcMinutes(const Cell &cell)
 {
-    static const QRegularExpression pattern(QStringLiteral(
-        "^(\\d{4})-(\\d\\d)-(\\d\\d)[T ](\\d\\d):(\\d\\d)(?::\\d\\d(?:\\.\\d{3})?)?(Z|[+-]\\d\\d:\\d\\d)?$"));
+    static const QRegularExpression pattern(
+        "^(\\d{4})-(\\d\\d)-(\\d\\d)[T ](\\d\\d):(\\d\\d)(?::\\d\\d(?:\\.\\d{3})?)?(Z|[+-]\\d\\d:\\d\\d)?$");
     const QRegularExpressionMatch match = pattern.match(cell.value.toString());
     if (!match.hasMatch())
         return {};
@@ -60,9 +60,9 @@ QString utcMinutes(const Cell &cell)
     const QString zone = match.captured(6);
     if (zone.size() == 6) {
         const int minutes = zone.midRef(1, 2).toInt() * 60 + zone.midRef(4, 2).toInt();
-        time = time.addSecs((zone.startsWith(QLatin1Char('-')) ? 60 : -60) * minutes);
+        time = time.addSecs((zone.startsWith('-') ? 60 : -60) * minutes);
     }
-    return time.toString(QStringLiteral("yyyy-MM-ddThh:mm"));
+    return time.toString("yyyy-MM-ddThh:mm");
 }
 
 /// One car and operation: what was driven since the latest record, and which records may be the latest.
@@ -81,15 +81,15 @@ class Recomputation
 {
 public:
     explicit Recomputation(const TestDatabase &database)
-        : m_cars(readTable(database, QStringLiteral("cars")))
-        , m_records(readTable(database, QStringLiteral("maintainance")))
-        , m_laps(readTable(database, QStringLiteral("laps")))
-        , m_limits(readTable(database, QStringLiteral("service_reglament")))
-        , m_operations(readTable(database, QStringLiteral("service_operations")))
+        : m_cars(readTable(database, "cars"))
+        , m_records(readTable(database, "maintainance"))
+        , m_laps(readTable(database, "laps"))
+        , m_limits(readTable(database, "service_reglament"))
+        , m_operations(readTable(database, "service_operations"))
     {
         std::map<std::pair<Cell, Cell>, Table> groups;
         for (const Row &record : m_records)
-            groups[{record[QStringLiteral("car_id")], record[QStringLiteral("operation_id")]}].append(record);
+            groups[{record["car_id"], record["operation_id"]}].append(record);
         for (const auto &[key, records] : groups) {
             const Status status = statusOf(key.first, records);
             m_statuses[key.first.value.toInt()][status.opId] = status;
@@ -99,24 +99,23 @@ public:
     /// Compares the message; where several records may be the latest, the message chooses among them.
     void compare(const QJsonObject &message) const
     {
-        const QJsonArray pending = message.value(QLatin1String("servicePendingList")).toArray();
+        const QJsonArray pending = message.value("servicePendingList").toArray();
         QJsonArray statuses;
         QJsonArray expectedPending;
         for (const Row &car : m_cars) {
-            const std::map<int, Status> operations = statusesOf(car[QStringLiteral("id")].value.toInt());
+            const std::map<int, Status> operations = statusesOf(car["id"].value.toInt());
             QJsonObject opsStatus;
             for (const auto &[opId, status] : operations) {
                 opsStatus.insert(QString::number(opId),
-                                 QJsonObject {{QStringLiteral("tt"), status.seconds},
-                                              {QStringLiteral("tl"), status.laps},
-                                              {QStringLiteral("tr"), status.runs},
-                                              {QStringLiteral("dt"), status.dateTime}});
+                                 QJsonObject {{"tt", status.seconds},
+                                              {"tl", status.laps},
+                                              {"tr", status.runs},
+                                              {"dt", status.dateTime}});
             }
-            statuses.append(QJsonObject {{QStringLiteral("carId"), car[QStringLiteral("id")].value.toInt()},
-                                         {QStringLiteral("opsStatus"), opsStatus}});
+            statuses.append(QJsonObject {{"carId", car["id"].value.toInt()}, {"opsStatus", opsStatus}});
             appendPending(car, operations, pending, expectedPending);
         }
-        QCOMPARE(message.value(QLatin1String("maintainanceStatus")).toArray(), statuses);
+        QCOMPARE(message.value("maintainanceStatus").toArray(), statuses);
         QCOMPARE(pending, expectedPending);
     }
 
@@ -133,12 +132,12 @@ private:
     Status statusOf(const Cell &carId, const Table &records) const
     {
         Status status;
-        status.opId = records.first()[QStringLiteral("operation_id")].value.toInt();
+        status.opId = records.first()["operation_id"].value.toInt();
         Cell latest;
         for (const Row &record : records)
-            latest = std::max(latest, record[QStringLiteral("operation_time")]);
+            latest = std::max(latest, record["operation_time"]);
         for (const Row &record : records) {
-            if (record[QStringLiteral("operation_time")] == latest)
+            if (record["operation_time"] == latest)
                 status.latest.append(record);
         }
         status.dateTime = utcMinutes(latest);
@@ -148,16 +147,16 @@ private:
         bool allWhole = true;
         std::set<Cell> runs;
         for (const Row &lap : m_laps) {
-            const Cell time = lap[QStringLiteral("sum_sectors")];
-            if (carId.isNull() || !(lap[QStringLiteral("car_id")] == carId) || latest.isNull()
-                || !(latest < lap[QStringLiteral("lap_timestamp")]) || !(Cell {QVariant(0LL)} < time))
+            const Cell time = lap["sum_sectors"];
+            if (carId.isNull() || !(lap["car_id"] == carId) || latest.isNull()
+                || !(latest < lap["lap_timestamp"]) || !(Cell {QVariant(0LL)} < time))
                 continue;
             ++status.laps;
             milliseconds += time.value.toLongLong();
             inexact += time.value.toDouble();
             allWhole = allWhole && time.value.type() == QVariant::LongLong;
-            if (!lap[QStringLiteral("run_id")].isNull())
-                runs.insert(lap[QStringLiteral("run_id")]);
+            if (!lap["run_id"].isNull())
+                runs.insert(lap["run_id"]);
         }
         status.seconds = allWhole ? int(milliseconds / 1000) : qRound(inexact / 1000);
         status.runs = int(runs.size());
@@ -169,39 +168,34 @@ private:
     {
         const auto report = [&](const Status &status, const QString &opName, auto isReported) {
             // What the message says at this place decides between records of the same time.
-            const int claimed =
-                actual.at(expected.size()).toObject().value(QLatin1String("localId")).toInt(-1);
+            const int claimed = actual.at(expected.size()).toObject().value("localId").toInt(-1);
             const Row *chosen = nullptr;
             bool mayBeAbsent = false;
             for (const Row &record : status.latest) {
                 if (!isReported(record))
                     mayBeAbsent = true;
-                else if (!chosen || record[QStringLiteral("id")].value.toInt() == claimed)
+                else if (!chosen || record["id"].value.toInt() == claimed)
                     chosen = &record;
             }
-            if (!chosen || (mayBeAbsent && (*chosen)[QStringLiteral("id")].value.toInt() != claimed))
+            if (!chosen || (mayBeAbsent && (*chosen)["id"].value.toInt() != claimed))
                 return;
-            const QString name = status.opId == -1 && opName.isNull()
-                ? (*chosen)[QStringLiteral("comment")].value.toString()
-                : opName;
-            expected.append(
-                QJsonObject {{QStringLiteral("carId"), car[QStringLiteral("id")].value.toInt()},
-                             {QStringLiteral("carNum"), car[QStringLiteral("num")].value.toString()},
-                             {QStringLiteral("carModel"), car[QStringLiteral("name")].value.toString()},
-                             {QStringLiteral("opId"), status.opId},
-                             {QStringLiteral("opName"), name},
-                             {QStringLiteral("opDateTime"), status.dateTime},
-                             {QStringLiteral("localId"), (*chosen)[QStringLiteral("id")].value.toInt()}});
+            const QString name =
+                status.opId == -1 && opName.isNull() ? (*chosen)["comment"].value.toString() : opName;
+            expected.append(QJsonObject {{"carId", car["id"].value.toInt()},
+                                         {"carNum", car["num"].value.toString()},
+                                         {"carModel", car["name"].value.toString()},
+                                         {"opId", status.opId},
+                                         {"opName", name},
+                                         {"opDateTime", status.dateTime},
+                                         {"localId", (*chosen)["id"].value.toInt()}});
         };
-        const auto isOpen = [](const Row &record) {
-            return record[QStringLiteral("operation_state")].value.toInt() == 0;
-        };
+        const auto isOpen = [](const Row &record) { return record["operation_state"].value.toInt() == 0; };
 
         const auto complaint = operations.find(-1);
         if (complaint != operations.end())
             report(complaint->second, QString(), isOpen);
         for (const auto &[opId, status] : operations) {
-            const Row *limit = lastLimit(car[QStringLiteral("name")].value.toString(), opId);
+            const Row *limit = lastLimit(car["name"].value.toString(), opId);
             if (!limit)
                 continue;
             const auto exceeds = [&](const char *column, int counter) {
@@ -210,7 +204,7 @@ private:
             };
             const bool due = exceeds("laps_limit", status.laps) || exceeds("runs_limit", status.runs)
                 || exceeds("time_limit", status.seconds);
-            report(status, operationName((*limit)[QStringLiteral("operation_id")]),
+            report(status, operationName((*limit)["operation_id"]),
                    [&](const Row &record) { return due || isOpen(record); });
         }
     }
@@ -219,8 +213,7 @@ private:
     {
         const Row *found = nullptr;
         for (const Row &limit : m_limits) {
-            if (limit[QStringLiteral("model")].value.toString() == model
-                && limit[QStringLiteral("operation_id")].value.toInt() == opId)
+            if (limit["model"].value.toString() == model && limit["operation_id"].value.toInt() == opId)
                 found = &limit;
         }
         return found;
@@ -230,10 +223,10 @@ private:
     QString operationName(const Cell &opId) const
     {
         for (const Row &operation : m_operations) {
-            if (!opId.isNull() && operation[QStringLiteral("id")] == opId)
-                return operation[QStringLiteral("operation_name")].value.toString() + QLatin1String("");
+            if (!opId.isNull() && operation["id"] == opId)
+                return operation["operation_name"].value.toString() + "";
         }
-        return QLatin1String("");
+        return "";
     }
 
     const Table m_cars;
@@ -254,57 +247,43 @@ public:
     {
         const int cars = below(8);
         for (int i = 0; i < cars; ++i) {
-            database.exec(
-                QStringLiteral("INSERT INTO cars VALUES (?,?,?)"),
-                {i, oneOf({QString::number(below(30)), QStringLiteral("A5"), QVariant()}), model()});
+            database.exec("INSERT INTO cars VALUES (?,?,?)",
+                          {i, oneOf({QString::number(below(30)), "A5", QVariant()}), model()});
         }
         for (int id = 1; id <= 4; ++id)
-            database.exec(
-                QStringLiteral("INSERT INTO service_operations VALUES (?,?)"),
-                {id, oneOf({QStringLiteral("Операция %1").arg(id), QStringLiteral("%s %1"), QVariant()})});
+            database.exec("INSERT INTO service_operations VALUES (?,?)",
+                          {id, oneOf({QString("Операция %1").arg(id), "%s %1", QVariant()})});
         for (int i = below(14); i > 0; --i)
-            database.exec(QStringLiteral("REPLACE INTO service_reglament VALUES (?,?,?,?,?)"),
+            database.exec("REPLACE INTO service_reglament VALUES (?,?,?,?,?)",
                           {model(), below(7) - 1, limit(300), limit(4), limit(8)});
         for (int i = below(40); i > 0; --i)
-            database.exec(
-                QStringLiteral("INSERT INTO maintainance (car_id,operation_id,operation_time,person_id,"
-                               "person_name,comment,operation_state,remote_id) VALUES (?,?,?,?,?,?,?,?)"),
-                {carId(), rarely({QVariant(), QStringLiteral("x")}, below(7) - 1), time(), below(4) - 1,
-                 QStringLiteral("П"), oneOf({QStringLiteral("стук"), QString(), QVariant()}),
-                 rarely({QVariant(), QStringLiteral("открыто"), 7}, below(2)),
-                 rarely({QVariant()}, below(100))});
+            database.exec("INSERT INTO maintainance (car_id,operation_id,operation_time,person_id,"
+                          "person_name,comment,operation_state,remote_id) VALUES (?,?,?,?,?,?,?,?)",
+                          {carId(), rarely({QVariant(), "x"}, below(7) - 1), time(), below(4) - 1, "П",
+                           oneOf({"стук", QString(), QVariant()}),
+                           rarely({QVariant(), "открыто", 7}, below(2)), rarely({QVariant()}, below(100))});
         for (int i = below(150); i > 0; --i)
-            database.exec(
-                QStringLiteral("INSERT INTO laps (car_id,run_id,lap_timestamp,sum_sectors) VALUES (?,?,?,?)"),
-                {carId(), rarely({QVariant(), QStringLiteral("заезд")}, below(6)), time(),
-                 rarely({QVariant(), 0, -400, QStringLiteral("долго"), 1234.5, QStringLiteral("5000")},
-                        20000 + below(50000))});
+            database.exec("INSERT INTO laps (car_id,run_id,lap_timestamp,sum_sectors) VALUES (?,?,?,?)",
+                          {carId(), rarely({QVariant(), "заезд"}, below(6)), time(),
+                           rarely({QVariant(), 0, -400, "долго", 1234.5, "5000"}, 20000 + below(50000))});
     }
 
 private:
     int below(int limit) { return int(m_random.bounded(limit)); }
     QVariant oneOf(const QVariantList &values) { return values.at(below(values.size())); }
     QVariant rarely(const QVariantList &odd, const QVariant &usual) { return below(12) ? usual : oneOf(odd); }
-    QVariant carId() { return rarely({QVariant(), 99, QStringLiteral("карт")}, below(8)); }
-    QVariant model()
-    {
-        return oneOf(
-            {QStringLiteral("Sodi"), QStringLiteral("RX"), QStringLiteral("sodi"), QStringLiteral("")});
-    }
-    QVariant limit(int largest)
-    {
-        return rarely({-1, QVariant(), QStringLiteral("много")}, below(3) ? below(largest) : 0);
-    }
+    QVariant carId() { return rarely({QVariant(), 99, "карт"}, below(8)); }
+    QVariant model() { return oneOf({"Sodi", "RX", "sodi", ""}); }
+    QVariant limit(int largest) { return rarely({-1, QVariant(), "много"}, below(3) ? below(largest) : 0); }
     QVariant time()
     {
         // Few different times, so that some are the same to the second.
-        const QString date = QStringLiteral("2026-03-%1").arg(7 + below(3), 2, 10, QLatin1Char('0'));
-        const QString clock = QStringLiteral("%1:%2")
+        const QString date = QString("2026-03-%1").arg(7 + below(3), 2, 10, QLatin1Char('0'));
+        const QString clock = QString("%1:%2")
                                   .arg(below(4), 2, 10, QLatin1Char('0'))
                                   .arg(below(3) * 15, 2, 10, QLatin1Char('0'));
-        const QStringList forms {QStringLiteral("%1T%2:00.000Z"), QStringLiteral("%1T%2Z"),
-                                 QStringLiteral("%1 %2"), QStringLiteral("%1T%2+03:00")};
-        return rarely({QVariant(), QStringLiteral("вчера"), 1700000000, QStringLiteral("2026-03-08")},
+        const QStringList forms {"%1T%2:00.000Z", "%1T%2Z", "%1 %2", "%1T%2+03:00"};
+        return rarely({QVariant(), "вчера", 1700000000, "2026-03-08"},
                       forms.at(below(forms.size())).arg(date, clock));
     }
 
@@ -327,15 +306,15 @@ void TestReloadRecomputed::everyReloadEqualsTheRecomputation()
     LoaderProbe probe;
     int pendingTotal = 0;
     for (quint32 seed = 1; seed <= 300; ++seed) {
-        database->exec(QStringLiteral("BEGIN"));
+        database->exec("BEGIN");
         for (const char *table : {"cars", "maintainance", "laps", "service_operations", "service_reglament"})
-            database->exec(QLatin1String("DELETE FROM ") + QLatin1String(table));
+            database->exec("DELETE FROM " + QLatin1String(table));
         RandomData(seed).fill(*database);
-        database->exec(QStringLiteral("COMMIT"));
+        database->exec("COMMIT");
 
         probe.reload();
         const Recomputation expected(*database);
-        const QJsonObject message = probe.last(QStringLiteral("update_pending_service"));
+        const QJsonObject message = probe.last("update_pending_service");
         expected.compare(message);
         if (QTest::currentTestFailed()) {
             qInfo("seed %u", seed);
@@ -343,7 +322,7 @@ void TestReloadRecomputed::everyReloadEqualsTheRecomputation()
         }
         QCOMPARE(probe.cars.size(), expected.carCount());
         QCOMPARE(probe.log.size(), expected.records().size());
-        pendingTotal += message.value(QLatin1String("servicePendingList")).toArray().size();
+        pendingTotal += message.value("servicePendingList").toArray().size();
     }
     QVERIFY2(pendingTotal > 400, qPrintable(QString::number(pendingTotal)));
 }

@@ -7,33 +7,28 @@ namespace {
 
 QJsonObject car(int id, const QString &num, const QString &name, bool available)
 {
-    return {{QStringLiteral("id"), id},
-            {QStringLiteral("num"), num},
-            {QStringLiteral("name"), name},
-            {QStringLiteral("car_guid"), QStringLiteral("guid-%1").arg(id)},
-            {QStringLiteral("available_for_runs"), available}};
+    return {{"id", id},
+            {"num", num},
+            {"name", name},
+            {"car_guid", QString("guid-%1").arg(id)},
+            {"available_for_runs", available}};
 }
 
 QJsonObject carsList()
 {
-    return {{QStringLiteral("cars"),
-             QJsonArray {car(11, QStringLiteral("1"), QStringLiteral("Sodi"), true),
-                         car(12, QStringLiteral("2"), QStringLiteral("Sodi"), true),
-                         car(13, QStringLiteral("3"), QStringLiteral("Sodi"), false)}}};
+    return {
+        {"cars",
+         QJsonArray {car(11, "1", "Sodi", true), car(12, "2", "Sodi", true), car(13, "3", "Sodi", false)}}};
 }
 
 QJsonObject command(const QJsonArray &ids, int available)
 {
-    return {{QStringLiteral("carsIdsList"), ids},
-            {QStringLiteral("command"), QStringLiteral("set_availability")},
-            {QStringLiteral("available"), available}};
+    return {{"carsIdsList", ids}, {"command", "set_availability"}, {"available", available}};
 }
 
 QJsonObject remoteRequest(const QJsonValue &carId)
 {
-    return {{QStringLiteral("msg"), QStringLiteral("switchCarAvailability")},
-            {QStringLiteral("sinkId"), 42},
-            {QStringLiteral("data"), QJsonObject {{QStringLiteral("carId"), carId}}}};
+    return {{"msg", "switchCarAvailability"}, {"sinkId", 42}, {"data", QJsonObject {{"carId", carId}}}};
 }
 
 } // namespace
@@ -68,11 +63,10 @@ void TestCarAvailability::theListsShowAllAndTheAvailableCars()
     const auto database = createDatabase();
     GarageWindow window;
     window.form->loadCars(carsList());
-    QCOMPARE(
-        GarageWindow::texts(*window.find<QTreeView>("tvAllCars")->model()),
-        QStringList({QStringLiteral("1|Sodi|1"), QStringLiteral("2|Sodi|2"), QStringLiteral("3|Sodi|3")}));
+    QCOMPARE(GarageWindow::texts(*window.find<QTreeView>("tvAllCars")->model()),
+             QStringList({"1|Sodi|1", "2|Sodi|2", "3|Sodi|3"}));
     QCOMPARE(GarageWindow::texts(*window.find<QTreeView>("tvAvailableCars")->model()),
-             QStringList({QStringLiteral("1|Sodi|1"), QStringLiteral("2|Sodi|2")}));
+             QStringList({"1|Sodi|1", "2|Sodi|2"}));
 }
 
 void TestCarAvailability::theButtonsMoveAllSelectedCars_data()
@@ -109,15 +103,13 @@ void TestCarAvailability::theButtonsMoveAllSelectedCars()
     const auto events = window.takeEvents();
     QCOMPARE(events.size(), 2);
     QJsonObject expected = command(ids, available);
-    expected.insert(QStringLiteral("requestSrc"), QStringLiteral("ui"));
-    QCOMPARE(events.at(0).name, QStringLiteral("update_cars"));
+    expected.insert("requestSrc", "ui");
+    QCOMPARE(events.at(0).name, "update_cars");
     QCOMPARE(events.at(0).data, expected);
-    expected.insert(QStringLiteral("sinkId"), -1);
-    expected.insert(QStringLiteral("req_answ"),
-                    QJsonObject {{QStringLiteral("carAvailable"), available == 1},
-                                 {QStringLiteral("carsIdsList"), ids},
-                                 {QStringLiteral("status"), QStringLiteral("ok")}});
-    QCOMPARE(events.at(1).name, QStringLiteral("remote_control_answer"));
+    expected.insert("sinkId", -1);
+    expected.insert("req_answ",
+                    QJsonObject {{"carAvailable", available == 1}, {"carsIdsList", ids}, {"status", "ok"}});
+    QCOMPARE(events.at(1).name, "remote_control_answer");
     QCOMPARE(events.at(1).data, expected);
     QVERIFY(!view->selectionModel()->hasSelection());
     QCOMPARE(view->model()->rowCount(), rowsBefore);
@@ -136,11 +128,10 @@ void TestCarAvailability::aDoubleClickActsOnTheSelection()
         window.takeEvents();
         QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, cell);
         QTest::mouseDClick(view->viewport(), Qt::LeftButton, {}, cell);
-        QCOMPARE(window.eventNames(),
-                 QStringList({QStringLiteral("update_cars"), QStringLiteral("remote_control_answer")}));
-        QCOMPARE(window.events.first().data.value(QLatin1String("carsIdsList")).toArray(), QJsonArray({12}));
-        QCOMPARE(window.events.first().data.value(QLatin1String("available")).toInt(),
-                 QLatin1String(name) == QLatin1String("tvAllCars") ? 1 : 0);
+        QCOMPARE(window.eventNames(), QStringList({"update_cars", "remote_control_answer"}));
+        QCOMPARE(window.events.first().data.value("carsIdsList").toArray(), QJsonArray({12}));
+        QCOMPARE(window.events.first().data.value("available").toInt(),
+                 QLatin1String(name) == "tvAllCars" ? 1 : 0);
     }
 }
 
@@ -163,24 +154,19 @@ void TestCarAvailability::remoteRequestsToggleACar_data()
     QTest::addColumn<QJsonObject>("answer");
     QTest::addColumn<QJsonObject>("sent");
     const auto answer = [](int carId, bool available) {
-        return QJsonObject {{QStringLiteral("status"), QStringLiteral("ok")},
-                            {QStringLiteral("carId"), carId},
-                            {QStringLiteral("carAvailable"), available},
-                            {QStringLiteral("sinkId"), -1}};
+        return QJsonObject {{"status", "ok"}, {"carId", carId}, {"carAvailable", available}, {"sinkId", -1}};
     };
     QTest::newRow("available: out of work") << remoteRequest(11) << answer(11, false) << command({11}, 0);
     QTest::newRow("not available: into work") << remoteRequest(13) << answer(13, true) << command({13}, 1);
     QTest::newRow("unknown car") << remoteRequest(99) << answer(99, false) << QJsonObject();
-    QTest::newRow("a number as text")
-        << remoteRequest(QStringLiteral("12")) << answer(12, false) << command({12}, 0);
+    QTest::newRow("a number as text") << remoteRequest("12") << answer(12, false) << command({12}, 0);
     QTest::newRow("-1") << remoteRequest(-1) << QJsonObject() << QJsonObject();
-    QTest::newRow("no number") << remoteRequest(QStringLiteral("карт")) << QJsonObject() << QJsonObject();
+    QTest::newRow("no number") << remoteRequest("карт") << QJsonObject() << QJsonObject();
     QTest::newRow("no car id") << remoteRequest(QJsonValue::Undefined) << QJsonObject() << QJsonObject();
     QTest::newRow("null") << remoteRequest(QJsonValue::Null) << QJsonObject() << QJsonObject();
-    QTest::newRow("no data") << QJsonObject {{QStringLiteral("msg"), QStringLiteral("switchCarAvailability")}}
-                             << QJsonObject() << QJsonObject();
-    QTest::newRow("another message") << QJsonObject {{QStringLiteral("msg"), QStringLiteral("start")}}
-                                     << QJsonObject() << QJsonObject();
+    QTest::newRow("no data") << QJsonObject {{"msg", "switchCarAvailability"}} << QJsonObject()
+                             << QJsonObject();
+    QTest::newRow("another message") << QJsonObject {{"msg", "start"}} << QJsonObject() << QJsonObject();
 }
 
 void TestCarAvailability::remoteRequestsToggleACar()
@@ -195,7 +181,7 @@ void TestCarAvailability::remoteRequestsToggleACar()
         QVERIFY(window.events.isEmpty());
         return;
     }
-    QCOMPARE(window.eventNames(), QStringList(QStringLiteral("update_cars")));
+    QCOMPARE(window.eventNames(), QStringList("update_cars"));
     QCOMPARE(window.events.first().data, sent);
 }
 

@@ -51,17 +51,17 @@ private:
 
 void TestGarageForm::addSampleData(const TestDatabase &database)
 {
-    database.addCar(1, QStringLiteral("10"), QStringLiteral("Sodi"));
-    database.addCar(2, QStringLiteral("9"), QStringLiteral("Sodi"));
-    database.addCar(3, QStringLiteral("3"), QStringLiteral("RX"));
-    database.addOperation(1, QStringLiteral("Масло"));
-    database.addOperation(2, QStringLiteral("Цепь"));
-    database.addLimit(QStringLiteral("Sodi"), 1, 0, 0, 2);
-    database.addRecord(1, 1, QStringLiteral("2026-01-01T10:00:00.000Z"), DoneState);
-    database.addRecord(2, 1, QStringLiteral("2026-01-02T10:00:00.000Z"), DoneState);
-    database.addRecord(3, -1, QStringLiteral("2026-01-03T10:00:00.000Z"), OpenState, QStringLiteral("Стук"));
+    database.addCar(1, "10", "Sodi");
+    database.addCar(2, "9", "Sodi");
+    database.addCar(3, "3", "RX");
+    database.addOperation(1, "Масло");
+    database.addOperation(2, "Цепь");
+    database.addLimit("Sodi", 1, 0, 0, 2);
+    database.addRecord(1, 1, "2026-01-01T10:00:00.000Z", DoneState);
+    database.addRecord(2, 1, "2026-01-02T10:00:00.000Z", DoneState);
+    database.addRecord(3, -1, "2026-01-03T10:00:00.000Z", OpenState, "Стук");
     for (int lap = 0; lap < 3; ++lap)
-        database.addLap(1, 1, QStringLiteral("2026-01-05T10:0%1:00.000Z").arg(lap), 60000);
+        database.addLap(1, 1, QString("2026-01-05T10:0%1:00.000Z").arg(lap), 60000);
 }
 
 void TestGarageForm::itOffersItsThreeTabs()
@@ -70,16 +70,16 @@ void TestGarageForm::itOffersItsThreeTabs()
     const GarageWindow window;
     const auto *tabs = window.find<QTabWidget>("tabWidget");
     QCOMPARE(tabs->count(), 3);
-    QCOMPARE(tabs->widget(0)->objectName(), QStringLiteral("tabAvailableCars"));
-    QCOMPARE(tabs->tabText(0), QStringLiteral("Машины в работе"));
-    QCOMPARE(tabs->widget(1)->objectName(), QStringLiteral("tabCars"));
-    QCOMPARE(tabs->tabText(1), QStringLiteral("Техника"));
-    QCOMPARE(tabs->widget(2)->objectName(), QStringLiteral("tabServiceLog"));
-    QCOMPARE(tabs->tabText(2), QStringLiteral("Журнал"));
+    QCOMPARE(tabs->widget(0)->objectName(), "tabAvailableCars");
+    QCOMPARE(tabs->tabText(0), "Машины в работе");
+    QCOMPARE(tabs->widget(1)->objectName(), "tabCars");
+    QCOMPARE(tabs->tabText(1), "Техника");
+    QCOMPARE(tabs->widget(2)->objectName(), "tabServiceLog");
+    QCOMPARE(tabs->tabText(2), "Журнал");
     QCOMPARE(tabs->currentIndex(), 1);
-    QCOMPARE(window.form->windowTitle(), QStringLiteral("Form"));
-    QVERIFY(window.form->findChild<QObject *>(QStringLiteral("maintainanceModel")));
-    QVERIFY(window.form->findChild<QObject *>(QStringLiteral("maintaincancFilterProxy")));
+    QCOMPARE(window.form->windowTitle(), "Form");
+    QVERIFY(window.form->findChild<QObject *>("maintainanceModel"));
+    QVERIFY(window.form->findChild<QObject *>("maintaincancFilterProxy"));
     QCOMPARE(window.find<QSplitter>("splitter")->count(), 3);
 }
 
@@ -91,21 +91,20 @@ void TestGarageForm::itsTextsAreRussianAndNamedAsAgreed_data()
     const auto row = [](const char *name, const char *property, const QStringList &texts) {
         QTest::newRow(name) << QByteArray(name) << QByteArray(property) << texts;
     };
-    row("pbCloseGarage", "text", {QStringLiteral("Закрыть")});
-    row("pbCloseGarage_2", "text", {QStringLiteral("Закрыть")});
-    row("pbCloseGarage_3", "text", {QStringLiteral("Закрыть")});
-    row("gbAllCars", "title", {QStringLiteral("Все машины")});
-    row("gbAvailableCars", "title", {QStringLiteral("Доступные для заездов")});
-    row("pbReloadMaintainance", "text", {QStringLiteral("Обновить")});
-    row("pbReloadLog", "text", {QStringLiteral("Обновить")});
-    row("pushButton", "text", {QStringLiteral("Сброс")});
-    row("pushButton_2", "text", {QStringLiteral("Сброс")});
-    row("actionDeleteMaintainanceItem", "text", {QStringLiteral("Удалить запись")});
-    row("actionDoneOperation", "text", {QStringLiteral("Выполнено")});
+    row("pbCloseGarage", "text", {"Закрыть"});
+    row("pbCloseGarage_2", "text", {"Закрыть"});
+    row("pbCloseGarage_3", "text", {"Закрыть"});
+    row("gbAllCars", "title", {"Все машины"});
+    row("gbAvailableCars", "title", {"Доступные для заездов"});
+    row("pbReloadMaintainance", "text", {"Обновить"});
+    row("pbReloadLog", "text", {"Обновить"});
+    row("pushButton", "text", {"Сброс"});
+    row("pushButton_2", "text", {"Сброс"});
+    row("actionDeleteMaintainanceItem", "text", {"Удалить запись"});
+    row("actionDoneOperation", "text", {"Выполнено"});
     row("cbSortKind", "items",
-        {QStringLiteral("Дата обслуживания"), QStringLiteral("Общее время"),
-         QStringLiteral("Количество заездов"), QStringLiteral("Количество кругов")});
-    row("cbFilterServiceState", "items", {QStringLiteral("Все"), QStringLiteral("Требуется сервис")});
+        {"Дата обслуживания", "Общее время", "Количество заездов", "Количество кругов"});
+    row("cbFilterServiceState", "items", {"Все", "Требуется сервис"});
 }
 
 void TestGarageForm::itsTextsAreRussianAndNamedAsAgreed()
@@ -168,12 +167,12 @@ void TestGarageForm::itsLabelsNameTheirFields_data()
 {
     QTest::addColumn<QByteArray>("field");
     QTest::addColumn<QString>("text");
-    QTest::newRow("order") << QByteArray("cbSortKind") << QStringLiteral("Сортировка");
-    QTest::newRow("model") << QByteArray("cbFilterModels") << QStringLiteral("Модель");
-    QTest::newRow("service") << QByteArray("cbFilterServiceState") << QStringLiteral("Сервис");
-    QTest::newRow("log's model") << QByteArray("cbLogFilterModels") << QStringLiteral("Модель");
-    QTest::newRow("log's number") << QByteArray("leLogFilterNum") << QStringLiteral("Номер");
-    QTest::newRow("log's operation") << QByteArray("cbLogFilterOperation") << QStringLiteral("Операция");
+    QTest::newRow("order") << QByteArray("cbSortKind") << "Сортировка";
+    QTest::newRow("model") << QByteArray("cbFilterModels") << "Модель";
+    QTest::newRow("service") << QByteArray("cbFilterServiceState") << "Сервис";
+    QTest::newRow("log's model") << QByteArray("cbLogFilterModels") << "Модель";
+    QTest::newRow("log's number") << QByteArray("leLogFilterNum") << "Номер";
+    QTest::newRow("log's operation") << QByteArray("cbLogFilterOperation") << "Операция";
 }
 
 void TestGarageForm::itsLabelsNameTheirFields()
@@ -192,7 +191,7 @@ void TestGarageForm::itsLabelsNameTheirFields()
 
     for (QWidget *parent = widget->parentWidget(); parent; parent = parent->parentWidget()) {
         if (const auto *box = qobject_cast<QGroupBox *>(parent))
-            QCOMPARE(box->title(), QStringLiteral("Фильтры"));
+            QCOMPARE(box->title(), "Фильтры");
     }
 }
 
@@ -205,10 +204,10 @@ void TestGarageForm::itsArrowsPointToWhereTheCarsGo()
         return window.find<QAbstractButton>(button)->icon().pixmap(size).toImage()
             == QIcon(icon).pixmap(size).toImage();
     };
-    QVERIFY(!QIcon(QStringLiteral(":/icons/iconMoveRight")).isNull());
-    QVERIFY(isShown("pbSetAvailable", QStringLiteral(":/icons/iconMoveRight")));
-    QVERIFY(isShown("pbRemoveAvailable", QStringLiteral(":/icons/iconMoveLeft")));
-    QVERIFY(!isShown("pbSetAvailable", QStringLiteral(":/icons/iconMoveLeft")));
+    QVERIFY(!QIcon(":/icons/iconMoveRight").isNull());
+    QVERIFY(isShown("pbSetAvailable", ":/icons/iconMoveRight"));
+    QVERIFY(isShown("pbRemoveAvailable", ":/icons/iconMoveLeft"));
+    QVERIFY(!isShown("pbSetAvailable", ":/icons/iconMoveLeft"));
 }
 
 void TestGarageForm::itsTablesDrawTheModulesGrid()
@@ -234,8 +233,8 @@ void TestGarageForm::itsTablesAreFlatLists()
         QVERIFY(!view->rootIsDecorated());
         QVERIFY(!view->itemsExpandable());
         QVERIFY(!view->expandsOnDoubleClick());
-        QCOMPARE(view->isSortingEnabled(), QLatin1String(name) == QLatin1String("tvMaintainanceTable"));
-        QCOMPARE(view->uniformRowHeights(), QLatin1String(name) != QLatin1String("tvServiceLog"));
+        QCOMPARE(view->isSortingEnabled(), QLatin1String(name) == "tvMaintainanceTable");
+        QCOMPARE(view->uniformRowHeights(), QLatin1String(name) != "tvServiceLog");
     }
     const auto *log = window.find<QTreeView>("tvServiceLog");
     QCOMPARE(log->frameShape(), QFrame::NoFrame);
@@ -253,7 +252,7 @@ void TestGarageForm::itWorksWithoutADatabase()
     window.show();
     QCOMPARE(window.delivered, 1);
     QCOMPARE(window.find<QTreeView>("tvMaintainanceTable")->model()->rowCount(), 0);
-    QCOMPARE(window.find<QComboBox>("cbFilterModels")->currentText(), QStringLiteral("Все"));
+    QCOMPARE(window.find<QComboBox>("cbFilterModels")->currentText(), "Все");
 }
 
 void TestGarageForm::itReloadsWheneverItIsShown()
@@ -308,28 +307,26 @@ void TestGarageForm::aReloadFillsTablesAndCombos()
     GarageWindow window;
     window.show();
 
-    const QString done = shown("2026-01-01 10:00") + QStringLiteral("\n0.1 ч., 1 з., 3 кр.");
+    const QString done = shown("2026-01-01 10:00") + "\n0.1 ч., 1 з., 3 кр.";
     QCOMPARE(GarageWindow::texts(*window.find<QTreeView>("tvMaintainanceTable")->model()),
-             QStringList({QStringLiteral("1|RX|3||"),
-                          QStringLiteral("2|Sodi|9|%1|").arg(shown("2026-01-02 10:00")),
-                          QStringLiteral("3|Sodi|10|%1|").arg(done)}));
+             QStringList({"1|RX|3||", QString("2|Sodi|9|%1|").arg(shown("2026-01-02 10:00")),
+                          QString("3|Sodi|10|%1|").arg(done)}));
     QCOMPARE(GarageWindow::texts(*window.find<QTreeView>("tvServiceLog")->model()),
-             QStringList({QStringLiteral("1|RX|3|%1|||Стук").arg(shown("2026-01-03 10:00")),
-                          QStringLiteral("2|Sodi|9|%1|Масло||").arg(shown("2026-01-02 10:00")),
-                          QStringLiteral("3|Sodi|10|%1|Масло||").arg(shown("2026-01-01 10:00"))}));
+             QStringList({QString("1|RX|3|%1|||Стук").arg(shown("2026-01-03 10:00")),
+                          QString("2|Sodi|9|%1|Масло||").arg(shown("2026-01-02 10:00")),
+                          QString("3|Sodi|10|%1|Масло||").arg(shown("2026-01-01 10:00"))}));
     const auto items = [&window](const char *name) {
         const auto *combo = window.find<QComboBox>(name);
         QStringList texts;
         for (int i = 0; i < combo->count(); ++i)
-            texts.append(combo->itemText(i) + QLatin1Char('=') + combo->itemData(i).toString());
+            texts.append(combo->itemText(i) + '=' + combo->itemData(i).toString());
         return texts;
     };
-    const QStringList models {QStringLiteral("Все="), QStringLiteral("Sodi="), QStringLiteral("RX=")};
+    const QStringList models {"Все=", "Sodi=", "RX="};
     QCOMPARE(items("cbFilterModels"), models);
     QCOMPARE(items("cbLogFilterModels"), models);
     QCOMPARE(items("cbLogFilterOperation"),
-             QStringList({QStringLiteral("Все=-2"), QStringLiteral("Невыполненные=-3"),
-                          QStringLiteral("Масло=1"), QStringLiteral("Цепь=2"), QStringLiteral("Прочее=-1")}));
+             QStringList({"Все=-2", "Невыполненные=-3", "Масло=1", "Цепь=2", "Прочее=-1"}));
     for (const char *combo : {"cbFilterModels", "cbLogFilterModels", "cbLogFilterOperation"})
         QCOMPARE(window.find<QComboBox>(combo)->currentIndex(), 0);
 }
@@ -343,12 +340,12 @@ void TestGarageForm::aReloadKeepsTheChosenModelByItsPlace()
     window.choose("cbFilterModels", 2);
     QCOMPARE(window.find<QTreeView>("tvMaintainanceTable")->model()->rowCount(), 1);
 
-    database->exec(QStringLiteral("UPDATE cars SET name='Neo' WHERE id=1"));
+    database->exec("UPDATE cars SET name='Neo' WHERE id=1");
     window.reload();
     // Neo, Sodi, RX: the second place is Sodi's now, and the filter agrees with what the combo shows.
-    QCOMPARE(window.find<QComboBox>("cbFilterModels")->currentText(), QStringLiteral("Sodi"));
+    QCOMPARE(window.find<QComboBox>("cbFilterModels")->currentText(), "Sodi");
     QCOMPARE(GarageWindow::texts(*window.find<QTreeView>("tvMaintainanceTable")->model()),
-             QStringList(QStringLiteral("1|Sodi|9|%1|").arg(shown("2026-01-02 10:00"))));
+             QStringList(QString("1|Sodi|9|%1|").arg(shown("2026-01-02 10:00"))));
 }
 
 void TestGarageForm::aModelFilterBeyondTheEndGoesBackToAll()
@@ -358,7 +355,7 @@ void TestGarageForm::aModelFilterBeyondTheEndGoesBackToAll()
     GarageWindow window;
     window.show();
     window.choose("cbFilterModels", 2);
-    database->exec(QStringLiteral("DELETE FROM cars WHERE name='RX'"));
+    database->exec("DELETE FROM cars WHERE name='RX'");
     window.reload();
     QCOMPARE(window.find<QComboBox>("cbFilterModels")->currentIndex(), 0);
     QCOMPARE(window.find<QTreeView>("tvMaintainanceTable")->model()->rowCount(), 2);
@@ -376,15 +373,15 @@ void TestGarageForm::theLogCombosKeepWhatIsChosenOrGoBackToAll()
     auto *log = window.find<QTreeView>("tvServiceLog")->model();
     QCOMPARE(log->rowCount(), 2);
 
-    database->exec(QStringLiteral("UPDATE cars SET name='Neo' WHERE id=1"));
-    database->addOperation(-7, QStringLiteral("Раньше всех"));
+    database->exec("UPDATE cars SET name='Neo' WHERE id=1");
+    database->addOperation(-7, "Раньше всех");
     window.reload();
-    QCOMPARE(window.find<QComboBox>("cbLogFilterModels")->currentText(), QStringLiteral("Sodi"));
-    QCOMPARE(window.find<QComboBox>("cbLogFilterOperation")->currentText(), QStringLiteral("Масло"));
+    QCOMPARE(window.find<QComboBox>("cbLogFilterModels")->currentText(), "Sodi");
+    QCOMPARE(window.find<QComboBox>("cbLogFilterOperation")->currentText(), "Масло");
     QCOMPARE(log->rowCount(), 1);
 
-    database->exec(QStringLiteral("DELETE FROM cars WHERE name='Sodi'"));
-    database->exec(QStringLiteral("DELETE FROM service_operations WHERE id=1"));
+    database->exec("DELETE FROM cars WHERE name='Sodi'");
+    database->exec("DELETE FROM service_operations WHERE id=1");
     window.reload();
     QCOMPARE(window.find<QComboBox>("cbLogFilterModels")->currentIndex(), 0);
     QCOMPARE(window.find<QComboBox>("cbLogFilterOperation")->currentIndex(), 0);
@@ -418,12 +415,12 @@ void TestGarageForm::sortKindsReorderAnOperationColumn()
     GarageWindow window;
     window.show();
     auto *view = window.find<QTreeView>("tvMaintainanceTable");
-    const int column = window.columnOf(QStringLiteral("Масло"));
+    const int column = window.columnOf("Масло");
     view->sortByColumn(column, Qt::AscendingOrder);
-    QCOMPARE(window.visibleRowOf(QStringLiteral("10")), 0); // the earlier date
+    QCOMPARE(window.visibleRowOf("10"), 0); // the earlier date
     window.choose("cbSortKind", 3);
-    QCOMPARE(window.visibleRowOf(QStringLiteral("9")), 0); // the fewer laps
-    QCOMPARE(window.visibleRowOf(QStringLiteral("3")), 2); // never done: last
+    QCOMPARE(window.visibleRowOf("9"), 0); // the fewer laps
+    QCOMPARE(window.visibleRowOf("3"), 2); // never done: last
 }
 
 void TestGarageForm::theFirstClickOnAHeaderSorts()
@@ -438,7 +435,7 @@ void TestGarageForm::theFirstClickOnAHeaderSorts()
     const QPoint number(view->header()->sectionViewportPosition(2) + 10, view->header()->height() / 2);
     QTest::mouseClick(view->header()->viewport(), Qt::LeftButton, {}, number);
     QCOMPARE(view->header()->sortIndicatorOrder(), Qt::DescendingOrder);
-    QCOMPARE(window.visibleRowOf(QStringLiteral("10")), 0);
+    QCOMPARE(window.visibleRowOf("10"), 0);
 }
 
 void TestGarageForm::draggedWidthsSurviveReloads()
@@ -452,9 +449,9 @@ void TestGarageForm::draggedWidthsSurviveReloads()
     QCOMPARE(view->columnWidth(1), 80);
     QCOMPARE(view->columnWidth(2), 60);
     view->setColumnWidth(1, 210);
-    const int oil = window.columnOf(QStringLiteral("Масло"));
+    const int oil = window.columnOf("Масло");
     view->setColumnWidth(oil, 175);
-    database->addOperation(3, QStringLiteral("Шины"));
+    database->addOperation(3, "Шины");
     window.settings->reloadReglamentModel();
     window.reload();
     QCOMPARE(view->columnWidth(1), 210);
@@ -468,8 +465,8 @@ void TestGarageForm::newOperationColumnsHaveTheirWidth()
     GarageWindow window;
     window.show();
     const auto *view = window.find<QTreeView>("tvMaintainanceTable");
-    QCOMPARE(view->columnWidth(window.columnOf(QStringLiteral("Масло"))), 160);
-    QCOMPARE(view->columnWidth(window.columnOf(QStringLiteral("Цепь"))), 160);
+    QCOMPARE(view->columnWidth(window.columnOf("Масло")), 160);
+    QCOMPARE(view->columnWidth(window.columnOf("Цепь")), 160);
 }
 
 void TestGarageForm::editedLimitsShowAtOnce()
@@ -481,7 +478,7 @@ void TestGarageForm::editedLimitsShowAtOnce()
     window.choose("cbFilterServiceState", 1);
     auto *table = window.find<QTreeView>("tvMaintainanceTable")->model();
     QCOMPARE(table->rowCount(), 2);
-    database->exec(QStringLiteral("UPDATE service_reglament SET laps_limit=100"));
+    database->exec("UPDATE service_reglament SET laps_limit=100");
     window.settings->reloadReglamentModel();
     QCOMPARE(table->rowCount(), 1);
 }
@@ -497,7 +494,7 @@ void TestGarageForm::limitsEditedInTheDialogShowAtOnce()
     QCOMPARE(table->rowCount(), 2);
     window.settings->show();
     QVERIFY(QTest::qWaitForWindowExposed(window.settings.get()));
-    auto *limits = window.settings->findChild<QTreeView *>(QStringLiteral("tvServiceReglament"));
+    auto *limits = window.settings->findChild<QTreeView *>("tvServiceReglament");
     QModelIndex cell;
     for (int row = 0; row < limits->model()->rowCount(); ++row)
         for (int column = 2; column < limits->model()->columnCount(); ++column)
@@ -505,7 +502,7 @@ void TestGarageForm::limitsEditedInTheDialogShowAtOnce()
                 cell = limits->model()->index(row, column);
     QVERIFY(cell.isValid());
     onNextDialog([](QDialog &dialog) {
-        dialog.findChild<QLineEdit *>(QStringLiteral("leLapsCount"))->setText(QStringLiteral("100"));
+        dialog.findChild<QLineEdit *>("leLapsCount")->setText("100");
         dialog.accept();
     });
     limits->scrollTo(cell);
@@ -523,22 +520,22 @@ void TestGarageForm::theCurrentCarStaysCurrentOrNobodyIs()
     GarageWindow window;
     window.show();
     auto *view = window.find<QTreeView>("tvMaintainanceTable");
-    view->setCurrentIndex(view->model()->index(window.visibleRowOf(QStringLiteral("9")), 3));
-    database->addCar(4, QStringLiteral("1"), QStringLiteral("AX"));
+    view->setCurrentIndex(view->model()->index(window.visibleRowOf("9"), 3));
+    database->addCar(4, "1", "AX");
     window.reload();
-    QCOMPARE(view->currentIndex().row(), window.visibleRowOf(QStringLiteral("9")));
+    QCOMPARE(view->currentIndex().row(), window.visibleRowOf("9"));
     QCOMPARE(view->currentIndex().column(), 3);
-    database->exec(QStringLiteral("DELETE FROM cars WHERE num='9'"));
+    database->exec("DELETE FROM cars WHERE num='9'");
     window.reload();
     QVERIFY(!view->currentIndex().isValid());
 
     window.openTab("tabServiceLog");
     auto *log = window.find<QTreeView>("tvServiceLog");
     log->setCurrentIndex(log->model()->index(0, 6));
-    database->addRecord(1, 2, QStringLiteral("2026-02-01T10:00Z"), DoneState);
+    database->addRecord(1, 2, "2026-02-01T10:00Z", DoneState);
     window.reload();
     QCOMPARE(log->currentIndex().row(), 1);
-    QCOMPARE(log->currentIndex().data().toString(), QStringLiteral("Стук"));
+    QCOMPARE(log->currentIndex().data().toString(), "Стук");
 }
 
 void TestGarageForm::rowsAreTwoLinesHigh()

@@ -36,8 +36,7 @@ private:
     static void answer(QMessageBox::StandardButton button);
     static QString recordedIds(const TestDatabase &database)
     {
-        return database
-            .value(QStringLiteral("SELECT group_concat(id) FROM (SELECT id FROM maintainance ORDER BY id)"))
+        return database.value("SELECT group_concat(id) FROM (SELECT id FROM maintainance ORDER BY id)")
             .toString();
     }
 };
@@ -45,14 +44,14 @@ private:
 std::unique_ptr<TestDatabase> TestServiceLogActions::createSample() const
 {
     auto database = createDatabase();
-    database->addCar(1, QStringLiteral("12"), QStringLiteral("Sodi"));
-    database->addCar(2, QStringLiteral("112a"), QStringLiteral("RX"));
-    database->addOperation(4, QStringLiteral("Масло"));
-    database->addRecord(1, 4, QStringLiteral("2026-03-01T10:00Z"), DoneState, QStringLiteral("первая"));
-    database->addRecord(2, 4, QStringLiteral("2026-03-02T10:00Z"), DoneState, QStringLiteral("вторая"));
-    database->addRecord(1, -1, QStringLiteral("2026-03-03T10:00Z"), OpenState, QStringLiteral("третья"));
-    database->addRecord(2, 4, QStringLiteral("2026-03-04T10:00Z"), OpenState, QStringLiteral("четвёртая"));
-    database->exec(QStringLiteral("UPDATE maintainance SET remote_id=70 WHERE id=2"));
+    database->addCar(1, "12", "Sodi");
+    database->addCar(2, "112a", "RX");
+    database->addOperation(4, "Масло");
+    database->addRecord(1, 4, "2026-03-01T10:00Z", DoneState, "первая");
+    database->addRecord(2, 4, "2026-03-02T10:00Z", DoneState, "вторая");
+    database->addRecord(1, -1, "2026-03-03T10:00Z", OpenState, "третья");
+    database->addRecord(2, 4, "2026-03-04T10:00Z", OpenState, "четвёртая");
+    database->exec("UPDATE maintainance SET remote_id=70 WHERE id=2");
     return database;
 }
 
@@ -69,8 +68,8 @@ void TestServiceLogActions::answer(QMessageBox::StandardButton button)
     onNextDialog([button](QDialog &dialog) {
         auto *question = qobject_cast<QMessageBox *>(&dialog);
         QVERIFY(question);
-        QCOMPARE(question->windowTitle(), QStringLiteral("Подтверждение"));
-        QCOMPARE(question->text(), QStringLiteral("Точно удалить?"));
+        QCOMPARE(question->windowTitle(), "Подтверждение");
+        QCOMPARE(question->text(), "Точно удалить?");
         QCOMPARE(question->standardButtons(), QMessageBox::Yes | QMessageBox::No);
         QTest::mouseClick(question->button(button), Qt::LeftButton);
     });
@@ -85,13 +84,12 @@ void TestServiceLogActions::theFiltersNarrowTheLog()
         QStringList texts;
         for (int row = 0; row < log->model()->rowCount(); ++row) {
             if (log->model()->index(row, 0).data().toInt() != row + 1)
-                return QStringList(QStringLiteral("numbered wrongly"));
+                return QStringList("numbered wrongly");
             texts.append(log->model()->index(row, 6).data().toString());
         }
         return texts;
     };
-    const QStringList all {QStringLiteral("четвёртая"), QStringLiteral("третья"), QStringLiteral("вторая"),
-                           QStringLiteral("первая")};
+    const QStringList all {"четвёртая", "третья", "вторая", "первая"};
     QCOMPARE(comments(), all);
     window.choose("cbLogFilterModels", 2);
     QCOMPARE(comments(), QStringList({all.at(0), all.at(2)}));
@@ -103,7 +101,7 @@ void TestServiceLogActions::theFiltersNarrowTheLog()
     QCOMPARE(comments(), QStringList(all.at(1)));
     window.click("pushButton_2");
     QCOMPARE(comments(), all);
-    QTest::keyClicks(window.find<QLineEdit>("leLogFilterNum"), QStringLiteral("12A"));
+    QTest::keyClicks(window.find<QLineEdit>("leLogFilterNum"), "12A");
     QCOMPARE(comments(), QStringList({all.at(0), all.at(2)}));
     window.click("pushButton_2");
     QCOMPARE(comments(), all);
@@ -115,11 +113,11 @@ void TestServiceLogActions::theFiltersPersistThroughReloads()
     const auto database = createSample();
     GarageWindow window;
     const QTreeView *log = openLog(window);
-    QTest::keyClicks(window.find<QLineEdit>("leLogFilterNum"), QStringLiteral("112"));
+    QTest::keyClicks(window.find<QLineEdit>("leLogFilterNum"), "112");
     window.choose("cbLogFilterOperation", 1);
     window.reload();
     QCOMPARE(log->model()->rowCount(), 1);
-    QCOMPARE(window.find<QComboBox>("cbLogFilterOperation")->currentText(), QStringLiteral("Невыполненные"));
+    QCOMPARE(window.find<QComboBox>("cbLogFilterOperation")->currentText(), "Невыполненные");
 }
 
 void TestServiceLogActions::aRightClickOffersBothActions()
@@ -139,7 +137,7 @@ void TestServiceLogActions::aRightClickOffersBothActions()
     QTest::mouseClick(log->viewport(), Qt::RightButton, {}, cell);
     QContextMenuEvent event(QContextMenuEvent::Mouse, cell, log->viewport()->mapToGlobal(cell));
     QApplication::sendEvent(log->viewport(), &event);
-    QTRY_COMPARE(offered, QStringList({QStringLiteral("Удалить запись"), QStringLiteral("Выполнено")}));
+    QTRY_COMPARE(offered, QStringList({"Удалить запись", "Выполнено"}));
     QCOMPARE(log->currentIndex().row(), 1);
 }
 
@@ -159,13 +157,12 @@ void TestServiceLogActions::deletingRemovesTheRecordTheUserSees()
     trigger(window, "actionDeleteMaintainanceItem");
     QVERIFY(allDialogsAnswered());
     QCOMPARE(log->model()->rowCount(), 1); // before the loader had its turn
-    QCOMPARE(window.eventNames(), QStringList(QStringLiteral("deleteOperation")));
+    QCOMPARE(window.eventNames(), QStringList("deleteOperation"));
     QCOMPARE(rowsWhenAnnounced, rowsBefore - 1);
-    QCOMPARE(window.events.first().data,
-             QJsonObject({{QStringLiteral("opId"), 2}, {QStringLiteral("remoteId"), 70}}));
+    QCOMPARE(window.events.first().data, QJsonObject({{"opId", 2}, {"remoteId", 70}}));
     window.settle();
-    QCOMPARE(recordedIds(*database), QStringLiteral("1,3,4"));
-    QCOMPARE(log->model()->index(0, 6).data().toString(), QStringLiteral("четвёртая"));
+    QCOMPARE(recordedIds(*database), "1,3,4");
+    QCOMPARE(log->model()->index(0, 6).data().toString(), "четвёртая");
 }
 
 void TestServiceLogActions::decliningKeepsTheRecord()
@@ -181,7 +178,7 @@ void TestServiceLogActions::decliningKeepsTheRecord()
     QVERIFY(allDialogsAnswered());
     QVERIFY(window.events.isEmpty());
     QCOMPARE(log->model()->rowCount(), 4);
-    QCOMPARE(recordedIds(*database), QStringLiteral("1,2,3,4"));
+    QCOMPARE(recordedIds(*database), "1,2,3,4");
 }
 
 void TestServiceLogActions::aReloadUnderTheQuestionDeletesTheSameRecord()
@@ -191,13 +188,13 @@ void TestServiceLogActions::aReloadUnderTheQuestionDeletesTheSameRecord()
     QTreeView *log = openLog(window);
     log->setCurrentIndex(log->model()->index(1, 0)); // record 3
     onNextDialog([&](QDialog &dialog) {
-        database->addRecord(1, 4, QStringLiteral("2026-03-05T10:00Z"), DoneState, QStringLiteral("пятая"));
+        database->addRecord(1, 4, "2026-03-05T10:00Z", DoneState, "пятая");
         window.reload();
         QTest::mouseClick(qobject_cast<QMessageBox *>(&dialog)->button(QMessageBox::Yes), Qt::LeftButton);
     });
     trigger(window, "actionDeleteMaintainanceItem");
     window.settle();
-    QCOMPARE(recordedIds(*database), QStringLiteral("1,2,4,5"));
+    QCOMPARE(recordedIds(*database), "1,2,4,5");
 }
 
 void TestServiceLogActions::theWindowMayDieUnderTheQuestion()
@@ -209,47 +206,44 @@ void TestServiceLogActions::theWindowMayDieUnderTheQuestion()
     onNextDialog([&window](QDialog &) { window.form.reset(); });
     trigger(window, "actionDeleteMaintainanceItem");
     QVERIFY(!window.form);
-    QCOMPARE(recordedIds(*database), QStringLiteral("1,2,3,4"));
+    QCOMPARE(recordedIds(*database), "1,2,3,4");
 }
 
 void TestServiceLogActions::doneSendsTheRecordAndWritesNothing()
 {
     const auto database = createSample();
     GarageWindow window;
-    window.form->setPersonalList(
-        {QJsonObject {{QStringLiteral("id"), 5}, {QStringLiteral("lastName"), QStringLiteral("Иванов")}}});
+    window.form->setPersonalList({QJsonObject {{"id", 5}, {"lastName", "Иванов"}}});
     QTreeView *log = openLog(window);
     window.choose("cbLogFilterModels", 1); // records 3 and 1 are left
     log->setCurrentIndex(log->model()->index(1, 0));
     onNextDialog([](QDialog &dialog) {
-        QCOMPARE(dialog.windowTitle(), QStringLiteral("Сервисное обслуживание - Sodi  12"));
-        QCOMPARE(dialog.findChild<QComboBox *>(QStringLiteral("cbOperation"))->currentText(),
-                 QStringLiteral("Масло"));
-        auto *time = dialog.findChild<QDateTimeEdit *>(QStringLiteral("deOperationDateTime"));
+        QCOMPARE(dialog.windowTitle(), "Сервисное обслуживание - Sodi  12");
+        QCOMPARE(dialog.findChild<QComboBox *>("cbOperation")->currentText(), "Масло");
+        auto *time = dialog.findChild<QDateTimeEdit *>("deOperationDateTime");
         QCOMPARE(time->dateTime(), march(1, 10, 0));
         time->setDateTime(march(8, 22, 15));
-        QCOMPARE(dialog.findChild<QPlainTextEdit *>(QStringLiteral("teComments"))->toPlainText(),
-                 QStringLiteral("первая"));
-        dialog.findChild<QComboBox *>(QStringLiteral("cbPersonal"))->setCurrentIndex(1);
+        QCOMPARE(dialog.findChild<QPlainTextEdit *>("teComments")->toPlainText(), "первая");
+        dialog.findChild<QComboBox *>("cbPersonal")->setCurrentIndex(1);
         QTest::mouseClick(dialog.findChild<QDialogButtonBox *>()->button(QDialogButtonBox::Ok),
                           Qt::LeftButton);
     });
     trigger(window, "actionDoneOperation");
     QVERIFY(allDialogsAnswered());
-    QCOMPARE(window.eventNames(), QStringList(QStringLiteral("addRemoteOperation")));
+    QCOMPARE(window.eventNames(), QStringList("addRemoteOperation"));
     QCOMPARE(window.events.first().data,
-             QJsonObject({{QStringLiteral("carId"), 1},
-                          {QStringLiteral("opId"), 4},
-                          {QStringLiteral("opName"), QStringLiteral("Масло")},
-                          {QStringLiteral("opDoneDateTime"), QStringLiteral("2026-03-08T22:15Z")},
-                          {QStringLiteral("operatorId"), 5},
-                          {QStringLiteral("operatorName"), QStringLiteral("Иванов")},
-                          {QStringLiteral("comment"), QStringLiteral("первая")},
-                          {QStringLiteral("localId"), 1},
-                          {QStringLiteral("updateFromLocal"), true},
-                          {QStringLiteral("opDoneDateTimeWeb"), QStringLiteral("2026-03-08T22:15")}}));
-    QCOMPARE(database->rows(QStringLiteral("SELECT operation_time FROM maintainance WHERE id=1")),
-             QStringList(QStringLiteral("2026-03-01T10:00Z")));
+             QJsonObject({{"carId", 1},
+                          {"opId", 4},
+                          {"opName", "Масло"},
+                          {"opDoneDateTime", "2026-03-08T22:15Z"},
+                          {"operatorId", 5},
+                          {"operatorName", "Иванов"},
+                          {"comment", "первая"},
+                          {"localId", 1},
+                          {"updateFromLocal", true},
+                          {"opDoneDateTimeWeb", "2026-03-08T22:15"}}));
+    QCOMPARE(database->rows("SELECT operation_time FROM maintainance WHERE id=1"),
+             QStringList("2026-03-01T10:00Z"));
 }
 
 void TestServiceLogActions::aCancelledDoneSendsNothing()

@@ -14,9 +14,8 @@
 
 namespace {
 
-const QString everyRecord =
-    QStringLiteral("SELECT car_id,operation_id,operation_time,person_id,person_name,comment,"
-                   "operation_state,remote_id FROM maintainance ORDER BY id");
+const QString everyRecord = "SELECT car_id,operation_id,operation_time,person_id,person_name,comment,"
+                            "operation_state,remote_id FROM maintainance ORDER BY id";
 
 template<class Widget> Widget *in(QDialog &dialog, const char *name)
 {
@@ -46,10 +45,7 @@ void typeComment(QDialog &dialog, const QString &text)
 
 QJsonArray people()
 {
-    return {QJsonObject {{QStringLiteral("id"), 5},
-                         {QStringLiteral("lastName"), QStringLiteral("Иванов")},
-                         {QStringLiteral("firstName"), QStringLiteral("Иван")},
-                         {QStringLiteral("midName"), QStringLiteral("Ильич")}}};
+    return {QJsonObject {{"id", 5}, {"lastName", "Иванов"}, {"firstName", "Иван"}, {"midName", "Ильич"}}};
 }
 
 } // namespace
@@ -90,11 +86,11 @@ private:
 std::unique_ptr<TestDatabase> TestServiceRecording::createSample() const
 {
     auto database = createDatabase();
-    database->addCar(1, QStringLiteral("10"), QStringLiteral("Sodi"));
-    database->addCar(2, QStringLiteral("9"), QStringLiteral("Sodi"));
-    database->addCar(3, QStringLiteral("3"), QStringLiteral("RX"));
-    database->addOperation(1, QStringLiteral("Масло"));
-    database->addOperation(2, QStringLiteral("Цепь"));
+    database->addCar(1, "10", "Sodi");
+    database->addCar(2, "9", "Sodi");
+    database->addCar(3, "3", "RX");
+    database->addOperation(1, "Масло");
+    database->addOperation(2, "Цепь");
     return database;
 }
 
@@ -123,29 +119,27 @@ void TestServiceRecording::aServiceIsStoredAnnouncedAndReloaded()
     window.takeEvents();
 
     onNextDialog([](QDialog &dialog) {
-        QCOMPARE(dialog.windowTitle(), QStringLiteral("Сервисное обслуживание - Sodi  10"));
+        QCOMPARE(dialog.windowTitle(), "Сервисное обслуживание - Sodi  10");
         typeDateTime(dialog, march(8, 9, 30));
         in<QComboBox>(dialog, "cbPersonal")->setFocus();
         QTest::keyClick(in<QComboBox>(dialog, "cbPersonal"), Qt::Key_Down);
-        typeComment(dialog, QStringLiteral("Changed %1 'oil'"));
+        typeComment(dialog, "Changed %1 'oil'");
         press(dialog, QDialogButtonBox::Ok);
     });
-    clickCell(window, QStringLiteral("10"), QStringLiteral("Масло"));
+    clickCell(window, "10", "Масло");
     QVERIFY(allDialogsAnswered());
 
-    QCOMPARE(window.eventNames(),
-             QStringList({QStringLiteral("addRemoteOperation"), QStringLiteral("reloadGarageStats")}));
+    QCOMPARE(window.eventNames(), QStringList({"addRemoteOperation", "reloadGarageStats"}));
     QCOMPARE(window.events.first().data,
-             QJsonObject({{QStringLiteral("carId"), 1},
-                          {QStringLiteral("opId"), 1},
-                          {QStringLiteral("opName"), QStringLiteral("Масло")},
-                          {QStringLiteral("opTime"), QStringLiteral("2026-03-08 09:30")},
-                          {QStringLiteral("pId"), 5},
-                          {QStringLiteral("pName"), QStringLiteral("Иванов Иван Ильич")},
-                          {QStringLiteral("comment"), QStringLiteral("Changed %1 'oil'")}}));
+             QJsonObject({{"carId", 1},
+                          {"opId", 1},
+                          {"opName", "Масло"},
+                          {"opTime", "2026-03-08 09:30"},
+                          {"pId", 5},
+                          {"pName", "Иванов Иван Ильич"},
+                          {"comment", "Changed %1 'oil'"}}));
     QCOMPARE(database->rows(everyRecord),
-             QStringList(
-                 QStringLiteral("1|1|2026-03-08T09:30:00.000Z|5|Иванов Иван Ильич|Changed %1 'oil'|1|NULL")));
+             QStringList("1|1|2026-03-08T09:30:00.000Z|5|Иванов Иван Ильич|Changed %1 'oil'|1|NULL"));
     window.settle();
     QCOMPARE(window.find<QTreeView>("tvServiceLog")->model()->rowCount(), 1);
 }
@@ -155,8 +149,7 @@ void TestServiceRecording::theDialogStartsWithTheClickedOperationAndTheCurrentMi
     const auto database = createSample();
     GarageWindow window;
     window.show();
-    for (const auto &[column, operation] : {std::pair(QStringLiteral("Цепь"), QStringLiteral("Цепь")),
-                                            std::pair(QStringLiteral("#"), QStringLiteral("--"))}) {
+    for (const auto &[column, operation] : {std::pair("Цепь", "Цепь"), std::pair("#", "--")}) {
         onNextDialog([expected = operation](QDialog &dialog) {
             QCOMPARE(in<QComboBox>(dialog, "cbOperation")->currentText(), expected);
             const QDateTime shown = in<QDateTimeEdit>(dialog, "deOperationDateTime")->dateTime();
@@ -165,7 +158,7 @@ void TestServiceRecording::theDialogStartsWithTheClickedOperationAndTheCurrentMi
             QCOMPARE(shown.time().msec(), 0);
             press(dialog, QDialogButtonBox::Cancel);
         });
-        clickCell(window, QStringLiteral("9"), column);
+        clickCell(window, "9", column);
         QVERIFY(allDialogsAnswered());
     }
 }
@@ -180,11 +173,10 @@ void TestServiceRecording::acceptingNoOperationStoresOperationMinusOne()
         typeDateTime(dialog, march(8, 9, 30));
         press(dialog, QDialogButtonBox::Ok);
     });
-    clickCell(window, QStringLiteral("10"), QStringLiteral("#"));
-    QCOMPARE(window.events.first().data.value(QLatin1String("opId")).toInt(), -1);
-    QCOMPARE(window.events.first().data.value(QLatin1String("opName")).toString(), QString());
-    QCOMPARE(database->rows(everyRecord),
-             QStringList(QStringLiteral("1|-1|2026-03-08T09:30:00.000Z|-1|||1|NULL")));
+    clickCell(window, "10", "#");
+    QCOMPARE(window.events.first().data.value("opId").toInt(), -1);
+    QCOMPARE(window.events.first().data.value("opName").toString(), QString());
+    QCOMPARE(database->rows(everyRecord), QStringList("1|-1|2026-03-08T09:30:00.000Z|-1|||1|NULL"));
     window.settle();
 }
 
@@ -195,10 +187,10 @@ void TestServiceRecording::aCancelledServiceChangesNothing()
     window.show();
     window.takeEvents();
     onNextDialog([](QDialog &dialog) {
-        typeComment(dialog, QStringLiteral("x"));
+        typeComment(dialog, "x");
         press(dialog, QDialogButtonBox::Cancel);
     });
-    clickCell(window, QStringLiteral("10"), QStringLiteral("Масло"));
+    clickCell(window, "10", "Масло");
     QVERIFY(window.events.isEmpty());
     QVERIFY(database->rows(everyRecord).isEmpty());
 }
@@ -206,7 +198,7 @@ void TestServiceRecording::aCancelledServiceChangesNothing()
 void TestServiceRecording::anEarlierServiceLeavesTheShownDateUntilTheReload()
 {
     const auto database = createSample();
-    database->addRecord(1, 1, QStringLiteral("2026-03-10T09:00:00.000Z"), DoneState);
+    database->addRecord(1, 1, "2026-03-10T09:00:00.000Z", DoneState);
     GarageWindow window;
     window.show();
     QStringList rows;
@@ -216,9 +208,9 @@ void TestServiceRecording::anEarlierServiceLeavesTheShownDateUntilTheReload()
         typeDateTime(dialog, march(8, 9, 30));
         press(dialog, QDialogButtonBox::Ok);
     });
-    clickCell(window, QStringLiteral("10"), QStringLiteral("Масло"));
-    QCOMPARE(rows.at(2), QStringLiteral("3|Sodi|10|%1|").arg(shown("2026-03-10 09:00")));
-    QCOMPARE(database->value(QStringLiteral("SELECT count(*) FROM maintainance")).toInt(), 2);
+    clickCell(window, "10", "Масло");
+    QCOMPARE(rows.at(2), QString("3|Sodi|10|%1|").arg(shown("2026-03-10 09:00")));
+    QCOMPARE(database->value("SELECT count(*) FROM maintainance").toInt(), 2);
     window.settle();
 }
 
@@ -230,14 +222,14 @@ void TestServiceRecording::aLaterServiceShowsAtOnce()
     QStringList rows;
     connect(window.form.get(), &GarageForm::reloadGarageStats, &window,
             [&] { rows = GarageWindow::texts(*window.find<QTreeView>("tvMaintainanceTable")->model()); });
-    auto *model = window.form->findChild<QAbstractItemModel *>(QStringLiteral("maintainanceModel"));
+    auto *model = window.form->findChild<QAbstractItemModel *>("maintainanceModel");
     QSignalSpy changes(model, &QAbstractItemModel::dataChanged);
     onNextDialog([](QDialog &dialog) {
         typeDateTime(dialog, march(8, 9, 30));
         press(dialog, QDialogButtonBox::Ok);
     });
-    clickCell(window, QStringLiteral("10"), QStringLiteral("Масло"));
-    QCOMPARE(rows.at(2), QStringLiteral("3|Sodi|10|%1|").arg(shown("2026-03-08 09:30")));
+    clickCell(window, "10", "Масло");
+    QCOMPARE(rows.at(2), QString("3|Sodi|10|%1|").arg(shown("2026-03-08 09:30")));
     QCOMPARE(changes.count(), 1);
     QCOMPARE(changes.first().first().toModelIndex().model(), model);
     window.settle();
@@ -250,9 +242,9 @@ void TestServiceRecording::theRecordIsInTheFileWhenTheHostHearsOfIt()
     window.show();
     int rows = -1;
     connect(window.form.get(), &GarageForm::addRemoteOperation, this,
-            [&] { rows = database->value(QStringLiteral("SELECT count(*) FROM maintainance")).toInt(); });
+            [&] { rows = database->value("SELECT count(*) FROM maintainance").toInt(); });
     onNextDialog([](QDialog &dialog) { press(dialog, QDialogButtonBox::Ok); });
-    clickCell(window, QStringLiteral("9"), QStringLiteral("Масло"));
+    clickCell(window, "9", "Масло");
     QCOMPARE(rows, 1);
     window.settle();
 }
@@ -265,20 +257,19 @@ void TestServiceRecording::aComplaintIsStoredOpen()
     window.show();
     window.takeEvents();
     onNextDialog([](QDialog &dialog) {
-        QCOMPARE(dialog.windowTitle(), QStringLiteral("Задание - RX  3"));
-        QCOMPARE(in<QComboBox>(dialog, "cbOperation")->currentText(), QStringLiteral("--"));
+        QCOMPARE(dialog.windowTitle(), "Задание - RX  3");
+        QCOMPARE(in<QComboBox>(dialog, "cbOperation")->currentText(), "--");
         typeDateTime(dialog, march(8, 9, 30));
-        typeComment(dialog, QStringLiteral("knocks"));
+        typeComment(dialog, "knocks");
         press(dialog, QDialogButtonBox::Ok);
     });
-    clickCell(window, QStringLiteral("3"), QStringLiteral("Номер"));
+    clickCell(window, "3", "Номер");
     QVERIFY(allDialogsAnswered());
-    QCOMPARE(window.eventNames(), QStringList(QStringLiteral("reloadGarageStats")));
-    QCOMPARE(database->rows(everyRecord),
-             QStringList(QStringLiteral("3|-1|2026-03-08T09:30:00.000Z|-1||knocks|0|NULL")));
+    QCOMPARE(window.eventNames(), QStringList("reloadGarageStats"));
+    QCOMPARE(database->rows(everyRecord), QStringList("3|-1|2026-03-08T09:30:00.000Z|-1||knocks|0|NULL"));
     window.settle();
     const auto *view = window.find<QTreeView>("tvMaintainanceTable");
-    const QModelIndex number = view->model()->index(window.visibleRowOf(QStringLiteral("3")), 2);
+    const QModelIndex number = view->model()->index(window.visibleRowOf("3"), 2);
     QCOMPARE(number.data(Qt::BackgroundRole).value<QBrush>().color(), QColor(255, 127, 127));
 }
 
@@ -293,33 +284,30 @@ void TestServiceRecording::aNewComplaintStartsNowAndMayNameAnOperation()
         QCOMPARE(shown.time().second(), 0);
         auto *operation = in<QComboBox>(dialog, "cbOperation");
         QVERIFY(operation->isEnabled());
-        operation->setCurrentIndex(operation->findText(QStringLiteral("Масло")));
+        operation->setCurrentIndex(operation->findText("Масло"));
         press(dialog, QDialogButtonBox::Ok);
     });
-    window.form->complainAboutCar({{QStringLiteral("carId"), 3}});
-    QCOMPARE(database->rows(QStringLiteral("SELECT operation_id,operation_state FROM maintainance")),
-             QStringList(QStringLiteral("1|0")));
+    window.form->complainAboutCar({{"carId", 3}});
+    QCOMPARE(database->rows("SELECT operation_id,operation_state FROM maintainance"), QStringList("1|0"));
     window.settle();
 }
 
 void TestServiceRecording::aSecondComplaintAmendsTheFirst()
 {
     const auto database = createSample();
-    const int id = database->addRecord(3, -1, QStringLiteral("2026-03-07T08:00:00.000Z"), OpenState,
-                                       QStringLiteral("Стук"));
+    const int id = database->addRecord(3, -1, "2026-03-07T08:00:00.000Z", OpenState, "Стук");
     GarageWindow window;
     window.show();
     onNextDialog([](QDialog &dialog) {
-        QCOMPARE(in<QPlainTextEdit>(dialog, "teComments")->toPlainText(), QStringLiteral("Стук"));
+        QCOMPARE(in<QPlainTextEdit>(dialog, "teComments")->toPlainText(), "Стук");
         QCOMPARE(in<QDateTimeEdit>(dialog, "deOperationDateTime")->dateTime(), march(7, 8, 0));
         typeDateTime(dialog, march(8, 9, 30));
-        typeComment(dialog, QStringLiteral("louder"));
+        typeComment(dialog, "louder");
         press(dialog, QDialogButtonBox::Ok);
     });
-    clickCell(window, QStringLiteral("3"), QStringLiteral("Модель"));
-    QCOMPARE(
-        database->rows(QStringLiteral("SELECT id,operation_time,comment,operation_state FROM maintainance")),
-        QStringList(QStringLiteral("%1|2026-03-08T09:30:00.000Z|louder|0").arg(id)));
+    clickCell(window, "3", "Модель");
+    QCOMPARE(database->rows("SELECT id,operation_time,comment,operation_state FROM maintainance"),
+             QStringList(QString("%1|2026-03-08T09:30:00.000Z|louder|0").arg(id)));
     window.settle();
 }
 
@@ -331,7 +319,7 @@ void TestServiceRecording::aCancelledComplaintChangesNothing()
     window.takeEvents();
     for (int round = 0; round < 2; ++round) {
         onNextDialog([](QDialog &dialog) { QTest::keyClick(&dialog, Qt::Key_Escape); });
-        clickCell(window, QStringLiteral("3"), QStringLiteral("Номер"));
+        clickCell(window, "3", "Номер");
         QVERIFY(allDialogsAnswered());
     }
     QVERIFY(window.events.isEmpty());
@@ -342,11 +330,11 @@ void TestServiceRecording::aComplaintComesFromTheHost_data()
 {
     QTest::addColumn<QJsonObject>("data");
     QTest::addColumn<bool>("asks");
-    QTest::newRow("a car") << QJsonObject {{QStringLiteral("carId"), 2}} << true;
-    QTest::newRow("an unknown car") << QJsonObject {{QStringLiteral("carId"), 99}} << false;
-    QTest::newRow("-1") << QJsonObject {{QStringLiteral("carId"), -1}} << false;
+    QTest::newRow("a car") << QJsonObject {{"carId", 2}} << true;
+    QTest::newRow("an unknown car") << QJsonObject {{"carId", 99}} << false;
+    QTest::newRow("-1") << QJsonObject {{"carId", -1}} << false;
     QTest::newRow("no car id") << QJsonObject() << false;
-    QTest::newRow("a text") << QJsonObject {{QStringLiteral("carId"), QStringLiteral("2")}} << false;
+    QTest::newRow("a text") << QJsonObject {{"carId", "2"}} << false;
 }
 
 void TestServiceRecording::aComplaintComesFromTheHost()
@@ -358,16 +346,14 @@ void TestServiceRecording::aComplaintComesFromTheHost()
     window.show();
     if (asks) {
         onNextDialog([](QDialog &dialog) {
-            QCOMPARE(dialog.windowTitle(), QStringLiteral("Задание - Sodi  9"));
+            QCOMPARE(dialog.windowTitle(), "Задание - Sodi  9");
             press(dialog, QDialogButtonBox::Ok);
         });
     }
     window.form->complainAboutCar(data);
     QVERIFY(allDialogsAnswered());
     QCOMPARE(
-        database
-            ->value(QStringLiteral("SELECT count(*) FROM maintainance WHERE car_id=2 AND operation_state=0"))
-            .toInt(),
+        database->value("SELECT count(*) FROM maintainance WHERE car_id=2 AND operation_state=0").toInt(),
         asks ? 1 : 0);
     window.settle();
 }
@@ -381,20 +367,19 @@ void TestServiceRecording::aSecondRequestRaisesTheOpenDialog()
         QTRY_VERIFY(dialog.isActiveWindow());
         window.form->activateWindow();
         QTRY_VERIFY(!dialog.isActiveWindow());
-        window.form->complainAboutCar({{QStringLiteral("carId"), 2}});
+        window.form->complainAboutCar({{"carId", 2}});
         QTRY_VERIFY(dialog.isActiveWindow());
         QCOMPARE(QApplication::activeModalWidget(), &dialog);
         onNextDialog([](QDialog &other) {
-            QCOMPARE(other.windowTitle(), QStringLiteral("Задание - RX  3"));
+            QCOMPARE(other.windowTitle(), "Задание - RX  3");
             press(other, QDialogButtonBox::Cancel);
         });
-        window.form->complainAboutCar({{QStringLiteral("carId"), 3}});
+        window.form->complainAboutCar({{"carId", 3}});
         press(dialog, QDialogButtonBox::Ok);
     });
-    window.form->complainAboutCar({{QStringLiteral("carId"), 2}});
+    window.form->complainAboutCar({{"carId", 2}});
     QVERIFY(allDialogsAnswered());
-    QCOMPARE(database->value(QStringLiteral("SELECT group_concat(car_id) FROM maintainance")).toString(),
-             QStringLiteral("2"));
+    QCOMPARE(database->value("SELECT group_concat(car_id) FROM maintainance").toString(), "2");
     window.settle();
 }
 
@@ -405,52 +390,45 @@ void TestServiceRecording::aReloadUnderAnOpenDialogChangesNoOtherCar()
     window.show();
     onNextDialog([&](QDialog &dialog) {
         // The table is reordered, shrunk to one other car and loses its columns while the dialog is open.
-        database->exec(QStringLiteral("DELETE FROM cars WHERE id=1"));
-        database->exec(QStringLiteral("UPDATE cars SET name='AA' WHERE id=2"));
-        database->addCar(7, QStringLiteral("1"), QStringLiteral("A"));
-        database->exec(QStringLiteral("DELETE FROM service_operations"));
+        database->exec("DELETE FROM cars WHERE id=1");
+        database->exec("UPDATE cars SET name='AA' WHERE id=2");
+        database->addCar(7, "1", "A");
+        database->exec("DELETE FROM service_operations");
         window.settings->reloadReglamentModel();
         window.reload();
         typeDateTime(dialog, march(8, 9, 30));
         press(dialog, QDialogButtonBox::Ok);
     });
-    clickCell(window, QStringLiteral("10"), QStringLiteral("Цепь"));
-    QCOMPARE(database->rows(everyRecord),
-             QStringList(QStringLiteral("1|2|2026-03-08T09:30:00.000Z|-1|||1|NULL")));
+    clickCell(window, "10", "Цепь");
+    QCOMPARE(database->rows(everyRecord), QStringList("1|2|2026-03-08T09:30:00.000Z|-1|||1|NULL"));
     window.settle();
 
     onNextDialog([&](QDialog &dialog) {
-        database->exec(QStringLiteral("DELETE FROM cars"));
+        database->exec("DELETE FROM cars");
         window.reload();
         press(dialog, QDialogButtonBox::Ok);
     });
-    window.form->complainAboutCar({{QStringLiteral("carId"), 3}});
+    window.form->complainAboutCar({{"carId", 3}});
     QCOMPARE(
-        database
-            ->value(QStringLiteral("SELECT count(*) FROM maintainance WHERE car_id=3 AND operation_state=0"))
-            .toInt(),
-        1);
+        database->value("SELECT count(*) FROM maintainance WHERE car_id=3 AND operation_state=0").toInt(), 1);
     window.settle();
 }
 
 void TestServiceRecording::aComplaintClosedMeanwhileIsNotReopened()
 {
     const auto database = createSample();
-    const int id = database->addRecord(3, -1, QStringLiteral("2026-03-07T08:00:00.000Z"), OpenState,
-                                       QStringLiteral("Стук"));
+    const int id = database->addRecord(3, -1, "2026-03-07T08:00:00.000Z", OpenState, "Стук");
     GarageWindow window;
     window.show();
     onNextDialog([&](QDialog &dialog) {
-        database->exec(QStringLiteral("UPDATE maintainance SET operation_state=1 WHERE id=?"), {id});
+        database->exec("UPDATE maintainance SET operation_state=1 WHERE id=?", {id});
         window.reload();
         typeDateTime(dialog, march(8, 9, 30));
         press(dialog, QDialogButtonBox::Ok);
     });
-    window.form->complainAboutCar({{QStringLiteral("carId"), 3}});
-    QCOMPARE(
-        database->rows(QStringLiteral("SELECT operation_time,operation_state FROM maintainance ORDER BY id")),
-        QStringList(
-            {QStringLiteral("2026-03-07T08:00:00.000Z|1"), QStringLiteral("2026-03-08T09:30:00.000Z|0")}));
+    window.form->complainAboutCar({{"carId", 3}});
+    QCOMPARE(database->rows("SELECT operation_time,operation_state FROM maintainance ORDER BY id"),
+             QStringList({"2026-03-07T08:00:00.000Z|1", "2026-03-08T09:30:00.000Z|0"}));
     window.settle();
 }
 
@@ -460,15 +438,14 @@ void TestServiceRecording::aComplaintThatCameMeanwhileIsKept()
     GarageWindow window;
     window.show();
     onNextDialog([&](QDialog &dialog) {
-        database->addRecord(3, -1, QStringLiteral("2026-03-07T08:00:00.000Z"), OpenState,
-                            QStringLiteral("from another station"));
+        database->addRecord(3, -1, "2026-03-07T08:00:00.000Z", OpenState, "from another station");
         window.reload();
-        typeComment(dialog, QStringLiteral("mine"));
+        typeComment(dialog, "mine");
         press(dialog, QDialogButtonBox::Ok);
     });
-    window.form->complainAboutCar({{QStringLiteral("carId"), 3}});
-    QCOMPARE(database->rows(QStringLiteral("SELECT comment FROM maintainance ORDER BY id")),
-             QStringList({QStringLiteral("from another station"), QStringLiteral("mine")}));
+    window.form->complainAboutCar({{"carId", 3}});
+    QCOMPARE(database->rows("SELECT comment FROM maintainance ORDER BY id"),
+             QStringList({"from another station", "mine"}));
     window.settle();
 }
 
@@ -480,7 +457,7 @@ void TestServiceRecording::aDialogOutlivesNothing()
         window.show();
         onNextDialog([&window](QDialog &) { window.form.reset(); });
         if (complaint)
-            window.form->complainAboutCar({{QStringLiteral("carId"), 3}});
+            window.form->complainAboutCar({{"carId", 3}});
         else
             QMetaObject::invokeMethod(
                 window.form.get(), "serviceClicked",
@@ -509,9 +486,9 @@ void TestServiceRecording::aLockedDatabaseDelaysTheRecord()
         lock = std::make_unique<DatabaseLock>(home().databasePath(), DatabaseLock::Immediate, 1500);
         press(dialog, QDialogButtonBox::Ok);
     });
-    clickCell(window, QStringLiteral("10"), complaint ? QStringLiteral("Номер") : QStringLiteral("Масло"));
+    clickCell(window, "10", complaint ? "Номер" : "Масло");
     QVERIFY(!lock->isHeld());
-    QCOMPARE(database->value(QStringLiteral("SELECT count(*) FROM maintainance")).toInt(), 1);
+    QCOMPARE(database->value("SELECT count(*) FROM maintainance").toInt(), 1);
     window.settle();
 }
 
@@ -520,18 +497,17 @@ void TestServiceRecording::aMissingDatabaseLosesTheRecordButNotTheWindow()
     const auto database = createSample();
     GarageWindow window;
     window.show();
-    database->exec(QStringLiteral("ALTER TABLE maintainance RENAME TO elsewhere"));
+    database->exec("ALTER TABLE maintainance RENAME TO elsewhere");
     window.takeEvents();
     onNextDialog([](QDialog &dialog) { press(dialog, QDialogButtonBox::Ok); });
-    clickCell(window, QStringLiteral("10"), QStringLiteral("Масло"));
-    QCOMPARE(window.eventNames(),
-             QStringList({QStringLiteral("addRemoteOperation"), QStringLiteral("reloadGarageStats")}));
+    clickCell(window, "10", "Масло");
+    QCOMPARE(window.eventNames(), QStringList({"addRemoteOperation", "reloadGarageStats"}));
     window.settle();
     // No transaction was left open: others can write, and so can the window again.
-    database->exec(QStringLiteral("ALTER TABLE elsewhere RENAME TO maintainance"));
+    database->exec("ALTER TABLE elsewhere RENAME TO maintainance");
     onNextDialog([](QDialog &dialog) { press(dialog, QDialogButtonBox::Ok); });
-    clickCell(window, QStringLiteral("10"), QStringLiteral("Масло"));
-    QCOMPARE(database->value(QStringLiteral("SELECT count(*) FROM maintainance")).toInt(), 1);
+    clickCell(window, "10", "Масло");
+    QCOMPARE(database->value("SELECT count(*) FROM maintainance").toInt(), 1);
     window.settle();
 }
 

@@ -30,29 +30,29 @@ void TestDueTable::anEmptyListIsOneSentence()
 {
     createDatabase();
     QCOMPARE(lines(R"({"maintainanceStatus":[{"carId":1},{"carId":2}]})"),
-             QStringList {QStringLiteral("Обслуживание не требуется. Картов: 2")});
+             QStringList {"Обслуживание не требуется. Картов: 2"});
 }
 
 void TestDueTable::rowsAreSortedAlignedAndComplete()
 {
-    createDatabase()->addLimit(QStringLiteral("Вихрь"), 3, 5400, 0, 120);
+    createDatabase()->addLimit("Вихрь", 3, 5400, 0, 120);
     const QStringList table = lines(R"({"servicePendingList":[
         {"carId":2,"carNum":"10","carModel":"Вихрь","opId":-1,"opName":"Стук","opDateTime":"2026-03-01T10:00"},
         {"carId":1,"carNum":"9","carModel":"Вихрь","opId":3,"opName":"Замена\nцепи","opDateTime":"2026-03-01T10:00"}],
         "maintainanceStatus":[{"carId":1,"opsStatus":{"3":{"tt":7200,"tl":130,"tr":11}}},{"carId":2}]})");
     QCOMPARE(table.size(), 8);
     QCOMPARE(table.at(4),
-             QStringLiteral("Вихрь   9     Замена цепи   01.03.2026 13:00  2.0 ч, заездов 11, кругов 130  "
-                            "1.5 ч, кругов 120"));
-    QVERIFY(table.at(5).startsWith(QStringLiteral("Вихрь   10    Жалоба: Стук  01.03.2026 13:00")));
-    QCOMPARE(table.last(), QStringLiteral("Записей: 2, картов всего: 2"));
+             "Вихрь   9     Замена цепи   01.03.2026 13:00  2.0 ч, заездов 11, кругов 130  "
+             "1.5 ч, кругов 120");
+    QVERIFY(table.at(5).startsWith("Вихрь   10    Жалоба: Стук  01.03.2026 13:00"));
+    QCOMPARE(table.last(), "Записей: 2, картов всего: 2");
 }
 
 void TestDueTable::oddDataStillGivesATable()
 {
     createDatabase();
     const QStringList table = lines(R"({"servicePendingList":[5,{},{"opDateTime":"soon","carId":"x"}]})");
-    QCOMPARE(table.last(), QStringLiteral("Записей: 3, картов всего: 0"));
+    QCOMPARE(table.last(), "Записей: 3, картов всего: 0");
 }
 
 GARAGE_TEST_WITHOUT_WINDOWS(TestDueTable)

@@ -30,7 +30,7 @@ private:
 
 QString TestEventPlayer::write(const QByteArray &text)
 {
-    QFile file(home().path() + QLatin1String("/play.jsonl"));
+    QFile file(home().path() + "/play.jsonl");
     if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size())
         return {};
     return file.fileName();
@@ -49,7 +49,7 @@ QStringList TestEventPlayer::toldEvents(const JournalModel &journal)
 void TestEventPlayer::eventsArePlayedInOrderWithWaits()
 {
     PluginHost plugin;
-    QCOMPARE(plugin.load(QStringLiteral(FAKE_PLUGIN)), QString());
+    QCOMPARE(plugin.load(FAKE_PLUGIN), QString());
     JournalModel journal(plugin);
     const QAbstractItemModelTester tester(&journal, QAbstractItemModelTester::FailureReportingMode::Fatal);
     EventPlayer player(plugin);
@@ -62,10 +62,9 @@ void TestEventPlayer::eventsArePlayedInOrderWithWaits()
     player.start();
     QVERIFY(finished.wait());
     QCOMPARE(finished.first().first().toBool(), true);
-    QCOMPARE(pictures.first().first().toString(), QStringLiteral("one"));
-    QCOMPARE(toldEvents(journal),
-             (QStringList {QStringLiteral("run_closed"), QStringLiteral("car_complain")}));
-    QCOMPARE(journal.entry(2).data().value(QLatin1String("carId")).toInt(), 3);
+    QCOMPARE(pictures.first().first().toString(), "one");
+    QCOMPARE(toldEvents(journal), (QStringList {"run_closed", "car_complain"}));
+    QCOMPARE(journal.entry(2).data().value("carId").toInt(), 3);
 }
 
 void TestEventPlayer::aBadLineIsNamed_data()
@@ -83,21 +82,20 @@ void TestEventPlayer::aBadLineIsNamed()
     PluginHost plugin;
     EventPlayer player(plugin);
     const QString error = player.load(write("{\"event\":\"run_closed\"}\n" + line + "\n"));
-    QVERIFY2(error.contains(QStringLiteral("строка 2")), qPrintable(error));
+    QVERIFY2(error.contains("строка 2"), qPrintable(error));
 }
 
 void TestEventPlayer::aMissingFileIsNamed()
 {
     PluginHost plugin;
     EventPlayer player(plugin);
-    QVERIFY(
-        player.load(QStringLiteral("/nowhere/play.jsonl")).contains(QLatin1String("/nowhere/play.jsonl")));
+    QVERIFY(player.load("/nowhere/play.jsonl").contains("/nowhere/play.jsonl"));
 }
 
 void TestEventPlayer::aWaitForTheAnswerEndsWithIt()
 {
     PluginHost plugin;
-    QCOMPARE(plugin.load(QStringLiteral(FAKE_PLUGIN)), QString());
+    QCOMPARE(plugin.load(FAKE_PLUGIN), QString());
     JournalModel journal(plugin);
     EventPlayer player(plugin);
     QCOMPARE(player.load(write(
@@ -109,15 +107,14 @@ void TestEventPlayer::aWaitForTheAnswerEndsWithIt()
     QStringList events;
     for (int row = 0; row < journal.rowCount(); ++row)
         events.append(journal.entry(row).event);
-    QVERIFY(events.indexOf(QStringLiteral("update_pending_service"))
-            < events.indexOf(QStringLiteral("run_closed")));
-    QVERIFY(events.contains(QStringLiteral("update_pending_service")));
+    QVERIFY(events.indexOf("update_pending_service") < events.indexOf("run_closed"));
+    QVERIFY(events.contains("update_pending_service"));
 }
 
 void TestEventPlayer::cancellingEndsBeforeTheNextStep()
 {
     PluginHost plugin;
-    QCOMPARE(plugin.load(QStringLiteral(FAKE_PLUGIN)), QString());
+    QCOMPARE(plugin.load(FAKE_PLUGIN), QString());
     JournalModel journal(plugin);
     EventPlayer player(plugin);
     QCOMPARE(player.load(write("{\"event\":\"run_closed\"}\n{\"wait\":60000}\n{\"event\":\"run_closed\"}\n")),
@@ -133,14 +130,14 @@ void TestEventPlayer::cancellingEndsBeforeTheNextStep()
 void TestEventPlayer::aSavedJournalPlaysWhatThePluginWasTold()
 {
     PluginHost plugin;
-    QCOMPARE(plugin.load(QStringLiteral(FAKE_PLUGIN)), QString());
+    QCOMPARE(plugin.load(FAKE_PLUGIN), QString());
     JournalModel journal(plugin);
-    plugin.send(QStringLiteral("run_closed"), {{QStringLiteral("text"), QStringLiteral("кавычки \" и \n")}});
-    plugin.send(QStringLiteral("clicked"));
+    plugin.send("run_closed", {{"text", "кавычки \" и \n"}});
+    plugin.send("clicked");
     QVERIFY(journal.rowCount() > 2);
-    const QString file = home().path() + QLatin1String("/journal.jsonl");
+    const QString file = home().path() + "/journal.jsonl";
     QCOMPARE(journal.save(file), QString());
-    QVERIFY(!journal.save(QStringLiteral("/nowhere/journal.jsonl")).isEmpty());
+    QVERIFY(!journal.save("/nowhere/journal.jsonl").isEmpty());
 
     JournalModel second(plugin);
     EventPlayer player(plugin);
@@ -148,7 +145,7 @@ void TestEventPlayer::aSavedJournalPlaysWhatThePluginWasTold()
     QSignalSpy finished(&player, &EventPlayer::finished);
     player.start();
     QVERIFY(finished.wait());
-    QCOMPARE(toldEvents(second), (QStringList {QStringLiteral("run_closed"), QStringLiteral("clicked")}));
+    QCOMPARE(toldEvents(second), (QStringList {"run_closed", "clicked"}));
     QCOMPARE(second.entry(0).data(), journal.entry(0).data());
 }
 
@@ -157,11 +154,11 @@ void TestEventPlayer::theJournalDropsItsOldestMessagesBeforeTheyFillTheMemory()
     PluginHost plugin;
     JournalModel journal(plugin);
     const QAbstractItemModelTester tester(&journal, QAbstractItemModelTester::FailureReportingMode::Fatal);
-    const QString megabyte(1 << 20, QLatin1Char('x'));
+    const QString megabyte(1 << 20, 'x');
     for (int number = 0; number < 40; ++number) {
         emit plugin.received({QString(),
                               QString::number(number),
-                              {{QStringLiteral("text"), QString(megabyte).append(QString::number(number))}}});
+                              {{"text", QString(megabyte).append(QString::number(number))}}});
         QVERIFY(journal.rowCount() <= 10);
     }
     const int rows = journal.rowCount();
@@ -170,7 +167,7 @@ void TestEventPlayer::theJournalDropsItsOldestMessagesBeforeTheyFillTheMemory()
         QCOMPARE(journal.entry(row).event, QString::number(40 - rows + row));
 
     journal.clear();
-    emit plugin.received({QString(), QStringLiteral("small"), {}});
+    emit plugin.received({QString(), "small", {}});
     QCOMPARE(journal.rowCount(), 1);
 }
 

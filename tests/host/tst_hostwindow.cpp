@@ -99,7 +99,7 @@ TestHostWindow::Stage TestHostWindow::makeStage()
                        [](int) { return true; });
     }
     stage.host = std::make_unique<DemoHost>(documents, 1);
-    if (!stage.host->plugin().load(QStringLiteral(FAKE_PLUGIN)).isEmpty())
+    if (!stage.host->plugin().load(FAKE_PLUGIN).isEmpty())
         qFatal("no plug-in");
     stage.window = std::make_unique<HostWindow>(*stage.host, documents);
     stage.window->start();
@@ -117,7 +117,7 @@ void TestHostWindow::theBannerNamesTheFile()
 {
     const Stage stage = makeStage();
     QVERIFY(stage.find<QLabel>("bannerLabel")->text().contains(home().databasePath()));
-    QVERIFY(stage.find<QLabel>("bannerLabel")->text().contains(QStringLiteral("настоящие документы")));
+    QVERIFY(stage.find<QLabel>("bannerLabel")->text().contains("настоящие документы"));
 }
 
 void TestHostWindow::thePluginsTabIsHiddenNotDestroyed()
@@ -128,19 +128,16 @@ void TestHostWindow::thePluginsTabIsHiddenNotDestroyed()
     trigger(stage, "openGarageAction");
     QCOMPARE(tabs.count(), ownTabs + 1);
     const QPointer<QWidget> garage = tabs.currentWidget();
-    QCOMPARE(garage->objectName(), QStringLiteral("fakeWindow"));
+    QCOMPARE(garage->objectName(), "fakeWindow");
     QVERIFY(garage->isVisible());
-    QCOMPARE(tabs.tabText(0), QStringLiteral("Подставной"));
+    QCOMPARE(tabs.tabText(0), "Подставной");
 
     trigger(stage, "openGarageAction");
     QCOMPARE(tabs.count(), ownTabs + 1);
 
-    const QJsonObject close {
-        {QStringLiteral("tabWidget"), double(reinterpret_cast<qlonglong>(garage.data()))},
-        {QStringLiteral("onlyHide"), true}};
-    stage.host->plugin().send(
-        QStringLiteral("say"),
-        {{QStringLiteral("event"), QStringLiteral("close_tab")}, {QStringLiteral("data"), close}});
+    const QJsonObject close {{"tabWidget", double(reinterpret_cast<qlonglong>(garage.data()))},
+                             {"onlyHide", true}};
+    stage.host->plugin().send("say", {{"event", "close_tab"}, {"data", close}});
     QCOMPARE(tabs.count(), ownTabs);
     QVERIFY(garage);
     QVERIFY(!garage->isVisible());
@@ -166,12 +163,10 @@ void TestHostWindow::addressesThatAreNoneAreIgnored()
 {
     const Stage stage = makeStage();
     const int ownTabs = stage.window->tabs().count();
-    for (const QJsonValue &address : {QJsonValue(), QJsonValue(0), QJsonValue(QStringLiteral("12"))}) {
+    for (const QJsonValue &address : {QJsonValue(), QJsonValue(0), QJsonValue("12")}) {
         for (const char *event : {"insert_tab", "close_tab"})
             stage.host->plugin().send(
-                QStringLiteral("say"),
-                {{QStringLiteral("event"), QLatin1String(event)},
-                 {QStringLiteral("data"), QJsonObject {{QStringLiteral("tabWidget"), address}}}});
+                "say", {{"event", QLatin1String(event)}, {"data", QJsonObject {{"tabWidget", address}}}});
     }
     QCOMPARE(stage.window->tabs().count(), ownTabs);
 }
@@ -183,7 +178,7 @@ void TestHostWindow::settingsPagesAreCollectedAndGivenBack()
     QPointer<HostSettingsDialog> dialog = stage.find<HostSettingsDialog>("hostSettingsDialog");
     QVERIFY(dialog);
     QCOMPARE(dialog->pageCount(), 1);
-    const QPointer<QWidget> page = dialog->findChild<QLabel *>(QStringLiteral("fakePage"));
+    const QPointer<QWidget> page = dialog->findChild<QLabel *>("fakePage");
     QVERIFY(page && page->isVisible());
     dialog->close();
     QTRY_VERIFY(!dialog);
@@ -200,16 +195,16 @@ void TestHostWindow::aRunRecordedByHandReachesTheFile()
 {
     const Stage stage = makeStage();
     const TestDatabase database(home().databasePath(), false);
-    const int before = database.value(QStringLiteral("SELECT count(*) FROM laps")).toInt();
+    const int before = database.value("SELECT count(*) FROM laps").toInt();
     stage.click("recordRunPushButton");
     auto *cars = stage.find<QListWidget>("runCarsListWidget");
     cars->item(0)->setCheckState(Qt::Checked);
     cars->item(2)->setCheckState(Qt::Checked);
     stage.find<QSpinBox>("lapsSpinBox")->setValue(9);
-    const int told = stage.countTold(QStringLiteral("run_saved_to_db"));
+    const int told = stage.countTold("run_saved_to_db");
     stage.click("recordRunPushButton");
-    QTRY_COMPARE(stage.countTold(QStringLiteral("run_saved_to_db")), told + 1);
-    QCOMPARE(database.value(QStringLiteral("SELECT count(*) FROM laps")).toInt(), before + 18);
+    QTRY_COMPARE(stage.countTold("run_saved_to_db"), told + 1);
+    QCOMPARE(database.value("SELECT count(*) FROM laps").toInt(), before + 18);
 }
 
 void TestHostWindow::theTrackKeepsItsComplaintAndNumbersWhileKartsDrive()
@@ -220,17 +215,17 @@ void TestHostWindow::theTrackKeepsItsComplaintAndNumbersWhileKartsDrive()
     Track &track = stage.host->track();
     track.setSpeed(1);
     track.setLive(true);
-    QTRY_VERIFY(onTrack->text().contains(QRegularExpression(QStringLiteral("№.\\d"))));
+    QTRY_VERIFY(onTrack->text().contains(QRegularExpression("№.\\d")));
     QVector<int> everyCar;
     for (const FleetCar &car : stage.host->fleet().fleet().cars())
         everyCar.append(car.id);
     QVERIFY(stage.host->fleet().fleet().setAvailable(everyCar, false));
     stage.host->fleet().announceCars();
-    emit track.failed(QStringLiteral("locked"));
+    emit track.failed("locked");
     emit track.changed();
-    const QRegularExpression id(QStringLiteral("№.\\d{3}")); // ids are from 101, numbers to 24
+    const QRegularExpression id("№.\\d{3}"); // ids are from 101, numbers to 24
     QVERIFY2(!onTrack->text().contains(id), qPrintable(onTrack->text()));
-    QVERIFY(complaint->text().contains(QStringLiteral("locked")));
+    QVERIFY(complaint->text().contains("locked"));
     emit track.saved();
     QVERIFY(complaint->text().isEmpty());
 }
@@ -239,36 +234,27 @@ void TestHostWindow::editedCarsAreStoredAndAnnounced()
 {
     const Stage stage = makeStage();
     QAbstractItemModel *model = stage.find<QTableView>("hostCarsTableView")->model();
-    model->setData(model->index(0, 0), QStringLiteral("77"));
+    model->setData(model->index(0, 0), "77");
     QCoreApplication::processEvents();
     model->setData(model->index(1, 2), Qt::Unchecked, Qt::CheckStateRole);
-    QTRY_VERIFY(!stage.lastTold(QStringLiteral("cars_list_changed"))
-                     .value(QLatin1String("cars"))
+    QTRY_VERIFY(!stage.lastTold("cars_list_changed")
+                     .value("cars")
                      .toArray()
                      .at(1)
                      .toObject()
-                     .value(QLatin1String("available_for_runs"))
+                     .value("available_for_runs")
                      .toBool(true));
-    const QJsonArray cars =
-        stage.lastTold(QStringLiteral("cars_list_changed")).value(QLatin1String("cars")).toArray();
-    QCOMPARE(cars.at(0).toObject().value(QLatin1String("num")).toString(), QStringLiteral("77"));
-    QVERIFY(!cars.at(0).toObject().value(QLatin1String("car_guid")).toString().isEmpty());
+    const QJsonArray cars = stage.lastTold("cars_list_changed").value("cars").toArray();
+    QCOMPARE(cars.at(0).toObject().value("num").toString(), "77");
+    QVERIFY(!cars.at(0).toObject().value("car_guid").toString().isEmpty());
 }
 
 void TestHostWindow::carsAndPeopleComeAndGo()
 {
     const Stage stage = makeStage();
-    const auto cars = [&] {
-        return stage.lastTold(QStringLiteral("cars_list_changed"))
-            .value(QLatin1String("cars"))
-            .toArray()
-            .size();
-    };
+    const auto cars = [&] { return stage.lastTold("cars_list_changed").value("cars").toArray().size(); };
     const auto people = [&] {
-        return stage.lastTold(QStringLiteral("personal_list"))
-            .value(QLatin1String("personalList"))
-            .toArray()
-            .size();
+        return stage.lastTold("personal_list").value("personalList").toArray().size();
     };
     stage.click("hostCarsTableViewAdd");
     QCOMPARE(cars(), 25);
@@ -278,22 +264,22 @@ void TestHostWindow::carsAndPeopleComeAndGo()
     carsView->selectRow(2);
     stage.click("hostCarsTableViewRemove");
     stage.click("hostCarsTableViewAdd");
-    QCOMPARE(carsView->model()->index(23, 0).data().toString(), QStringLiteral("25")); // 24 is another kart's
+    QCOMPARE(carsView->model()->index(23, 0).data().toString(), "25"); // 24 is another kart's
     stage.click("hostPeopleTableViewAdd");
     QCOMPARE(people(), 11);
     auto *view = stage.find<QTableView>("hostPeopleTableView");
     view->selectRow(0);
     stage.click("hostPeopleTableViewRemove");
     QCOMPARE(people(), 10);
-    view->model()->setData(view->model()->index(0, 3), QStringLiteral("9999"));
-    QTRY_COMPARE(stage.lastTold(QStringLiteral("personal_list"))
-                     .value(QLatin1String("personalList"))
+    view->model()->setData(view->model()->index(0, 3), "9999");
+    QTRY_COMPARE(stage.lastTold("personal_list")
+                     .value("personalList")
                      .toArray()
                      .first()
                      .toObject()
-                     .value(QLatin1String("serviceCode"))
+                     .value("serviceCode")
                      .toString(),
-                 QStringLiteral("9999"));
+                 "9999");
 }
 
 void TestHostWindow::buttonsWaitForASelection()
@@ -320,15 +306,13 @@ void TestHostWindow::aLockedFileKeepsItsCarsAndSaysSo()
     const auto *complaint = stage.find<QLabel>("fleetComplaintLabel");
     const auto *cars = stage.find<QTableView>("hostCarsTableView")->model();
     const TestDatabase database(home().databasePath(), false);
-    database.exec(QStringLiteral("BEGIN EXCLUSIVE"));
+    database.exec("BEGIN EXCLUSIVE");
     stage.click("hostCarsTableViewAdd");
-    QVERIFY2(complaint->text().contains(QStringLiteral("locked")), qPrintable(complaint->text()));
+    QVERIFY2(complaint->text().contains("locked"), qPrintable(complaint->text()));
     stage.host->fleet().announceCars();
     QCOMPARE(cars->rowCount(), 24);
-    QCOMPARE(
-        stage.lastTold(QStringLiteral("cars_list_changed")).value(QLatin1String("cars")).toArray().size(),
-        24);
-    database.exec(QStringLiteral("COMMIT"));
+    QCOMPARE(stage.lastTold("cars_list_changed").value("cars").toArray().size(), 24);
+    database.exec("COMMIT");
     stage.click("hostCarsTableViewAdd");
     QCOMPARE(cars->rowCount(), 25);
     QVERIFY(complaint->isHidden());
@@ -337,21 +321,20 @@ void TestHostWindow::aLockedFileKeepsItsCarsAndSaysSo()
 void TestHostWindow::anyEventCanBeSentByHand()
 {
     const Stage stage = makeStage();
-    stage.find<QComboBox>("eventToSendComboBox")->setEditText(QStringLiteral("my_event"));
+    stage.find<QComboBox>("eventToSendComboBox")->setEditText("my_event");
     auto *payload = stage.find<QPlainTextEdit>("dataToSendPlainTextEdit");
-    payload->setPlainText(QStringLiteral("[1]"));
+    payload->setPlainText("[1]");
     QTest::keyClick(stage.find<QComboBox>("eventToSendComboBox"), Qt::Key_Return);
-    QCOMPARE(payload->toPlainText(), QStringLiteral("[1]"));
+    QCOMPARE(payload->toPlainText(), "[1]");
     stage.click("sendPushButton");
-    QCOMPARE(stage.find<QLabel>("sendComplaintLabel")->text(),
-             QStringLiteral("Данные должны быть объектом JSON"));
-    payload->setPlainText(QStringLiteral("{\"a\": 1"));
+    QCOMPARE(stage.find<QLabel>("sendComplaintLabel")->text(), "Данные должны быть объектом JSON");
+    payload->setPlainText("{\"a\": 1");
     stage.click("sendPushButton");
-    QCOMPARE(stage.countTold(QStringLiteral("my_event")), 0);
+    QCOMPARE(stage.countTold("my_event"), 0);
     QVERIFY(!stage.find<QLabel>("sendComplaintLabel")->text().isEmpty());
-    payload->setPlainText(QStringLiteral("{\"a\": 1}"));
+    payload->setPlainText("{\"a\": 1}");
     stage.click("sendPushButton");
-    QCOMPARE(stage.lastTold(QStringLiteral("my_event")).value(QLatin1String("a")).toInt(), 1);
+    QCOMPARE(stage.lastTold("my_event").value("a").toInt(), 1);
 
     auto *events = stage.find<QComboBox>("eventToSendComboBox");
     for (int index = 0; index < events->count(); ++index) {
@@ -366,15 +349,14 @@ void TestHostWindow::theJournalIsFilteredAndShown()
     auto *table = stage.find<QTableView>("journalTable");
     const int all = table->model()->rowCount();
     auto *events = stage.find<QComboBox>("eventFilterComboBox");
-    events->setCurrentText(QStringLiteral("personal_list"));
+    events->setCurrentText("personal_list");
     QCOMPARE(table->model()->rowCount(), 1);
     table->selectRow(0);
-    QVERIFY(stage.find<QPlainTextEdit>("journalDetails")
-                ->toPlainText()
-                .contains(QStringLiteral("\"serviceCode\": \"4001\"")));
+    QVERIFY(
+        stage.find<QPlainTextEdit>("journalDetails")->toPlainText().contains("\"serviceCode\": \"4001\""));
     events->setCurrentIndex(0);
     QVERIFY(table->model()->rowCount() >= all);
-    stage.find<QLineEdit>("textFilterLineEdit")->setText(QStringLiteral("кузнецов"));
+    stage.find<QLineEdit>("textFilterLineEdit")->setText("кузнецов");
     QVERIFY(table->model()->rowCount() >= 1);
     QVERIFY(table->model()->rowCount() < all);
 }
@@ -386,7 +368,7 @@ void TestHostWindow::theJournalNamesEventsInASmallWindow()
     stage.window->tabs().setCurrentIndex(stage.window->tabs().count() - 1);
     stage.window->resize(900, 600);
     QCoreApplication::processEvents();
-    const QString longest = QStringLiteral("remote_service_move_to_archive");
+    const QString longest = "remote_service_move_to_archive";
     const int eventColumn = 3;
     QVERIFY(table->columnWidth(eventColumn) >= table->fontMetrics().horizontalAdvance(longest));
 }

@@ -51,31 +51,26 @@ QString TestSampleData::dump() const
 {
     const TestDatabase database(const_cast<TestSampleData *>(this)->home().databasePath(), false);
     QStringList lines;
-    for (const QString &table :
-         {QStringLiteral("cars"), QStringLiteral("host_cars"), QStringLiteral("personal"),
-          QStringLiteral("laps"), QStringLiteral("maintainance"), QStringLiteral("service_operations"),
-          QStringLiteral("service_reglament")})
-        lines += database.rows(QLatin1String("SELECT * FROM ") + table);
-    return lines.join(QLatin1Char('\n'));
+    for (const QString table :
+         {"cars", "host_cars", "personal", "laps", "maintainance", "service_operations", "service_reglament"})
+        lines += database.rows("SELECT * FROM " + table);
+    return lines.join('\n');
 }
 
 void TestSampleData::theSampleHoldsAWholeTrack()
 {
     QCOMPARE(make(1), SampleOutcome::Made);
     const TestDatabase database(home().databasePath(), false);
-    const auto count = [&](const QString &what) {
-        return database.value(QLatin1String("SELECT ") + what).toInt();
-    };
-    QCOMPARE(count(QStringLiteral("count(*) FROM cars")), 24);
-    QVERIFY(count(QStringLiteral("count(DISTINCT name) FROM cars")) >= 4);
-    QCOMPARE(count(QStringLiteral("count(*) FROM service_operations")), 8);
-    QCOMPARE(count(QStringLiteral("count(*) FROM service_reglament")),
-             8 * count(QStringLiteral("count(DISTINCT name) FROM cars")));
-    QCOMPARE(count(QStringLiteral("count(*) FROM personal")), 10);
-    QCOMPARE(count(QStringLiteral("count(DISTINCT service_code) FROM host_personal")), 10);
-    QVERIFY(count(QStringLiteral("count(*) FROM laps")) > 5000);
-    QVERIFY(count(QStringLiteral("count(*) FROM host_cars WHERE available=0")) > 0);
-    QCOMPARE(count(QStringLiteral("count(*) FROM sqlite_master WHERE name='laps_by_car'")), 1);
+    const auto count = [&](const QString &what) { return database.value("SELECT " + what).toInt(); };
+    QCOMPARE(count("count(*) FROM cars"), 24);
+    QVERIFY(count("count(DISTINCT name) FROM cars") >= 4);
+    QCOMPARE(count("count(*) FROM service_operations"), 8);
+    QCOMPARE(count("count(*) FROM service_reglament"), 8 * count("count(DISTINCT name) FROM cars"));
+    QCOMPARE(count("count(*) FROM personal"), 10);
+    QCOMPARE(count("count(DISTINCT service_code) FROM host_personal"), 10);
+    QVERIFY(count("count(*) FROM laps") > 5000);
+    QVERIFY(count("count(*) FROM host_cars WHERE available=0") > 0);
+    QCOMPARE(count("count(*) FROM sqlite_master WHERE name='laps_by_car'"), 1);
 }
 
 void TestSampleData::theSameSeedGivesTheSameTrack()
@@ -93,23 +88,23 @@ void TestSampleData::dueOpenAndGoodStatesAllOccur()
     for (quint32 seed = 0; seed < 8; ++seed) {
         QCOMPARE(make(seed), SampleOutcome::Made);
         const TestDatabase database(home().databasePath(), false);
-        const QStringList states = database.rows(QStringLiteral(
+        const QStringList states = database.rows(
             "SELECT m.operation_state, "
             "(SELECT count(*) FROM laps l WHERE l.car_id=m.car_id AND l.lap_timestamp>m.ot) > r.laps_limit "
             "FROM (SELECT car_id,operation_id,max(operation_time) AS ot,operation_state FROM maintainance "
             "GROUP BY car_id,operation_id) m JOIN cars c ON c.id=m.car_id "
             "JOIN service_reglament r ON r.model=c.name AND r.operation_id=m.operation_id "
-            "WHERE r.laps_limit>0"));
-        QVERIFY(states.count(QStringLiteral("1|0")) > 10);
-        QVERIFY(states.count(QStringLiteral("1|1")) > 2);
+            "WHERE r.laps_limit>0");
+        QVERIFY(states.count("1|0") > 10);
+        QVERIFY(states.count("1|1") > 2);
         QVERIFY(database
-                    .value(QStringLiteral("SELECT count(*) FROM maintainance WHERE operation_state=0 AND "
-                                          "operation_id=-1"))
+                    .value("SELECT count(*) FROM maintainance WHERE operation_state=0 AND "
+                           "operation_id=-1")
                     .toInt()
                 > 0);
         QVERIFY(database
-                    .value(QStringLiteral("SELECT count(*) FROM maintainance WHERE operation_state=0 AND "
-                                          "operation_id>0"))
+                    .value("SELECT count(*) FROM maintainance WHERE operation_state=0 AND "
+                           "operation_id>0")
                     .toInt()
                 > 0);
     }
@@ -120,22 +115,15 @@ void TestSampleData::everythingLiesInThePastInTheSharedForm()
     QCOMPARE(make(3), SampleOutcome::Made);
     const TestDatabase database(home().databasePath(), false);
     const QString now = noon.toString(Qt::ISODateWithMs);
-    QVERIFY(database.value(QStringLiteral("SELECT max(lap_timestamp) FROM laps")).toString() < now);
-    QVERIFY(database.value(QStringLiteral("SELECT max(operation_time) FROM maintainance")).toString() < now);
-    const QString form = QStringLiteral("[0-9][0-9][0-9][0-9]-[0-9][0-9]-[0-9][0-9]T[0-9][0-9]:[0-9][0-9]:"
-                                        "[0-9][0-9].[0-9][0-9][0-9]Z");
+    QVERIFY(database.value("SELECT max(lap_timestamp) FROM laps").toString() < now);
+    QVERIFY(database.value("SELECT max(operation_time) FROM maintainance").toString() < now);
+    const QString form = "[0-9][0-9][0-9][0-9]-[0-9][0-9]-[0-9][0-9]T[0-9][0-9]:[0-9][0-9]:"
+                         "[0-9][0-9].[0-9][0-9][0-9]Z";
+    QCOMPARE(database.value("SELECT count(*) FROM laps WHERE lap_timestamp NOT GLOB ?", {form}).toInt(), 0);
     QCOMPARE(
-        database.value(QStringLiteral("SELECT count(*) FROM laps WHERE lap_timestamp NOT GLOB ?"), {form})
-            .toInt(),
+        database.value("SELECT count(*) FROM maintainance WHERE operation_time NOT GLOB ?", {form}).toInt(),
         0);
-    QCOMPARE(database
-                 .value(QStringLiteral("SELECT count(*) FROM maintainance WHERE operation_time NOT GLOB ?"),
-                        {form})
-                 .toInt(),
-             0);
-    QCOMPARE(database.value(QStringLiteral("SELECT count(*) FROM laps WHERE datetime(lap_timestamp) IS NULL"))
-                 .toInt(),
-             0);
+    QCOMPARE(database.value("SELECT count(*) FROM laps WHERE datetime(lap_timestamp) IS NULL").toInt(), 0);
 }
 
 void TestSampleData::cancellingLeavesTheFileBlank()
@@ -143,9 +131,7 @@ void TestSampleData::cancellingLeavesTheFileBlank()
     QCOMPARE(make(1, [](int) { return false; }), SampleOutcome::Cancelled);
     QVERIFY(HostDatabase::isBlank(HostHome::userDocuments()));
     const TestDatabase connection(home().databasePath(), false);
-    QCOMPARE(connection.value(QStringLiteral("SELECT count(*) FROM sqlite_master WHERE name='laps_by_car'"))
-                 .toInt(),
-             1);
+    QCOMPARE(connection.value("SELECT count(*) FROM sqlite_master WHERE name='laps_by_car'").toInt(), 1);
 }
 
 void TestSampleData::aJobInTheBackgroundCanBeCancelled()
@@ -173,7 +159,7 @@ void TestSampleData::aJobThatCannotWriteSaysWhy()
     job.start();
     QVERIFY(finished.wait());
     QCOMPARE(finished.first().first().value<SampleOutcome>(), SampleOutcome::Failed);
-    QVERIFY2(job.errorText().contains(QLatin1String("cars")), qPrintable(job.errorText()));
+    QVERIFY2(job.errorText().contains("cars"), qPrintable(job.errorText()));
 }
 
 GARAGE_TEST_WITHOUT_WINDOWS(TestSampleData)

@@ -91,19 +91,17 @@ void TestTrack::withoutCarsNobodyDrives()
 void TestTrack::lapsGoIntoTheFileAndRunsGetNewIds()
 {
     const std::unique_ptr<TestDatabase> database = createDatabase();
-    database->addLap(1, 41, QStringLiteral("2026-01-01T10:00:00.000Z"), 40000);
+    database->addLap(1, 41, "2026-01-01T10:00:00.000Z", 40000);
     LapRecorder recorder(home().databasePath());
     QSignalSpy runs(&recorder, &LapRecorder::runSaved);
     recorder.record({{7, 1, 0, 40000}, {8, 2, 1000, 41000}}, {1});
     recorder.record({{7, 2, 2000, 42000}}, {2});
     QCOMPARE(runs.count(), 2);
     QCOMPARE(runs.at(1).first().toInt(), 43);
-    QCOMPARE(database->rows(
-                 QStringLiteral("SELECT car_id,run_id,lap_timestamp,sum_sectors FROM laps WHERE run_id>41 "
-                                "ORDER BY lap_id")),
-             (QStringList {QStringLiteral("7|42|1970-01-01T00:00:00.000Z|40000"),
-                           QStringLiteral("8|43|1970-01-01T00:00:01.000Z|41000"),
-                           QStringLiteral("7|43|1970-01-01T00:00:02.000Z|42000")}));
+    QCOMPARE(database->rows("SELECT car_id,run_id,lap_timestamp,sum_sectors FROM laps WHERE run_id>41 "
+                            "ORDER BY lap_id"),
+             (QStringList {"7|42|1970-01-01T00:00:00.000Z|40000", "8|43|1970-01-01T00:00:01.000Z|41000",
+                           "7|43|1970-01-01T00:00:02.000Z|42000"}));
 }
 
 void TestTrack::lapsThatMeetALockAreKept()
@@ -112,27 +110,27 @@ void TestTrack::lapsThatMeetALockAreKept()
     LapRecorder recorder(home().databasePath());
     QSignalSpy failures(&recorder, &LapRecorder::failed);
     QSignalSpy runs(&recorder, &LapRecorder::runSaved);
-    database->exec(QStringLiteral("BEGIN IMMEDIATE"));
+    database->exec("BEGIN IMMEDIATE");
     recorder.record({{7, 1, 0, 40000}}, {1});
     QCOMPARE(failures.count(), 1);
     QCOMPARE(runs.count(), 0);
-    database->exec(QStringLiteral("COMMIT"));
+    database->exec("COMMIT");
     recorder.record({{7, 2, 0, 40000}}, {});
     QTRY_COMPARE(runs.count(), 1);
-    QCOMPARE(database->value(QStringLiteral("SELECT count(*) FROM laps")).toInt(), 2);
+    QCOMPARE(database->value("SELECT count(*) FROM laps").toInt(), 2);
 }
 
 void TestTrack::runIdsWaitForALockedFile()
 {
     const std::unique_ptr<TestDatabase> database = createDatabase();
-    database->addLap(1, 41, QStringLiteral("2026-01-01T10:00:00.000Z"), 40000);
+    database->addLap(1, 41, "2026-01-01T10:00:00.000Z", 40000);
     LapRecorder recorder(home().databasePath());
     QSignalSpy failures(&recorder, &LapRecorder::failed);
     QSignalSpy runs(&recorder, &LapRecorder::runSaved);
-    database->exec(QStringLiteral("BEGIN EXCLUSIVE"));
+    database->exec("BEGIN EXCLUSIVE");
     recorder.record({{7, 1, 0, 40000}}, {1});
     QCOMPARE(failures.count(), 1);
-    database->exec(QStringLiteral("COMMIT"));
+    database->exec("COMMIT");
     QTRY_COMPARE(runs.count(), 1);
     QCOMPARE(runs.first().first().toInt(), 42);
 }
@@ -146,7 +144,7 @@ void TestTrack::lapsOnTheirWayReachTheFileAtTheEnd()
         for (int run = 0; run < 50; ++run)
             host.track().recordRun({4}, 1, 43000);
     }
-    QCOMPARE(database->value(QStringLiteral("SELECT count(*) FROM laps")).toInt(), 50);
+    QCOMPARE(database->value("SELECT count(*) FROM laps").toInt(), 50);
 }
 
 void TestTrack::aRunByHandIsAnnounced()
@@ -154,36 +152,33 @@ void TestTrack::aRunByHandIsAnnounced()
     const std::unique_ptr<TestDatabase> database = createDatabase();
     QCOMPARE(HostDatabase::prepare(HostHome::userDocuments()), QString());
     DemoHost host(HostHome::userDocuments(), 1);
-    QCOMPARE(host.plugin().load(QStringLiteral(FAKE_PLUGIN)), QString());
+    QCOMPARE(host.plugin().load(FAKE_PLUGIN), QString());
     host.track().recordRun({4, 5}, 10, 43000);
-    QTRY_COMPARE(countEvents(host.journal(), QStringLiteral("run_saved_to_db")), 1);
-    QCOMPARE(countEvents(host.journal(), QStringLiteral("run_closed")), 1);
-    QCOMPARE(database->value(QStringLiteral("SELECT count(*) FROM laps WHERE sum_sectors=43000")).toInt(),
-             20);
-    QCOMPARE(database->value(QStringLiteral("SELECT count(DISTINCT run_id) FROM laps")).toInt(), 1);
-    QCOMPARE(database->value(QStringLiteral("SELECT count(DISTINCT lap_timestamp) FROM laps WHERE car_id=4"))
-                 .toInt(),
-             10);
+    QTRY_COMPARE(countEvents(host.journal(), "run_saved_to_db"), 1);
+    QCOMPARE(countEvents(host.journal(), "run_closed"), 1);
+    QCOMPARE(database->value("SELECT count(*) FROM laps WHERE sum_sectors=43000").toInt(), 20);
+    QCOMPARE(database->value("SELECT count(DISTINCT run_id) FROM laps").toInt(), 1);
+    QCOMPARE(database->value("SELECT count(DISTINCT lap_timestamp) FROM laps WHERE car_id=4").toInt(), 10);
 }
 
 void TestTrack::liveRunsAreAnnouncedAndLieInTheRealPast()
 {
     const std::unique_ptr<TestDatabase> database = createDatabase();
     for (int car = 1; car <= 6; ++car)
-        database->addCar(car, QString::number(car), QStringLiteral("Вихрь"));
+        database->addCar(car, QString::number(car), "Вихрь");
     QCOMPARE(HostDatabase::prepare(HostHome::userDocuments()), QString());
     DemoHost host(HostHome::userDocuments(), 1);
-    QCOMPARE(host.plugin().load(QStringLiteral(FAKE_PLUGIN)), QString());
+    QCOMPARE(host.plugin().load(FAKE_PLUGIN), QString());
     host.track().setSpeed(5000);
     QCOMPARE(host.track().speed(), Track::fastest);
     const QString start = QDateTime::currentDateTimeUtc().addSecs(-1).toString(Qt::ISODateWithMs);
     host.track().setLive(true);
     QTRY_VERIFY_WITH_TIMEOUT(host.track().savedRuns() >= 2, 20000);
     host.track().setLive(false);
-    QVERIFY(countEvents(host.journal(), QStringLiteral("run_saved_to_db")) >= 1);
+    QVERIFY(countEvents(host.journal(), "run_saved_to_db") >= 1);
     const QString end = QDateTime::currentDateTimeUtc().toString(Qt::ISODateWithMs);
-    QVERIFY(database->value(QStringLiteral("SELECT min(lap_timestamp) FROM laps")).toString() >= start);
-    QVERIFY(database->value(QStringLiteral("SELECT max(lap_timestamp) FROM laps")).toString() <= end);
+    QVERIFY(database->value("SELECT min(lap_timestamp) FROM laps").toString() >= start);
+    QVERIFY(database->value("SELECT max(lap_timestamp) FROM laps").toString() <= end);
 }
 
 void TestTrack::bigNewsIsNotAnnouncedFasterThanItIsAnswered()
@@ -191,13 +186,13 @@ void TestTrack::bigNewsIsNotAnnouncedFasterThanItIsAnswered()
     createDatabase();
     QCOMPARE(HostDatabase::prepare(HostHome::userDocuments()), QString());
     DemoHost host(HostHome::userDocuments(), 1);
-    QCOMPARE(host.plugin().load(QStringLiteral(FAKE_PLUGIN)), QString());
+    QCOMPARE(host.plugin().load(FAKE_PLUGIN), QString());
     for (int run = 0; run < 20; ++run)
         host.track().recordRun({4}, 1, 43000);
     QTRY_COMPARE(host.track().savedRuns(), 20);
-    QTRY_COMPARE(countEvents(host.journal(), QStringLiteral("update_pending_service")), 2);
-    QCOMPARE(countEvents(host.journal(), QStringLiteral("run_closed")), 20);
-    QCOMPARE(countEvents(host.journal(), QStringLiteral("run_saved_to_db")), 2);
+    QTRY_COMPARE(countEvents(host.journal(), "update_pending_service"), 2);
+    QCOMPARE(countEvents(host.journal(), "run_closed"), 20);
+    QCOMPARE(countEvents(host.journal(), "run_saved_to_db"), 2);
 }
 
 GARAGE_TEST(TestTrack)

@@ -18,20 +18,20 @@ struct Verdict
     /// The report's line of that check; empty if it has none.
     QString line(const QString &check) const
     {
-        for (const QString &line : output.split(QLatin1Char('\n'))) {
-            if (line.section(QLatin1Char(' '), 1).trimmed().startsWith(check + QLatin1Char(':')))
+        for (const QString &line : output.split('\n')) {
+            if (line.section(' ', 1).trimmed().startsWith(check + ':'))
                 return line;
         }
         return {};
     }
-    QString lastLine() const { return output.trimmed().section(QLatin1Char('\n'), -1); }
+    QString lastLine() const { return output.trimmed().section('\n', -1); }
 };
 
-const QString realPlugin = QStringLiteral(GARAGE_PLUGIN);
+const QString realPlugin = GARAGE_PLUGIN;
 
 QString broken(const QString &fault)
 {
-    return QStringLiteral(FIXTURES "/libbroken_%1.so").arg(fault);
+    return QString(FIXTURES "/libbroken_%1.so").arg(fault);
 }
 
 } // namespace
@@ -60,7 +60,7 @@ private:
 Verdict TestValidation::validate(const QString &library, const QStringList &more)
 {
     QProcess process;
-    process.start(QStringLiteral(GARAGE_HOST), QStringList {QStringLiteral("--validate"), library} + more);
+    process.start(GARAGE_HOST, QStringList {"--validate", library} + more);
     if (!process.waitForFinished(200000))
         return {};
     return {process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1,
@@ -73,10 +73,10 @@ void TestValidation::theRealPluginPassesEveryCheck()
     const Verdict verdict = validate(realPlugin);
     QVERIFY2(verdict.exitCode == 0, qPrintable(verdict.output));
     QCOMPARE(verdict.complaints, QString());
-    const int checks = verdict.output.count(QLatin1String("PASSED "));
+    const int checks = verdict.output.count("PASSED ");
     QVERIFY(checks >= 25);
-    QCOMPARE(verdict.lastLine(), QStringLiteral("%1 passed, 0 failed").arg(checks));
-    QCOMPARE(verdict.output.trimmed().count(QLatin1Char('\n')), checks);
+    QCOMPARE(verdict.lastLine(), QString("%1 passed, 0 failed").arg(checks));
+    QCOMPARE(verdict.output.trimmed().count('\n'), checks);
 }
 
 void TestValidation::eachFaultIsFoundByItsCheck_data()
@@ -84,18 +84,21 @@ void TestValidation::eachFaultIsFoundByItsCheck_data()
     QTest::addColumn<QString>("check");
     QTest::addColumn<QString>("reason");
     QTest::addColumn<QString>("soundCheck"); // near by, and not touched by the fault
-    QTest::newRow("wrong_identifier")
-        << QStringLiteral("metadata") << QStringLiteral("/v0.9") << QStringLiteral("entry-points");
-    QTest::newRow("answers_in_wrong_order")
-        << QStringLiteral("load-complete") << QStringLiteral("update_remote_service, read_cars_list instead")
-        << QStringLiteral("insert-tab");
-    QTest::newRow("crashes_on_bad_input")
-        << QStringLiteral("bad-input") << QStringLiteral("crashed") << QStringLiteral("silent-events");
-    QTest::newRow("writes_one_by_one")
-        << QStringLiteral("transaction") << QStringLiteral("the number of transactions")
-        << QStringLiteral("remote-record");
-    QTest::newRow("hangs_on_a_lock") << QStringLiteral("locked-database") << QStringLiteral("hangs")
-                                     << QStringLiteral("transaction");
+    QTest::newRow("wrong_identifier") << "metadata"
+                                      << "/v0.9"
+                                      << "entry-points";
+    QTest::newRow("answers_in_wrong_order") << "load-complete"
+                                            << "update_remote_service, read_cars_list instead"
+                                            << "insert-tab";
+    QTest::newRow("crashes_on_bad_input") << "bad-input"
+                                          << "crashed"
+                                          << "silent-events";
+    QTest::newRow("writes_one_by_one") << "transaction"
+                                       << "the number of transactions"
+                                       << "remote-record";
+    QTest::newRow("hangs_on_a_lock") << "locked-database"
+                                     << "hangs"
+                                     << "transaction";
 }
 
 void TestValidation::eachFaultIsFoundByItsCheck()
@@ -104,32 +107,27 @@ void TestValidation::eachFaultIsFoundByItsCheck()
     QFETCH(const QString, reason);
     QFETCH(const QString, soundCheck);
     const Verdict verdict = validate(broken(QString::fromLatin1(QTest::currentDataTag())),
-                                     {QStringLiteral("--check"), check, QStringLiteral("--check"), soundCheck,
-                                      QStringLiteral("--time-limit"), QStringLiteral("4")});
+                                     {"--check", check, "--check", soundCheck, "--time-limit", "4"});
     QCOMPARE(verdict.exitCode, 7);
-    QVERIFY2(verdict.line(check).startsWith(QLatin1String("FAILED ")), qPrintable(verdict.output));
+    QVERIFY2(verdict.line(check).startsWith("FAILED "), qPrintable(verdict.output));
     QVERIFY2(verdict.line(check).contains(reason), qPrintable(verdict.output));
-    QVERIFY2(verdict.line(soundCheck).startsWith(QLatin1String("PASSED ")), qPrintable(verdict.output));
-    QCOMPARE(verdict.lastLine(), QStringLiteral("1 passed, 1 failed"));
+    QVERIFY2(verdict.line(soundCheck).startsWith("PASSED "), qPrintable(verdict.output));
+    QCOMPARE(verdict.lastLine(), "1 passed, 1 failed");
 }
 
 void TestValidation::aPluginOfAnotherKindFails()
 {
-    const Verdict verdict = validate(QStringLiteral(FAKE_PLUGIN),
-                                     {QStringLiteral("--check"), QStringLiteral("event-lists"),
-                                      QStringLiteral("--check"), QStringLiteral("insert-tab")});
+    const Verdict verdict = validate(FAKE_PLUGIN, {"--check", "event-lists", "--check", "insert-tab"});
     QCOMPARE(verdict.exitCode, 7);
-    QVERIFY2(verdict.line(QStringLiteral("event-lists")).contains(QLatin1String("emittedEvents() is []")),
-             qPrintable(verdict.output));
-    QVERIFY2(verdict.line(QStringLiteral("insert-tab")).startsWith(QLatin1String("FAILED ")),
-             qPrintable(verdict.output));
+    QVERIFY2(verdict.line("event-lists").contains("emittedEvents() is []"), qPrintable(verdict.output));
+    QVERIFY2(verdict.line("insert-tab").startsWith("FAILED "), qPrintable(verdict.output));
 }
 
 void TestValidation::whatDoesNotLoadFailsOnceAndSkipsTheRest_data()
 {
     QTest::addColumn<QString>("file");
-    QTest::newRow("not a library") << QStringLiteral("/etc/passwd");
-    QTest::newRow("a program") << QStringLiteral(GARAGE_HOST);
+    QTest::newRow("not a library") << "/etc/passwd";
+    QTest::newRow("a program") << GARAGE_HOST;
 }
 
 void TestValidation::whatDoesNotLoadFailsOnceAndSkipsTheRest()
@@ -137,31 +135,28 @@ void TestValidation::whatDoesNotLoadFailsOnceAndSkipsTheRest()
     QFETCH(const QString, file);
     const Verdict verdict = validate(file);
     QCOMPARE(verdict.exitCode, 7);
-    QVERIFY2(verdict.line(QStringLiteral("loading")).startsWith(QLatin1String("FAILED ")),
-             qPrintable(verdict.output));
-    const int skipped = verdict.output.count(QLatin1String("SKIPPED "));
+    QVERIFY2(verdict.line("loading").startsWith("FAILED "), qPrintable(verdict.output));
+    const int skipped = verdict.output.count("SKIPPED ");
     QVERIFY(skipped >= 25);
-    QCOMPARE(verdict.lastLine(), QStringLiteral("0 passed, 1 failed, %1 skipped").arg(skipped));
+    QCOMPARE(verdict.lastLine(), QString("0 passed, 1 failed, %1 skipped").arg(skipped));
 }
 
 void TestValidation::theReportIsAlsoJson()
 {
-    const Verdict verdict =
-        validate(broken(QStringLiteral("answers_in_wrong_order")),
-                 {QStringLiteral("--json"), QStringLiteral("--check"), QStringLiteral("load-complete"),
-                  QStringLiteral("--check"), QStringLiteral("event-lists")});
+    const Verdict verdict = validate(broken("answers_in_wrong_order"),
+                                     {"--json", "--check", "load-complete", "--check", "event-lists"});
     QCOMPARE(verdict.exitCode, 7);
     const QJsonObject report = verdict.json();
-    QCOMPARE(report.value(QLatin1String("passed")).toInt(-1), 1);
-    QCOMPARE(report.value(QLatin1String("failed")).toInt(-1), 1);
-    QCOMPARE(report.value(QLatin1String("skipped")).toInt(-1), 0);
-    const QJsonArray checks = report.value(QLatin1String("checks")).toArray();
+    QCOMPARE(report.value("passed").toInt(-1), 1);
+    QCOMPARE(report.value("failed").toInt(-1), 1);
+    QCOMPARE(report.value("skipped").toInt(-1), 0);
+    const QJsonArray checks = report.value("checks").toArray();
     QCOMPARE(checks.size(), 2);
     const QJsonObject failed = checks.last().toObject();
-    QCOMPARE(failed.value(QLatin1String("name")).toString(), QStringLiteral("load-complete"));
-    QCOMPARE(failed.value(QLatin1String("outcome")).toString(), QStringLiteral("FAILED"));
-    QVERIFY(!failed.value(QLatin1String("title")).toString().isEmpty());
-    QVERIFY(!failed.value(QLatin1String("reason")).toString().isEmpty());
+    QCOMPARE(failed.value("name").toString(), "load-complete");
+    QCOMPARE(failed.value("outcome").toString(), "FAILED");
+    QVERIFY(!failed.value("title").toString().isEmpty());
+    QVERIFY(!failed.value("reason").toString().isEmpty());
 }
 
 void TestValidation::wrongRequestsAreNamed_data()
@@ -169,13 +164,10 @@ void TestValidation::wrongRequestsAreNamed_data()
     QTest::addColumn<QStringList>("more");
     QTest::addColumn<int>("exitCode");
     QTest::addColumn<QString>("word");
-    QTest::newRow("unknown check") << QStringList {QStringLiteral("--check"), QStringLiteral("beauty")} << 1
-                                   << QStringLiteral("beauty");
-    QTest::newRow("no time") << QStringList {QStringLiteral("--time-limit"), QStringLiteral("0")} << 1
-                             << QStringLiteral("--time-limit");
-    QTest::newRow("two ways at once")
-        << QStringList {QStringLiteral("--stdio")} << 1 << QStringLiteral("--stdio");
-    QTest::newRow("no such file") << QStringList() << 2 << QStringLiteral("/nowhere/libmissing.so");
+    QTest::newRow("unknown check") << QStringList {"--check", "beauty"} << 1 << "beauty";
+    QTest::newRow("no time") << QStringList {"--time-limit", "0"} << 1 << "--time-limit";
+    QTest::newRow("two ways at once") << QStringList {"--stdio"} << 1 << "--stdio";
+    QTest::newRow("no such file") << QStringList() << 2 << "/nowhere/libmissing.so";
 }
 
 void TestValidation::wrongRequestsAreNamed()
@@ -183,7 +175,7 @@ void TestValidation::wrongRequestsAreNamed()
     QFETCH(const QStringList, more);
     QFETCH(const int, exitCode);
     QFETCH(const QString, word);
-    const Verdict verdict = validate(QStringLiteral("/nowhere/libmissing.so"), more);
+    const Verdict verdict = validate("/nowhere/libmissing.so", more);
     QCOMPARE(verdict.exitCode, exitCode);
     QCOMPARE(verdict.output, QString());
     QVERIFY2(verdict.complaints.contains(word), qPrintable(verdict.complaints));
@@ -191,7 +183,7 @@ void TestValidation::wrongRequestsAreNamed()
 
 void TestValidation::theUsersDocumentsStayUntouched()
 {
-    QCOMPARE(validate(realPlugin, {QStringLiteral("--check"), QStringLiteral("remote-record")}).exitCode, 0);
+    QCOMPARE(validate(realPlugin, {"--check", "remote-record"}).exitCode, 0);
     QVERIFY(!QFileInfo::exists(home().databasePath()));
 }
 

@@ -14,16 +14,16 @@ namespace {
 
 QJsonObject carJson(int id, const QString &name, const QString &number, bool available = true)
 {
-    return {{QStringLiteral("id"), id},
-            {QStringLiteral("name"), name},
-            {QStringLiteral("num"), number},
-            {QStringLiteral("car_guid"), QStringLiteral("guid-%1").arg(id)},
-            {QStringLiteral("available_for_runs"), available}};
+    return {{"id", id},
+            {"name", name},
+            {"num", number},
+            {"car_guid", QString("guid-%1").arg(id)},
+            {"available_for_runs", available}};
 }
 
 QJsonObject carsJson(const QJsonArray &cars)
 {
-    return {{QStringLiteral("cars"), cars}};
+    return {{"cars", cars}};
 }
 
 QStringList shownNumbers(const CarsListModel &model)
@@ -66,13 +66,12 @@ int oracleComparison(const QJsonObject &left, const QJsonObject &right, int colu
 {
     const auto number = [](const QJsonObject &car) {
         int value = 0;
-        const QByteArray text = car.value(QStringLiteral("num")).toString().toLatin1();
+        const QByteArray text = car.value("num").toString().toLatin1();
         return std::sscanf(text.constData(), "%d", &value) == 1 ? value : 0;
     };
     const int byNumber = number(left) - number(right);
-    const int byName = QString::compare(left.value(QStringLiteral("name")).toString(),
-                                        right.value(QStringLiteral("name")).toString());
-    const int byId = left.value(QStringLiteral("id")).toInt() - right.value(QStringLiteral("id")).toInt();
+    const int byName = QString::compare(left.value("name").toString(), right.value("name").toString());
+    const int byId = left.value("id").toInt() - right.value("id").toInt();
     const int sign = order == Qt::DescendingOrder ? -1 : 1;
     if (column == 0)
         return sign * (byNumber != 0 ? byNumber : byName);
@@ -119,8 +118,8 @@ void TestCarsListModel::columnsAreFixed()
 {
     const CarsListModel model;
     QCOMPARE(model.columnCount(), 3);
-    const QStringList titles {QStringLiteral("#"), QStringLiteral("Модель"), QStringLiteral("Номер")};
-    const QStringList keys {QStringLiteral("POS"), QStringLiteral("MODEL"), QStringLiteral("NUM")};
+    const QStringList titles {"#", "Модель", "Номер"};
+    const QStringList keys {"POS", "MODEL", "NUM"};
     for (int column = 0; column < 3; ++column) {
         QCOMPARE(model.headerData(column, Qt::Horizontal).toString(), titles.at(column));
         QCOMPARE(model.columnKey(column), keys.at(column));
@@ -140,14 +139,12 @@ void TestCarsListModel::rowsShowPositionModelAndNumber()
 {
     CarsListModel model;
     QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::Fatal);
-    model.loadFromJson(carsJson({carJson(5, QStringLiteral("Sodi"), QStringLiteral("12A")),
-                                 carJson(6, QStringLiteral("Rimo"), QStringLiteral("3"))}),
-                       false);
+    model.loadFromJson(carsJson({carJson(5, "Sodi", "12A"), carJson(6, "Rimo", "3")}), false);
     QCOMPARE(model.rowCount(), 2);
     QCOMPARE(model.index(0, 0).data(), QVariant(1));
     QCOMPARE(model.index(1, 0).data(), QVariant(2));
-    QCOMPARE(model.index(0, 1).data(), QVariant(QStringLiteral("Rimo")));
-    QCOMPARE(model.index(1, 2).data(), QVariant(QStringLiteral("12A")));
+    QCOMPARE(model.index(0, 1).data(), QVariant("Rimo"));
+    QCOMPARE(model.index(1, 2).data(), QVariant("12A"));
     const int alignments[] = {2, 1, 2};
     for (int column = 0; column < 3; ++column)
         QCOMPARE(model.index(0, column).data(Qt::TextAlignmentRole).toInt(), alignments[column]);
@@ -158,9 +155,7 @@ void TestCarsListModel::rowsShowPositionModelAndNumber()
 void TestCarsListModel::unavailableCarsAreGrey()
 {
     CarsListModel model;
-    model.loadFromJson(carsJson({carJson(1, QStringLiteral("A"), QStringLiteral("1"), false),
-                                 carJson(2, QStringLiteral("B"), QStringLiteral("2"))}),
-                       false);
+    model.loadFromJson(carsJson({carJson(1, "A", "1", false), carJson(2, "B", "2")}), false);
     for (int column = 0; column < model.columnCount(); ++column) {
         const QVariant grey = model.index(0, column).data(Qt::BackgroundRole);
         QCOMPARE(grey.userType(), int(QMetaType::QColor));
@@ -171,10 +166,9 @@ void TestCarsListModel::unavailableCarsAreGrey()
 
 void TestCarsListModel::aCarIsAvailableUnlessTheHostSaysOtherwise()
 {
-    const QJsonObject silent {{QStringLiteral("id"), 1}};
-    const QJsonObject numeric {{QStringLiteral("id"), 2}, {QStringLiteral("available_for_runs"), 0}};
-    const QJsonObject textual {{QStringLiteral("id"), 3},
-                               {QStringLiteral("available_for_runs"), QStringLiteral("false")}};
+    const QJsonObject silent {{"id", 1}};
+    const QJsonObject numeric {{"id", 2}, {"available_for_runs", 0}};
+    const QJsonObject textual {{"id", 3}, {"available_for_runs", "false"}};
     CarsListModel model;
     model.loadFromJson(carsJson({silent, numeric, textual}), true);
     for (int id : {1, 2, 3})
@@ -183,14 +177,13 @@ void TestCarsListModel::aCarIsAvailableUnlessTheHostSaysOtherwise()
 
 void TestCarsListModel::theListOfAvailableCarsLeavesTheOthersOut()
 {
-    const QJsonObject cars = carsJson({carJson(1, QStringLiteral("A"), QStringLiteral("1"), false),
-                                       carJson(2, QStringLiteral("A"), QStringLiteral("2"))});
+    const QJsonObject cars = carsJson({carJson(1, "A", "1", false), carJson(2, "A", "2")});
     CarsListModel all;
     CarsListModel available;
     all.loadFromJson(cars, false);
     available.loadFromJson(cars, true);
-    QCOMPARE(shownNumbers(all), QStringList({QStringLiteral("1"), QStringLiteral("2")}));
-    QCOMPARE(shownNumbers(available), QStringList({QStringLiteral("2")}));
+    QCOMPARE(shownNumbers(all), QStringList({"1", "2"}));
+    QCOMPARE(shownNumbers(available), QStringList({"2"}));
     QVERIFY(!available.contains(1));
 }
 
@@ -200,11 +193,9 @@ void TestCarsListModel::malformedCarsTakeDefaults_data()
     QTest::newRow("empty object") << QJsonValue(QJsonObject());
     QTest::newRow("not an object") << QJsonValue(7);
     QTest::newRow("null") << QJsonValue();
-    QTest::newRow("wrong types") << QJsonValue(QJsonObject {{QStringLiteral("id"), QStringLiteral("4")},
-                                                            {QStringLiteral("num"), 12},
-                                                            {QStringLiteral("name"), QJsonArray()},
-                                                            {QStringLiteral("car_guid"), true}});
-    QTest::newRow("unknown keys") << QJsonValue(QJsonObject {{QStringLiteral("speed"), 4}});
+    QTest::newRow("wrong types") << QJsonValue(
+        QJsonObject {{"id", "4"}, {"num", 12}, {"name", QJsonArray()}, {"car_guid", true}});
+    QTest::newRow("unknown keys") << QJsonValue(QJsonObject {{"speed", 4}});
 }
 
 void TestCarsListModel::malformedCarsTakeDefaults()
@@ -222,8 +213,8 @@ void TestCarsListModel::aMessageWithoutCarsEmptiesTheList_data()
 {
     QTest::addColumn<QJsonObject>("message");
     QTest::newRow("no key") << QJsonObject();
-    QTest::newRow("an object") << QJsonObject {{QStringLiteral("cars"), QJsonObject()}};
-    QTest::newRow("a text") << QJsonObject {{QStringLiteral("cars"), QStringLiteral("[]")}};
+    QTest::newRow("an object") << QJsonObject {{"cars", QJsonObject()}};
+    QTest::newRow("a text") << QJsonObject {{"cars", "[]"}};
     QTest::newRow("an empty array") << carsJson({});
 }
 
@@ -231,7 +222,7 @@ void TestCarsListModel::aMessageWithoutCarsEmptiesTheList()
 {
     QFETCH(const QJsonObject, message);
     CarsListModel model;
-    model.loadFromJson(carsJson({carJson(1, QStringLiteral("A"), QStringLiteral("1"))}), false);
+    model.loadFromJson(carsJson({carJson(1, "A", "1")}), false);
     model.loadFromJson(message, false);
     QCOMPARE(model.rowCount(), 0);
     QVERIFY(!model.contains(1));
@@ -240,26 +231,20 @@ void TestCarsListModel::aMessageWithoutCarsEmptiesTheList()
 void TestCarsListModel::numbersOfAModelAscendInBothDirections()
 {
     CarsListModel model;
-    model.loadFromJson(carsJson({carJson(1, QStringLiteral("A"), QStringLiteral("12")),
-                                 carJson(2, QStringLiteral("B"), QStringLiteral("9")),
-                                 carJson(3, QStringLiteral("A"), QStringLiteral("7"))}),
-                       false);
+    model.loadFromJson(carsJson({carJson(1, "A", "12"), carJson(2, "B", "9"), carJson(3, "A", "7")}), false);
     const auto numbers = [&model](Qt::SortOrder order) {
         model.sort(1, order);
-        return shownNumbers(model).join(QLatin1Char(' '));
+        return shownNumbers(model).join(' ');
     };
-    QCOMPARE(numbers(Qt::AscendingOrder), QStringLiteral("7 12 9"));
-    QCOMPARE(numbers(Qt::DescendingOrder), QStringLiteral("9 7 12"));
+    QCOMPARE(numbers(Qt::AscendingOrder), "7 12 9");
+    QCOMPARE(numbers(Qt::DescendingOrder), "9 7 12");
 }
 
 void TestCarsListModel::numbersThatDoNotParseCountAsZero()
 {
     CarsListModel model;
-    model.loadFromJson(carsJson({carJson(1, QStringLiteral("A"), QStringLiteral("1")),
-                                 carJson(2, QStringLiteral("A"), QStringLiteral("A5")),
-                                 carJson(3, QStringLiteral("A"), QStringLiteral("-1")),
-                                 carJson(4, QStringLiteral("A"), QStringLiteral(" 3B")),
-                                 carJson(5, QStringLiteral("A"), QStringLiteral("2"))}),
+    model.loadFromJson(carsJson({carJson(1, "A", "1"), carJson(2, "A", "A5"), carJson(3, "A", "-1"),
+                                 carJson(4, "A", " 3B"), carJson(5, "A", "2")}),
                        false);
     model.sort(0, Qt::AscendingOrder);
     QCOMPARE(model.idsOfRows(firstColumn(model)), QJsonArray({3, 2, 1, 5, 4}));
@@ -270,10 +255,7 @@ void TestCarsListModel::numbersThatDoNotParseCountAsZero()
 void TestCarsListModel::theNumberColumnIsSortedById()
 {
     CarsListModel model;
-    model.loadFromJson(carsJson({carJson(3, QStringLiteral("A"), QStringLiteral("1")),
-                                 carJson(1, QStringLiteral("A"), QStringLiteral("2")),
-                                 carJson(2, QStringLiteral("A"), QStringLiteral("3"))}),
-                       false);
+    model.loadFromJson(carsJson({carJson(3, "A", "1"), carJson(1, "A", "2"), carJson(2, "A", "3")}), false);
     model.sort(2, Qt::AscendingOrder);
     QCOMPARE(model.idsOfRows(firstColumn(model)), QJsonArray({1, 2, 3}));
     model.sort(2, Qt::DescendingOrder);
@@ -294,10 +276,8 @@ void TestCarsListModel::sortingAgreesWithTheOracle()
 {
     QFETCH(const int, column);
     QFETCH(const Qt::SortOrder, order);
-    const QStringList names {QString(), QStringLiteral("Kart"), QStringLiteral("kart"), QStringLiteral("Ёж")};
-    const QStringList numbers {QString(),           QStringLiteral("7"),   QStringLiteral("07"),
-                               QStringLiteral("A"), QStringLiteral("-4"),  QStringLiteral("12B"),
-                               QStringLiteral("+"), QStringLiteral("999"), QStringLiteral(" 3")};
+    const QStringList names {QString(), "Kart", "kart", "Ёж"};
+    const QStringList numbers {QString(), "7", "07", "A", "-4", "12B", "+", "999", " 3"};
     QRandomGenerator random(11);
     for (int round = 0; round < 50; ++round) {
         QJsonArray cars;
@@ -317,7 +297,7 @@ void TestCarsListModel::sortingAgreesWithTheOracle()
         for (int row = 0; row < ids.size(); ++row) {
             const QJsonObject car = carsById.take(ids.at(row).toInt(-1));
             QVERIFY(!car.isEmpty());
-            QCOMPARE(model.index(row, 2).data().toString(), car.value(QStringLiteral("num")).toString());
+            QCOMPARE(model.index(row, 2).data().toString(), car.value("num").toString());
             if (row + 1 < ids.size()) {
                 const QJsonObject next = carsById.value(ids.at(row + 1).toInt(-1));
                 QVERIFY(oracleComparison(car, next, column, order) <= 0);
@@ -354,8 +334,7 @@ void TestCarsListModel::theOrderIsStrictAndWeak()
 
 void TestCarsListModel::aLoadSortsByModelForAllLists()
 {
-    const QJsonObject cars = carsJson({carJson(1, QStringLiteral("B"), QStringLiteral("1")),
-                                       carJson(2, QStringLiteral("A"), QStringLiteral("2"))});
+    const QJsonObject cars = carsJson({carJson(1, "B", "1"), carJson(2, "A", "2")});
     CarsListModel first;
     CarsListModel second;
     first.loadFromJson(cars, false);
@@ -371,9 +350,7 @@ void TestCarsListModel::aLoadSortsByModelForAllLists()
 
 void TestCarsListModel::columnMinusOneRepeatsTheLastSortOfAnyList()
 {
-    const QJsonObject cars = carsJson({carJson(1, QStringLiteral("A"), QStringLiteral("10")),
-                                       carJson(2, QStringLiteral("B"), QStringLiteral("30")),
-                                       carJson(3, QStringLiteral("C"), QStringLiteral("20"))});
+    const QJsonObject cars = carsJson({carJson(1, "A", "10"), carJson(2, "B", "30"), carJson(3, "C", "20")});
     CarsListModel first;
     CarsListModel second;
     first.loadFromJson(cars, false);
@@ -387,9 +364,7 @@ void TestCarsListModel::columnMinusOneRepeatsTheLastSortOfAnyList()
 void TestCarsListModel::unknownColumnsAreSortedById()
 {
     CarsListModel model;
-    model.loadFromJson(carsJson({carJson(2, QStringLiteral("A"), QStringLiteral("1")),
-                                 carJson(1, QStringLiteral("B"), QStringLiteral("2"))}),
-                       false);
+    model.loadFromJson(carsJson({carJson(2, "A", "1"), carJson(1, "B", "2")}), false);
     for (int column : {3, 1000, -2}) {
         model.sort(column, Qt::AscendingOrder);
         QCOMPARE(model.idsOfRows(firstColumn(model)), QJsonArray({1, 2}));
@@ -403,7 +378,7 @@ void TestCarsListModel::loadAndSortAreOneLayoutChangeEach()
     CarsListModel model;
     QSignalSpy before(&model, &QAbstractItemModel::layoutAboutToBeChanged);
     QSignalSpy after(&model, &QAbstractItemModel::layoutChanged);
-    model.loadFromJson(carsJson({carJson(1, QStringLiteral("A"), QStringLiteral("1"))}), false);
+    model.loadFromJson(carsJson({carJson(1, "A", "1")}), false);
     QCOMPARE(before.count(), 1);
     QCOMPARE(after.count(), 1);
     model.sort(0, Qt::AscendingOrder);
@@ -414,9 +389,7 @@ void TestCarsListModel::loadAndSortAreOneLayoutChangeEach()
 void TestCarsListModel::idsFollowTheOrderOfTheIndexes()
 {
     CarsListModel model;
-    model.loadFromJson(carsJson({carJson(7, QStringLiteral("A"), QStringLiteral("1")),
-                                 carJson(8, QStringLiteral("B"), QStringLiteral("2"))}),
-                       false);
+    model.loadFromJson(carsJson({carJson(7, "A", "1"), carJson(8, "B", "2")}), false);
     QCOMPARE(model.idsOfRows({model.index(1, 0), model.index(0, 2)}), QJsonArray({8, 7}));
     QCOMPARE(model.idsOfRows(allCells(model)), QJsonArray({7, 7, 7, 8, 8, 8}));
 }
@@ -424,18 +397,16 @@ void TestCarsListModel::idsFollowTheOrderOfTheIndexes()
 void TestCarsListModel::idsOfNoRowsAreAnEmptyArray()
 {
     CarsListModel model;
-    model.loadFromJson(carsJson({carJson(7, QStringLiteral("A"), QStringLiteral("1"))}), false);
+    model.loadFromJson(carsJson({carJson(7, "A", "1")}), false);
     QCOMPARE(model.idsOfRows({}), QJsonArray());
 }
 
 void TestCarsListModel::idsOfRowsThatAreGoneAreSkipped()
 {
     CarsListModel model;
-    model.loadFromJson(carsJson({carJson(7, QStringLiteral("A"), QStringLiteral("1")),
-                                 carJson(8, QStringLiteral("B"), QStringLiteral("2"))}),
-                       false);
+    model.loadFromJson(carsJson({carJson(7, "A", "1"), carJson(8, "B", "2")}), false);
     const QModelIndex second = model.index(1, 0);
-    model.loadFromJson(carsJson({carJson(9, QStringLiteral("A"), QStringLiteral("1"))}), false);
+    model.loadFromJson(carsJson({carJson(9, "A", "1")}), false);
     QCOMPARE(model.idsOfRows({second, {}, model.index(0, 0)}), QJsonArray({9}));
 }
 
@@ -443,7 +414,7 @@ void TestCarsListModel::containsKnowsTheIds()
 {
     CarsListModel model;
     QVERIFY(!model.contains(-1));
-    model.loadFromJson(carsJson({carJson(7, QStringLiteral("A"), QStringLiteral("1"), false)}), false);
+    model.loadFromJson(carsJson({carJson(7, "A", "1", false)}), false);
     QVERIFY(model.contains(7));
     QVERIFY(!model.contains(8));
 }
@@ -451,21 +422,19 @@ void TestCarsListModel::containsKnowsTheIds()
 void TestCarsListModel::selectionsFollowCarsWithoutIds()
 {
     CarsListModel model;
-    const QJsonObject one {{QStringLiteral("num"), QStringLiteral("1")}};
-    const QJsonObject two {{QStringLiteral("num"), QStringLiteral("2")}};
+    const QJsonObject one {{"num", "1"}};
+    const QJsonObject two {{"num", "2"}};
     model.loadFromJson(carsJson({one, two}), false);
     const QPersistentModelIndex second = model.index(1, 2);
     model.sort(0, Qt::DescendingOrder);
     QCOMPARE(second.row(), 0);
-    QCOMPARE(second.data(), QVariant(QStringLiteral("2")));
+    QCOMPARE(second.data(), QVariant("2"));
 }
 
 void TestCarsListModel::nothingOutOfRangeIsAnswered()
 {
     CarsListModel model;
-    model.loadFromJson(carsJson({carJson(1, QStringLiteral("A"), QStringLiteral("1"), false),
-                                 carJson(2, QStringLiteral("B"), QStringLiteral("2"), false)}),
-                       false);
+    model.loadFromJson(carsJson({carJson(1, "A", "1", false), carJson(2, "B", "2", false)}), false);
     const QModelIndex gone = model.index(1, 1);
     QCOMPARE(model.rowCount(model.index(0, 0)), 0);
     model.loadFromJson({}, false);

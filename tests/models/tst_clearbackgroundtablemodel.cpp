@@ -13,9 +13,9 @@ class LettersModel final : public ClearbackgroundTableModel
 public:
     LettersModel()
     {
-        appendColumn({QStringLiteral("#"), Qt::AlignRight, 40, QStringLiteral("POS"), Qt::AlignCenter});
-        appendColumn({QStringLiteral("Letter"), Qt::AlignLeft, 80, QStringLiteral("LETTER"), -1});
-        appendColumn({QStringLiteral("Extra"), Qt::AlignLeft, 90, QStringLiteral("EXTRA"), -1});
+        appendColumn({"#", Qt::AlignRight, 40, "POS", Qt::AlignCenter});
+        appendColumn({"Letter", Qt::AlignLeft, 80, "LETTER", -1});
+        appendColumn({"Extra", Qt::AlignLeft, 90, "EXTRA", -1});
     }
 
     int rowCount(const QModelIndex &parent = {}) const override
@@ -72,7 +72,7 @@ private slots:
 void TestClearbackgroundTableModel::cellsAreTransparentAndAligned()
 {
     LettersModel model;
-    model.replace({QStringLiteral("a")});
+    model.replace({"a"});
     QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::Fatal);
     QCOMPARE(model.index(0, 0).data(Qt::TextAlignmentRole).toInt(), int(Qt::AlignRight));
     QCOMPARE(model.index(0, 1).data(Qt::BackgroundRole).value<QBrush>(), QBrush(Qt::transparent));
@@ -82,7 +82,7 @@ void TestClearbackgroundTableModel::cellsAreTransparentAndAligned()
 void TestClearbackgroundTableModel::headersAreAlignedLikeTheirCellsUnlessToldOtherwise()
 {
     const LettersModel model;
-    QCOMPARE(model.headerData(1, Qt::Horizontal).toString(), QStringLiteral("Letter"));
+    QCOMPARE(model.headerData(1, Qt::Horizontal).toString(), "Letter");
     QCOMPARE(model.headerData(0, Qt::Horizontal, Qt::TextAlignmentRole).toInt(), int(Qt::AlignCenter));
     QCOMPARE(model.headerData(1, Qt::Horizontal, Qt::TextAlignmentRole).toInt(), int(Qt::AlignLeft));
     QVERIFY(!model.headerData(0, Qt::Vertical).isValid());
@@ -103,12 +103,12 @@ void TestClearbackgroundTableModel::nothingOutOfRangeIsAnswered()
 void TestClearbackgroundTableModel::persistentIndexesFollowTheirRecordAndColumn()
 {
     LettersModel model;
-    model.replace({QStringLiteral("a"), QStringLiteral("b"), QStringLiteral("c")});
+    model.replace({"a", "b", "c"});
     QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::Fatal);
     const QPersistentModelIndex a = model.index(0, 1);
     const QPersistentModelIndex c = model.index(2, 2);
 
-    model.replace({QStringLiteral("c"), QStringLiteral("x"), QStringLiteral("a"), QStringLiteral("b")});
+    model.replace({"c", "x", "a", "b"});
     QCOMPARE(a.row(), 2);
     QCOMPARE(c.row(), 0);
 
@@ -123,22 +123,22 @@ void TestClearbackgroundTableModel::persistentIndexesFollowTheirRecordAndColumn(
 void TestClearbackgroundTableModel::equalRecordsKeepTheirOrder()
 {
     LettersModel model;
-    model.replace({QStringLiteral("a"), QStringLiteral("a"), QStringLiteral("b")});
+    model.replace({"a", "a", "b"});
     const QPersistentModelIndex second = model.index(1, 0);
-    model.replace({QStringLiteral("b"), QStringLiteral("a"), QStringLiteral("a")});
+    model.replace({"b", "a", "a"});
     QCOMPARE(second.row(), 2);
-    model.replace({QStringLiteral("a")});
+    model.replace({"a"});
     QVERIFY(!second.isValid());
 }
 
 void TestClearbackgroundTableModel::indexesInColumnsOfOneKeyStayInTheirs()
 {
     LettersModel model;
-    model.replace({QStringLiteral("a")});
-    model.addColumn(QStringLiteral("EXTRA"), 90);
+    model.replace({"a"});
+    model.addColumn("EXTRA", 90);
     const QPersistentModelIndex first = model.index(0, 2);
     const QPersistentModelIndex second = model.index(0, 3);
-    model.replace({QStringLiteral("b"), QStringLiteral("a")});
+    model.replace({"b", "a"});
     QCOMPARE(QModelIndex(first), model.index(1, 2));
     QCOMPARE(QModelIndex(second), model.index(1, 3));
     model.dropColumn(3);
@@ -151,7 +151,7 @@ void TestClearbackgroundTableModel::nestedChangesAreAnnouncedOnce()
     LettersModel model;
     QSignalSpy before(&model, &QAbstractItemModel::layoutAboutToBeChanged);
     QSignalSpy after(&model, &QAbstractItemModel::layoutChanged);
-    model.addColumn(QStringLiteral("NEW"), 100);
+    model.addColumn("NEW", 100);
     QCOMPARE(before.count(), 1);
     QCOMPARE(after.count(), 1);
 }
@@ -159,7 +159,7 @@ void TestClearbackgroundTableModel::nestedChangesAreAnnouncedOnce()
 void TestClearbackgroundTableModel::widthsSurviveAChangeOfColumns()
 {
     LettersModel model;
-    model.replace({QStringLiteral("a")});
+    model.replace({"a"});
     QTreeView view;
     view.header()->setStretchLastSection(false);
     view.setModel(&model);
@@ -168,7 +168,7 @@ void TestClearbackgroundTableModel::widthsSurviveAChangeOfColumns()
     {
         const ColumnWidthKeeper keeper(&view, model);
         model.dropColumn(0);
-        model.addColumn(QStringLiteral("NEW"), 155);
+        model.addColumn("NEW", 155);
     }
     QCOMPARE(view.columnWidth(0), 133);
     QCOMPARE(view.columnWidth(1), 90);

@@ -31,7 +31,7 @@ const char *const iconNames[] = {"iconMoveLeft", "iconMoveRight", "iconAttention
 
 QString resourceOf(const QString &name)
 {
-    return QStringLiteral(":/icons/%1").arg(name);
+    return QString(":/icons/%1").arg(name);
 }
 
 QImage picture(const QString &name, int side, qreal ratio = 1.0)
@@ -105,7 +105,7 @@ void TestGarageIcons::noIconIsCutOffAtItsEdges()
 {
     QFETCH(QString, name);
     initGarageResources();
-    for (const QString &variant : {name, QString(name + QLatin1String("@2x"))}) {
+    for (const QString &variant : {name, QString(name + "@2x")}) {
         const QImage image(resourceOf(variant));
         QVERIFY(!image.isNull());
         const int last = image.width() - 1;
@@ -163,8 +163,8 @@ void TestGarageIcons::eachIconIsReadableOnEveryPalette()
 
 void TestGarageIcons::theArrowsPointApart()
 {
-    const QImage left = picture(QStringLiteral("iconMoveLeft"), 48);
-    const QImage right = picture(QStringLiteral("iconMoveRight"), 48);
+    const QImage left = picture("iconMoveLeft", 48);
+    const QImage right = picture("iconMoveRight", 48);
     // The head of an arrow is broader than its shaft.
     QVERIFY(opaqueColumns(left, 0, 24) > opaqueColumns(left, 24, 48));
     QVERIFY(opaqueColumns(right, 0, 24) < opaqueColumns(right, 24, 48));

@@ -82,10 +82,9 @@ void TestGridDelegate::aSelectedCellIsFilledWhole()
 void TestGridDelegate::aTextThatIsCutOffIsShownAsAToolTip()
 {
     QStandardItemModel model(3, 1);
-    model.setData(model.index(0, 0), QStringLiteral("short"));
-    model.setData(model.index(1, 0),
-                  QStringLiteral("<b>a long text that looks like markup</b> and does not fit"));
-    model.setData(model.index(2, 0), QStringLiteral("two\nlines"));
+    model.setData(model.index(0, 0), "short");
+    model.setData(model.index(1, 0), "<b>a long text that looks like markup</b> and does not fit");
+    model.setData(model.index(2, 0), "two\nlines");
     QTreeView view;
     GridDelegate delegate;
     view.setUniformRowHeights(true);
@@ -103,12 +102,12 @@ void TestGridDelegate::aTextThatIsCutOffIsShownAsAToolTip()
     };
     hover(model.index(1, 0));
     QVERIFY(QToolTip::isVisible());
-    QVERIFY(QToolTip::text().contains(QLatin1String("&lt;b&gt;a long text")));
+    QVERIFY(QToolTip::text().contains("&lt;b&gt;a long text"));
     hover(model.index(0, 0));
     QTRY_VERIFY(!QToolTip::isVisible() || QToolTip::text().isEmpty());
     hover(model.index(2, 0));
     QVERIFY(QToolTip::isVisible());
-    QVERIFY(QToolTip::text().contains(QStringLiteral("two\u2028lines")));
+    QVERIFY(QToolTip::text().contains("two\u2028lines"));
 }
 
 GARAGE_TEST(TestGridDelegate)

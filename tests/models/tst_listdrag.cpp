@@ -22,8 +22,8 @@ private slots:
 
 namespace {
 
-const QString jsonType = QStringLiteral("application/json");
-const QString textType = QStringLiteral("text/plain");
+const QString jsonType = "application/json";
+const QString textType = "text/plain";
 
 enum class Ending { Drop, Escape };
 
@@ -32,7 +32,7 @@ class CarList final : public QStandardItemModel
 public:
     CarList()
     {
-        for (const QString &name : {QStringLiteral("K7"), QStringLiteral("K8")})
+        for (const char *name : {"K7", "K8"})
             appendRow(new QStandardItem(name));
     }
 
@@ -147,9 +147,7 @@ void TestListDrag::onlyItemsThatTheTargetTookAreReported()
 
     QVERIFY(!model.handedOut.isEmpty());
     QCOMPARE(target->drops, isDropped ? 1 : 0);
-    const QJsonObject car {{QStringLiteral("name"), QStringLiteral("K7")},
-                           {QStringLiteral("color"), QStringLiteral("#ff0000")},
-                           {QStringLiteral("id"), 7}};
+    const QJsonObject car {{"name", "K7"}, {"color", "#ff0000"}, {"id", 7}};
     QCOMPARE(reported, isReported ? QList<QJsonArray> {QJsonArray {car}} : QList<QJsonArray>());
     QCOMPARE(takers, isReported ? QList<const QObject *> {target} : QList<const QObject *>());
     QCOMPARE(model.rowCount(), 2);

@@ -39,11 +39,11 @@ public:
     {
         const Reglament columns = Reglament::ofOperations({opId});
         model.updateColumns(&columns, nullptr);
-        model.setItems({car(1, QStringLiteral("12"), QStringLiteral("Sodi"), stats)});
+        model.setItems({car(1, "12", "Sodi", stats)});
         proxy.setMaintainanceModel(&model);
         ModelReglament entry;
-        entry.model = QStringLiteral("Sodi");
-        entry.limits.insert(opId, {opId, QStringLiteral("Oil"), 3600, 10, 50});
+        entry.model = "Sodi";
+        entry.limits.insert(opId, {opId, "Oil", 3600, 10, 50});
         reglament.list.append(entry);
         delegate.setReglament(&reglament);
     }
@@ -192,7 +192,7 @@ void TestMaintainanceDelegate::withoutLimitsTheBandIsGreen()
     QCOMPARE(pixel(painted.paint(operationColumn), 7, 35), green);
     painted.reglament.list[0].limits.clear();
     QCOMPARE(pixel(painted.paint(operationColumn), 7, 35), green);
-    painted.reglament.list[0].model = QStringLiteral("sodi");
+    painted.reglament.list[0].model = "sodi";
     painted.reglament.list[0].limits.insert(opId, {opId, {}, 1, 1, 1});
     QCOMPARE(pixel(painted.paint(operationColumn), 7, 35), green);
     painted.delegate.setReglament(nullptr);

@@ -90,7 +90,7 @@ ModelReglament limitsOf(const QString &model, const QList<ReglamentLimit> &limit
 
 MaintainanceItem sodi(int carId, const QList<OperationStat> &stats = {})
 {
-    return car(carId, QString::number(carId), QStringLiteral("Sodi"), stats);
+    return car(carId, QString::number(carId), "Sodi", stats);
 }
 
 } // namespace
@@ -129,22 +129,21 @@ private slots:
 void TestMaintainanceFilterProxy::theModelFilterComparesExactly()
 {
     ShownTable table;
-    table.model.setItems({sodi(1), car(2, QStringLiteral("2"), QStringLiteral("sodi")),
-                          car(3, QStringLiteral("3"), QStringLiteral("Sodi RX")), sodi(4)});
-    table.proxy.setModelFilter(QStringLiteral("Sodi"), 1);
-    QCOMPARE(table.proxy.modelFilter(), QStringLiteral("Sodi"));
+    table.model.setItems({sodi(1), car(2, "2", "sodi"), car(3, "3", "Sodi RX"), sodi(4)});
+    table.proxy.setModelFilter("Sodi", 1);
+    QCOMPARE(table.proxy.modelFilter(), "Sodi");
     QCOMPARE(table.carIds(), QList<int>({1, 4}));
-    table.proxy.setModelFilter(QStringLiteral("Sod"), 2);
+    table.proxy.setModelFilter("Sod", 2);
     QCOMPARE(table.carIds(), QList<int>());
 }
 
 void TestMaintainanceFilterProxy::theModelFilterIsOffWhenDisabledOrEmpty()
 {
     ShownTable table;
-    table.model.setItems({sodi(1), car(2, QStringLiteral("2"), QString())});
-    table.proxy.setModelFilter(QStringLiteral("Sodi"), 1);
+    table.model.setItems({sodi(1), car(2, "2", QString())});
+    table.proxy.setModelFilter("Sodi", 1);
     QCOMPARE(table.proxy.rowCount(), 1);
-    table.proxy.setModelFilter(QStringLiteral("Sodi"), 0);
+    table.proxy.setModelFilter("Sodi", 0);
     QCOMPARE(table.proxy.modelFilter(), QString());
     QCOMPARE(table.proxy.rowCount(), 2);
     table.proxy.setModelFilter(QString(), 1);
@@ -167,7 +166,7 @@ void TestMaintainanceFilterProxy::carsThatNeedServicePass_data()
     QTest::newRow("open, nothing driven") << sodi(1, {open(3)}) << true;
     QTest::newRow("open complaint") << sodi(1, {open(complaintOperationId), done(1, noonOf(1))}) << true;
     QTest::newRow("another model's limits")
-        << car(1, QStringLiteral("1"), QStringLiteral("Birel"), {done(1, noonOf(1), 999, 999, 999)}) << false;
+        << car(1, "1", "Birel", {done(1, noonOf(1), 999, 999, 999)}) << false;
 }
 
 void TestMaintainanceFilterProxy::carsThatNeedServicePass()
@@ -175,7 +174,7 @@ void TestMaintainanceFilterProxy::carsThatNeedServicePass()
     QFETCH(MaintainanceItem, item);
     QFETCH(bool, passes);
     ShownTable table;
-    table.reglament.list = {limitsOf(QStringLiteral("Sodi"), {{1, {}, 100, 10, 50}, {2, {}, -1, -1, -1}})};
+    table.reglament.list = {limitsOf("Sodi", {{1, {}, 100, 10, 50}, {2, {}, -1, -1, -1}})};
     table.model.setItems({item});
     QCOMPARE(table.proxy.rowCount(), 1);
     table.proxy.setNeedsServiceOnly(1);
@@ -189,11 +188,10 @@ void TestMaintainanceFilterProxy::carsThatNeedServicePass()
 void TestMaintainanceFilterProxy::bothFiltersApplyTogether()
 {
     ShownTable table;
-    table.model.setItems(
-        {sodi(1), sodi(2, {open(1)}), car(3, QStringLiteral("3"), QStringLiteral("Birel"), {open(1)})});
+    table.model.setItems({sodi(1), sodi(2, {open(1)}), car(3, "3", "Birel", {open(1)})});
     table.proxy.setNeedsServiceOnly(-5);
     QCOMPARE(table.carIds(), QList<int>({3, 2}));
-    table.proxy.setModelFilter(QStringLiteral("Sodi"), 1);
+    table.proxy.setModelFilter("Sodi", 1);
     QCOMPARE(table.carIds(), QList<int>({2}));
     table.proxy.resetFilters();
     QCOMPARE(table.carIds(), QList<int>({3, 1, 2}));
@@ -202,9 +200,8 @@ void TestMaintainanceFilterProxy::bothFiltersApplyTogether()
 void TestMaintainanceFilterProxy::everyEntryOfTheCarsModelCounts()
 {
     ShownTable table;
-    table.reglament.list = {limitsOf(QStringLiteral("Sodi"), {{1, {}, 0, 0, 100}}),
-                            limitsOf(QStringLiteral("Birel"), {{1, {}, 0, 0, 1}}),
-                            limitsOf(QStringLiteral("Sodi"), {{1, {}, 0, 0, 10}})};
+    table.reglament.list = {limitsOf("Sodi", {{1, {}, 0, 0, 100}}), limitsOf("Birel", {{1, {}, 0, 0, 1}}),
+                            limitsOf("Sodi", {{1, {}, 0, 0, 10}})};
     table.model.setItems({sodi(1, {done(1, noonOf(1), 0, 0, 11)}), sodi(2, {done(1, noonOf(1), 0, 0, 10)})});
     table.proxy.setNeedsServiceOnly(1);
     QCOMPARE(table.carIds(), QList<int>({1}));
@@ -227,10 +224,10 @@ void TestMaintainanceFilterProxy::filtersRunAgainOnlyWhenTheyChange()
     ShownTable table;
     table.model.setItems({sodi(1, {done(1, noonOf(1))}), sodi(2)});
     table.proxy.setNeedsServiceOnly(1);
-    table.proxy.setModelFilter(QStringLiteral("Sodi"), 1);
+    table.proxy.setModelFilter("Sodi", 1);
     table.reglament.reads = 0;
     table.proxy.setNeedsServiceOnly(1);
-    table.proxy.setModelFilter(QStringLiteral("Sodi"), 3);
+    table.proxy.setModelFilter("Sodi", 3);
     table.proxy.setReglament(&table.reglament);
     QCOMPARE(table.reglament.reads, 0);
     table.proxy.refilter();
@@ -240,7 +237,7 @@ void TestMaintainanceFilterProxy::filtersRunAgainOnlyWhenTheyChange()
 void TestMaintainanceFilterProxy::editedLimitsAreSeenAfterRefiltering()
 {
     ShownTable table;
-    table.reglament.list = {limitsOf(QStringLiteral("Sodi"), {{1, {}, 0, 0, 50}})};
+    table.reglament.list = {limitsOf("Sodi", {{1, {}, 0, 0, 50}})};
     table.model.setItems({sodi(1, {done(1, noonOf(1), 0, 0, 30)})});
     table.proxy.setNeedsServiceOnly(1);
     QCOMPARE(table.proxy.rowCount(), 0);
@@ -272,16 +269,16 @@ void TestMaintainanceFilterProxy::aHeaderClickSortsTheTable()
 
 void TestMaintainanceFilterProxy::anotherModelIsShownWhole()
 {
-    QStringListModel list({QStringLiteral("b"), QStringLiteral("a")});
+    QStringListModel list({"b", "a"});
     MaintainanceFilterProxy proxy;
     proxy.sort(0);
     proxy.setNeedsServiceOnly(1);
-    proxy.setModelFilter(QStringLiteral("a"), 1);
+    proxy.setModelFilter("a", 1);
     QCOMPARE(proxy.rowCount(), 0);
     proxy.setSourceModel(&list);
     QCOMPARE(proxy.rowCount(), 2);
     proxy.sort(0, Qt::AscendingOrder);
-    QCOMPARE(list.stringList().at(0), QStringLiteral("a"));
+    QCOMPARE(list.stringList().at(0), "a");
 }
 
 void TestMaintainanceFilterProxy::aTableThatIsGoneLeavesNoRows()
@@ -297,11 +294,11 @@ void TestMaintainanceFilterProxy::aTableThatIsGoneLeavesNoRows()
     }
     QCOMPARE(proxy.rowCount(), 0);
     proxy.sort(1);
-    proxy.setModelFilter(QStringLiteral("Sodi"), 1);
+    proxy.setModelFilter("Sodi", 1);
     proxy.refilter();
     QCOMPARE(proxy.rowCount(), 0);
     MaintainanceModel other;
-    other.setItems({sodi(1), car(2, QStringLiteral("2"), QStringLiteral("Birel"))});
+    other.setItems({sodi(1), car(2, "2", "Birel")});
     proxy.setMaintainanceModel(&other);
     QCOMPARE(proxy.rowCount(), 1);
 }
@@ -314,7 +311,7 @@ void TestMaintainanceFilterProxy::positionsAreRenumberedByTheFilter()
     table.proxy.setNeedsServiceOnly(1);
     QCOMPARE(table.proxy.index(0, 0).data().toInt(), 1);
     QCOMPARE(table.proxy.index(1, 0).data().toInt(), 2);
-    QCOMPARE(table.proxy.index(0, 2).data().toString(), QStringLiteral("2"));
+    QCOMPARE(table.proxy.index(0, 2).data().toString(), "2");
 }
 
 void TestMaintainanceFilterProxy::currentAndSelectionFollowTheirCars()
@@ -372,23 +369,23 @@ void TestMaintainanceFilterProxy::columnsThatGoTakeTheirIndexesAlong()
     QVERIFY(!number.isValid());
     QVERIFY(!table.view.currentIndex().isValid());
     QCOMPARE(third.column(), 2);
-    QCOMPARE(table.model.columnKey(third.column()), QStringLiteral("OP_3"));
+    QCOMPARE(table.model.columnKey(third.column()), "OP_3");
     table.view.grab();
 }
 
 void TestMaintainanceFilterProxy::filtersSetDuringARefillHoldAfterIt()
 {
     ShownTable table;
-    table.model.setItems({sodi(1), sodi(2), sodi(3), car(4, QStringLiteral("4"), QStringLiteral("Birel"))});
+    table.model.setItems({sodi(1), sodi(2), sodi(3), car(4, "4", "Birel")});
     table.show();
     table.view.setCurrentIndex(table.indexOfCar(3, 1));
     QSignalSpy inserted(&table.proxy, &QAbstractItemModel::rowsInserted);
     QSignalSpy removed(&table.proxy, &QAbstractItemModel::rowsRemoved);
     {
         const ClearbackgroundTableModel::LayoutChange change(table.model);
-        table.proxy.setModelFilter(QStringLiteral("Birel"), 1);
-        table.model.setItems({car(5, QStringLiteral("5"), QStringLiteral("Birel")), sodi(3)});
-        table.proxy.setModelFilter(QStringLiteral("Sodi"), 1);
+        table.proxy.setModelFilter("Birel", 1);
+        table.model.setItems({car(5, "5", "Birel"), sodi(3)});
+        table.proxy.setModelFilter("Sodi", 1);
         table.proxy.setNeedsServiceOnly(0);
     }
     QCOMPARE(table.carIds(), QList<int>({3}));
@@ -403,7 +400,7 @@ void TestMaintainanceFilterProxy::aRecordedServiceShowsAtOnce()
 {
     ShownTable table;
     table.model.setItems({sodi(1, {done(2, noonOf(1), 0, 0, 9)}), sodi(2)});
-    table.proxy.setModelFilter(QStringLiteral("Sodi"), 1);
+    table.proxy.setModelFilter("Sodi", 1);
     table.show();
     const QPersistentModelIndex cell = table.indexOfCar(1, 4);
     QSignalSpy changed(&table.proxy, &QAbstractItemModel::dataChanged);
@@ -412,7 +409,7 @@ void TestMaintainanceFilterProxy::aRecordedServiceShowsAtOnce()
     const QModelIndex clicked = table.proxy.mapToSource(cell);
     emit table.model.dataChanged(clicked, clicked);
     QCOMPARE(changed.count(), 1);
-    QVERIFY(cell.data().toString().startsWith(QLatin1String("02.05.2024 12:00\n")));
+    QVERIFY(cell.data().toString().startsWith("02.05.2024 12:00\n"));
 }
 
 void TestMaintainanceFilterProxy::aTableSelectedWholeSurvivesRefills()
@@ -457,8 +454,8 @@ void TestMaintainanceFilterProxy::nothingDanglesInRandomRefills()
     QFETCH(int, positions);
     QRandomGenerator random(seed);
     ShownTable table(static_cast<ShownTable::Positions>(positions));
-    table.reglament.list = {limitsOf(QStringLiteral("Sodi"), {{1, {}, 1, 0, 0}, {2, {}, 0, 1, 0}}),
-                            limitsOf(QStringLiteral("Birel"), {{1, {}, 0, 0, 1}})};
+    table.reglament.list = {limitsOf("Sodi", {{1, {}, 1, 0, 0}, {2, {}, 0, 1, 0}}),
+                            limitsOf("Birel", {{1, {}, 0, 0, 1}})};
     table.show();
     const auto randomCars = [&random] {
         QList<MaintainanceItem> cars;
@@ -497,7 +494,7 @@ void TestMaintainanceFilterProxy::nothingDanglesInRandomRefills()
             break;
         }
         case 3:
-            table.proxy.setModelFilter(QStringLiteral("Sodi"), random.bounded(2));
+            table.proxy.setModelFilter("Sodi", random.bounded(2));
             break;
         case 4:
             table.proxy.setNeedsServiceOnly(random.bounded(2));
@@ -544,7 +541,7 @@ void TestMaintainanceFilterProxy::filteringManyCarsReadsTheLimitsOncePerCar()
     table.reglament.reads = 0;
     table.proxy.setNeedsServiceOnly(1);
     QCOMPARE(table.reglament.reads, 2000);
-    table.proxy.setModelFilter(QStringLiteral("no such model"), 1);
+    table.proxy.setModelFilter("no such model", 1);
     QCOMPARE(table.reglament.reads, 2000); // the cheaper test comes first
     QCOMPARE(table.proxy.rowCount(), 0);
 }

@@ -33,14 +33,14 @@ public:
         QStringList result;
         for (int column = 0; column < model.columnCount(); ++column)
             result.append(model.columnKey(column));
-        return result.join(QLatin1Char(' '));
+        return result.join(' ');
     }
     QString titles() const
     {
         QStringList result;
         for (int column = 0; column < model.columnCount(); ++column)
             result.append(model.headerData(column, Qt::Horizontal).toString());
-        return result.join(QLatin1Char('|'));
+        return result.join('|');
     }
     QList<int> carIds() const
     {
@@ -100,9 +100,9 @@ void TestMaintainanceModel::startsWithThreeColumnsAndNoRows()
 {
     ChangeableModel table;
     QCOMPARE(table.model.rowCount(), 0);
-    QCOMPARE(table.keys(), QStringLiteral("POS MODEL NUM"));
-    QCOMPARE(table.titles(), QStringLiteral("#|Модель|Номер"));
-    table.model.setItems({car(1, QStringLiteral("7"), QStringLiteral("Sodi"))});
+    QCOMPARE(table.keys(), "POS MODEL NUM");
+    QCOMPARE(table.titles(), "#|Модель|Номер");
+    table.model.setItems({car(1, "7", "Sodi")});
     QTreeView view;
     view.header()->setStretchLastSection(false);
     view.setModel(&table.model);
@@ -119,10 +119,10 @@ void TestMaintainanceModel::startsWithThreeColumnsAndNoRows()
 void TestMaintainanceModel::carCellsShowNumberAndModel()
 {
     ChangeableModel table;
-    table.model.setItems({car(1, QStringLiteral("07 A"), QStringLiteral("Sodi RX"))});
+    table.model.setItems({car(1, "07 A", "Sodi RX")});
     QCOMPARE(table.model.index(0, 0).data(), QVariant(1));
-    QCOMPARE(table.model.index(0, 1).data(), QVariant(QStringLiteral("Sodi RX")));
-    QCOMPARE(table.model.index(0, 2).data(), QVariant(QStringLiteral("07 A")));
+    QCOMPARE(table.model.index(0, 1).data(), QVariant("Sodi RX"));
+    QCOMPARE(table.model.index(0, 2).data(), QVariant("07 A"));
     QVERIFY(!table.model.index(0, 1).data(Qt::ToolTipRole).isValid());
     QVERIFY(!table.model.index(0, 1).data(Qt::EditRole).isValid());
 }
@@ -154,7 +154,7 @@ void TestMaintainanceModel::operationCellsShowTheDateAndWhatWasDrivenSince()
     QLocale::setDefault(QLocale(QLocale::Russian)); // where the decimal point of a number is a comma
     ChangeableModel table;
     table.setOperations({7});
-    table.model.setItems({car(1, QStringLiteral("1"), QStringLiteral("Sodi"), stats)});
+    table.model.setItems({car(1, "1", "Sodi", stats)});
     const QVariant shown = table.model.index(0, 3).data();
     QLocale::setDefault(before);
     QCOMPARE(shown, QVariant(text));
@@ -165,10 +165,8 @@ void TestMaintainanceModel::carCellsOfCarsWithOpenWorkAreTinted()
 {
     ChangeableModel table;
     table.setOperations({7});
-    table.model.setItems({car(1, QStringLiteral("1"), QStringLiteral("Sodi")),
-                          car(2, QStringLiteral("2"), QStringLiteral("Sodi"), {done(7, noonOf(1))}),
-                          car(3, QStringLiteral("3"), QStringLiteral("Sodi"),
-                              {open(complaintOperationId), done(7, noonOf(1))})});
+    table.model.setItems({car(1, "1", "Sodi"), car(2, "2", "Sodi", {done(7, noonOf(1))}),
+                          car(3, "3", "Sodi", {open(complaintOperationId), done(7, noonOf(1))})});
     const auto background = [&table](int row, int column) {
         return table.model.index(row, column).data(Qt::BackgroundRole).value<QBrush>();
     };
@@ -184,7 +182,7 @@ void TestMaintainanceModel::cellsOfferServiceOrAttention()
 {
     ChangeableModel table;
     table.setOperations({7});
-    table.model.setItems({car(1, QStringLiteral("1"), QStringLiteral("Sodi"))});
+    table.model.setItems({car(1, "1", "Sodi")});
     const int plain = Qt::ItemIsSelectable | Qt::ItemIsEnabled | Qt::ItemNeverHasChildren;
     const auto flags = [&table](int column) { return int(table.model.flags(table.model.index(0, column))); };
     QCOMPARE(flags(0), plain | CellFlags::service);
@@ -198,20 +196,18 @@ void TestMaintainanceModel::cellsOfferServiceOrAttention()
 void TestMaintainanceModel::thePositionCountsTheRowsOfTheProxy()
 {
     ChangeableModel table;
-    table.model.setItems({car(1, QStringLiteral("1"), QStringLiteral("Sodi")),
-                          car(2, QStringLiteral("2"), QStringLiteral("Sodi")),
-                          car(3, QStringLiteral("3"), QStringLiteral("Birel"))});
+    table.model.setItems({car(1, "1", "Sodi"), car(2, "2", "Sodi"), car(3, "3", "Birel")});
     {
         BackwardsProxy proxy;
         proxy.setSourceModel(&table.model);
         proxy.QSortFilterProxyModel::sort(1);
         proxy.setFilterKeyColumn(1);
-        proxy.setFilterFixedString(QStringLiteral("Sodi"));
+        proxy.setFilterFixedString("Sodi");
         table.model.setRowNumberProxy(&proxy);
         QCOMPARE(proxy.rowCount(), 2);
         QCOMPARE(table.model.index(0, 0).data().toInt(), 2);
         QCOMPARE(table.model.index(1, 0).data().toInt(), 1);
-        proxy.setFilterFixedString(QStringLiteral("Birel"));
+        proxy.setFilterFixedString("Birel");
         QCOMPARE(table.model.index(2, 0).data().toInt(), 1);
         proxy.setSourceModel(nullptr);
         QCOMPARE(table.model.index(2, 0).data().toInt(), 3);
@@ -223,14 +219,14 @@ void TestMaintainanceModel::nothingOutOfRangeIsAnswered()
 {
     ChangeableModel table;
     table.setOperations({1, 2, 3, 7});
-    const MaintainanceItem item = car(1, QStringLiteral("1"), QStringLiteral("Sodi"), {open(7, noonOf(1))});
+    const MaintainanceItem item = car(1, "1", "Sodi", {open(7, noonOf(1))});
     table.model.setItems({item, item});
     QModelIndexList stale;
     for (const QPoint &at : {QPoint(0, 1), QPoint(1, 1), QPoint(2, 1), QPoint(4, 0), QPoint(6, 0)})
         stale.append(table.model.index(at.y(), at.x()));
     table.setOperations({});
     table.setOperations({7});
-    QCOMPARE(table.keys(), QStringLiteral("OP_2 OP_3 OP_7 OP_7"));
+    QCOMPARE(table.keys(), "OP_2 OP_3 OP_7 OP_7");
     table.model.setItems({item});
     for (const QModelIndex &cell : qAsConst(stale)) {
         QVERIFY(!cell.data().isValid());
@@ -253,13 +249,13 @@ void TestMaintainanceModel::operationColumnsAreThoseOfTheFirstEntry()
     ChangeableModel table;
     Reglament reglament = Reglament::ofOperations({12, 3, 7});
     reglament.list.append(Reglament::ofOperations({1, 2, 3, 4, 5}).list);
-    table.model.setItems({car(1, QStringLiteral("1"), QStringLiteral("Sodi"))});
+    table.model.setItems({car(1, "1", "Sodi")});
     {
         const ClearbackgroundTableModel::LayoutChange change(table.model);
         table.model.updateColumns(&reglament, nullptr);
     }
-    QCOMPARE(table.keys(), QStringLiteral("POS MODEL NUM OP_3 OP_7 OP_12"));
-    QCOMPARE(table.titles(), QStringLiteral("#|Модель|Номер|Operation 3|Operation 7|Operation 12"));
+    QCOMPARE(table.keys(), "POS MODEL NUM OP_3 OP_7 OP_12");
+    QCOMPARE(table.titles(), "#|Модель|Номер|Operation 3|Operation 7|Operation 12");
     for (int column = 3; column < 6; ++column) {
         QCOMPARE(table.model.index(0, column).data(Qt::TextAlignmentRole).toInt(), 2);
         QCOMPARE(table.model.headerData(column, Qt::Horizontal, Qt::TextAlignmentRole).toInt(), 132);
@@ -270,25 +266,23 @@ void TestMaintainanceModel::renamedOperationColumnsKeepTheirWidth()
 {
     ChangeableModel table;
     table.setOperations({3, 7});
-    table.model.setItems(
-        {car(1, QStringLiteral("1"), QStringLiteral("Sodi"), {done(3, noonOf(3)), done(5, noonOf(5))})});
-    QCOMPARE(table.model.index(0, 3).data(), QVariant(QStringLiteral("03.05.2024 12:00")));
+    table.model.setItems({car(1, "1", "Sodi", {done(3, noonOf(3)), done(5, noonOf(5))})});
+    QCOMPARE(table.model.index(0, 3).data(), QVariant("03.05.2024 12:00"));
     table.setOperations({5, 7});
-    QCOMPARE(table.keys(), QStringLiteral("POS MODEL NUM OP_5 OP_7"));
-    QCOMPARE(table.model.index(0, 3).data(), QVariant(QStringLiteral("05.05.2024 12:00")));
+    QCOMPARE(table.keys(), "POS MODEL NUM OP_5 OP_7");
+    QCOMPARE(table.model.index(0, 3).data(), QVariant("05.05.2024 12:00"));
 }
 
 void TestMaintainanceModel::fewerOperationsRemoveColumnsFromTheirCountOn()
 {
     ChangeableModel table;
     table.setOperations({1, 2, 3, 4, 5});
-    table.model.setItems(
-        {car(1, QStringLiteral("9"), QStringLiteral("Sodi"), {done(3, noonOf(3)), open(4, noonOf(4))}),
-         car(2, QStringLiteral("8"), QStringLiteral("Sodi"), {done(3, noonOf(9)), open(4, noonOf(5))})});
+    table.model.setItems({car(1, "9", "Sodi", {done(3, noonOf(3)), open(4, noonOf(4))}),
+                          car(2, "8", "Sodi", {done(3, noonOf(9)), open(4, noonOf(5))})});
     table.model.sort(0);
     table.setOperations({1, 2});
-    QCOMPARE(table.keys(), QStringLiteral("POS MODEL OP_3 OP_4 OP_5"));
-    QCOMPARE(table.model.index(0, 3).data(), QVariant(QStringLiteral("05.05.2024 12:00")));
+    QCOMPARE(table.keys(), "POS MODEL OP_3 OP_4 OP_5");
+    QCOMPARE(table.model.index(0, 3).data(), QVariant("05.05.2024 12:00"));
     QCOMPARE(table.model.index(0, 1).data(Qt::BackgroundRole).value<QBrush>(), QBrush(attention));
     QCOMPARE(table.model.index(0, 2).data(Qt::BackgroundRole).value<QBrush>(), QBrush(Qt::transparent));
 
@@ -298,11 +292,11 @@ void TestMaintainanceModel::fewerOperationsRemoveColumnsFromTheirCountOn()
     QCOMPARE(table.carIds(), QList<int>({2, 1}));
 
     table.setOperations({1, 2});
-    QCOMPARE(table.keys(), QStringLiteral("POS MODEL OP_3 OP_1 OP_2"));
+    QCOMPARE(table.keys(), "POS MODEL OP_3 OP_1 OP_2");
     table.setOperations({});
-    QCOMPARE(table.keys(), QStringLiteral("OP_3 OP_1 OP_2"));
+    QCOMPARE(table.keys(), "OP_3 OP_1 OP_2");
     table.setOperations({6});
-    QCOMPARE(table.keys(), QStringLiteral("OP_3 OP_1 OP_2 OP_6"));
+    QCOMPARE(table.keys(), "OP_3 OP_1 OP_2 OP_6");
 }
 
 void TestMaintainanceModel::withoutEntriesTheColumnsStay()
@@ -312,7 +306,7 @@ void TestMaintainanceModel::withoutEntriesTheColumnsStay()
     table.model.updateColumns(nullptr, nullptr);
     const Reglament empty;
     table.model.updateColumns(&empty, nullptr);
-    QCOMPARE(table.keys(), QStringLiteral("POS MODEL NUM OP_1"));
+    QCOMPARE(table.keys(), "POS MODEL NUM OP_1");
 }
 
 void TestMaintainanceModel::onlyNewColumnsGetAWidthInTheView()
@@ -341,7 +335,7 @@ void TestMaintainanceModel::refillsAnnounceOneLayoutChange()
     QSignalSpy before(&table.model, &QAbstractItemModel::layoutAboutToBeChanged);
     QSignalSpy after(&table.model, &QAbstractItemModel::layoutChanged);
     QSignalSpy reset(&table.model, &QAbstractItemModel::modelReset);
-    table.model.setItems({car(1, QStringLiteral("1"), QStringLiteral("Sodi"))});
+    table.model.setItems({car(1, "1", "Sodi")});
     QCOMPARE(after.count(), 1);
     table.model.setItems({});
     table.model.setSortMode(MaintainanceModel::SortByLaps);
@@ -355,20 +349,20 @@ void TestMaintainanceModel::refillsAnnounceOneLayoutChange()
 void TestMaintainanceModel::refillsAreCopies()
 {
     ChangeableModel table;
-    const QList<MaintainanceItem> items {car(1, QStringLiteral("1"), QStringLiteral("Sodi"))};
+    const QList<MaintainanceItem> items {car(1, "1", "Sodi")};
     table.model.setItems(items);
-    table.model.itemById(1)->num = QStringLiteral("changed");
-    QCOMPARE(items.at(0).num, QStringLiteral("1"));
-    QCOMPARE(table.model.index(0, 2).data().toString(), QStringLiteral("changed"));
+    table.model.itemById(1)->num = "changed";
+    QCOMPARE(items.at(0).num, "1");
+    QCOMPARE(table.model.index(0, 2).data().toString(), "changed");
 }
 
 void TestMaintainanceModel::indexesFollowTheirCarAndColumn()
 {
     ChangeableModel table;
     table.setOperations({1, 2});
-    const MaintainanceItem a = car(1, QStringLiteral("10"), QStringLiteral("Sodi"));
-    const MaintainanceItem b = car(2, QStringLiteral("9"), QStringLiteral("Sodi"));
-    const MaintainanceItem c = car(3, QStringLiteral("1"), QStringLiteral("Birel"));
+    const MaintainanceItem a = car(1, "10", "Sodi");
+    const MaintainanceItem b = car(2, "9", "Sodi");
+    const MaintainanceItem c = car(3, "1", "Birel");
     table.model.setItems({a, b});
     const QPersistentModelIndex number = table.model.index(0, 2);
     const QPersistentModelIndex first = table.model.index(1, 3);
@@ -392,9 +386,8 @@ void TestMaintainanceModel::indexesFollowTheirCarAndColumn()
 void TestMaintainanceModel::itemByIdIsTheFirstOfThatCar()
 {
     ChangeableModel table;
-    table.model.setItems({car(5, QStringLiteral("1"), QStringLiteral("Sodi")),
-                          car(5, QStringLiteral("2"), QStringLiteral("Sodi"))});
-    QCOMPARE(table.model.itemById(5)->num, QStringLiteral("1"));
+    table.model.setItems({car(5, "1", "Sodi"), car(5, "2", "Sodi")});
+    QCOMPARE(table.model.itemById(5)->num, "1");
     QVERIFY(!table.model.itemById(6));
     QVERIFY(!table.model.itemById(noId));
 }
@@ -421,7 +414,7 @@ void TestMaintainanceModel::aServiceMovesTheDateForward()
     ChangeableModel table;
     OperationStat stat = open(7, before);
     stat.laps = 41;
-    table.model.setItems({car(1, QStringLiteral("1"), QStringLiteral("Sodi"), {stat})});
+    table.model.setItems({car(1, "1", "Sodi", {stat})});
     table.model.recordServiceDone(1, 7, doneAt);
     const OperationStat result = table.model.itemAt(0).operation(7);
     QCOMPARE(result.lastDone, after);
@@ -432,7 +425,7 @@ void TestMaintainanceModel::aServiceMovesTheDateForward()
 void TestMaintainanceModel::aServiceOfANewOperationIsDoneWork()
 {
     ChangeableModel table;
-    table.model.setItems({car(1, QStringLiteral("1"), QStringLiteral("Sodi"))});
+    table.model.setItems({car(1, "1", "Sodi")});
     table.model.recordServiceDone(1, 7, QDateTime());
     QVERIFY(table.model.itemAt(0).ops.isEmpty());
     table.model.recordServiceDone(2, 7, noonOf(3));
@@ -448,9 +441,9 @@ void TestMaintainanceModel::aServiceOfANewOperationIsDoneWork()
 void TestMaintainanceModel::aServiceReachesEveryItemOfTheCar()
 {
     ChangeableModel table;
-    table.model.setItems({car(1, QStringLiteral("1"), QStringLiteral("Sodi"), {done(7, noonOf(1))}),
-                          car(2, QStringLiteral("2"), QStringLiteral("Sodi"), {done(7, noonOf(1))}),
-                          car(1, QStringLiteral("1"), QStringLiteral("Sodi"), {done(7, noonOf(5))})});
+    table.model.setItems({car(1, "1", "Sodi", {done(7, noonOf(1))}),
+                          car(2, "2", "Sodi", {done(7, noonOf(1))}),
+                          car(1, "1", "Sodi", {done(7, noonOf(5))})});
     table.model.recordServiceDone(1, 7, noonOf(3));
     QCOMPARE(table.model.itemAt(0).operation(7).lastDone, noonOf(3));
     QCOMPARE(table.model.itemAt(1).operation(7).lastDone, noonOf(1));

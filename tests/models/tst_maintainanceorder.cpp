@@ -145,28 +145,25 @@ void TestMaintainanceOrder::theRuleIsAStrictWeakOrder()
 void TestMaintainanceOrder::theFirstRequestIsAnsweredByNumber()
 {
     MaintainanceModel model;
-    model.setItems({car(1, QStringLiteral("10"), QStringLiteral("Sodi")),
-                    car(2, QStringLiteral("9"), QStringLiteral("Sodi")),
-                    car(3, QStringLiteral("100"), QStringLiteral("Birel"))});
+    model.setItems({car(1, "10", "Sodi"), car(2, "9", "Sodi"), car(3, "100", "Birel")});
     const auto numbers = [&model] {
         QStringList result;
         for (int row = 0; row < model.rowCount(); ++row)
             result.append(model.itemAt(row).num);
-        return result.join(QLatin1Char(' '));
+        return result.join(' ');
     };
     model.sort(900, Qt::DescendingOrder);
-    QCOMPARE(numbers(), QStringLiteral("100 9 10"));
+    QCOMPARE(numbers(), "100 9 10");
     model.sort(1, Qt::DescendingOrder);
-    QCOMPARE(numbers(), QStringLiteral("10 9 100"));
+    QCOMPARE(numbers(), "10 9 100");
     model.sort(900, Qt::AscendingOrder); // no such column: the rows stay
-    QCOMPARE(numbers(), QStringLiteral("10 9 100"));
+    QCOMPARE(numbers(), "10 9 100");
 }
 
 void TestMaintainanceOrder::nothingIsSortedBeforeTheFirstRequest()
 {
     MaintainanceModel model;
-    model.setItems({car(2, QStringLiteral("2"), QStringLiteral("Sodi")),
-                    car(1, QStringLiteral("1"), QStringLiteral("Sodi"))});
+    model.setItems({car(2, "2", "Sodi"), car(1, "1", "Sodi")});
     model.setSortMode(MaintainanceModel::SortByRuns);
     QCOMPARE(model.itemAt(0).carId, 2);
 }
@@ -179,9 +176,8 @@ void TestMaintainanceOrder::theOrderOutlivesARefill()
     model.sort(0);
     model.sort(3, Qt::DescendingOrder);
     model.setSortMode(MaintainanceModel::SortByLaps);
-    model.setItems({car(1, QStringLiteral("1"), QStringLiteral("Sodi"), {done(1, noonOf(2), 0, 0, 5)}),
-                    car(2, QStringLiteral("2"), QStringLiteral("Sodi"), {done(1, noonOf(1), 0, 0, 9)}),
-                    car(3, QStringLiteral("3"), QStringLiteral("Sodi"))});
+    model.setItems({car(1, "1", "Sodi", {done(1, noonOf(2), 0, 0, 5)}),
+                    car(2, "2", "Sodi", {done(1, noonOf(1), 0, 0, 9)}), car(3, "3", "Sodi")});
     QCOMPARE(model.itemAt(0).carId, 2);
     QCOMPARE(model.itemAt(1).carId, 1);
     QCOMPARE(model.itemAt(2).carId, 3);
@@ -193,12 +189,12 @@ void TestMaintainanceOrder::aNumberIsReadFromTheBeginningOfItsText_data()
 {
     QTest::addColumn<QString>("num");
     QTest::addColumn<int>("number");
-    QTest::newRow("plain") << QStringLiteral("10") << 10;
-    QTest::newRow("with a letter") << QStringLiteral("3B") << 3;
-    QTest::newRow("with a blank before") << QStringLiteral(" 12") << 12;
-    QTest::newRow("letter first") << QStringLiteral("A5") << -1;
+    QTest::newRow("plain") << "10" << 10;
+    QTest::newRow("with a letter") << "3B" << 3;
+    QTest::newRow("with a blank before") << " 12" << 12;
+    QTest::newRow("letter first") << "A5" << -1;
     QTest::newRow("empty") << QString() << -1;
-    QTest::newRow("negative") << QStringLiteral("-4") << -4;
+    QTest::newRow("negative") << "-4" << -4;
 }
 
 void TestMaintainanceOrder::aNumberIsReadFromTheBeginningOfItsText()
@@ -206,7 +202,7 @@ void TestMaintainanceOrder::aNumberIsReadFromTheBeginningOfItsText()
     QFETCH(QString, num);
     QFETCH(int, number);
     const MaintainanceOrder order(std::nullopt, 0, Qt::AscendingOrder);
-    QCOMPARE(order.key(car(1, num, QStringLiteral("Sodi"))).number, number);
+    QCOMPARE(order.key(car(1, num, "Sodi")).number, number);
 }
 
 GARAGE_TEST(TestMaintainanceOrder)

@@ -26,7 +26,7 @@ namespace {
 /// Three names for all records; numbers are there once.
 QString modelName(int record)
 {
-    return QStringLiteral("M%1").arg(record % 3);
+    return QString("M%1").arg(record % 3);
 }
 
 int shuffledNumber(int record)
@@ -52,11 +52,10 @@ public:
     }
     QVector<Mutation> mutations() override
     {
-        return {
-            {QStringLiteral("sort"), [this] { sort(0, Qt::DescendingOrder); }, oneLayoutChange},
-            {QStringLiteral("sort again"), [this] { sort(-1, Qt::AscendingOrder); }, oneLayoutChange},
-            {QStringLiteral("sort by nothing"), [this] { sort(99, Qt::AscendingOrder); }, oneLayoutChange},
-            {QStringLiteral("malformed load"), [this] { m_model.loadFromJson({}, false); }, oneLayoutChange}};
+        return {{"sort", [this] { sort(0, Qt::DescendingOrder); }, oneLayoutChange},
+                {"sort again", [this] { sort(-1, Qt::AscendingOrder); }, oneLayoutChange},
+                {"sort by nothing", [this] { sort(99, Qt::AscendingOrder); }, oneLayoutChange},
+                {"malformed load", [this] { m_model.loadFromJson({}, false); }, oneLayoutChange}};
     }
 
 protected:
@@ -66,13 +65,12 @@ protected:
         m_order = Qt::AscendingOrder;
         QJsonArray cars;
         for (int record : records) {
-            cars.append(QJsonObject {
-                {QStringLiteral("id"), record},
-                {QStringLiteral("name"), modelName(record)},
-                {QStringLiteral("num"), QStringLiteral("%1-%2").arg(shuffledNumber(record)).arg(record)},
-                {QStringLiteral("available_for_runs"), isAvailable(record)}});
+            cars.append(QJsonObject {{"id", record},
+                                     {"name", modelName(record)},
+                                     {"num", QString("%1-%2").arg(shuffledNumber(record)).arg(record)},
+                                     {"available_for_runs", isAvailable(record)}});
         }
-        m_model.loadFromJson({{QStringLiteral("cars"), cars}}, m_onlyAvailable);
+        m_model.loadFromJson({{"cars", cars}}, m_onlyAvailable);
     }
     Records arranged(const Records &records) const override
     {
@@ -113,13 +111,13 @@ public:
     QVector<Mutation> mutations() override
     {
         return {
-            {QStringLiteral("remove the first"), [this] { remove(0); }, oneLayoutChange},
-            {QStringLiteral("remove the last"), [this] { remove(4); }, oneLayoutChange},
-            {QStringLiteral("remove before the first"), [this] { remove(-1); }, oneLayoutChange},
-            {QStringLiteral("remove beyond the last"), [this] { remove(5); }, oneLayoutChange},
-            {QStringLiteral("refresh"), [this] { m_model.refresh(); }, oneLayoutChange},
-            {QStringLiteral("append"), [this] { m_model.append({ServiceLogItem()}); }, {}},
-            {QStringLiteral("clear"), [this] { m_model.clear(); }, {}},
+            {"remove the first", [this] { remove(0); }, oneLayoutChange},
+            {"remove the last", [this] { remove(4); }, oneLayoutChange},
+            {"remove before the first", [this] { remove(-1); }, oneLayoutChange},
+            {"remove beyond the last", [this] { remove(5); }, oneLayoutChange},
+            {"refresh", [this] { m_model.refresh(); }, oneLayoutChange},
+            {"append", [this] { m_model.append({ServiceLogItem()}); }, {}},
+            {"clear", [this] { m_model.clear(); }, {}},
         };
     }
 
@@ -158,9 +156,9 @@ private:
         item.state = record % 2 == 0 ? OpenState : DoneState;
         item.opId = record % 5;
         item.model = modelName(record);
-        item.num = QStringLiteral("%1a").arg(shuffledNumber(record));
+        item.num = QString("%1a").arg(shuffledNumber(record));
         item.opTime = QDateTime(QDate(2026, 1, 1), QTime(12, 0)).addSecs(60 * shuffledNumber(record));
-        item.comment = QStringLiteral("c-%1").arg(record);
+        item.comment = QString("c-%1").arg(record);
         return item;
     }
 };
@@ -264,8 +262,7 @@ public:
     const QList<ModelReglament> &entries() const override { return m_entries; }
 
 private:
-    const QList<ModelReglament> m_entries {
-        {QStringLiteral("M0"), {{1, {1, QStringLiteral("Масло"), 0, 0, 0}}}}};
+    const QList<ModelReglament> m_entries {{"M0", {{1, {1, "Масло", 0, 0, 0}}}}};
 };
 
 class MaintainanceSubject : public ModelContract::Subject
@@ -294,12 +291,10 @@ public:
     QVector<Mutation> mutations() override
     {
         return {
-            {QStringLiteral("sort"), [this] { sort(0, Qt::DescendingOrder); }, oneLayoutChange},
-            {QStringLiteral("sort mode"), [this] { m_model.setSortMode(2); }, oneLayoutChange},
-            {QStringLiteral("columns"), [this] { m_model.updateColumns(&m_operations, nullptr); }, {}},
-            {QStringLiteral("service done"),
-             [this] { m_model.recordServiceDone(1, 1, QDateTime::currentDateTime()); },
-             {}},
+            {"sort", [this] { sort(0, Qt::DescendingOrder); }, oneLayoutChange},
+            {"sort mode", [this] { m_model.setSortMode(2); }, oneLayoutChange},
+            {"columns", [this] { m_model.updateColumns(&m_operations, nullptr); }, {}},
+            {"service done", [this] { m_model.recordServiceDone(1, 1, QDateTime::currentDateTime()); }, {}},
         };
     }
 
@@ -336,8 +331,7 @@ private:
     static MaintainanceItem item(int record)
     {
         const int counter = shuffledNumber(record);
-        MaintainanceItem item {
-            record, QStringLiteral("%1-%2").arg(counter).arg(record), modelName(record), {}};
+        MaintainanceItem item {record, QString("%1-%2").arg(counter).arg(record), modelName(record), {}};
         if (isServiced(record)) {
             const QDateTime done = QDateTime(QDate(2026, 1, 1), QTime(12, 0)).addSecs(60 * counter);
             item.ops.insert(1, {1, done, counter, counter, counter, DoneState, {}, record});
@@ -396,15 +390,13 @@ public:
     QVector<Mutation> mutations() override
     {
         return {
-            {QStringLiteral("remove"), [this] { m_model.removeOperation(3); }, oneLayoutChange},
-            {QStringLiteral("remove a row"), [this] { m_model.removeOperationAt(0); }, oneLayoutChange},
-            {QStringLiteral("remove what is not there"), [this] { m_model.removeOperation(99); }, {}},
-            {QStringLiteral("add"), [this] { m_model.addEmptyOperation(); }, oneLayoutChange},
-            {QStringLiteral("append"), [this] { m_model.appendOperation(77, QStringLiteral("O-77")); }, {}},
-            {QStringLiteral("give an id"), [this] { m_model.setNewOperationId(78); }, {}},
-            {QStringLiteral("rename"),
-             [this] { m_model.setData(m_model.index(0, 1), QStringLiteral("O-1"), Qt::EditRole); },
-             {}},
+            {"remove", [this] { m_model.removeOperation(3); }, oneLayoutChange},
+            {"remove a row", [this] { m_model.removeOperationAt(0); }, oneLayoutChange},
+            {"remove what is not there", [this] { m_model.removeOperation(99); }, {}},
+            {"add", [this] { m_model.addEmptyOperation(); }, oneLayoutChange},
+            {"append", [this] { m_model.appendOperation(77, "O-77"); }, {}},
+            {"give an id", [this] { m_model.setNewOperationId(78); }, {}},
+            {"rename", [this] { m_model.setData(m_model.index(0, 1), "O-1", Qt::EditRole); }, {}},
         };
     }
 
@@ -415,7 +407,7 @@ protected:
         while (m_model.rowCount() > 0)
             m_model.removeOperationAt(0);
         for (int record : records)
-            m_model.appendOperation(record, QStringLiteral("O-%1").arg(record));
+            m_model.appendOperation(record, QString("O-%1").arg(record));
     }
 
 private:
@@ -430,9 +422,8 @@ public:
 
     QVector<Mutation> mutations() override
     {
-        return {
-            {QStringLiteral("limits"), [this] { m_model.setLimits(QStringLiteral("R-1"), 1, 1, 2, 3); }, {}},
-            {QStringLiteral("unknown limits"), [this] { m_model.setLimits(QString(), 1, 1, 2, 3); }, {}}};
+        return {{"limits", [this] { m_model.setLimits("R-1", 1, 1, 2, 3); }, {}},
+                {"unknown limits", [this] { m_model.setLimits(QString(), 1, 1, 2, 3); }, {}}};
     }
 
 protected:
@@ -441,8 +432,8 @@ protected:
         const ClearbackgroundTableModel::LayoutChange change(m_model);
         m_model.clear();
         for (int record : records)
-            m_model.addModel(QStringLiteral("R-%1").arg(record));
-        m_model.addOperation(1, QStringLiteral("Масло"));
+            m_model.addModel(QString("R-%1").arg(record));
+        m_model.addOperation(1, "Масло");
     }
 
 private:

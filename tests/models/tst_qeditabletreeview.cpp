@@ -56,8 +56,7 @@ namespace {
 
 QString cellText(const QModelIndex &index)
 {
-    return index.isValid() ? QStringLiteral("%1,%2").arg(index.row()).arg(index.column())
-                           : QStringLiteral("nowhere");
+    return index.isValid() ? QString("%1,%2").arg(index.row()).arg(index.column()) : "nowhere";
 }
 
 /// Writes down what it is told in the user role.
@@ -67,14 +66,14 @@ public:
     explicit ListModel(QStringList *log) : QStandardItemModel(3, 1), m_log(log)
     {
         for (int row = 0; row < rowCount(); ++row)
-            QStandardItemModel::setData(index(row, 0), QStringLiteral("item %1").arg(row), Qt::EditRole);
+            QStandardItemModel::setData(index(row, 0), QString("item %1").arg(row), Qt::EditRole);
     }
 
     bool setData(const QModelIndex &index, const QVariant &value, int role) override
     {
         if (role != Qt::UserRole)
             return QStandardItemModel::setData(index, value, role);
-        m_log->append(QStringLiteral("told %1 %2").arg(cellText(index), value.toString()));
+        m_log->append(QString("told %1 %2").arg(cellText(index), value.toString()));
         if (onTold)
             onTold();
         return true;
@@ -125,19 +124,17 @@ struct List
         view.setModel(&model);
         view.setDragEnabled(true);
         view.setSelectionMode(QAbstractItemView::ExtendedSelection);
-        QObject::connect(&view, &QEditableTreeView::ctrlReturnClicked, &model, [this](const QModelIndex &at) {
-            log.append(QStringLiteral("ctrlReturn ") + cellText(at));
-        });
-        QObject::connect(&view, &QEditableTreeView::ctrlDelClicked, &model, [this](const QModelIndex &at) {
-            log.append(QStringLiteral("ctrlDel ") + cellText(at));
-        });
+        QObject::connect(&view, &QEditableTreeView::ctrlReturnClicked, &model,
+                         [this](const QModelIndex &at) { log.append("ctrlReturn " + cellText(at)); });
+        QObject::connect(&view, &QEditableTreeView::ctrlDelClicked, &model,
+                         [this](const QModelIndex &at) { log.append("ctrlDel " + cellText(at)); });
         QObject::connect(&view, &QEditableTreeView::delClicked, &model, [this](int row, int column) {
-            log.append(QStringLiteral("del %1,%2").arg(row).arg(column));
+            log.append(QString("del %1,%2").arg(row).arg(column));
         });
         QObject::connect(&view, &QEditableTreeView::itemsDroppedOut, &model,
                          [this](const QJsonArray &items, const QObject *target) {
                              log.append(
-                                 QStringLiteral("dropped ")
+                                 "dropped "
                                  + QString::fromUtf8(QJsonDocument(items).toJson(QJsonDocument::Compact)));
                              dropTarget = target;
                          });
@@ -156,7 +153,7 @@ struct List
     ListView view;
 };
 
-QMimeData *mimeDataOf(const QByteArray &content, const QString &type = QStringLiteral("application/json"))
+QMimeData *mimeDataOf(const QByteArray &content, const QString &type = "application/json")
 {
     auto *data = new QMimeData;
     data->setData(type, content);
@@ -164,7 +161,7 @@ QMimeData *mimeDataOf(const QByteArray &content, const QString &type = QStringLi
 }
 
 const QByteArray payload = R"({"from":"list","srcList":[{"name":"K7","color":"#ff0000","id":7}]})";
-const QString droppedOut = QStringLiteral(R"(dropped [{"color":"#ff0000","id":7,"name":"K7"}])");
+const QString droppedOut = R"(dropped [{"color":"#ff0000","id":7,"name":"K7"}])";
 
 } // namespace
 
@@ -220,27 +217,26 @@ void TestQEditableTreeView::aKeyDoesWhatItMeans_data()
         {"Ctrl+Delete", Qt::Key_Delete, Qt::ControlModifier, "ctrlDel", true},
         {"Backspace", Qt::Key_Backspace, Qt::NoModifier, "", false},
         {"F3", Qt::Key_F3, Qt::NoModifier, "", false}};
-    const QString places[] = {QStringLiteral("editable"), QStringLiteral("read-only"),
-                              QStringLiteral("disabled"), QStringLiteral("nowhere")};
+    const QString places[] = {"editable", "read-only", "disabled", "nowhere"};
     for (const auto &key : keys) {
         const QString says = QLatin1String(key.says);
         const auto expect = [&says](const QString &place) -> QStringList {
             if (says.isEmpty())
                 return {};
-            if (says == QLatin1String("del") && place == QLatin1String("nowhere"))
-                return {QStringLiteral("del -1,-1")};
-            const QString tail = says == QLatin1String("told") ? QStringLiteral(" editStarted") : QString();
-            return {says + QLatin1Char(' ') + place + tail};
+            if (says == "del" && place == "nowhere")
+                return {"del -1,-1"};
+            const QString tail = says == "told" ? " editStarted" : QString();
+            return {says + ' ' + place + tail};
         };
         for (const QString &current : places) {
-            const QString at = current == QLatin1String("nowhere") ? current : QStringLiteral("1,0");
-            const bool opens = says == QLatin1String("told") && current == QLatin1String("editable");
+            const QString at = current == "nowhere" ? current : "1,0";
+            const bool opens = says == "told" && current == "editable";
             QTest::addRow("%s, %s", key.name, qPrintable(current))
                 << int(key.key) << int(key.modifiers) << current << false << expect(at) << opens;
         }
         QTest::addRow("%s, editor open", key.name)
             << int(key.key) << int(key.modifiers) << places[0] << true
-            << (key.evenWhileEditing ? expect(QStringLiteral("1,0")) : QStringList()) << true;
+            << (key.evenWhileEditing ? expect("1,0") : QStringList()) << true;
     }
 }
 
@@ -253,11 +249,11 @@ void TestQEditableTreeView::aKeyDoesWhatItMeans()
     List list;
     QVERIFY(QTest::qWaitForWindowActive(&list.view));
     const QModelIndex at = list.model.index(1, 0);
-    if (current == QLatin1String("read-only"))
+    if (current == "read-only")
         list.model.itemFromIndex(at)->setEditable(false);
-    else if (current == QLatin1String("disabled"))
+    else if (current == "disabled")
         list.model.itemFromIndex(at)->setEnabled(false);
-    list.view.selectionModel()->setCurrentIndex(current == QLatin1String("nowhere") ? QModelIndex() : at,
+    list.view.selectionModel()->setCurrentIndex(current == "nowhere" ? QModelIndex() : at,
                                                 QItemSelectionModel::NoUpdate);
     if (editing)
         list.view.edit(at);
@@ -274,11 +270,9 @@ void TestQEditableTreeView::theModelIsToldBeforeTheEditorOpens()
     List list;
     QVERIFY(QTest::qWaitForWindowActive(&list.view));
     list.view.setCurrentIndex(list.model.index(1, 0));
-    list.model.onTold = [&list] {
-        list.log.append(list.view.isEditing() ? QStringLiteral("late") : QStringLiteral("in time"));
-    };
+    list.model.onTold = [&list] { list.log.append(list.view.isEditing() ? "late" : "in time"); };
     QTest::keyClick(&list.view, Qt::Key_Return);
-    QCOMPARE(list.log, QStringList({QStringLiteral("told 1,0 editStarted"), QStringLiteral("in time")}));
+    QCOMPARE(list.log, QStringList({"told 1,0 editStarted", "in time"}));
     QVERIFY(list.view.isEditing());
 }
 
@@ -312,9 +306,9 @@ void TestQEditableTreeView::keysInAnOpenEditorAreTheEditors_data()
 {
     QTest::addColumn<int>("key");
     QTest::addColumn<QString>("text");
-    QTest::newRow("Return commits") << int(Qt::Key_Return) << QStringLiteral("new");
-    QTest::newRow("Enter commits") << int(Qt::Key_Enter) << QStringLiteral("new");
-    QTest::newRow("Escape drops") << int(Qt::Key_Escape) << QStringLiteral("item 1");
+    QTest::newRow("Return commits") << int(Qt::Key_Return) << "new";
+    QTest::newRow("Enter commits") << int(Qt::Key_Enter) << "new";
+    QTest::newRow("Escape drops") << int(Qt::Key_Escape) << "item 1";
     QTest::newRow("Delete stays in the text") << int(Qt::Key_Delete) << QString();
     QTest::newRow("F2 changes nothing") << int(Qt::Key_F2) << QString();
 }
@@ -329,13 +323,13 @@ void TestQEditableTreeView::keysInAnOpenEditorAreTheEditors()
     QTest::keyClick(&list.view, Qt::Key_F2);
     const QPointer<QLineEdit> editor = list.editor();
     QVERIFY(editor && editor->hasFocus());
-    QTest::keyClicks(editor, QStringLiteral("new"));
+    QTest::keyClicks(editor, "new");
     list.log.clear();
 
     QTest::keyClick(editor, Qt::Key(key));
     if (text.isEmpty()) {
         QVERIFY(list.view.isEditing());
-        QCOMPARE(editor->text(), QStringLiteral("new"));
+        QCOMPARE(editor->text(), "new");
     } else {
         QTRY_VERIFY(!editor);
         QVERIFY(!list.view.isEditing());
@@ -370,7 +364,7 @@ void TestQEditableTreeView::theCellIsLookedUpUnderTheInvisibleRoot()
     QStandardItemModel model(3, 1);
     for (int row = 0; row < 3; ++row)
         model.setItem(row, new QStandardItem(QString::number(row)));
-    model.item(0)->appendRow(new QStandardItem(QStringLiteral("child")));
+    model.item(0)->appendRow(new QStandardItem("child"));
     ListView view;
     view.setModel(&model);
     view.expandAll();
@@ -380,7 +374,7 @@ void TestQEditableTreeView::theCellIsLookedUpUnderTheInvisibleRoot()
     QTest::keyClick(&view, Qt::Key_Return);
     auto *editor = view.findChild<QLineEdit *>();
     QVERIFY(editor);
-    QCOMPARE(editor->text(), QStringLiteral("0"));
+    QCOMPARE(editor->text(), "0");
 }
 
 void TestQEditableTreeView::aPressIsRecorded()
@@ -445,9 +439,9 @@ void TestQEditableTreeView::everySelectionChangeIsTold()
             [&](const QItemSelection &selected, const QItemSelection &deselected) {
                 QString line = QLatin1String(list.view.selectionModel()->hasSelection() ? "some:" : "none:");
                 for (const QModelIndex &index : selected.indexes())
-                    line += QStringLiteral(" +%1").arg(index.row());
+                    line += QString(" +%1").arg(index.row());
                 for (const QModelIndex &index : deselected.indexes())
-                    line += QStringLiteral(" -%1").arg(index.row());
+                    line += QString(" -%1").arg(index.row());
                 told.append(line);
             });
     const auto click = [&list](int row, Qt::KeyboardModifiers modifiers) {
@@ -459,9 +453,7 @@ void TestQEditableTreeView::everySelectionChangeIsTold()
     click(1, Qt::ControlModifier);
     click(2, Qt::NoModifier);
     list.view.clearSelection();
-    QCOMPARE(told,
-             QStringList({QStringLiteral("some: +0"), QStringLiteral("some: +1"),
-                          QStringLiteral("some: +2 -0 -1"), QStringLiteral("none: -2")}));
+    QCOMPARE(told, QStringList({"some: +0", "some: +1", "some: +2 -0 -1", "none: -2"}));
 }
 
 void TestQEditableTreeView::onlyAMoveTellsWhatWasDroppedOut_data()
@@ -474,13 +466,11 @@ void TestQEditableTreeView::onlyAMoveTellsWhatWasDroppedOut_data()
     QTest::newRow("linked") << payload << int(Qt::LinkAction) << QStringList();
     QTest::newRow("cancelled") << payload << int(Qt::IgnoreAction) << QStringList();
     QTest::newRow("target's move") << payload << int(Qt::TargetMoveAction) << QStringList();
-    QTest::newRow("no list") << QByteArray("{}") << int(Qt::MoveAction)
-                             << QStringList(QStringLiteral("dropped []"));
+    QTest::newRow("no list") << QByteArray("{}") << int(Qt::MoveAction) << QStringList("dropped []");
     QTest::newRow("a list that is none")
-        << QByteArray(R"({"srcList":7})") << int(Qt::MoveAction) << QStringList(QStringLiteral("dropped []"));
-    QTest::newRow("items that are none")
-        << QByteArray(R"({"srcList":[1,null,"x",[]]})") << int(Qt::MoveAction)
-        << QStringList(QStringLiteral(R"(dropped [1,null,"x",[]])"));
+        << QByteArray(R"({"srcList":7})") << int(Qt::MoveAction) << QStringList("dropped []");
+    QTest::newRow("items that are none") << QByteArray(R"({"srcList":[1,null,"x",[]]})")
+                                         << int(Qt::MoveAction) << QStringList(R"(dropped [1,null,"x",[]])");
 }
 
 void TestQEditableTreeView::onlyAMoveTellsWhatWasDroppedOut()
@@ -510,8 +500,8 @@ void TestQEditableTreeView::theDragCarriesThePayloadAndItsPicture()
             QCOMPARE(drag.source(), &list.view);
             QCOMPARE(drag.hotSpot(), QPoint(0, 0));
             QCOMPARE(drag.mimeData(), list.model.firstMade.data());
-            QCOMPARE(drag.mimeData()->data(QStringLiteral("application/json")), payload);
-            const QJsonArray items = QJsonDocument::fromJson(payload)[QLatin1String("srcList")].toArray();
+            QCOMPARE(drag.mimeData()->data("application/json"), payload);
+            const QJsonArray items = QJsonDocument::fromJson(payload)["srcList"].toArray();
             QCOMPARE(drag.pixmap().toImage(), QEditableTreeView::dragPixmap(items).toImage());
         }();
         return Qt::IgnoreAction;
@@ -558,11 +548,11 @@ void TestQEditableTreeView::otherDragsAreTheBases_data()
     QTest::addColumn<QByteArray>("content");
     QTest::addColumn<int>("supported");
     QTest::addColumn<int>("mimeDataCalls");
-    const QString json = QStringLiteral("application/json");
+    const QString json = "application/json";
     const int both = Qt::MoveAction | Qt::CopyAction;
     // The base asks for mime data of its own; two calls are the view's and the base's.
     QTest::newRow("no mime data") << QString() << QByteArray() << both << 2;
-    QTest::newRow("another type") << QStringLiteral("text/plain") << payload << both << 2;
+    QTest::newRow("another type") << "text/plain" << payload << both << 2;
     QTest::newRow("empty") << json << QByteArray() << both << 2;
     QTest::newRow("damaged JSON") << json << QByteArray(R"({"srcList":[)") << both << 2;
     QTest::newRow("an array") << json << QByteArray("[]") << both << 2;
@@ -585,7 +575,7 @@ void TestQEditableTreeView::otherDragsAreTheBases()
         return isTheBases || type.isEmpty() ? nullptr : mimeDataOf(content, type);
     };
     list.view.onDrag = [&list](QDrag &) {
-        list.log.append(QStringLiteral("dragged"));
+        list.log.append("dragged");
         return Qt::MoveAction;
     };
     list.view.selectAll();
@@ -625,8 +615,7 @@ void TestQEditableTreeView::aViewThatDiesInADragEmitsNothing()
     view->setModel(&model);
     view->setSelectionMode(QAbstractItemView::ExtendedSelection);
     view->selectAll();
-    connect(view, &QEditableTreeView::itemsDroppedOut, this,
-            [&log] { log.append(QStringLiteral("dropped")); });
+    connect(view, &QEditableTreeView::itemsDroppedOut, this, [&log] { log.append("dropped"); });
     const QPointer<QObject> watched = view;
     const std::function<Qt::DropAction(QDrag &)> dieInDrag = [view](QDrag &) {
         delete view;
@@ -642,7 +631,7 @@ namespace {
 
 QJsonObject item(const QJsonValue &name, const QJsonValue &color)
 {
-    return {{QStringLiteral("name"), name}, {QStringLiteral("color"), color}};
+    return {{"name", name}, {"color", color}};
 }
 
 /// What a label looks like alone on a filled card, for comparison by pixels.
@@ -675,14 +664,13 @@ void TestQEditableTreeView::oneItemIsDrawnAsACard_data()
     // An invalid colour fills with black.
     const QColor none;
     const QString nameless;
-    QTest::newRow("red") << QJsonArray {item(nameless, QStringLiteral("#ff0000"))} << QColor(255, 0, 0);
-    QTest::newRow("named") << QJsonArray {item(nameless, QStringLiteral("lime"))} << QColor(0, 255, 0);
-    QTest::newRow("no such colour") << QJsonArray {item(nameless, QStringLiteral("kart"))} << none;
+    QTest::newRow("red") << QJsonArray {item(nameless, "#ff0000")} << QColor(255, 0, 0);
+    QTest::newRow("named") << QJsonArray {item(nameless, "lime")} << QColor(0, 255, 0);
+    QTest::newRow("no such colour") << QJsonArray {item(nameless, "kart")} << none;
     QTest::newRow("a number") << QJsonArray {item(nameless, 255)} << none;
     QTest::newRow("no colour") << QJsonArray {QJsonObject()} << none;
     QTest::newRow("no object") << QJsonArray {12} << none;
-    QTest::newRow("a name that is a number")
-        << QJsonArray {item(7, QStringLiteral("#00f"))} << QColor(0, 0, 255);
+    QTest::newRow("a name that is a number") << QJsonArray {item(7, "#00f")} << QColor(0, 0, 255);
     QTest::newRow("no item") << QJsonArray() << QColor(255, 255, 255);
 }
 
@@ -715,7 +703,7 @@ void TestQEditableTreeView::severalItemsAreDrawnAsAStack()
     QFETCH(int, count);
     QJsonArray items;
     for (int i = 0; i < count; ++i)
-        items.append(item(QStringLiteral("K7"), QStringLiteral("#ff0000")));
+        items.append(item("K7", "#ff0000"));
     const QImage image = picture(items);
     QCOMPARE(image.size(), QSize(64, 64));
     // Fill and outline of the three cards, and clear corners beside them.
@@ -732,15 +720,13 @@ void TestQEditableTreeView::theLabelIsCentred_data()
 {
     QTest::addColumn<QJsonArray>("items");
     QTest::addColumn<QString>("label");
-    QTest::newRow("a name") << QJsonArray {item(QStringLiteral("K7"), QStringLiteral("#ff0000"))}
-                            << QStringLiteral("K7");
-    QTest::newRow("a long name") << QJsonArray {item(QStringLiteral("Замена масла %1 & <b>"),
-                                                     QStringLiteral("#ff0000"))}
-                                 << QStringLiteral("Замена масла %1 & <b>");
+    QTest::newRow("a name") << QJsonArray {item("K7", "#ff0000")} << "K7";
+    QTest::newRow("a long name") << QJsonArray {item("Замена масла %1 & <b>", "#ff0000")}
+                                 << "Замена масла %1 & <b>";
     QJsonArray three;
     for (int i = 0; i < 3; ++i)
-        three.append(item(QStringLiteral("K7"), QStringLiteral("#ff0000")));
-    QTest::newRow("a number") << three << QStringLiteral("x 3");
+        three.append(item("K7", "#ff0000"));
+    QTest::newRow("a number") << three << "x 3";
 }
 
 void TestQEditableTreeView::theLabelIsCentred()

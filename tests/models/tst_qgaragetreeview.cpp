@@ -44,7 +44,7 @@ public:
     {
         for (int row = 0; row < rows; ++row)
             for (int column = 0; column < ColumnCount; ++column)
-                setItem(row, column, new QStandardItem(QStringLiteral("%1-%2").arg(row).arg(column)));
+                setItem(row, column, new QStandardItem(QString("%1-%2").arg(row).arg(column)));
     }
 
     Qt::ItemFlags flags(const QModelIndex &index) const override
@@ -117,9 +117,8 @@ void TestQGarageTreeView::theSignalsAndTheSlotComeInOrder()
     for (int i = meta.methodOffset(); i < meta.methodCount(); ++i)
         names.append(QString::fromLatin1(meta.method(i).methodSignature()));
     QCOMPARE(names,
-             QStringList({QStringLiteral("serviceButtonClicked(QModelIndex)"),
-                          QStringLiteral("attentionButtonClicked(QModelIndex)"),
-                          QStringLiteral("serviceButtonClick()")}));
+             QStringList({"serviceButtonClicked(QModelIndex)", "attentionButtonClicked(QModelIndex)",
+                          "serviceButtonClick()"}));
 }
 
 void TestQGarageTreeView::bothButtonsStartHidden()
@@ -137,7 +136,7 @@ void TestQGarageTreeView::bothButtonsStartHidden()
     }
     const auto picture = [](const QPushButton *button) { return button->icon().pixmap(48).toImage(); };
     const auto resource = [](const char *name) {
-        return QIcon(QLatin1String(":/icons/") + QLatin1String(name)).pixmap(48).toImage();
+        return QIcon(":/icons/" + QLatin1String(name)).pixmap(48).toImage();
     };
     QCOMPARE(picture(sample.service()), resource("iconService"));
     QCOMPARE(picture(sample.attention()), resource("iconAttention"));

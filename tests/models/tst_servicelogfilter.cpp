@@ -29,16 +29,14 @@ ServiceLogItem record(int id, const QString &model, const QString &number, int o
 
 ServiceLogItem randomRecord(QRandomGenerator &random, int id)
 {
-    const QStringList models {QString(), QStringLiteral("Kart"), QStringLiteral("kart"),
-                              QStringLiteral("Kart 2")};
-    const QStringList numbers {QString(), QStringLiteral("1"), QStringLiteral("12a"), QStringLiteral("A112"),
-                               QStringLiteral("Б2")};
+    const QStringList models {QString(), "Kart", "kart", "Kart 2"};
+    const QStringList numbers {QString(), "1", "12a", "A112", "Б2"};
     ServiceLogItem item =
         record(id, models.at(random.bounded(models.size())), numbers.at(random.bounded(numbers.size())),
                random.bounded(-1, 3), random.bounded(2));
     item.opTime = QDateTime(QDate(2026, 1, 1), QTime(0, 0)).addDays(random.bounded(400));
-    item.opName = QStringLiteral("op %1").arg(item.opId);
-    item.personName = QStringLiteral("person %1").arg(random.bounded(5));
+    item.opName = QString("op %1").arg(item.opId);
+    item.personName = QString("person %1").arg(random.bounded(5));
     return item;
 }
 
@@ -75,10 +73,8 @@ struct FilteredLog
 
 LogItems mixedRecords()
 {
-    return {record(1, QStringLiteral("Kart"), QStringLiteral("12"), 4),
-            record(2, QStringLiteral("kart"), QStringLiteral("112"), 5),
-            record(3, QStringLiteral("Kart"), QStringLiteral("120"), 5, OpenState),
-            record(4, QStringLiteral("Sodi"), QStringLiteral("1A2"), complaintOperationId, OpenState),
+    return {record(1, "Kart", "12", 4), record(2, "kart", "112", 5), record(3, "Kart", "120", 5, OpenState),
+            record(4, "Sodi", "1A2", complaintOperationId, OpenState),
             record(5, QString(), QString(), complaintOperationId, DoneState)};
 }
 
@@ -126,21 +122,21 @@ void TestServiceLogFilter::recordsPassByModelNumberAndOperation_data()
     QTest::addColumn<int>("operation");
     QTest::addColumn<QList<int>>("ids");
     const QString any;
-    const QString kart = QStringLiteral("Kart");
+    const QString kart = "Kart";
     QTest::newRow("a model as it is written") << kart << any << -2 << QList<int> {1, 3};
-    QTest::newRow("a model in lower case") << QStringLiteral("kart") << any << -2 << QList<int> {2};
-    QTest::newRow("part of a model") << QStringLiteral("Kar") << any << -2 << QList<int> {};
-    QTest::newRow("part of a number") << any << QStringLiteral("12") << -2 << QList<int> {1, 2, 3};
-    QTest::newRow("a letter in the other case") << any << QStringLiteral("a") << -2 << QList<int> {4};
-    QTest::newRow("a pattern is plain text") << any << QStringLiteral("1.2") << -2 << QList<int> {};
+    QTest::newRow("a model in lower case") << "kart" << any << -2 << QList<int> {2};
+    QTest::newRow("part of a model") << "Kar" << any << -2 << QList<int> {};
+    QTest::newRow("part of a number") << any << "12" << -2 << QList<int> {1, 2, 3};
+    QTest::newRow("a letter in the other case") << any << "a" << -2 << QList<int> {4};
+    QTest::newRow("a pattern is plain text") << any << "1.2" << -2 << QList<int> {};
     QTest::newRow("an operation") << any << any << 5 << QList<int> {2, 3};
     QTest::newRow("complaints") << any << any << -1 << QList<int> {4, 5};
     QTest::newRow("an unknown operation") << any << any << 77 << QList<int> {};
     QTest::newRow("pending records of any operation") << any << any << -3 << QList<int> {3, 4};
     QTest::newRow("pending records of a model") << kart << any << -3 << QList<int> {3};
-    QTest::newRow("pending records of a number") << any << QStringLiteral("A2") << -3 << QList<int> {4};
-    QTest::newRow("all three") << kart << QStringLiteral("12") << 5 << QList<int> {3};
-    QTest::newRow("model and number disagree") << kart << QStringLiteral("112") << -2 << QList<int> {};
+    QTest::newRow("pending records of a number") << any << "A2" << -3 << QList<int> {4};
+    QTest::newRow("all three") << kart << "12" << 5 << QList<int> {3};
+    QTest::newRow("model and number disagree") << kart << "112" << -2 << QList<int> {};
 }
 
 void TestServiceLogFilter::recordsPassByModelNumberAndOperation()
@@ -161,8 +157,8 @@ void TestServiceLogFilter::recordsPassByModelNumberAndOperation()
 void TestServiceLogFilter::resetLetsEverythingThroughAgain()
 {
     FilteredLog log(mixedRecords());
-    log.filter.setModelFilter(QStringLiteral("Kart"));
-    log.filter.setNumberFilter(QStringLiteral("12"));
+    log.filter.setModelFilter("Kart");
+    log.filter.setNumberFilter("12");
     log.filter.setOperationFilter(ServiceLogFilter::pendingOnly);
     QCOMPARE(log.shownIds(), QList<int>({3}));
     log.filter.reset();
@@ -201,9 +197,8 @@ void TestServiceLogFilter::otherCellsAreThoseOfTheModel()
 void TestServiceLogFilter::filtersSurviveARefill()
 {
     FilteredLog log(mixedRecords());
-    log.filter.setModelFilter(QStringLiteral("Kart"));
-    log.refill({record(8, QStringLiteral("Sodi"), QStringLiteral("1")),
-                record(9, QStringLiteral("Kart"), QStringLiteral("1"))});
+    log.filter.setModelFilter("Kart");
+    log.refill({record(8, "Sodi", "1"), record(9, "Kart", "1")});
     QCOMPARE(log.shownIds(), QList<int>({9}));
     QCOMPARE(log.filter.index(0, 0).data(), QVariant(1));
 }
@@ -215,8 +210,8 @@ void TestServiceLogFilter::everyFilterAgreesWithTheOracle()
     for (int id = 0; id < 300; ++id)
         items.append(randomRecord(random, id));
     FilteredLog log(items);
-    const QStringList models {QString(), QStringLiteral("Kart"), QStringLiteral("kart"), QStringLiteral("K")};
-    const QStringList numbers {QString(), QStringLiteral("1"), QStringLiteral("A"), QStringLiteral("б")};
+    const QStringList models {QString(), "Kart", "kart", "K"};
+    const QStringList numbers {QString(), "1", "A", "б"};
     for (const QString &model : models) {
         log.filter.setModelFilter(model);
         for (const QString &number : numbers) {
@@ -278,17 +273,17 @@ void TestServiceLogFilter::recordsBeyondTheShownThousandDoNotPass()
 {
     LogItems items;
     for (int id = 0; id < 1500; ++id)
-        items.append(record(id, id < 1000 ? QStringLiteral("Kart") : QStringLiteral("Sodi"), QString()));
+        items.append(record(id, id < 1000 ? "Kart" : "Sodi", QString()));
     FilteredLog log(items);
     QCOMPARE(log.filter.rowCount(), 1000);
-    log.filter.setModelFilter(QStringLiteral("Sodi"));
+    log.filter.setModelFilter("Sodi");
     QCOMPARE(log.filter.rowCount(), 0);
 }
 
 void TestServiceLogFilter::aViewSurvivesRefillsOfAFilteredSortedLog()
 {
     FilteredLog log(mixedRecords());
-    log.filter.setNumberFilter(QStringLiteral("12"));
+    log.filter.setNumberFilter("12");
     QTreeView view;
     view.setModel(&log.filter);
     view.setSortingEnabled(true);
@@ -298,8 +293,7 @@ void TestServiceLogFilter::aViewSurvivesRefillsOfAFilteredSortedLog()
     QCOMPARE(log.shownIds(), QList<int>({3, 2, 1}));
 
     view.setCurrentIndex(log.filter.index(2, 3));
-    log.refill({record(1, QStringLiteral("Kart"), QStringLiteral("12")),
-                record(7, QStringLiteral("Kart"), QStringLiteral("12"))});
+    log.refill({record(1, "Kart", "12"), record(7, "Kart", "12")});
     view.grab();
     QCOMPARE(log.shownIds(), QList<int>({7, 1}));
     QCOMPARE(view.currentIndex(), log.filter.index(1, 3));
@@ -321,12 +315,10 @@ void TestServiceLogFilter::filtersSetDuringARefillHoldAfterIt()
     QSignalSpy removed(&log.filter, &QAbstractItemModel::rowsRemoved);
     {
         const ClearbackgroundTableModel::LayoutChange change(log.model);
-        log.filter.setModelFilter(QStringLiteral("kart"));
+        log.filter.setModelFilter("kart");
         log.model.clear();
-        log.filter.setNumberFilter(QStringLiteral("9"));
-        log.model.append({record(4, QStringLiteral("Sodi"), QStringLiteral("9"), 4),
-                          record(2, QStringLiteral("Sodi"), QStringLiteral("9"), 5),
-                          record(6, QStringLiteral("Sodi"), QStringLiteral("9"), 5)});
+        log.filter.setNumberFilter("9");
+        log.model.append({record(4, "Sodi", "9", 4), record(2, "Sodi", "9", 5), record(6, "Sodi", "9", 5)});
         log.filter.reset();
         log.filter.setOperationFilter(5);
     }
@@ -345,7 +337,7 @@ void TestServiceLogFilter::hiddenRecordsMoveUpIntoAFilteredView()
 {
     LogItems items;
     for (int id = 0; id < 1002; ++id)
-        items.append(record(id, QStringLiteral("Kart"), QString(), 4, id >= 998 ? OpenState : DoneState));
+        items.append(record(id, "Kart", QString(), 4, id >= 998 ? OpenState : DoneState));
     FilteredLog log(items);
     log.filter.setOperationFilter(ServiceLogFilter::pendingOnly);
     QTreeView view;
@@ -366,12 +358,12 @@ void TestServiceLogFilter::hiddenRecordsMoveUpIntoAFilteredView()
 void TestServiceLogFilter::aFilterThatChangesNothingSaysNothing()
 {
     FilteredLog log(mixedRecords());
-    log.filter.setModelFilter(QStringLiteral("Kart"));
+    log.filter.setModelFilter("Kart");
     QSignalSpy inserted(&log.filter, &QAbstractItemModel::rowsInserted);
     QSignalSpy removed(&log.filter, &QAbstractItemModel::rowsRemoved);
     QSignalSpy laidOut(&log.filter, &QAbstractItemModel::layoutChanged);
-    log.filter.setModelFilter(QStringLiteral("Kart"));
-    log.filter.setNumberFilter(QStringLiteral("1"));
+    log.filter.setModelFilter("Kart");
+    log.filter.setNumberFilter("1");
     QCOMPARE(inserted.count() + removed.count() + laidOut.count(), 0);
 
     log.filter.setOperationFilter(5);
@@ -385,11 +377,11 @@ void TestServiceLogFilter::aFilterThatChangesNothingSaysNothing()
 void TestServiceLogFilter::anotherLogIsShownByTheSameFilter()
 {
     FilteredLog log(mixedRecords());
-    log.filter.setModelFilter(QStringLiteral("Kart"));
+    log.filter.setModelFilter("Kart");
     ServiceLogModel other;
     {
         const ClearbackgroundTableModel::LayoutChange unfinished(log.model);
-        other.append({record(21, QStringLiteral("Kart"), QString()), record(22, QString(), QString())});
+        other.append({record(21, "Kart", QString()), record(22, QString(), QString())});
         log.filter.setSourceModel(&other);
     }
     QCOMPARE(log.shownIds(), QList<int>({21}));
@@ -402,7 +394,7 @@ void TestServiceLogFilter::anotherLogIsShownByTheSameFilter()
 void TestServiceLogFilter::aFilterWithoutALogShowsNothing()
 {
     ServiceLogFilter filter;
-    filter.setModelFilter(QStringLiteral("Kart"));
+    filter.setModelFilter("Kart");
     QCOMPARE(filter.rowCount(), 0);
     filter.sort(3, Qt::DescendingOrder);
     filter.reset();

@@ -15,12 +15,12 @@ ServiceLogItem record(int id, int state = DoneState)
     item.id = id;
     item.state = state;
     item.opId = 4;
-    item.num = QStringLiteral("12A");
-    item.model = QStringLiteral("Sodi");
+    item.num = "12A";
+    item.model = "Sodi";
     item.opTime = QDateTime(QDate(2026, 3, 9), QTime(8, 5, 59));
-    item.opName = QStringLiteral("Масло");
-    item.personName = QStringLiteral("Иванов И. И.");
-    item.comment = QStringLiteral("№ %1").arg(id);
+    item.opName = "Масло";
+    item.personName = "Иванов И. И.";
+    item.comment = QString("№ %1").arg(id);
     return item;
 }
 
@@ -78,13 +78,13 @@ void TestServiceLogModel::columnsAreFixed_data()
     const auto add = [&column](const char *key, const QString &title, int alignment, int width) {
         QTest::newRow(key) << column++ << title << QString::fromLatin1(key) << alignment << width;
     };
-    add("POS", QStringLiteral("#"), 2, 60);
-    add("MODEL", QStringLiteral("Модель"), 2, 80);
-    add("NUM", QStringLiteral("Номер"), 2, 60);
-    add("TIME", QStringLiteral("Время"), 2, 120);
-    add("OPNAME", QStringLiteral("Операция"), 1, 120);
-    add("PERSONNAME", QStringLiteral("Исполнитель"), 1, 240);
-    add("COMMENT", QStringLiteral("Комментарий"), 1, 240);
+    add("POS", "#", 2, 60);
+    add("MODEL", "Модель", 2, 80);
+    add("NUM", "Номер", 2, 60);
+    add("TIME", "Время", 2, 120);
+    add("OPNAME", "Операция", 1, 120);
+    add("PERSONNAME", "Исполнитель", 1, 240);
+    add("COMMENT", "Комментарий", 1, 240);
 }
 
 void TestServiceLogModel::columnsAreFixed()
@@ -110,13 +110,7 @@ void TestServiceLogModel::rowsShowTheRecord()
     ServiceLogModel model;
     QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::Fatal);
     refill(model, records(2));
-    const QVariantList expected {2,
-                                 QStringLiteral("Sodi"),
-                                 QStringLiteral("12A"),
-                                 QStringLiteral("09.03.2026 08:05"),
-                                 QStringLiteral("Масло"),
-                                 QStringLiteral("Иванов И. И."),
-                                 QStringLiteral("№ 2")};
+    const QVariantList expected {2, "Sodi", "12A", "09.03.2026 08:05", "Масло", "Иванов И. И.", "№ 2"};
     for (int column = 0; column < model.columnCount(); ++column) {
         QCOMPARE(model.index(1, column).data(), expected.at(column));
         for (int role : {int(Qt::EditRole), int(Qt::ToolTipRole), int(Qt::UserRole)})
@@ -163,10 +157,10 @@ void TestServiceLogModel::removingAShownRecordBringsAHiddenOneIn()
 {
     ServiceLogModel model;
     refill(model, records(1001));
-    QCOMPARE(model.index(999, 6).data(), QVariant(QStringLiteral("№ 1000")));
+    QCOMPARE(model.index(999, 6).data(), QVariant("№ 1000"));
     model.removeItem(0);
     QCOMPARE(model.rowCount(), 1000);
-    QCOMPARE(model.index(999, 6).data(), QVariant(QStringLiteral("№ 1001")));
+    QCOMPARE(model.index(999, 6).data(), QVariant("№ 1001"));
     model.removeItem(0);
     QCOMPARE(model.rowCount(), 999);
 }
@@ -190,9 +184,9 @@ void TestServiceLogModel::appendAddsToTheEndAndCopies()
         model.append(items);
         model.append({record(7)});
     }
-    items.first().comment = QStringLiteral("changed later");
+    items.first().comment = "changed later";
     QCOMPARE(model.rowCount(), 2);
-    QCOMPARE(model.itemAt(0).comment, QStringLiteral("№ 1"));
+    QCOMPARE(model.itemAt(0).comment, "№ 1");
     QCOMPARE(model.itemAt(1).id, 7);
 }
 

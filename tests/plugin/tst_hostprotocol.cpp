@@ -13,30 +13,23 @@ namespace {
 
 QJsonObject car(int id, const QString &num, bool available)
 {
-    return {{QStringLiteral("id"), id},
-            {QStringLiteral("num"), num},
-            {QStringLiteral("name"), QStringLiteral("Sodi")},
-            {QStringLiteral("available_for_runs"), available}};
+    return {{"id", id}, {"num", num}, {"name", "Sodi"}, {"available_for_runs", available}};
 }
 
 QJsonObject carsList()
 {
-    return {{QStringLiteral("cars"),
-             QJsonArray {car(1, QStringLiteral("10"), true), car(2, QStringLiteral("9"), false)}}};
+    return {{"cars", QJsonArray {car(1, "10", true), car(2, "9", false)}}};
 }
 
 QJsonObject toggleRequest(int carId)
 {
-    return {{QStringLiteral("msg"), QStringLiteral("switchCarAvailability")},
-            {QStringLiteral("data"), QJsonObject {{QStringLiteral("carId"), carId}}},
-            {QStringLiteral("sinkId"), QStringLiteral("пульт 7")}};
+    return {
+        {"msg", "switchCarAvailability"}, {"data", QJsonObject {{"carId", carId}}}, {"sinkId", "пульт 7"}};
 }
 
 QJsonObject availabilityCommand(int carId, int available)
 {
-    return {{QStringLiteral("carsIdsList"), QJsonArray {carId}},
-            {QStringLiteral("command"), QStringLiteral("set_availability")},
-            {QStringLiteral("available"), available}};
+    return {{"carsIdsList", QJsonArray {carId}}, {"command", "set_availability"}, {"available", available}};
 }
 
 QString recordsText(const QJsonArray &records)
@@ -46,10 +39,7 @@ QString recordsText(const QJsonArray &records)
 
 QJsonObject remoteRecord(int id)
 {
-    return {{QStringLiteral("id"), id},
-            {QStringLiteral("carId"), 1},
-            {QStringLiteral("opId"), 1},
-            {QStringLiteral("opDoneDateTime"), QStringLiteral("2026-03-08T09:30Z")}};
+    return {{"id", id}, {"carId", 1}, {"opId", 1}, {"opDoneDateTime", "2026-03-08T09:30Z"}};
 }
 
 template<class Widget> Widget *in(QWidget *parent, const char *name)
@@ -101,25 +91,25 @@ void TestHostProtocol::clickedWithShowGarageInsertsTheTab()
 {
     const auto database = createDatabase();
     PluginHost host;
-    const auto answer = host.ask("clicked", {{QStringLiteral("key"), QStringLiteral("show_garage")}});
+    const auto answer = host.ask("clicked", {{"key", "show_garage"}});
     QCOMPARE(answer.size(), 1);
-    QCOMPARE(answer.first().module, QStringLiteral("garage_plugin"));
-    QCOMPARE(answer.first().event, QStringLiteral("insert_tab"));
+    QCOMPARE(answer.first().module, "garage_plugin");
+    QCOMPARE(answer.first().event, "insert_tab");
     QCOMPARE(answer.first().data,
-             QJsonObject({{QStringLiteral("tabWidget"), qint64(quintptr(host.window()))},
-                          {QStringLiteral("tabCaption"), QStringLiteral("Гараж")},
-                          {QStringLiteral("index"), 0},
-                          {QStringLiteral("moduleName"), QStringLiteral("garage_plugin")}}));
+             QJsonObject({{"tabWidget", qint64(quintptr(host.window()))},
+                          {"tabCaption", "Гараж"},
+                          {"index", 0},
+                          {"moduleName", "garage_plugin"}}));
     QVERIFY(host.window()->inherits("GarageForm"));
 }
 
 void TestHostProtocol::clickedWithAnotherKeyDoesNothing_data()
 {
     QTest::addColumn<QJsonObject>("data");
-    QTest::newRow("another key") << QJsonObject {{QStringLiteral("key"), QStringLiteral("show_track")}};
+    QTest::newRow("another key") << QJsonObject {{"key", "show_track"}};
     QTest::newRow("no key") << QJsonObject();
-    QTest::newRow("not a text") << QJsonObject {{QStringLiteral("key"), 1}};
-    QTest::newRow("another case") << QJsonObject {{QStringLiteral("key"), QStringLiteral("Show_Garage")}};
+    QTest::newRow("not a text") << QJsonObject {{"key", 1}};
+    QTest::newRow("another case") << QJsonObject {{"key", "Show_Garage"}};
 }
 
 void TestHostProtocol::clickedWithAnotherKeyDoesNothing()
@@ -143,12 +133,12 @@ void TestHostProtocol::theCloseButtonsAskToHideTheTab()
         host.takeMessages();
         QTest::mouseClick(in<QPushButton>(window, buttons[tab]), Qt::LeftButton);
         const auto messages = host.takeMessages();
-        QCOMPARE(PluginHost::names(messages), QStringList(QStringLiteral("close_tab")));
-        QCOMPARE(messages.first().module, QStringLiteral("garage_plugin"));
+        QCOMPARE(PluginHost::names(messages), QStringList("close_tab"));
+        QCOMPARE(messages.first().module, "garage_plugin");
         QCOMPARE(messages.first().data,
-                 QJsonObject({{QStringLiteral("tabWidget"), qint64(quintptr(window))},
-                              {QStringLiteral("moduleName"), QStringLiteral("garage_plugin")},
-                              {QStringLiteral("onlyHide"), true}}));
+                 QJsonObject({{"tabWidget", qint64(quintptr(window))},
+                              {"moduleName", "garage_plugin"},
+                              {"onlyHide", true}}));
         QVERIFY(window->isVisible()); // hiding is the host's
     }
 }
@@ -157,12 +147,11 @@ void TestHostProtocol::loadCompleteAsksForCarsAndRemoteService()
 {
     const auto database = createDatabase();
     PluginHost host;
-    QVERIFY(!host.plugin()->subscribedEvents().contains(QStringLiteral("load_complete")));
+    QVERIFY(!host.plugin()->subscribedEvents().contains("load_complete"));
     const auto answer = host.ask("load_complete");
-    QCOMPARE(PluginHost::names(answer),
-             QStringList({QStringLiteral("read_cars_list"), QStringLiteral("update_remote_service")}));
+    QCOMPARE(PluginHost::names(answer), QStringList({"read_cars_list", "update_remote_service"}));
     for (const auto &message : answer) {
-        QCOMPARE(message.module, QStringLiteral("garage_plugin"));
+        QCOMPARE(message.module, "garage_plugin");
         QVERIFY(message.data.isEmpty());
     }
 }
@@ -173,29 +162,27 @@ void TestHostProtocol::sendSettingsDialogsIsAnsweredWithThePage()
     PluginHost host;
     const auto answer = host.ask("send_settings_dialogs");
     QCOMPARE(answer.size(), 1);
-    QCOMPARE(answer.first().module, QStringLiteral("garage_plugin"));
-    QCOMPARE(answer.first().event, QStringLiteral("settings_dialog"));
-    QCOMPARE(
-        answer.first().data,
-        QJsonObject({{QStringLiteral("moduleName"), QStringLiteral("garage_plugin")},
-                     {QStringLiteral("settingsCaption"), QStringLiteral("Гараж")},
-                     {QStringLiteral("settingsPagePtr"), qint64(quintptr(host.plugin()->settingsPage()))}}));
+    QCOMPARE(answer.first().module, "garage_plugin");
+    QCOMPARE(answer.first().event, "settings_dialog");
+    QCOMPARE(answer.first().data,
+             QJsonObject({{"moduleName", "garage_plugin"},
+                          {"settingsCaption", "Гараж"},
+                          {"settingsPagePtr", qint64(quintptr(host.plugin()->settingsPage()))}}));
 }
 
 void TestHostProtocol::runSavedToDbReloads()
 {
     const auto database = createDatabase();
-    database->addCar(1, QStringLiteral("10"), QStringLiteral("Sodi"));
+    database->addCar(1, "10", "Sodi");
     PluginHost host;
     host.send("run_saved_to_db"); // the window need not be visible
     const auto messages = host.awaitReload();
-    QCOMPARE(PluginHost::names(messages), QStringList(QStringLiteral("update_pending_service")));
-    QCOMPARE(messages.first().module, QStringLiteral("garage_stats_updater"));
+    QCOMPARE(PluginHost::names(messages), QStringList("update_pending_service"));
+    QCOMPARE(messages.first().module, "garage_stats_updater");
     QCOMPARE(messages.first().data,
-             QJsonObject({{QStringLiteral("servicePendingList"), QJsonArray()},
-                          {QStringLiteral("maintainanceStatus"),
-                           QJsonArray {QJsonObject {{QStringLiteral("carId"), 1},
-                                                    {QStringLiteral("opsStatus"), QJsonObject()}}}}}));
+             QJsonObject({{"servicePendingList", QJsonArray()},
+                          {"maintainanceStatus",
+                           QJsonArray {QJsonObject {{"carId", 1}, {"opsStatus", QJsonObject()}}}}}));
     QVERIFY(host.noFurtherReload());
 }
 
@@ -234,7 +221,7 @@ void TestHostProtocol::carsListChangedRefreshesListsAndReglament()
     QWidget *page = host.settingsPage();
     const auto *reglament = in<QTreeView>(page, "tvServiceReglament")->model();
     QCOMPARE(reglament->rowCount(), 0);
-    database->addCar(1, QStringLiteral("10"), QStringLiteral("Sodi"));
+    database->addCar(1, "10", "Sodi");
     QVERIFY(host.ask("cars_list_changed", carsList()).isEmpty());
     QCOMPARE(in<QTreeView>(window, "tvAllCars")->model()->rowCount(), 2);
     QCOMPARE(in<QTreeView>(window, "tvAvailableCars")->model()->rowCount(), 1);
@@ -266,11 +253,10 @@ void TestHostProtocol::carsListChangedReloadsOnlyAVisibleWindow()
         host.showWindow();
     QJsonObject data = carsList();
     if (!noStatsUpdate.isNull())
-        data.insert(QStringLiteral("noStatsUpdate"), noStatsUpdate);
+        data.insert("noStatsUpdate", noStatsUpdate);
     host.send("cars_list_changed", data);
     if (reloads)
-        QCOMPARE(PluginHost::names(host.awaitReload()),
-                 QStringList(QStringLiteral("update_pending_service")));
+        QCOMPARE(PluginHost::names(host.awaitReload()), QStringList("update_pending_service"));
     QVERIFY(host.noFurtherReload());
     QCOMPARE(in<QTreeView>(host.window(), "tvAllCars")->model()->rowCount(), 2);
 }
@@ -310,13 +296,12 @@ void TestHostProtocol::peopleReachTheDialogs()
 {
     QFETCH(bool, shownBefore);
     const auto database = createDatabase();
-    database->addCar(1, QStringLiteral("10"), QStringLiteral("Sodi"));
+    database->addCar(1, "10", "Sodi");
     PluginHost host;
     if (shownBefore)
         host.showWindow();
-    const QJsonArray people {
-        QJsonObject {{QStringLiteral("id"), 5}, {QStringLiteral("lastName"), QStringLiteral("Ким")}}};
-    QVERIFY(host.ask("personal_list", {{QStringLiteral("personalList"), people}}).isEmpty());
+    const QJsonArray people {QJsonObject {{"id", 5}, {"lastName", "Ким"}}};
+    QVERIFY(host.ask("personal_list", {{"personalList", people}}).isEmpty());
     host.send("load_complete");
     if (!shownBefore)
         host.showWindow();
@@ -326,10 +311,10 @@ void TestHostProtocol::peopleReachTheDialogs()
         QVERIFY(dialog);
         const auto *combo = in<QComboBox>(dialog, "cbPersonal");
         QCOMPARE(combo->count(), 2);
-        QCOMPARE(combo->itemText(1), QStringLiteral("Ким"));
+        QCOMPARE(combo->itemText(1), "Ким");
         dialog->reject();
     });
-    host.send("car_complain", {{QStringLiteral("carId"), 1}});
+    host.send("car_complain", {{"carId", 1}});
     QVERIFY(host.noFurtherReload());
 }
 
@@ -357,44 +342,41 @@ void TestHostProtocol::remoteTogglesAreCarriedOutAndAnswered()
     host.send("cars_list_changed", carsList());
     QJsonObject request = toggleRequest(carId);
     if (!skipAnswer.isNull())
-        request.insert(QStringLiteral("skipAnswer"), skipAnswer);
+        request.insert("skipAnswer", skipAnswer);
     auto messages = host.ask("remote_control_data", request);
     if (command >= 0) {
         const auto update = messages.takeFirst();
-        QCOMPARE(update.module, QStringLiteral("garage_plugin"));
-        QCOMPARE(update.event, QStringLiteral("update_cars"));
+        QCOMPARE(update.module, "garage_plugin");
+        QCOMPARE(update.event, "update_cars");
         QCOMPARE(update.data, availabilityCommand(carId, command));
     }
     QCOMPARE(messages.size(), answered ? 1 : 0);
     if (!answered)
         return;
-    QCOMPARE(messages.first().module, QStringLiteral("garage_plugin"));
-    QCOMPARE(messages.first().event, QStringLiteral("remote_control_answer"));
+    QCOMPARE(messages.first().module, "garage_plugin");
+    QCOMPARE(messages.first().event, "remote_control_answer");
     // The answer's own sink, not the request's.
     QCOMPARE(messages.first().data,
-             QJsonObject({{QStringLiteral("req_answ"),
-                           QJsonObject {{QStringLiteral("status"), QStringLiteral("ok")},
-                                        {QStringLiteral("carId"), carId},
-                                        {QStringLiteral("carAvailable"), command == 1},
-                                        {QStringLiteral("sinkId"), -1}}},
-                          {QStringLiteral("sinkId"), -1}}));
+             QJsonObject(
+                 {{"req_answ",
+                   QJsonObject {
+                       {"status", "ok"}, {"carId", carId}, {"carAvailable", command == 1}, {"sinkId", -1}}},
+                  {"sinkId", -1}}));
 }
 
 void TestHostProtocol::otherRemoteMessagesGetNoAnswer_data()
 {
     QTest::addColumn<QJsonObject>("request");
     QTest::newRow("no message") << QJsonObject();
-    QTest::newRow("an unknown one") << QJsonObject {{QStringLiteral("msg"), QStringLiteral("startRun")},
-                                                    {QStringLiteral("sinkId"), 3}};
+    QTest::newRow("an unknown one") << QJsonObject {{"msg", "startRun"}, {"sinkId", 3}};
     QTest::newRow("car -1") << toggleRequest(-1);
     QJsonObject text = toggleRequest(1);
-    text.insert(QStringLiteral("data"), QJsonObject {{QStringLiteral("carId"), QStringLiteral("первый")}});
+    text.insert("data", QJsonObject {{"carId", "первый"}});
     QTest::newRow("no number") << text;
-    text.insert(QStringLiteral("data"), QStringLiteral("1"));
+    text.insert("data", "1");
     QTest::newRow("data is no object") << text;
     QTest::newRow("service done without records")
-        << QJsonObject {{QStringLiteral("msg"), QStringLiteral("service_operation_done")},
-                        {QStringLiteral("data"), QStringLiteral("[]")}};
+        << QJsonObject {{"msg", "service_operation_done"}, {"data", "[]"}};
 }
 
 void TestHostProtocol::otherRemoteMessagesGetNoAnswer()
@@ -414,12 +396,10 @@ void TestHostProtocol::remoteServiceDataIsSynchronised_data()
     QTest::addColumn<QJsonObject>("data");
     const QString records = recordsText({remoteRecord(40), remoteRecord(41)});
     QTest::newRow("from the web service")
-        << QByteArray("remote_service_data") << QJsonObject {{QStringLiteral("data"), records}};
+        << QByteArray("remote_service_data") << QJsonObject {{"data", records}};
     QTest::newRow("from a remote control")
         << QByteArray("remote_control_data")
-        << QJsonObject {{QStringLiteral("msg"), QStringLiteral("service_operation_done")},
-                        {QStringLiteral("data"), records},
-                        {QStringLiteral("sinkId"), 4}};
+        << QJsonObject {{"msg", "service_operation_done"}, {"data", records}, {"sinkId", 4}};
 }
 
 void TestHostProtocol::remoteServiceDataIsSynchronised()
@@ -433,14 +413,12 @@ void TestHostProtocol::remoteServiceDataIsSynchronised()
     // The reload's message goes out before the archive's.
     QVERIFY(QTest::qWaitFor([&] { return messages.size() + host.messages.size() == 2; }));
     messages += host.takeMessages();
-    QCOMPARE(messages.first().event, QStringLiteral("update_pending_service"));
+    QCOMPARE(messages.first().event, "update_pending_service");
     const auto archive = messages.last();
-    QCOMPARE(archive.module, QStringLiteral("garage_stats_updater"));
-    QCOMPARE(archive.event, QStringLiteral("remote_service_move_to_archive"));
-    QCOMPARE(archive.data, QJsonObject({{QStringLiteral("idList"), QJsonArray({40, 41})}}));
-    QCOMPARE(
-        database->value(QStringLiteral("SELECT count(*) FROM maintainance WHERE operation_state=1")).toInt(),
-        2);
+    QCOMPARE(archive.module, "garage_stats_updater");
+    QCOMPARE(archive.event, "remote_service_move_to_archive");
+    QCOMPARE(archive.data, QJsonObject({{"idList", QJsonArray({40, 41})}}));
+    QCOMPARE(database->value("SELECT count(*) FROM maintainance WHERE operation_state=1").toInt(), 2);
     QVERIFY(host.noFurtherReload());
 }
 
@@ -449,9 +427,9 @@ void TestHostProtocol::unusableServiceDataDoesNothing_data()
     QTest::addColumn<QJsonValue>("data");
     QTest::newRow("missing") << QJsonValue();
     QTest::newRow("empty text") << QJsonValue(QString());
-    QTest::newRow("an empty array") << QJsonValue(QStringLiteral("[]"));
-    QTest::newRow("no JSON") << QJsonValue(QStringLiteral("[{"));
-    QTest::newRow("an object") << QJsonValue(QStringLiteral("{\"id\":1}"));
+    QTest::newRow("an empty array") << QJsonValue("[]");
+    QTest::newRow("no JSON") << QJsonValue("[{");
+    QTest::newRow("an object") << QJsonValue("{\"id\":1}");
     QTest::newRow("an array instead of its text") << QJsonValue(QJsonArray {remoteRecord(1)});
 }
 
@@ -460,9 +438,9 @@ void TestHostProtocol::unusableServiceDataDoesNothing()
     QFETCH(QJsonValue, data);
     const auto database = createDatabase();
     PluginHost host;
-    QVERIFY(host.ask("remote_service_data", {{QStringLiteral("data"), data}}).isEmpty());
+    QVERIFY(host.ask("remote_service_data", {{"data", data}}).isEmpty());
     QVERIFY(host.noFurtherReload());
-    QCOMPARE(database->value(QStringLiteral("SELECT count(*) FROM maintainance")).toInt(), 0);
+    QCOMPARE(database->value("SELECT count(*) FROM maintainance").toInt(), 0);
 }
 
 void TestHostProtocol::theWindowsButtonsAnswerRemoteControlsToo()
@@ -472,53 +450,46 @@ void TestHostProtocol::theWindowsButtonsAnswerRemoteControlsToo()
     QWidget *window = host.window();
     host.showWindow();
     in<QTabWidget>(window, "tabWidget")->setCurrentIndex(0);
-    host.send("cars_list_changed",
-              {{QStringLiteral("cars"), carsList().value(QLatin1String("cars"))},
-               {QStringLiteral("noStatsUpdate"), true}});
+    host.send("cars_list_changed", {{"cars", carsList().value("cars")}, {"noStatsUpdate", true}});
     in<QTreeView>(window, "tvAllCars")->selectAll();
     host.takeMessages();
     QTest::mouseClick(in<QPushButton>(window, "pbSetAvailable"), Qt::LeftButton);
     const auto messages = host.takeMessages();
-    QCOMPARE(PluginHost::names(messages),
-             QStringList({QStringLiteral("update_cars"), QStringLiteral("remote_control_answer")}));
-    QJsonObject expected {{QStringLiteral("carsIdsList"), QJsonArray {2, 1}},
-                          {QStringLiteral("command"), QStringLiteral("set_availability")},
-                          {QStringLiteral("available"), 1},
-                          {QStringLiteral("requestSrc"), QStringLiteral("ui")}};
+    QCOMPARE(PluginHost::names(messages), QStringList({"update_cars", "remote_control_answer"}));
+    QJsonObject expected {{"carsIdsList", QJsonArray {2, 1}},
+                          {"command", "set_availability"},
+                          {"available", 1},
+                          {"requestSrc", "ui"}};
     QCOMPARE(messages.at(0).data, expected);
-    expected.insert(QStringLiteral("req_answ"),
-                    QJsonObject {{QStringLiteral("carAvailable"), true},
-                                 {QStringLiteral("carsIdsList"), QJsonArray {2, 1}},
-                                 {QStringLiteral("status"), QStringLiteral("ok")}});
-    expected.insert(QStringLiteral("sinkId"), -1);
+    expected.insert(
+        "req_answ",
+        QJsonObject {{"carAvailable", true}, {"carsIdsList", QJsonArray {2, 1}}, {"status", "ok"}});
+    expected.insert("sinkId", -1);
     QCOMPARE(messages.at(1).data, expected);
-    QCOMPARE(messages.at(1).module, QStringLiteral("garage_plugin"));
+    QCOMPARE(messages.at(1).module, "garage_plugin");
 }
 
 void TestHostProtocol::renamedOperationsAreAnnounced()
 {
     const auto database = createDatabase();
-    database->addOperation(3, QStringLiteral("Масло"));
+    database->addOperation(3, "Масло");
     PluginHost host;
     auto *model = in<QTreeView>(host.settingsPage(), "tvServiceOperations")->model();
     host.takeMessages();
-    QVERIFY(model->setData(model->index(0, 1), QStringLiteral("Смазка")));
+    QVERIFY(model->setData(model->index(0, 1), "Смазка"));
     const auto messages = host.takeMessages();
     QCOMPARE(messages.size(), 1);
-    QCOMPARE(messages.first().module, QStringLiteral("garage_settings"));
-    QCOMPARE(messages.first().event, QStringLiteral("service_ops_changed"));
-    QCOMPARE(
-        messages.first().data,
-        QJsonObject({{QStringLiteral("opsList"),
-                      QJsonArray {QJsonObject {{QStringLiteral("id"), 3},
-                                               {QStringLiteral("opName"), QStringLiteral("Смазка")}}}}}));
+    QCOMPARE(messages.first().module, "garage_settings");
+    QCOMPARE(messages.first().event, "service_ops_changed");
+    QCOMPARE(messages.first().data,
+             QJsonObject({{"opsList", QJsonArray {QJsonObject {{"id", 3}, {"opName", "Смазка"}}}}}));
     QVERIFY(host.noFurtherReload());
 }
 
 void TestHostProtocol::reloadsAreTriggeredExactlyAsOftenAsAgreed()
 {
     const auto database = createDatabase();
-    database->addCar(1, QStringLiteral("10"), QStringLiteral("Sodi"));
+    database->addCar(1, "10", "Sodi");
     PluginHost host;
     QWidget *window = host.window();
     QVERIFY(host.noFurtherReload()); // none by construction
@@ -547,17 +518,17 @@ void TestHostProtocol::reloadsAreTriggeredExactlyAsOftenAsAgreed()
         QVERIFY(dialog);
         dialog->accept();
     });
-    host.send("car_complain", {{QStringLiteral("carId"), 1}});
+    host.send("car_complain", {{"carId", 1}});
     host.awaitReload();
     QVERIFY(host.noFurtherReload());
 
-    host.send("remote_service_data", {{QStringLiteral("data"), recordsText({remoteRecord(4)})}});
+    host.send("remote_service_data", {{"data", recordsText({remoteRecord(4)})}});
     host.awaitReload();
     QVERIFY(host.noFurtherReload());
 
     for (const char *event : {"load_complete", "personal_list", "send_settings_dialogs", "run_closed"})
         host.send(event);
-    host.send("clicked", {{QStringLiteral("key"), QStringLiteral("show_garage")}});
+    host.send("clicked", {{"key", "show_garage"}});
     host.send("remote_control_data", toggleRequest(1));
     QVERIFY(host.noFurtherReload());
 }
@@ -565,30 +536,30 @@ void TestHostProtocol::reloadsAreTriggeredExactlyAsOftenAsAgreed()
 void TestHostProtocol::hostileMessagesDoNoHarm()
 {
     const auto database = createDatabase();
-    database->addCar(1, QStringLiteral("10"), QStringLiteral("Sodi"));
+    database->addCar(1, "10", "Sodi");
     PluginHost host;
     host.showWindow();
     const QJsonArray values {QJsonValue(),
                              true,
                              -1,
                              1e300,
-                             QStringLiteral("%s%n%1"),
-                             QString(100000, QLatin1Char('x')),
+                             "%s%n%1",
+                             QString(100000, 'x'),
                              QJsonArray {1, QJsonArray()},
-                             QJsonObject {{QStringLiteral("carId"), QJsonObject()}}};
+                             QJsonObject {{"carId", QJsonObject()}}};
     const char *events[] = {
         "clicked",   "cars_list_changed", "personal_list", "remote_control_data", "remote_service_data",
         "run_closed"};
     for (const char *event : events) {
         for (const QJsonValue &value : values) {
-            QJsonObject data {{QStringLiteral("noStatsUpdate"), true}};
+            QJsonObject data {{"noStatsUpdate", true}};
             for (const char *key :
                  {"key", "cars", "personalList", "msg", "data", "sinkId", "skipAnswer", "carId"})
                 data.insert(QLatin1String(key), value);
             host.send(event, data);
-            data.insert(QStringLiteral("cars"), QJsonArray {value, value});
-            data.insert(QStringLiteral("personalList"), QJsonArray {value});
-            data.insert(QStringLiteral("msg"), QStringLiteral("switchCarAvailability"));
+            data.insert("cars", QJsonArray {value, value});
+            data.insert("personalList", QJsonArray {value});
+            data.insert("msg", "switchCarAvailability");
             host.send(event, data);
         }
     }

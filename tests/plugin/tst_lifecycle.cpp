@@ -35,25 +35,25 @@ private:
 
 void TestLifeCycle::fill(const TestDatabase &database)
 {
-    database.exec(QStringLiteral("BEGIN"));
+    database.exec("BEGIN");
     for (int id = 1; id <= 20; ++id)
-        database.addCar(id, QString::number(id), QStringLiteral("Вихрь %1").arg(id % 4));
+        database.addCar(id, QString::number(id), QString("Вихрь %1").arg(id % 4));
     for (int id = 1; id <= 6; ++id) {
-        database.addOperation(id, QStringLiteral("operation %1").arg(id));
-        database.addLimit(QStringLiteral("Вихрь 1"), id, 3600, 10, 100);
+        database.addOperation(id, QString("operation %1").arg(id));
+        database.addLimit("Вихрь 1", id, 3600, 10, 100);
     }
     for (int i = 0; i < 500; ++i)
-        database.addRecord(1 + i % 20, 1 + i % 6, QStringLiteral("2026-01-01T10:00:00Z"), i % 7 ? 1 : 0);
+        database.addRecord(1 + i % 20, 1 + i % 6, "2026-01-01T10:00:00Z", i % 7 ? 1 : 0);
     for (int i = 0; i < 2000; ++i)
-        database.addLap(1 + i % 20, i / 20, QStringLiteral("2026-02-01T10:00:00.000Z"), 40000);
-    database.exec(QStringLiteral("COMMIT"));
+        database.addLap(1 + i % 20, i / 20, "2026-02-01T10:00:00.000Z", 40000);
+    database.exec("COMMIT");
 }
 
 void TestLifeCycle::liveOnce()
 {
     PluginHost host;
     host.send("load_complete");
-    host.send("personal_list", {{QStringLiteral("personalList"), QJsonArray {}}});
+    host.send("personal_list", {{"personalList", QJsonArray {}}});
     host.showWindow();
     auto *tabs = host.window()->findChild<QTabWidget *>();
     for (int tab = 0; tab < tabs->count(); ++tab) {
@@ -62,9 +62,9 @@ void TestLifeCycle::liveOnce()
     }
     host.settingsPage()->grab();
     host.send("remote_service_data",
-              {{QStringLiteral("data"),
-                QStringLiteral("[{\"id\":1,\"carId\":1,\"opId\":1,"
-                               "\"opDoneDateTime\":\"2026-03-01T10:00:00Z\"}]")}});
+              {{"data",
+                "[{\"id\":1,\"carId\":1,\"opId\":1,"
+                "\"opDoneDateTime\":\"2026-03-01T10:00:00Z\"}]"}});
     host.awaitReload();
     host.send("run_saved_to_db");
 }

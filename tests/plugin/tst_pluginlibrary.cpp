@@ -18,9 +18,9 @@ void *entryPoint(const char *name)
     return library ? dlsym(library, name) : nullptr;
 }
 
-const QJsonObject oneRemoteRecord {{QStringLiteral("data"),
-                                    QStringLiteral("[{\"id\":40,\"carId\":1,\"opId\":1,"
-                                                   "\"opDoneDateTime\":\"2026-03-01T10:00:00Z\"}]")}};
+const QJsonObject oneRemoteRecord {{"data",
+                                    "[{\"id\":40,\"carId\":1,\"opId\":1,"
+                                    "\"opDoneDateTime\":\"2026-03-01T10:00:00Z\"}]"}};
 
 } // namespace
 
@@ -67,17 +67,17 @@ private slots:
 
 void TestPluginLibrary::itsMetadataNamesInterfaceAndClass()
 {
-    const QPluginLoader loader(QStringLiteral(GARAGE_PLUGIN_FILE));
+    const QPluginLoader loader(GARAGE_PLUGIN_FILE);
     const QJsonObject metaData = loader.metaData();
-    QCOMPARE(metaData.value(QLatin1String("IID")).toString(), QStringLiteral(TRIVEX_PLUGIN_IID));
-    QVERIFY(metaData.value(QLatin1String("IID")).toString().endsWith(QLatin1String("/v1.0")));
-    QCOMPARE(metaData.value(QLatin1String("className")).toString(), QStringLiteral("RuvaloGaragePlugin"));
-    QVERIFY(metaData.value(QLatin1String("MetaData")).toObject().isEmpty());
+    QCOMPARE(metaData.value("IID").toString(), TRIVEX_PLUGIN_IID);
+    QVERIFY(metaData.value("IID").toString().endsWith("/v1.0"));
+    QCOMPARE(metaData.value("className").toString(), "RuvaloGaragePlugin");
+    QVERIFY(metaData.value("MetaData").toObject().isEmpty());
 }
 
 void TestPluginLibrary::itsMetadataBlockHoldsTwoEntries()
 {
-    QFile file(QStringLiteral(GARAGE_PLUGIN_FILE));
+    QFile file(GARAGE_PLUGIN_FILE);
     QVERIFY(file.open(QIODevice::ReadOnly));
     const QByteArray library = file.readAll();
     const QByteArray magic("QTMETADATA ");
@@ -87,8 +87,8 @@ void TestPluginLibrary::itsMetadataBlockHoldsTwoEntries()
     const QCborValue block = QCborValue::fromCbor(library.mid(start + magic.size() + 5, 1000));
     QVERIFY(block.isMap());
     QCOMPARE(block.toMap().size(), 2);
-    QCOMPARE(block.toMap().value(2).toString(), QStringLiteral(TRIVEX_PLUGIN_IID));
-    QCOMPARE(block.toMap().value(3).toString(), QStringLiteral("RuvaloGaragePlugin"));
+    QCOMPARE(block.toMap().value(2).toString(), TRIVEX_PLUGIN_IID);
+    QCOMPARE(block.toMap().value(3).toString(), "RuvaloGaragePlugin");
 
     const auto query = reinterpret_cast<const char *(*)()>(entryPoint("qt_plugin_query_metadata"));
     QVERIFY(query);
@@ -128,26 +128,21 @@ void TestPluginLibrary::itAnswersTheInterface()
     PluginHost host;
     TrivexPluginInterface *plugin = host.plugin();
     QCOMPARE(plugin->pluginOrder, 37);
-    QCOMPARE(plugin->fileName, QStringLiteral("fileNameWin"));
-    QCOMPARE(plugin->objectName(), QStringLiteral("Данные по обслуживанию техники"));
-    QCOMPARE(plugin->caption(), QStringLiteral("Гараж"));
-    QCOMPARE(plugin->moduleName(), QStringLiteral("garage_plugin"));
+    QCOMPARE(plugin->fileName, "fileNameWin");
+    QCOMPARE(plugin->objectName(), "Данные по обслуживанию техники");
+    QCOMPARE(plugin->caption(), "Гараж");
+    QCOMPARE(plugin->moduleName(), "garage_plugin");
     QVERIFY(!plugin->auxiliaryWidget());
     QVERIFY(plugin->settingsPage()->inherits("GarageSettingsForm"));
-    QCOMPARE(plugin->emittedEvents(),
-             QStringList({QStringLiteral("insert_tab"), QStringLiteral("close_tab"),
-                          QStringLiteral("read_cars_list"), QStringLiteral("settings_dialog"),
-                          QStringLiteral("service_ops_changed"), QStringLiteral("update_pending_service"),
-                          QStringLiteral("update_remote_service"),
-                          QStringLiteral("remote_service_move_to_archive"),
-                          QStringLiteral("add_remote_service"), QStringLiteral("remote_control_answer"),
-                          QStringLiteral("remote_service_delete"), QStringLiteral("update_cars")}));
-    QCOMPARE(plugin->subscribedEvents(),
-             QStringList({QStringLiteral("car_complain"), QStringLiteral("clicked"),
-                          QStringLiteral("cars_list_changed"), QStringLiteral("personal_list"),
-                          QStringLiteral("send_settings_dialogs"), QStringLiteral("run_closed"),
-                          QStringLiteral("run_saved_to_db"), QStringLiteral("remote_control_data"),
-                          QStringLiteral("remote_service_data")}));
+    QCOMPARE(
+        plugin->emittedEvents(),
+        QStringList({"insert_tab", "close_tab", "read_cars_list", "settings_dialog", "service_ops_changed",
+                     "update_pending_service", "update_remote_service", "remote_service_move_to_archive",
+                     "add_remote_service", "remote_control_answer", "remote_service_delete", "update_cars"}));
+    QCOMPARE(
+        plugin->subscribedEvents(),
+        QStringList({"car_complain", "clicked", "cars_list_changed", "personal_list", "send_settings_dialogs",
+                     "run_closed", "run_saved_to_db", "remote_control_data", "remote_service_data"}));
 }
 
 // The library's object is another class than the mirror by design, which the sanitizer would report.
@@ -160,15 +155,15 @@ __attribute__((no_sanitize("undefined"))) void TestPluginLibrary::itAnswersAHost
     QCOMPARE(plugin->pluginOrder, 37);
     QVERIFY(plugin->pluginVersion.isEmpty());
     QVERIFY(plugin->pluginDescription.isEmpty());
-    QCOMPARE(plugin->fileName, QStringLiteral("fileNameWin"));
+    QCOMPARE(plugin->fileName, "fileNameWin");
 
     QVERIFY(plugin->settingsPage()->inherits("GarageSettingsForm"));
     QVERIFY(!plugin->auxiliaryWidget());
-    QCOMPARE(plugin->caption(), QStringLiteral("Гараж"));
-    QCOMPARE(plugin->moduleName(), QStringLiteral("garage_plugin"));
-    QCOMPARE(plugin->emittedEvents().first(), QStringLiteral("insert_tab"));
-    QCOMPARE(plugin->subscribedEvents().first(), QStringLiteral("car_complain"));
-    plugin->pluginSlot(QString(), QStringLiteral("unknown"), QJsonObject());
+    QCOMPARE(plugin->caption(), "Гараж");
+    QCOMPARE(plugin->moduleName(), "garage_plugin");
+    QCOMPARE(plugin->emittedEvents().first(), "insert_tab");
+    QCOMPARE(plugin->subscribedEvents().first(), "car_complain");
+    plugin->pluginSlot(QString(), "unknown", QJsonObject());
 }
 
 void TestPluginLibrary::itsMessagesAreVisibleToTheMetaObjectSystem()
@@ -194,16 +189,14 @@ void TestPluginLibrary::itsMessagesAreVisibleToTheMetaObjectSystem()
 
     // By name, as a host without the header would call it.
     QVERIFY(QMetaObject::invokeMethod(host.plugin(), "pluginSlot", Q_ARG(QString, QString()),
-                                      Q_ARG(QString, QStringLiteral("load_complete")),
-                                      Q_ARG(QJsonObject, {})));
+                                      Q_ARG(QString, "load_complete"), Q_ARG(QJsonObject, {})));
     QCOMPARE(host.messages.size(), 2);
 }
 
 void TestPluginLibrary::itLeavesNothingBehind()
 {
     const auto database = createDatabase();
-    const int threadsBefore =
-        QDir(QStringLiteral("/proc/self/task")).entryList(QDir::Dirs | QDir::NoDotAndDotDot).size();
+    const int threadsBefore = QDir("/proc/self/task").entryList(QDir::Dirs | QDir::NoDotAndDotDot).size();
     const QStringList connectionsBefore = QSqlDatabase::connectionNames();
     for (int round = 0; round < 20; ++round) {
         PluginHost host;
@@ -212,8 +205,7 @@ void TestPluginLibrary::itLeavesNothingBehind()
         host.unload();
         QCOMPARE(QSqlDatabase::connectionNames(), connectionsBefore);
     }
-    QTRY_COMPARE(QDir(QStringLiteral("/proc/self/task")).entryList(QDir::Dirs | QDir::NoDotAndDotDot).size(),
-                 threadsBefore);
+    QTRY_COMPARE(QDir("/proc/self/task").entryList(QDir::Dirs | QDir::NoDotAndDotDot).size(), threadsBefore);
     QVERIFY(QApplication::topLevelWidgets().isEmpty());
 }
 
@@ -227,8 +219,8 @@ void TestPluginLibrary::itCanBeDestroyedDuringAReload()
         if (round % 2)
             host.awaitReload();
     }
-    QVERIFY(database->tryExec(QStringLiteral("BEGIN EXCLUSIVE")));
-    QVERIFY(database->tryExec(QStringLiteral("COMMIT")));
+    QVERIFY(database->tryExec("BEGIN EXCLUSIVE"));
+    QVERIFY(database->tryExec("COMMIT"));
 }
 
 void TestPluginLibrary::itAnnouncesTheWritesOfItsEnd()
@@ -237,12 +229,11 @@ void TestPluginLibrary::itAnnouncesTheWritesOfItsEnd()
     PluginHost host;
     host.send("remote_service_data", oneRemoteRecord);
     host.unload();
-    QCOMPARE(database->rows(QStringLiteral("SELECT remote_id FROM maintainance")),
-             QStringList(QStringLiteral("40")));
+    QCOMPARE(database->rows("SELECT remote_id FROM maintainance"), QStringList("40"));
     const QVector<PluginHost::Message> messages = host.takeMessages();
     QVERIFY(!messages.isEmpty());
-    QCOMPARE(messages.last().event, QStringLiteral("remote_service_move_to_archive"));
-    QCOMPARE(messages.last().data.value(QLatin1String("idList")).toArray(), QJsonArray({40}));
+    QCOMPARE(messages.last().event, "remote_service_move_to_archive");
+    QCOMPARE(messages.last().data.value("idList").toArray(), QJsonArray({40}));
 }
 
 void TestPluginLibrary::itAnnouncesNothingThatItGaveUp()
@@ -256,7 +247,7 @@ void TestPluginLibrary::itAnnouncesNothingThatItGaveUp()
     host.unload();
     QVERIFY(lock.isHeld());
     QCOMPARE(PluginHost::names(host.takeMessages()), QStringList());
-    QCOMPARE(database->value(QStringLiteral("SELECT count(*) FROM maintainance")).toInt(), 0);
+    QCOMPARE(database->value("SELECT count(*) FROM maintainance").toInt(), 0);
 }
 
 void TestPluginLibrary::itsWidgetsSurviveTheHostsWindows_data()
@@ -304,17 +295,15 @@ void TestPluginLibrary::itAnswersOnWithoutItsWindow()
     const auto database = createDatabase();
     PluginHost host;
     delete host.window();
-    QVERIFY(host.ask("clicked", {{QStringLiteral("key"), QStringLiteral("show_garage")}}).isEmpty());
+    QVERIFY(host.ask("clicked", {{"key", "show_garage"}}).isEmpty());
     QCOMPARE(PluginHost::names(host.ask("load_complete")),
-             QStringList({QStringLiteral("read_cars_list"), QStringLiteral("update_remote_service")}));
-    QCOMPARE(PluginHost::names(host.ask("send_settings_dialogs")),
-             QStringList(QStringLiteral("settings_dialog")));
+             QStringList({"read_cars_list", "update_remote_service"}));
+    QCOMPARE(PluginHost::names(host.ask("send_settings_dialogs")), QStringList("settings_dialog"));
     for (const char *event : {"cars_list_changed", "personal_list", "run_saved_to_db", "remote_service_data"})
         QVERIFY(host.ask(event).isEmpty());
-    QVERIFY(host.ask("car_complain", {{QStringLiteral("carId"), 1}}).isEmpty());
+    QVERIFY(host.ask("car_complain", {{"carId", 1}}).isEmpty());
     QVERIFY(host.ask("remote_control_data",
-                     {{QStringLiteral("msg"), QStringLiteral("switchCarAvailability")},
-                      {QStringLiteral("data"), QJsonObject {{QStringLiteral("carId"), 1}}}})
+                     {{"msg", "switchCarAvailability"}, {"data", QJsonObject {{"carId", 1}}}})
                 .isEmpty());
 }
 
@@ -322,15 +311,14 @@ void TestPluginLibrary::itEndsWithAHostThatDoesNotUnload()
 {
     const auto database = createDatabase();
     for (int round = 0; round < 5; ++round) {
-        database->exec(QStringLiteral("DELETE FROM maintainance"));
+        database->exec("DELETE FROM maintainance");
         QProcess host;
         host.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-        host.start(QStringLiteral(EXITING_HOST), QStringList());
+        host.start(EXITING_HOST, QStringList());
         QVERIFY(host.waitForFinished(20000));
         QCOMPARE(host.exitStatus(), QProcess::NormalExit);
         QCOMPARE(host.exitCode(), 0);
-        QCOMPARE(database->rows(QStringLiteral("SELECT remote_id FROM maintainance")),
-                 QStringList(QStringLiteral("40")));
+        QCOMPARE(database->rows("SELECT remote_id FROM maintainance"), QStringList("40"));
     }
 }
 

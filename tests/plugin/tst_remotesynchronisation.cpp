@@ -15,20 +15,19 @@
 
 namespace {
 
-const QString everyRecord =
-    QStringLiteral("SELECT remote_id,car_id,operation_id,operation_time,person_id,person_name,"
-                   "comment,operation_state FROM maintainance ORDER BY id");
+const QString everyRecord = "SELECT remote_id,car_id,operation_id,operation_time,person_id,person_name,"
+                            "comment,operation_state FROM maintainance ORDER BY id";
 
 /// A complete record; the changes replace or, being undefined, take away keys.
 QJsonObject record(int id, std::initializer_list<QPair<QString, QJsonValue>> changes = {})
 {
-    QJsonObject json {{QStringLiteral("id"), id},
-                      {QStringLiteral("carId"), 1},
-                      {QStringLiteral("opId"), 2},
-                      {QStringLiteral("opDoneDateTime"), QStringLiteral("2026-03-08T09:30Z")},
-                      {QStringLiteral("operatorName"), QStringLiteral("Пётр")},
-                      {QStringLiteral("operatorId"), 5},
-                      {QStringLiteral("comment"), QStringLiteral("готово")}};
+    QJsonObject json {{"id", id},
+                      {"carId", 1},
+                      {"opId", 2},
+                      {"opDoneDateTime", "2026-03-08T09:30Z"},
+                      {"operatorName", "Пётр"},
+                      {"operatorId", 5},
+                      {"comment", "готово"}};
     for (const auto &[key, value] : changes) {
         if (value.isUndefined())
             json.remove(key);
@@ -40,11 +39,11 @@ QJsonObject record(int id, std::initializer_list<QPair<QString, QJsonValue>> cha
 
 QJsonObject person(const QJsonValue &code, int id, const QString &lastName)
 {
-    return {{QStringLiteral("serviceCode"), code},
-            {QStringLiteral("id"), id},
-            {QStringLiteral("lastName"), lastName},
-            {QStringLiteral("firstName"), QStringLiteral("Иван")},
-            {QStringLiteral("midName"), QStringLiteral("Ильич")}};
+    return {{"serviceCode", code},
+            {"id", id},
+            {"lastName", lastName},
+            {"firstName", "Иван"},
+            {"midName", "Ильич"}};
 }
 
 } // namespace
@@ -78,29 +77,27 @@ private:
 QJsonArray TestRemoteSynchronisation::synchronise(PluginHost &host, const QJsonArray &records)
 {
     host.takeMessages();
-    host.send(
-        "remote_service_data",
-        {{QStringLiteral("data"), QString::fromUtf8(QJsonDocument(records).toJson(QJsonDocument::Compact))}});
+    host.send("remote_service_data",
+              {{"data", QString::fromUtf8(QJsonDocument(records).toJson(QJsonDocument::Compact))}});
     auto messages = host.awaitReload();
     if (!QTest::qWaitFor([&] {
             messages += host.takeMessages();
-            return PluginHost::names(messages).contains(QStringLiteral("remote_service_move_to_archive"));
+            return PluginHost::names(messages).contains("remote_service_move_to_archive");
         }))
         QTest::qFail("Nothing was archived", __FILE__, __LINE__);
     if (PluginHost::names(messages)
-        != QStringList(
-            {QStringLiteral("update_pending_service"), QStringLiteral("remote_service_move_to_archive")}))
-        QTest::qFail(qPrintable(PluginHost::names(messages).join(QLatin1Char(','))), __FILE__, __LINE__);
-    return messages.last().data.value(QLatin1String("idList")).toArray();
+        != QStringList({"update_pending_service", "remote_service_move_to_archive"}))
+        QTest::qFail(qPrintable(PluginHost::names(messages).join(',')), __FILE__, __LINE__);
+    return messages.last().data.value("idList").toArray();
 }
 
 QJsonArray TestRemoteSynchronisation::pending(const QVector<PluginHost::Message> &messages)
 {
     for (const auto &message : messages) {
-        if (message.event == QLatin1String("update_pending_service"))
-            return message.data.value(QLatin1String("servicePendingList")).toArray();
+        if (message.event == "update_pending_service")
+            return message.data.value("servicePendingList").toArray();
     }
-    return {QStringLiteral("no list came")};
+    return {"no list came"};
 }
 
 void TestRemoteSynchronisation::aNewRecordIsInsertedAsDone()
@@ -108,8 +105,7 @@ void TestRemoteSynchronisation::aNewRecordIsInsertedAsDone()
     const auto database = createDatabase();
     PluginHost host;
     QCOMPARE(synchronise(host, {record(40)}), QJsonArray({40}));
-    QCOMPARE(database->rows(everyRecord),
-             QStringList(QStringLiteral("40|1|2|2026-03-08T09:30Z|5|Пётр|готово|1")));
+    QCOMPARE(database->rows(everyRecord), QStringList("40|1|2|2026-03-08T09:30Z|5|Пётр|готово|1"));
 }
 
 void TestRemoteSynchronisation::aRecordSentTwiceUpdatesItsRow()
@@ -117,37 +113,32 @@ void TestRemoteSynchronisation::aRecordSentTwiceUpdatesItsRow()
     const auto database = createDatabase();
     PluginHost host;
     synchronise(host, {record(40)});
-    synchronise(
-        host,
-        {record(40, {{QStringLiteral("comment"), QStringLiteral("иначе")}, {QStringLiteral("carId"), 3}})});
-    synchronise(host, {record(40), record(40, {{QStringLiteral("opId"), 9}})});
-    QCOMPARE(database->rows(everyRecord),
-             QStringList(QStringLiteral("40|1|9|2026-03-08T09:30Z|5|Пётр|готово|1")));
+    synchronise(host, {record(40, {{"comment", "иначе"}, {"carId", 3}})});
+    synchronise(host, {record(40), record(40, {{"opId", 9}})});
+    QCOMPARE(database->rows(everyRecord), QStringList("40|1|9|2026-03-08T09:30Z|5|Пётр|готово|1"));
 }
 
 void TestRemoteSynchronisation::aLocalIdCompletesTheLocalRecord()
 {
     const auto database = createDatabase();
-    const int localId =
-        database->addRecord(1, -1, QStringLiteral("2026-03-01T10:00:00.000Z"), 0, QStringLiteral("Стук"));
+    const int localId = database->addRecord(1, -1, "2026-03-01T10:00:00.000Z", 0, "Стук");
     PluginHost host;
-    synchronise(host, {record(40, {{QStringLiteral("localId"), localId}, {QStringLiteral("opId"), -1}})});
+    synchronise(host, {record(40, {{"localId", localId}, {"opId", -1}})});
     // The remote id of a record matched by its local id is not stored.
-    QCOMPARE(database->rows(everyRecord),
-             QStringList(QStringLiteral("NULL|1|-1|2026-03-08T09:30Z|5|Пётр|готово|1")));
+    QCOMPARE(database->rows(everyRecord), QStringList("NULL|1|-1|2026-03-08T09:30Z|5|Пётр|готово|1"));
 }
 
 void TestRemoteSynchronisation::bothIdsMayUpdateSeveralRows()
 {
     const auto database = createDatabase();
-    const int localId = database->addRecord(1, -1, QStringLiteral("2026-03-01T10:00Z"), 0);
-    database->addRecord(7, 7, QStringLiteral("2026-03-02T10:00Z"), 0);
-    database->exec(QStringLiteral("UPDATE maintainance SET remote_id=40 WHERE car_id=7"));
+    const int localId = database->addRecord(1, -1, "2026-03-01T10:00Z", 0);
+    database->addRecord(7, 7, "2026-03-02T10:00Z", 0);
+    database->exec("UPDATE maintainance SET remote_id=40 WHERE car_id=7");
     PluginHost host;
-    synchronise(host, {record(40, {{QStringLiteral("localId"), localId}})});
+    synchronise(host, {record(40, {{"localId", localId}})});
     QCOMPARE(database->rows(everyRecord),
-             QStringList({QStringLiteral("NULL|1|2|2026-03-08T09:30Z|5|Пётр|готово|1"),
-                          QStringLiteral("40|1|2|2026-03-08T09:30Z|5|Пётр|готово|1")}));
+             QStringList(
+                 {"NULL|1|2|2026-03-08T09:30Z|5|Пётр|готово|1", "40|1|2|2026-03-08T09:30Z|5|Пётр|готово|1"}));
 }
 
 void TestRemoteSynchronisation::theServiceCodeNamesThePerson_data()
@@ -155,27 +146,23 @@ void TestRemoteSynchronisation::theServiceCodeNamesThePerson_data()
     QTest::addColumn<QJsonArray>("people");
     QTest::addColumn<QJsonValue>("code");
     QTest::addColumn<QString>("stored");
-    const QJsonArray people {person(QStringLiteral("111"), 8, QStringLiteral("Ким")),
-                             person(QStringLiteral("222"), 9, QStringLiteral("Цой"))};
-    const QString operatorKept = QStringLiteral("5|Пётр");
-    QTest::newRow("a match") << people << QJsonValue(QStringLiteral("222")) << "9|Цой Иван Ильич";
-    QTest::newRow("no match") << people << QJsonValue(QStringLiteral("333")) << operatorKept;
+    const QJsonArray people {person("111", 8, "Ким"), person("222", 9, "Цой")};
+    const QString operatorKept = "5|Пётр";
+    QTest::newRow("a match") << people << QJsonValue("222") << "9|Цой Иван Ильич";
+    QTest::newRow("no match") << people << QJsonValue("333") << operatorKept;
     QTest::newRow("no code") << people << QJsonValue(QJsonValue::Undefined) << operatorKept;
-    QTest::newRow("the last match wins") << QJsonArray {person(QStringLiteral("1"), 8, QStringLiteral("Ким")),
-                                                        person(QStringLiteral("1"), 9, QStringLiteral("Цой"))}
-                                         << QJsonValue(QStringLiteral("1")) << "9|Цой Иван Ильич";
-    QTest::newRow("a number is not a text") << QJsonArray {person(222, 9, QStringLiteral("Цой"))}
-                                            << QJsonValue(QStringLiteral("222")) << operatorKept;
+    QTest::newRow("the last match wins")
+        << QJsonArray {person("1", 8, "Ким"), person("1", 9, "Цой")} << QJsonValue("1") << "9|Цой Иван Ильич";
+    QTest::newRow("a number is not a text")
+        << QJsonArray {person(222, 9, "Цой")} << QJsonValue("222") << operatorKept;
     QTest::newRow("a number in the record reads as no code")
-        << QJsonArray {person(QStringLiteral(""), 9, QStringLiteral("Цой"))} << QJsonValue(222)
-        << "9|Цой Иван Ильич";
+        << QJsonArray {person("", 9, "Цой")} << QJsonValue(222) << "9|Цой Иван Ильич";
     QTest::newRow("an entry without a code never matches")
-        << QJsonArray {person(QJsonValue::Undefined, 9, QStringLiteral("Цой"))}
-        << QJsonValue(QJsonValue::Undefined) << operatorKept;
+        << QJsonArray {person(QJsonValue::Undefined, 9, "Цой")} << QJsonValue(QJsonValue::Undefined)
+        << operatorKept;
     QTest::newRow("missing parts leave their blanks")
-        << QJsonArray {QJsonObject {{QStringLiteral("serviceCode"), QStringLiteral("5")},
-                                    {QStringLiteral("lastName"), QStringLiteral("Ким")}}}
-        << QJsonValue(QStringLiteral("5")) << "-1|Ким  ";
+        << QJsonArray {QJsonObject {{"serviceCode", "5"}, {"lastName", "Ким"}}} << QJsonValue("5")
+        << "-1|Ким  ";
 }
 
 void TestRemoteSynchronisation::theServiceCodeNamesThePerson()
@@ -184,83 +171,74 @@ void TestRemoteSynchronisation::theServiceCodeNamesThePerson()
     QFETCH(QJsonValue, code);
     const auto database = createDatabase();
     PluginHost host;
-    host.send("personal_list", {{QStringLiteral("personalList"), people}});
-    synchronise(host, {record(40, {{QStringLiteral("serviceCode"), code}})});
-    QTEST(database->rows(QStringLiteral("SELECT person_id,person_name FROM maintainance")).first(), "stored");
+    host.send("personal_list", {{"personalList", people}});
+    synchronise(host, {record(40, {{"serviceCode", code}})});
+    QTEST(database->rows("SELECT person_id,person_name FROM maintainance").first(), "stored");
 }
 
 void TestRemoteSynchronisation::missingKeysTakeTheirDefaults()
 {
     const auto database = createDatabase();
     PluginHost host;
-    QCOMPARE(synchronise(host, {QJsonObject {{QStringLiteral("unknown"), 1}}}), QJsonArray({QJsonValue()}));
-    QCOMPARE(database->rows(everyRecord), QStringList(QStringLiteral("-1|-1|-1||-1|||1")));
+    QCOMPARE(synchronise(host, {QJsonObject {{"unknown", 1}}}), QJsonArray({QJsonValue()}));
+    QCOMPARE(database->rows(everyRecord), QStringList("-1|-1|-1||-1|||1"));
     // Another one without an id has the same id, -1.
-    synchronise(host,
-                {record(40,
-                        {{QStringLiteral("id"), QJsonValue::Undefined},
-                         {QStringLiteral("operatorId"), QJsonValue::Undefined}})});
-    QCOMPARE(database->rows(everyRecord),
-             QStringList(QStringLiteral("-1|1|2|2026-03-08T09:30Z|-1|Пётр|готово|1")));
+    synchronise(host, {record(40, {{"id", QJsonValue::Undefined}, {"operatorId", QJsonValue::Undefined}})});
+    QCOMPARE(database->rows(everyRecord), QStringList("-1|1|2|2026-03-08T09:30Z|-1|Пётр|готово|1"));
 }
 
 void TestRemoteSynchronisation::elementsThatAreNoRecordsCountAsEmptyOnes()
 {
     const auto database = createDatabase();
     PluginHost host;
-    QCOMPARE(synchronise(host, {5, QStringLiteral("x"), QJsonValue(), record(40)}),
+    QCOMPARE(synchronise(host, {5, "x", QJsonValue(), record(40)}),
              QJsonArray({QJsonValue(), QJsonValue(), QJsonValue(), 40}));
     QCOMPARE(database->rows(everyRecord),
-             QStringList({QStringLiteral("-1|-1|-1||-1|||1"),
-                          QStringLiteral("40|1|2|2026-03-08T09:30Z|5|Пётр|готово|1")}));
+             QStringList({"-1|-1|-1||-1|||1", "40|1|2|2026-03-08T09:30Z|5|Пётр|готово|1"}));
 }
 
 void TestRemoteSynchronisation::idsGoToTheArchiveUnchangedAndInOrder()
 {
     const auto database = createDatabase();
     PluginHost host;
-    const QJsonArray ids {7, QStringLiteral("8"), 3.5, 7};
+    const QJsonArray ids {7, "8", 3.5, 7};
     QJsonArray records;
     for (const QJsonValue &id : ids)
-        records.append(record(0, {{QStringLiteral("id"), id}}));
+        records.append(record(0, {{"id", id}}));
     QCOMPARE(synchronise(host, records), ids);
 }
 
 void TestRemoteSynchronisation::aFailingUpdateInsertsNothing()
 {
     const auto database = createDatabase();
-    database->addRecord(1, 2, QStringLiteral("2026-03-01T10:00Z"), 0);
-    database->exec(QStringLiteral("UPDATE maintainance SET remote_id=40"));
-    database->exec(QStringLiteral("CREATE TRIGGER fault BEFORE UPDATE ON maintainance WHEN new.comment='нет' "
-                                  "BEGIN SELECT RAISE(ABORT,'injected'); END"));
+    database->addRecord(1, 2, "2026-03-01T10:00Z", 0);
+    database->exec("UPDATE maintainance SET remote_id=40");
+    database->exec("CREATE TRIGGER fault BEFORE UPDATE ON maintainance WHEN new.comment='нет' "
+                   "BEGIN SELECT RAISE(ABORT,'injected'); END");
     PluginHost host;
+    QCOMPARE(synchronise(host, {record(40, {{"comment", "нет"}}), record(41)}), QJsonArray({40, 41}));
     QCOMPARE(
-        synchronise(host, {record(40, {{QStringLiteral("comment"), QStringLiteral("нет")}}), record(41)}),
-        QJsonArray({40, 41}));
-    QCOMPARE(database->rows(everyRecord),
-             QStringList({QStringLiteral("40|1|2|2026-03-01T10:00Z|-1||NULL|0"),
-                          QStringLiteral("41|1|2|2026-03-08T09:30Z|5|Пётр|готово|1")}));
+        database->rows(everyRecord),
+        QStringList({"40|1|2|2026-03-01T10:00Z|-1||NULL|0", "41|1|2|2026-03-08T09:30Z|5|Пётр|готово|1"}));
 }
 
 void TestRemoteSynchronisation::aFailingInsertLosesOnlyItsOwnRecord()
 {
     const auto database = createDatabase();
-    database->exec(QStringLiteral("CREATE TRIGGER fault BEFORE INSERT ON maintainance WHEN new.remote_id=41 "
-                                  "BEGIN SELECT RAISE(ABORT,'injected'); END"));
+    database->exec("CREATE TRIGGER fault BEFORE INSERT ON maintainance WHEN new.remote_id=41 "
+                   "BEGIN SELECT RAISE(ABORT,'injected'); END");
     PluginHost host;
     synchronise(host, {record(40), record(41), record(42)});
-    QCOMPARE(database->value(QStringLiteral("SELECT group_concat(remote_id) FROM maintainance")).toString(),
-             QStringLiteral("40,42"));
+    QCOMPARE(database->value("SELECT group_concat(remote_id) FROM maintainance").toString(), "40,42");
     // A fault that rolls the whole transaction back takes the whole batch, not half of it.
-    database->exec(QStringLiteral("DROP TRIGGER fault"));
-    database->exec(QStringLiteral("CREATE TRIGGER fault BEFORE INSERT ON maintainance WHEN new.remote_id=51 "
-                                  "BEGIN SELECT RAISE(ROLLBACK,'injected'); END"));
+    database->exec("DROP TRIGGER fault");
+    database->exec("CREATE TRIGGER fault BEFORE INSERT ON maintainance WHEN new.remote_id=51 "
+                   "BEGIN SELECT RAISE(ROLLBACK,'injected'); END");
     synchronise(host, {record(50), record(51), record(52)});
-    QCOMPARE(database->value(QStringLiteral("SELECT group_concat(remote_id) FROM maintainance")).toString(),
-             QStringLiteral("40,42"));
-    database->exec(QStringLiteral("DROP TRIGGER fault"));
+    QCOMPARE(database->value("SELECT group_concat(remote_id) FROM maintainance").toString(), "40,42");
+    database->exec("DROP TRIGGER fault");
     synchronise(host, {record(50)});
-    QCOMPARE(database->value(QStringLiteral("SELECT count(*) FROM maintainance")).toInt(), 3);
+    QCOMPARE(database->value("SELECT count(*) FROM maintainance").toInt(), 3);
 }
 
 void TestRemoteSynchronisation::aBatchIsVisibleAsAWholeOrNotAtAll()
@@ -274,7 +252,7 @@ void TestRemoteSynchronisation::aBatchIsVisibleAsAWholeOrNotAtAll()
     std::thread reader([&, path = home().databasePath()] {
         const TestDatabase other(path, false);
         while (!done) {
-            const int count = other.value(QStringLiteral("SELECT count(*) FROM maintainance")).toInt();
+            const int count = other.value("SELECT count(*) FROM maintainance").toInt();
             ++looks;
             if (count % batchSize != 0)
                 ++halves;
@@ -290,14 +268,13 @@ void TestRemoteSynchronisation::aBatchIsVisibleAsAWholeOrNotAtAll()
     reader.join();
     QVERIFY(looks > 10);
     QCOMPARE(halves.load(), 0);
-    QCOMPARE(database->value(QStringLiteral("SELECT count(DISTINCT remote_id) FROM maintainance")).toInt(),
-             4 * batchSize);
+    QCOMPARE(database->value("SELECT count(DISTINCT remote_id) FROM maintainance").toInt(), 4 * batchSize);
 }
 
 void TestRemoteSynchronisation::aComplaintGoesRoundBothSides()
 {
     const auto database = createDatabase();
-    database->addCar(1, QStringLiteral("10"), QStringLiteral("Sodi"));
+    database->addCar(1, "10", "Sodi");
     PluginHost host;
     host.showWindow();
     const auto complain = [&host](const QString &text) {
@@ -308,60 +285,56 @@ void TestRemoteSynchronisation::aComplaintGoesRoundBothSides()
             dialog->findChild<QPlainTextEdit *>()->setPlainText(text);
             dialog->accept();
         });
-        host.send("car_complain", {{QStringLiteral("carId"), 1}});
+        host.send("car_complain", {{"carId", 1}});
         return pending(host.awaitReload());
     };
 
-    QJsonArray waiting = complain(QStringLiteral("Стук"));
+    QJsonArray waiting = complain("Стук");
     QCOMPARE(waiting.size(), 1);
-    waiting = complain(QStringLiteral("Громкий стук"));
+    waiting = complain("Громкий стук");
     QCOMPARE(waiting.size(), 1);
     QCOMPARE(waiting.first().toObject(),
-             QJsonObject({{QStringLiteral("carId"), 1},
-                          {QStringLiteral("carNum"), QStringLiteral("10")},
-                          {QStringLiteral("carModel"), QStringLiteral("Sodi")},
-                          {QStringLiteral("opId"), -1},
-                          {QStringLiteral("opName"), QStringLiteral("Громкий стук")},
-                          {QStringLiteral("opDateTime"), QStringLiteral("2026-03-01T10:00")},
-                          {QStringLiteral("localId"), 1}}));
-    QCOMPARE(database->value(QStringLiteral("SELECT count(*) FROM maintainance")).toInt(), 1);
+             QJsonObject({{"carId", 1},
+                          {"carNum", "10"},
+                          {"carModel", "Sodi"},
+                          {"opId", -1},
+                          {"opName", "Громкий стук"},
+                          {"opDateTime", "2026-03-01T10:00"},
+                          {"localId", 1}}));
+    QCOMPARE(database->value("SELECT count(*) FROM maintainance").toInt(), 1);
 
-    const auto *log = host.window()->findChild<QTreeView *>(QStringLiteral("tvServiceLog"))->model();
+    const auto *log = host.window()->findChild<QTreeView *>("tvServiceLog")->model();
     QTRY_COMPARE(log->rowCount(), 1);
     QCOMPARE(log->index(0, 6).data(Qt::BackgroundRole).value<QBrush>().color(), QColor(255, 127, 127));
 
-    synchronise(
-        host,
-        {record(40,
-                {{QStringLiteral("localId"), waiting.first().toObject().value(QLatin1String("localId"))},
-                 {QStringLiteral("opId"), -1}})});
+    synchronise(host, {record(40, {{"localId", waiting.first().toObject().value("localId")}, {"opId", -1}})});
     host.send("run_saved_to_db");
     QVERIFY(pending(host.awaitReload()).isEmpty());
-    QTRY_COMPARE(log->index(0, 6).data().toString(), QStringLiteral("готово"));
+    QTRY_COMPARE(log->index(0, 6).data().toString(), "готово");
     QVERIFY(log->index(0, 6).data(Qt::BackgroundRole).value<QBrush>().color() != QColor(255, 127, 127));
-    QCOMPARE(database->value(QStringLiteral("SELECT count(*) FROM maintainance")).toInt(), 1);
+    QCOMPARE(database->value("SELECT count(*) FROM maintainance").toInt(), 1);
 }
 
 void TestRemoteSynchronisation::anEveningAtTheTrack()
 {
     const auto database = createDatabase();
-    database->addCar(1, QStringLiteral("10"), QStringLiteral("Sodi"));
-    database->addOperation(2, QStringLiteral("Масло"));
-    database->addLimit(QStringLiteral("Sodi"), 2, 0, 0, 2);
-    database->addRecord(1, 2, QStringLiteral("2026-03-01T10:00:00.000Z"), 1);
+    database->addCar(1, "10", "Sodi");
+    database->addOperation(2, "Масло");
+    database->addLimit("Sodi", 2, 0, 0, 2);
+    database->addRecord(1, 2, "2026-03-01T10:00:00.000Z", 1);
     PluginHost host;
     host.showWindow();
-    auto *table = host.window()->findChild<QTreeView *>(QStringLiteral("tvMaintainanceTable"));
+    auto *table = host.window()->findChild<QTreeView *>("tvMaintainanceTable");
 
     // The host records a run of three laps.
     for (int lap = 0; lap < 3; ++lap)
-        database->addLap(1, 1, QStringLiteral("2026-03-02T10:0%1:00.000Z").arg(lap), 60000);
+        database->addLap(1, 1, QString("2026-03-02T10:0%1:00.000Z").arg(lap), 60000);
     host.send("run_saved_to_db");
     const QJsonArray waiting = pending(host.awaitReload());
     QCOMPARE(waiting.size(), 1);
-    QCOMPARE(waiting.first().toObject().value(QLatin1String("opName")).toString(), QStringLiteral("Масло"));
+    QCOMPARE(waiting.first().toObject().value("opName").toString(), "Масло");
     QTRY_COMPARE(table->model()->index(0, 3).data().toString(),
-                 shown("2026-03-01 10:00") + QStringLiteral("\n0.1 ч., 1 з., 3 кр."));
+                 shown("2026-03-01 10:00") + "\n0.1 ч., 1 з., 3 кр.");
 
     // The mechanic changes the oil: hover, button, dialog.
     const QRect cell = table->visualRect(table->model()->index(0, 3));
@@ -381,17 +354,16 @@ void TestRemoteSynchronisation::anEveningAtTheTrack()
     });
     QTest::mouseClick(button, Qt::LeftButton);
     const auto messages = host.awaitReload();
-    QCOMPARE(PluginHost::names(messages),
-             QStringList({QStringLiteral("add_remote_service"), QStringLiteral("update_pending_service")}));
-    QCOMPARE(messages.first().module, QStringLiteral("garage_plugin"));
+    QCOMPARE(PluginHost::names(messages), QStringList({"add_remote_service", "update_pending_service"}));
+    QCOMPARE(messages.first().module, "garage_plugin");
     QCOMPARE(messages.first().data,
-             QJsonObject({{QStringLiteral("carId"), 1},
-                          {QStringLiteral("opId"), 2},
-                          {QStringLiteral("opName"), QStringLiteral("Масло")},
-                          {QStringLiteral("opTime"), QStringLiteral("2026-03-02 17:00")},
-                          {QStringLiteral("pId"), -1},
-                          {QStringLiteral("pName"), QString()},
-                          {QStringLiteral("comment"), QString()}}));
+             QJsonObject({{"carId", 1},
+                          {"opId", 2},
+                          {"opName", "Масло"},
+                          {"opTime", "2026-03-02 17:00"},
+                          {"pId", -1},
+                          {"pName", QString()},
+                          {"comment", QString()}}));
     QVERIFY(pending(messages).isEmpty());
     QTRY_COMPARE(table->model()->index(0, 3).data().toString(), shown("2026-03-02 17:00"));
 }

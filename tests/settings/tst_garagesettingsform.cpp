@@ -103,15 +103,14 @@ private:
 
 namespace {
 
-const QString selectOperations = QStringLiteral("SELECT * FROM service_operations ORDER BY id");
-const QString selectLimits = QStringLiteral("SELECT * FROM service_reglament ORDER BY model,operation_id");
+const QString selectOperations = "SELECT * FROM service_operations ORDER BY id";
+const QString selectLimits = "SELECT * FROM service_reglament ORDER BY model,operation_id";
 
 QJsonArray opsList(const QList<QPair<int, QString>> &operations)
 {
     QJsonArray list;
     for (const auto &operation : operations)
-        list.append(QJsonObject {{QStringLiteral("id"), operation.first},
-                                 {QStringLiteral("opName"), operation.second}});
+        list.append(QJsonObject {{"id", operation.first}, {"opName", operation.second}});
     return list;
 }
 
@@ -142,12 +141,12 @@ void TestGarageSettingsForm::init()
 {
     GarageTest::init();
     m_database = createDatabase();
-    m_database->addCar(1, QStringLiteral("1"), QStringLiteral("SODI"));
-    m_database->addCar(2, QStringLiteral("2"), QStringLiteral("Rimo"));
-    m_database->addCar(3, QStringLiteral("3"), QStringLiteral("SODI"));
-    m_database->addOperation(2, QStringLiteral("Масло"));
-    m_database->addOperation(5, QStringLiteral("Цепь"));
-    m_database->addLimit(QStringLiteral("SODI"), 2, 5400, 10, 0);
+    m_database->addCar(1, "1", "SODI");
+    m_database->addCar(2, "2", "Rimo");
+    m_database->addCar(3, "3", "SODI");
+    m_database->addOperation(2, "Масло");
+    m_database->addOperation(5, "Цепь");
+    m_database->addLimit("SODI", 2, 5400, 10, 0);
 }
 
 void TestGarageSettingsForm::cleanup()
@@ -233,11 +232,10 @@ QJsonArray TestGarageSettingsForm::takeOnlyAnnouncement()
         return {m_events->count()};
     const QVariantList event = m_events->takeFirst();
     const QJsonObject data = event.at(2).toJsonObject();
-    if (event.at(0) != QStringLiteral("garage_settings")
-        || event.at(1) != QStringLiteral("service_ops_changed")
-        || data.keys() != QStringList(QStringLiteral("opsList")))
+    if (event.at(0) != "garage_settings" || event.at(1) != "service_ops_changed"
+        || data.keys() != QStringList("opsList"))
         return {event.at(0).toString(), event.at(1).toString(), data};
-    return data.value(QLatin1String("opsList")).toArray();
+    return data.value("opsList").toArray();
 }
 
 void TestGarageSettingsForm::theSignalAndTheNamedSlotsComeFirst()
@@ -254,32 +252,29 @@ void TestGarageSettingsForm::theSignalAndTheNamedSlotsComeFirst()
 void TestGarageSettingsForm::showsOperationsAndLimitsOfTheFile()
 {
     open();
-    QCOMPARE(GarageWindow::texts(*operations()),
-             QStringList({QStringLiteral("1|Масло"), QStringLiteral("2|Цепь")}));
-    QCOMPARE(GarageWindow::texts(*reglament()),
-             QStringList({QStringLiteral("1|SODI|1.5 ч. 10 заезд. 0 кр.|"), QStringLiteral("2|Rimo||")}));
-    QCOMPARE(titles(), QStringList({QStringLiteral("Масло"), QStringLiteral("Цепь")}));
+    QCOMPARE(GarageWindow::texts(*operations()), QStringList({"1|Масло", "2|Цепь"}));
+    QCOMPARE(GarageWindow::texts(*reglament()), QStringList({"1|SODI|1.5 ч. 10 заезд. 0 кр.|", "2|Rimo||"}));
+    QCOMPARE(titles(), QStringList({"Масло", "Цепь"}));
     QCOMPARE(m_events->count(), 0);
 }
 
 void TestGarageSettingsForm::eachModelHasOneRowWhateverItsName()
 {
-    m_database->exec(
-        QStringLiteral("INSERT INTO cars (id,num,name) VALUES (4,'4','sodi'),(5,'5',NULL),(6,'6','')"));
-    m_database->addLimit(QStringLiteral("Gone"), 2, 1, 1, 1);
-    m_database->addLimit(QStringLiteral("Rimo"), 77, 1, 1, 1);
+    m_database->exec("INSERT INTO cars (id,num,name) VALUES (4,'4','sodi'),(5,'5',NULL),(6,'6','')");
+    m_database->addLimit("Gone", 2, 1, 1, 1);
+    m_database->addLimit("Rimo", 77, 1, 1, 1);
     open();
     QCOMPARE(reglament()->rowCount(), 5);
     QCOMPARE(reglament()->columnCount(), 4);
-    QCOMPARE(reglament()->index(1, 1).data().toString(), QStringLiteral("Rimo"));
+    QCOMPARE(reglament()->index(1, 1).data().toString(), "Rimo");
     QCOMPARE(reglament()->index(1, 2).data().toString() + reglament()->index(1, 3).data().toString(),
              QString());
 }
 
 void TestGarageSettingsForm::aFileThatCannotBeReadGivesEmptyTables()
 {
-    m_database->exec(QStringLiteral("DROP TABLE service_operations"));
-    m_database->exec(QStringLiteral("DROP TABLE service_reglament"));
+    m_database->exec("DROP TABLE service_operations");
+    m_database->exec("DROP TABLE service_reglament");
     open();
     QCOMPARE(operations()->rowCount(), 0);
     QCOMPARE(reglament()->rowCount(), 2);
@@ -289,7 +284,7 @@ void TestGarageSettingsForm::aFileThatCannotBeReadGivesEmptyTables()
 void TestGarageSettingsForm::aFileThatAppearsLaterIsRead()
 {
     const QString folder = QFileInfo(home().databasePath()).path();
-    const QString elsewhere = folder + QLatin1String("-elsewhere");
+    const QString elsewhere = folder + "-elsewhere";
     m_database.reset();
     QVERIFY(QDir().rename(folder, elsewhere));
     open();
@@ -298,64 +293,62 @@ void TestGarageSettingsForm::aFileThatAppearsLaterIsRead()
     QVERIFY(QDir().rename(elsewhere, folder));
     m_form->reloadReglamentModel();
     QCOMPARE(operations()->rowCount(), 2);
-    QCOMPARE(GarageWindow::texts(*reglament()).first(), QStringLiteral("1|SODI|1.5 ч. 10 заезд. 0 кр.|"));
+    QCOMPARE(GarageWindow::texts(*reglament()).first(), "1|SODI|1.5 ч. 10 заезд. 0 кр.|");
 }
 
 void TestGarageSettingsForm::aFileThatAppearsLaterIsReadBesideANewRow()
 {
     const QString folder = QFileInfo(home().databasePath()).path();
-    const QString elsewhere = folder + QLatin1String("-elsewhere");
+    const QString elsewhere = folder + "-elsewhere";
     QVERIFY(QDir().rename(folder, elsewhere));
     open();
     trigger("actionAddOperation");
     QVERIFY(QDir().rename(elsewhere, folder));
 
-    type(QStringLiteral("Шины"));
-    QCOMPARE(
-        takeOnlyAnnouncement(),
-        opsList({{2, QStringLiteral("Масло")}, {5, QStringLiteral("Цепь")}, {6, QStringLiteral("Шины")}}));
+    type("Шины");
+    QCOMPARE(takeOnlyAnnouncement(), opsList({{2, "Масло"}, {5, "Цепь"}, {6, "Шины"}}));
     QCOMPARE(reglament()->columnCount(), 5);
 }
 
 void TestGarageSettingsForm::anotherFileInItsPlaceIsShownAndNotWrittenTo_data()
 {
     QTest::addColumn<QString>("action");
-    QTest::newRow("renaming") << QStringLiteral("rename");
-    QTest::newRow("removing") << QStringLiteral("remove");
-    QTest::newRow("limits") << QStringLiteral("limits");
+    QTest::newRow("renaming") << "rename";
+    QTest::newRow("removing") << "remove";
+    QTest::newRow("limits") << "limits";
 }
 
 void TestGarageSettingsForm::anotherFileInItsPlaceIsShownAndNotWrittenTo()
 {
     QFETCH(QString, action);
     const QString path = home().databasePath();
-    const TestDatabase backup(path + QLatin1String(".backup"));
-    backup.addCar(1, QStringLiteral("1"), QStringLiteral("SODI"));
-    backup.addOperation(2, QStringLiteral("Тормоза"));
+    const TestDatabase backup(path + ".backup");
+    backup.addCar(1, "1", "SODI");
+    backup.addOperation(2, "Тормоза");
     const auto restore = [&path] {
-        QCOMPARE(std::rename(qPrintable(path + QLatin1String(".backup")), qPrintable(path)), 0);
+        QCOMPARE(std::rename(qPrintable(path + ".backup"), qPrintable(path)), 0);
     };
 
     open();
-    if (action == QLatin1String("rename")) {
+    if (action == "rename") {
         startRenaming(0);
         restore();
-        type(QStringLiteral("Шины"));
+        type("Шины");
     } else {
         onNextDialog([&](QDialog &dialog) {
             restore();
-            press(dialog, action == QLatin1String("remove") ? QDialogButtonBox::Yes : QDialogButtonBox::Ok);
+            press(dialog, action == "remove" ? QDialogButtonBox::Yes : QDialogButtonBox::Ok);
         });
-        if (action == QLatin1String("remove")) {
+        if (action == "remove") {
             select(0);
             trigger("actionRemoveOperation");
         } else {
             doubleClick("tvServiceReglament", reglament()->index(0, 2));
         }
     }
-    QCOMPARE(operations()->index(0, 1).data().toString(), QStringLiteral("Тормоза"));
+    QCOMPARE(operations()->index(0, 1).data().toString(), "Тормоза");
     QCOMPARE(operations()->rowCount(), 1);
-    QCOMPARE(backup.rows(selectOperations), QStringList(QStringLiteral("2|Тормоза")));
+    QCOMPARE(backup.rows(selectOperations), QStringList("2|Тормоза"));
     QCOMPARE(backup.rows(selectLimits), QStringList());
 }
 
@@ -367,36 +360,29 @@ void TestGarageSettingsForm::anAddedOperationIsStoredWhenItsNameIsTyped()
     QCOMPARE(m_database->rows(selectOperations).size(), 2);
     QCOMPARE(m_events->count(), 0);
 
-    type(QStringLiteral("Шины"));
-    QCOMPARE(m_database->rows(selectOperations).mid(2), QStringList(QStringLiteral("6|Шины")));
-    QCOMPARE(
-        takeOnlyAnnouncement(),
-        opsList({{2, QStringLiteral("Масло")}, {5, QStringLiteral("Цепь")}, {6, QStringLiteral("Шины")}}));
-    QCOMPARE(titles().last(), QStringLiteral("Шины"));
+    type("Шины");
+    QCOMPARE(m_database->rows(selectOperations).mid(2), QStringList("6|Шины"));
+    QCOMPARE(takeOnlyAnnouncement(), opsList({{2, "Масло"}, {5, "Цепь"}, {6, "Шины"}}));
+    QCOMPARE(titles().last(), "Шины");
     QCOMPARE(find<QTreeView>("tvServiceReglament")->columnWidth(4), 120);
 
     startRenaming(2);
-    type(QStringLiteral("Колёса"));
-    QCOMPARE(m_database->rows(selectOperations).mid(2), QStringList(QStringLiteral("6|Колёса")));
+    type("Колёса");
+    QCOMPARE(m_database->rows(selectOperations).mid(2), QStringList("6|Колёса"));
 }
 
 void TestGarageSettingsForm::twoOperationsCanBeAddedInARow()
 {
     open();
     trigger("actionAddOperation");
-    typeText(editor(), QStringLiteral("Шины"));
+    typeText(editor(), "Шины");
     trigger("actionAddOperation"); // stores what was typed
     QCOMPARE(operations()->rowCount(), 4);
-    QCOMPARE(takeOnlyAnnouncement(),
-             opsList({{2, QStringLiteral("Масло")},
-                      {5, QStringLiteral("Цепь")},
-                      {6, QStringLiteral("Шины")},
-                      {-1, QString()}}));
+    QCOMPARE(takeOnlyAnnouncement(), opsList({{2, "Масло"}, {5, "Цепь"}, {6, "Шины"}, {-1, QString()}}));
     QTRY_COMPARE(m_form->findChildren<QLineEdit *>().size(), 1);
-    type(QStringLiteral("Тормоза"));
-    QCOMPARE(m_database->rows(selectOperations).mid(2),
-             QStringList({QStringLiteral("6|Шины"), QStringLiteral("7|Тормоза")}));
-    QCOMPARE(titles().mid(2), QStringList({QStringLiteral("Шины"), QStringLiteral("Тормоза")}));
+    type("Тормоза");
+    QCOMPARE(m_database->rows(selectOperations).mid(2), QStringList({"6|Шины", "7|Тормоза"}));
+    QCOMPARE(titles().mid(2), QStringList({"Шины", "Тормоза"}));
 }
 
 void TestGarageSettingsForm::anOperationLeftWithoutNameIsNotStored()
@@ -419,13 +405,9 @@ void TestGarageSettingsForm::aNewIdGoesToTheFirstRowWithoutOne()
     QTest::keyClick(editor(), Qt::Key_Escape);
     QTRY_VERIFY(!editor());
     trigger("actionAddOperation");
-    type(QStringLiteral("Шины"));
-    QCOMPARE(takeOnlyAnnouncement(),
-             opsList({{2, QStringLiteral("Масло")},
-                      {5, QStringLiteral("Цепь")},
-                      {6, QString()},
-                      {-1, QStringLiteral("Шины")}}));
-    QCOMPARE(m_database->rows(selectOperations).mid(2), QStringList(QStringLiteral("6|Шины")));
+    type("Шины");
+    QCOMPARE(takeOnlyAnnouncement(), opsList({{2, "Масло"}, {5, "Цепь"}, {6, QString()}, {-1, "Шины"}}));
+    QCOMPARE(m_database->rows(selectOperations).mid(2), QStringList("6|Шины"));
 }
 
 void TestGarageSettingsForm::anEmptyNameThatWasNotEditedIsNotStored()
@@ -435,26 +417,24 @@ void TestGarageSettingsForm::anEmptyNameThatWasNotEditedIsNotStored()
     startRenaming(2);
     find<QTreeView>("tvServiceReglament")->setFocus();
     QTRY_VERIFY(!editor());
-    QCOMPARE(m_database->rows(selectOperations).mid(2), QStringList(QStringLiteral("6|Шины")));
+    QCOMPARE(m_database->rows(selectOperations).mid(2), QStringList("6|Шины"));
     QCOMPARE(m_events->count(), 0);
 }
 
 void TestGarageSettingsForm::anInsertThatFailsLeavesTheRowUnstored()
 {
-    m_database->exec(QStringLiteral("CREATE TRIGGER fault BEFORE INSERT ON service_operations "
-                                    "BEGIN SELECT RAISE(ABORT, 'injected'); END"));
+    m_database->exec("CREATE TRIGGER fault BEFORE INSERT ON service_operations "
+                     "BEGIN SELECT RAISE(ABORT, 'injected'); END");
     open();
     trigger("actionAddOperation");
-    type(QStringLiteral("Шины"));
-    QCOMPARE(
-        takeOnlyAnnouncement(),
-        opsList({{2, QStringLiteral("Масло")}, {5, QStringLiteral("Цепь")}, {-1, QStringLiteral("Шины")}}));
+    type("Шины");
+    QCOMPARE(takeOnlyAnnouncement(), opsList({{2, "Масло"}, {5, "Цепь"}, {-1, "Шины"}}));
     QCOMPARE(reglament()->columnCount(), 4);
 
-    m_database->exec(QStringLiteral("DROP TRIGGER fault")); // also: no transaction was left open
+    m_database->exec("DROP TRIGGER fault"); // also: no transaction was left open
     startRenaming(2);
-    type(QStringLiteral("Шины"));
-    QCOMPARE(m_database->rows(selectOperations).mid(2), QStringList(QStringLiteral("6|Шины")));
+    type("Шины");
+    QCOMPARE(m_database->rows(selectOperations).mid(2), QStringList("6|Шины"));
 }
 
 void TestGarageSettingsForm::renamingKeepsIdAndLimits()
@@ -462,15 +442,13 @@ void TestGarageSettingsForm::renamingKeepsIdAndLimits()
     open();
     doubleClick("tvServiceOperations", operations()->index(0, 1));
     QVERIFY(editor());
-    QCOMPARE(editor()->text(), QStringLiteral("Масло"));
-    type(QStringLiteral("Масло мотора"));
-    QCOMPARE(m_database->rows(selectOperations),
-             QStringList({QStringLiteral("2|Масло мотора"), QStringLiteral("5|Цепь")}));
-    QCOMPARE(m_database->rows(selectLimits), QStringList(QStringLiteral("SODI|2|5400|10|0")));
-    QCOMPARE(takeOnlyAnnouncement(),
-             opsList({{2, QStringLiteral("Масло мотора")}, {5, QStringLiteral("Цепь")}}));
-    QCOMPARE(titles(), QStringList({QStringLiteral("Масло мотора"), QStringLiteral("Цепь")}));
-    QCOMPARE(reglament()->index(0, 2).data().toString(), QStringLiteral("1.5 ч. 10 заезд. 0 кр."));
+    QCOMPARE(editor()->text(), "Масло");
+    type("Масло мотора");
+    QCOMPARE(m_database->rows(selectOperations), QStringList({"2|Масло мотора", "5|Цепь"}));
+    QCOMPARE(m_database->rows(selectLimits), QStringList("SODI|2|5400|10|0"));
+    QCOMPARE(takeOnlyAnnouncement(), opsList({{2, "Масло мотора"}, {5, "Цепь"}}));
+    QCOMPARE(titles(), QStringList({"Масло мотора", "Цепь"}));
+    QCOMPARE(reglament()->index(0, 2).data().toString(), "1.5 ч. 10 заезд. 0 кр.");
 }
 
 void TestGarageSettingsForm::anOperationCanBeRenamedToNothing()
@@ -478,20 +456,19 @@ void TestGarageSettingsForm::anOperationCanBeRenamedToNothing()
     open();
     startRenaming(0);
     type(QString());
-    QCOMPARE(m_database->rows(selectOperations),
-             QStringList({QStringLiteral("2|"), QStringLiteral("5|Цепь")}));
-    QCOMPARE(takeOnlyAnnouncement(), opsList({{2, QString()}, {5, QStringLiteral("Цепь")}}));
+    QCOMPARE(m_database->rows(selectOperations), QStringList({"2|", "5|Цепь"}));
+    QCOMPARE(takeOnlyAnnouncement(), opsList({{2, QString()}, {5, "Цепь"}}));
 }
 
 void TestGarageSettingsForm::escapeLeavesTheNameAsItWas()
 {
     open();
     startRenaming(0);
-    typeText(editor(), QStringLiteral("x"));
+    typeText(editor(), "x");
     QTest::keyClick(editor(), Qt::Key_Escape);
     QTRY_VERIFY(!editor());
-    QCOMPARE(GarageWindow::texts(*operations()).first(), QStringLiteral("1|Масло"));
-    QCOMPARE(m_database->rows(selectOperations).first(), QStringLiteral("2|Масло"));
+    QCOMPARE(GarageWindow::texts(*operations()).first(), "1|Масло");
+    QCOMPARE(m_database->rows(selectOperations).first(), "2|Масло");
     QCOMPARE(m_events->count(), 0);
 }
 
@@ -516,9 +493,9 @@ void TestGarageSettingsForm::contextMenuOffersBothActions()
     const QPoint at(20, 20);
     QContextMenuEvent event(QContextMenuEvent::Mouse, at, view->viewport()->mapToGlobal(at));
     QApplication::sendEvent(view->viewport(), &event);
-    QCOMPARE(offered, QStringList({QStringLiteral("Добавить"), QStringLiteral("Удалить")}));
+    QCOMPARE(offered, QStringList({"Добавить", "Удалить"}));
     QTRY_COMPARE(operations()->rowCount(), 3);
-    type(QStringLiteral("Шины"));
+    type("Шины");
     QCOMPARE(m_database->rows(selectOperations).size(), 3);
 }
 
@@ -540,8 +517,8 @@ void TestGarageSettingsForm::removingAsksFirst()
     onNextDialog([answer](QDialog &dialog) {
         auto *question = qobject_cast<QMessageBox *>(&dialog);
         QVERIFY(question);
-        QCOMPARE(question->windowTitle(), QStringLiteral("Подтверждение"));
-        QCOMPARE(question->text(), QStringLiteral("Точно удалить?"));
+        QCOMPARE(question->windowTitle(), "Подтверждение");
+        QCOMPARE(question->text(), "Точно удалить?");
         QCOMPARE(question->standardButtons(), QMessageBox::Yes | QMessageBox::No);
         if (answer == QMessageBox::NoButton)
             QTest::keyClick(question, Qt::Key_Escape);
@@ -552,13 +529,13 @@ void TestGarageSettingsForm::removingAsksFirst()
     QCOMPARE(m_database->rows(selectOperations).size(), removed ? 1 : 2);
     QCOMPARE(operations()->rowCount(), removed ? 1 : 2);
     if (removed)
-        QCOMPARE(takeOnlyAnnouncement(), opsList({{5, QStringLiteral("Цепь")}}));
+        QCOMPARE(takeOnlyAnnouncement(), opsList({{5, "Цепь"}}));
     QCOMPARE(m_events->count(), 0);
     // Its column stays until the schedule is read anew, its limits for good.
-    QCOMPARE(titles(), QStringList({QStringLiteral("Масло"), QStringLiteral("Цепь")}));
+    QCOMPARE(titles(), QStringList({"Масло", "Цепь"}));
     m_form->reloadReglamentModel();
     QCOMPARE(titles().size(), removed ? 1 : 2);
-    QCOMPARE(m_database->rows(selectLimits), QStringList(QStringLiteral("SODI|2|5400|10|0")));
+    QCOMPARE(m_database->rows(selectLimits), QStringList("SODI|2|5400|10|0"));
 }
 
 void TestGarageSettingsForm::removingWithoutACurrentRowDoesNothing()
@@ -573,10 +550,10 @@ void TestGarageSettingsForm::removingWithoutACurrentRowDoesNothing()
 
 void TestGarageSettingsForm::removingTakesTheChosenOfTwoUnstoredRows()
 {
-    m_database->exec(QStringLiteral("CREATE TRIGGER fault BEFORE INSERT ON service_operations "
-                                    "BEGIN SELECT RAISE(ABORT, 'injected'); END"));
+    m_database->exec("CREATE TRIGGER fault BEFORE INSERT ON service_operations "
+                     "BEGIN SELECT RAISE(ABORT, 'injected'); END");
     open();
-    for (const QString &name : {QStringLiteral("Шины"), QStringLiteral("Тормоза")}) {
+    for (const char *name : {"Шины", "Тормоза"}) {
         trigger("actionAddOperation");
         type(name);
     }
@@ -584,9 +561,7 @@ void TestGarageSettingsForm::removingTakesTheChosenOfTwoUnstoredRows()
     select(3);
     onNextDialog([](QDialog &dialog) { press(dialog, QDialogButtonBox::Yes); });
     trigger("actionRemoveOperation");
-    QCOMPARE(
-        takeOnlyAnnouncement(),
-        opsList({{2, QStringLiteral("Масло")}, {5, QStringLiteral("Цепь")}, {-1, QStringLiteral("Шины")}}));
+    QCOMPARE(takeOnlyAnnouncement(), opsList({{2, "Масло"}, {5, "Цепь"}, {-1, "Шины"}}));
     QCOMPARE(m_database->rows(selectOperations).size(), 2);
 }
 
@@ -594,11 +569,10 @@ void TestGarageSettingsForm::removingWhileTheNameIsTypedRemovesWhatWasStored()
 {
     open();
     trigger("actionAddOperation");
-    typeText(editor(), QStringLiteral("Шины"));
+    typeText(editor(), "Шины");
     onNextDialog([](QDialog &dialog) { press(dialog, QDialogButtonBox::Yes); });
     trigger("actionRemoveOperation");
-    QCOMPARE(m_database->rows(selectOperations),
-             QStringList({QStringLiteral("2|Масло"), QStringLiteral("5|Цепь")}));
+    QCOMPARE(m_database->rows(selectOperations), QStringList({"2|Масло", "5|Цепь"}));
     QCOMPARE(operations()->rowCount(), 2);
     QTRY_VERIFY(!editor());
 }
@@ -610,12 +584,9 @@ void TestGarageSettingsForm::onlyOperationCellsAskForLimits_data()
     QTest::addColumn<QStringList>("shown"); // model, operation, limits
     QTest::newRow("number") << 0 << 0 << QStringList();
     QTest::newRow("model") << 0 << 1 << QStringList();
-    QTest::newRow("with limits") << 0 << 2
-                                 << QStringList({QStringLiteral("SODI"), QStringLiteral("Масло"),
-                                                 QStringLiteral("1.5"), QStringLiteral("10"), QString()});
+    QTest::newRow("with limits") << 0 << 2 << QStringList({"SODI", "Масло", "1.5", "10", QString()});
     QTest::newRow("without limits") << 1 << 3
-                                    << QStringList({QStringLiteral("Rimo"), QStringLiteral("Цепь"), QString(),
-                                                    QString(), QString()});
+                                    << QStringList({"Rimo", "Цепь", QString(), QString(), QString()});
 }
 
 void TestGarageSettingsForm::onlyOperationCellsAskForLimits()
@@ -627,8 +598,8 @@ void TestGarageSettingsForm::onlyOperationCellsAskForLimits()
     QStringList seen;
     if (!shown.isEmpty()) {
         onNextDialog([&seen](QDialog &dialog) {
-            seen.append(dialog.findChild<QLabel *>(QStringLiteral("lModelName"))->text());
-            seen.append(dialog.findChild<QGroupBox *>(QStringLiteral("gbParameterName"))->title());
+            seen.append(dialog.findChild<QLabel *>("lModelName")->text());
+            seen.append(dialog.findChild<QGroupBox *>("gbParameterName")->title());
             for (const char *field : {"leTime", "leRunsCount", "leLapsCount"})
                 seen.append(dialog.findChild<QLineEdit *>(QLatin1String(field))->text());
             QTest::keyClick(&dialog, Qt::Key_Escape);
@@ -693,31 +664,31 @@ void TestGarageSettingsForm::cancellingChangesNothing()
     open();
     QSignalSpy changed(reglament(), &QAbstractItemModel::dataChanged);
     onNextDialog([](QDialog &dialog) {
-        enter(dialog, "leTime", QStringLiteral("9"));
+        enter(dialog, "leTime", "9");
         press(dialog, QDialogButtonBox::Cancel);
     });
     doubleClick("tvServiceReglament", reglament()->index(0, 2));
-    QCOMPARE(m_database->rows(selectLimits), QStringList(QStringLiteral("SODI|2|5400|10|0")));
-    QCOMPARE(reglament()->index(0, 2).data().toString(), QStringLiteral("1.5 ч. 10 заезд. 0 кр."));
+    QCOMPARE(m_database->rows(selectLimits), QStringList("SODI|2|5400|10|0"));
+    QCOMPARE(reglament()->index(0, 2).data().toString(), "1.5 ч. 10 заезд. 0 кр.");
     QCOMPARE(changed.count(), 0);
 }
 
 void TestGarageSettingsForm::namesOfAnyKindSurvive_data()
 {
     QTest::addColumn<QString>("name");
-    QTest::newRow("quotes") << QStringLiteral("\"Масло\" 'и' `фильтр`; --");
-    QTest::newRow("percent") << QStringLiteral("100% %1 %2 %s %d %n %L1");
-    QTest::newRow("markup and ampersand") << QStringLiteral("<b>Масло</b> & фильтр");
-    QTest::newRow("emoji") << QStringLiteral("🏎 Масло 🔧");
-    QTest::newRow("line feeds") << QStringLiteral("Масло\nи\nфильтр");
-    QTest::newRow("a thousand lines") << QStringLiteral("Масло\n").repeated(1000);
-    QTest::newRow("10,000 characters") << QString(10000, QLatin1Char('x'));
+    QTest::newRow("quotes") << "\"Масло\" 'и' `фильтр`; --";
+    QTest::newRow("percent") << "100% %1 %2 %s %d %n %L1";
+    QTest::newRow("markup and ampersand") << "<b>Масло</b> & фильтр";
+    QTest::newRow("emoji") << "🏎 Масло 🔧";
+    QTest::newRow("line feeds") << "Масло\nи\nфильтр";
+    QTest::newRow("a thousand lines") << QString("Масло\n").repeated(1000);
+    QTest::newRow("10,000 characters") << QString(10000, 'x');
 }
 
 void TestGarageSettingsForm::namesOfAnyKindSurvive()
 {
     QFETCH(QString, name);
-    m_database->addCar(9, QStringLiteral("9"), name);
+    m_database->addCar(9, "9", name);
     m_database->addOperation(9, name);
     open();
     QCOMPARE(titles().last(), name);
@@ -727,29 +698,25 @@ void TestGarageSettingsForm::namesOfAnyKindSurvive()
     QCOMPARE(editor()->text(), name);
     QTest::keyClick(editor(), Qt::Key_Return);
     QTRY_VERIFY(!editor());
-    QCOMPARE(takeOnlyAnnouncement(),
-             opsList({{2, QStringLiteral("Масло")}, {5, QStringLiteral("Цепь")}, {9, name}}));
+    QCOMPARE(takeOnlyAnnouncement(), opsList({{2, "Масло"}, {5, "Цепь"}, {9, name}}));
     startRenaming(0);
     editor()->selectAll();
     editor()->insert(name);
     QTest::keyClick(editor(), Qt::Key_Return);
     QTRY_VERIFY(!editor());
-    QCOMPARE(takeOnlyAnnouncement(), opsList({{2, name}, {5, QStringLiteral("Цепь")}, {9, name}}));
-    QCOMPARE(m_database->value(QStringLiteral("SELECT operation_name FROM service_operations WHERE id=2")),
-             name);
+    QCOMPARE(takeOnlyAnnouncement(), opsList({{2, name}, {5, "Цепь"}, {9, name}}));
+    QCOMPARE(m_database->value("SELECT operation_name FROM service_operations WHERE id=2"), name);
 
     QStringList shown;
     onNextDialog([&shown](QDialog &dialog) {
-        shown.append(dialog.findChild<QLabel *>(QStringLiteral("lModelName"))->text());
-        shown.append(dialog.findChild<QGroupBox *>(QStringLiteral("gbParameterName"))->title());
-        enter(dialog, "leRunsCount", QStringLiteral("7"));
+        shown.append(dialog.findChild<QLabel *>("lModelName")->text());
+        shown.append(dialog.findChild<QGroupBox *>("gbParameterName")->title());
+        enter(dialog, "leRunsCount", "7");
         press(dialog, QDialogButtonBox::Ok);
     });
     doubleClick("tvServiceReglament", reglament()->index(2, 4));
-    QCOMPARE(shown, QStringList({name, QString(name).replace(QLatin1Char('\n'), QLatin1Char(' '))}));
-    QCOMPARE(
-        m_database->value(QStringLiteral("SELECT runs_limit FROM service_reglament WHERE model=?"), {name}),
-        7);
+    QCOMPARE(shown, QStringList({name, QString(name).replace('\n', ' ')}));
+    QCOMPARE(m_database->value("SELECT runs_limit FROM service_reglament WHERE model=?", {name}), 7);
     auto *view = find<QTreeView>("tvServiceReglament");
     QVERIFY(view->header()->height() < view->height() / 2);
 }
@@ -760,22 +727,21 @@ void TestGarageSettingsForm::newModelsArePickedUpWithoutLosingSelectionOrEditor(
     auto *view = find<QTreeView>("tvServiceReglament");
     view->setCurrentIndex(reglament()->index(1, 3));
     startRenaming(1);
-    typeText(editor(), QStringLiteral("Цепь и"));
+    typeText(editor(), "Цепь и");
     const QPointer<QLineEdit> open = editor();
 
-    m_database->exec(QStringLiteral("DELETE FROM cars WHERE name='SODI'"));
-    m_database->addCar(7, QStringLiteral("7"), QStringLiteral("Birel"));
+    m_database->exec("DELETE FROM cars WHERE name='SODI'");
+    m_database->addCar(7, "7", "Birel");
     m_form->reloadReglamentModel();
-    QCOMPARE(GarageWindow::texts(*reglament()),
-             QStringList({QStringLiteral("1|Rimo||"), QStringLiteral("2|Birel||")}));
+    QCOMPARE(GarageWindow::texts(*reglament()), QStringList({"1|Rimo||", "2|Birel||"}));
     QCOMPARE(view->currentIndex(), reglament()->index(0, 3));
     QCOMPARE(view->selectionModel()->selectedIndexes(), QModelIndexList({reglament()->index(0, 3)}));
     QVERIFY(open);
-    QCOMPARE(open->text(), QStringLiteral("Цепь и"));
-    typeText(open, QStringLiteral(" звезда"));
+    QCOMPARE(open->text(), "Цепь и");
+    typeText(open, " звезда");
     QTest::keyClick(open, Qt::Key_Return);
     QTRY_VERIFY(!open);
-    QCOMPARE(m_database->rows(selectOperations).last(), QStringLiteral("5|Цепь и звезда"));
+    QCOMPARE(m_database->rows(selectOperations).last(), "5|Цепь и звезда");
 }
 
 void TestGarageSettingsForm::limitsGoToTheCellThatWasClickedWhateverHappensMeanwhile()
@@ -786,23 +752,22 @@ void TestGarageSettingsForm::limitsGoToTheCellThatWasClickedWhateverHappensMeanw
         press(dialog, QDialogButtonBox::Ok);
     };
     onNextDialog([&](QDialog &dialog) {
-        m_database->exec(QStringLiteral("DELETE FROM cars WHERE name='SODI'"));
-        m_database->addCar(7, QStringLiteral("7"), QStringLiteral("SODI"));
+        m_database->exec("DELETE FROM cars WHERE name='SODI'");
+        m_database->addCar(7, "7", "SODI");
         m_form->reloadReglamentModel();
-        enterRuns(dialog, QStringLiteral("44"));
+        enterRuns(dialog, "44");
     });
     doubleClick("tvServiceReglament", reglament()->index(0, 2));
-    QCOMPARE(m_database->rows(selectLimits), QStringList(QStringLiteral("SODI|2|5400|44|0")));
-    QCOMPARE(GarageWindow::texts(*reglament()),
-             QStringList({QStringLiteral("1|Rimo||"), QStringLiteral("2|SODI|1.5 ч. 44 заезд. 0 кр.|")}));
+    QCOMPARE(m_database->rows(selectLimits), QStringList("SODI|2|5400|44|0"));
+    QCOMPARE(GarageWindow::texts(*reglament()), QStringList({"1|Rimo||", "2|SODI|1.5 ч. 44 заезд. 0 кр.|"}));
 
     onNextDialog([&](QDialog &dialog) {
-        m_database->exec(QStringLiteral("DELETE FROM cars"));
+        m_database->exec("DELETE FROM cars");
         m_form->reloadReglamentModel();
-        enterRuns(dialog, QStringLiteral("55"));
+        enterRuns(dialog, "55");
     });
     doubleClick("tvServiceReglament", reglament()->index(1, 2));
-    QCOMPARE(m_database->rows(selectLimits), QStringList(QStringLiteral("SODI|2|5400|55|0")));
+    QCOMPARE(m_database->rows(selectLimits), QStringList("SODI|2|5400|55|0"));
     QCOMPARE(reglament()->rowCount(), 0);
 }
 
@@ -817,7 +782,7 @@ void TestGarageSettingsForm::theReglamentViewSurvivesLosingRowsAndColumns()
     onNextDialog([](QDialog &dialog) { press(dialog, QDialogButtonBox::Yes); });
     trigger("actionRemoveOperation");
 
-    m_database->exec(QStringLiteral("DELETE FROM cars WHERE name='Rimo'"));
+    m_database->exec("DELETE FROM cars WHERE name='Rimo'");
     m_form->reloadReglamentModel();
     QCOMPARE(reglament()->rowCount(), 1);
     QCOMPARE(reglament()->columnCount(), 3);
@@ -826,7 +791,7 @@ void TestGarageSettingsForm::theReglamentViewSurvivesLosingRowsAndColumns()
         QTest::keyClick(view, key);
     QVERIFY(!view->grab().isNull());
 
-    m_database->exec(QStringLiteral("DELETE FROM cars"));
+    m_database->exec("DELETE FROM cars");
     m_form->reloadReglamentModel();
     QTest::keyClick(view, Qt::Key_Down);
     QVERIFY(!view->grab().isNull());
@@ -843,7 +808,7 @@ void TestGarageSettingsForm::draggedWidthsSurviveAReload()
     view->setColumnWidth(1, 155);
     view->setColumnWidth(3, 95);
     trigger("actionAddOperation");
-    type(QStringLiteral("Шины"));
+    type("Шины");
     QCOMPARE(view->columnWidth(1), 155);
     QCOMPARE(view->columnWidth(2), 120);
     QCOMPARE(view->columnWidth(3), 95);
@@ -855,11 +820,10 @@ void TestGarageSettingsForm::readersOfTheLimitsAreToldOfARename()
     open();
     QSignalSpy replaced(&m_form->reglamentModel(), &QAbstractItemModel::layoutChanged);
     startRenaming(0);
-    type(QStringLiteral("Масло мотора"));
+    type("Масло мотора");
     QCOMPARE(replaced.count(), 1);
-    QCOMPARE(m_form->reglamentModel().limit(QStringLiteral("SODI"), 2).opName,
-             QStringLiteral("Масло мотора"));
-    QCOMPARE(m_form->reglamentModel().limit(QStringLiteral("SODI"), 2).timeLimit, 5400);
+    QCOMPARE(m_form->reglamentModel().limit("SODI", 2).opName, "Масло мотора");
+    QCOMPARE(m_form->reglamentModel().limit("SODI", 2).timeLimit, 5400);
 }
 
 void TestGarageSettingsForm::thePageMayDieWhileADialogIsOpen_data()
@@ -884,14 +848,14 @@ void TestGarageSettingsForm::thePageMayDieWhileADialogIsOpen()
     QVERIFY(!m_form);
     QVERIFY(!QApplication::activeModalWidget());
     QCOMPARE(m_database->rows(selectOperations).size(), 2);
-    QCOMPARE(m_database->rows(selectLimits), QStringList(QStringLiteral("SODI|2|5400|10|0")));
+    QCOMPARE(m_database->rows(selectLimits), QStringList("SODI|2|5400|10|0"));
 }
 
 void TestGarageSettingsForm::thePageMayDieWhileAnEditorIsOpen()
 {
     open();
     startRenaming(0);
-    typeText(editor(), QStringLiteral("x"));
+    typeText(editor(), "x");
     delete m_form;
     QCOMPARE(QSqlDatabase::connectionNames().size(), 1);
 }
@@ -914,50 +878,50 @@ void TestGarageSettingsForm::eachWriteWaitsForTheOtherConnection()
         lock = std::make_unique<DatabaseLock>(home().databasePath(), DatabaseLock::Exclusive, heldMs);
         clock.start();
     };
-    QStringList stored({QStringLiteral("2|Масло"), QStringLiteral("5|Цепь")});
-    QStringList limits(QStringLiteral("SODI|2|5400|10|0"));
-    if (write == QLatin1String("add")) {
+    QStringList stored({"2|Масло", "5|Цепь"});
+    QStringList limits("SODI|2|5400|10|0");
+    if (write == "add") {
         trigger("actionAddOperation");
         hold();
-        type(QStringLiteral("Шины"));
-        stored.append(QStringLiteral("6|Шины"));
-    } else if (write == QLatin1String("rename")) {
+        type("Шины");
+        stored.append("6|Шины");
+    } else if (write == "rename") {
         startRenaming(1);
         hold();
-        type(QStringLiteral("Шины"));
-        stored[1] = QStringLiteral("5|Шины");
+        type("Шины");
+        stored[1] = "5|Шины";
     } else {
         onNextDialog([&](QDialog &dialog) {
             hold();
-            press(dialog, write == QLatin1String("limits") ? QDialogButtonBox::Ok : QDialogButtonBox::Yes);
+            press(dialog, write == "limits" ? QDialogButtonBox::Ok : QDialogButtonBox::Yes);
         });
-        if (write == QLatin1String("remove")) {
+        if (write == "remove") {
             select(1);
             trigger("actionRemoveOperation");
             stored.removeLast();
         } else {
             doubleClick("tvServiceReglament", reglament()->index(1, 3));
-            limits.prepend(QStringLiteral("Rimo|5|0|0|0"));
+            limits.prepend("Rimo|5|0|0|0");
         }
     }
     QVERIFY(clock.elapsed() >= heldMs - 50);
     lock.reset();
     QCOMPARE(m_database->rows(selectOperations), stored);
     QCOMPARE(m_database->rows(selectLimits), limits);
-    QCOMPARE(m_events->count(), write == QLatin1String("limits") ? 0 : 1);
-    QVERIFY(m_database->tryExec(QStringLiteral("BEGIN EXCLUSIVE")));
-    QVERIFY(m_database->tryExec(QStringLiteral("COMMIT")));
+    QCOMPARE(m_events->count(), write == "limits" ? 0 : 1);
+    QVERIFY(m_database->tryExec("BEGIN EXCLUSIVE"));
+    QVERIFY(m_database->tryExec("COMMIT"));
 }
 
 void TestGarageSettingsForm::fillsTheHostsDialog()
 {
     open();
-    QCOMPARE(m_form->windowTitle(), QStringLiteral("Form"));
+    QCOMPARE(m_form->windowTitle(), "Form");
     QCOMPARE(m_form->sizeHint(), QSize(465, 425));
     m_host->resize(m_host->sizeHint());
     QCOMPARE(m_form->size(), QSize(465, 425));
-    QCOMPARE(find<QGroupBox>("groupBox_2")->title(), QStringLiteral("Сервисные операции"));
-    QCOMPARE(find<QGroupBox>("groupBox")->title(), QStringLiteral("Регламент обслуживания"));
+    QCOMPARE(find<QGroupBox>("groupBox_2")->title(), "Сервисные операции");
+    QCOMPARE(find<QGroupBox>("groupBox")->title(), "Регламент обслуживания");
     QVERIFY(find("groupBox")->height() > find("groupBox_2")->height());
     m_host->resize(900, 700);
     QTRY_VERIFY(find<QTreeView>("tvServiceReglament")->width() > 850);
@@ -986,7 +950,7 @@ void TestGarageSettingsForm::itsLayoutsAreAsAgreed()
     open();
     const auto *page = qobject_cast<QVBoxLayout *>(m_form->layout());
     QVERIFY(page);
-    QCOMPARE(page->objectName(), QStringLiteral("verticalLayout"));
+    QCOMPARE(page->objectName(), "verticalLayout");
     QCOMPARE(page->contentsMargins(), QMargins(4, 4, 4, 4));
     QCOMPARE(page->itemAt(0)->widget(), find("groupBox_2"));
     QCOMPARE(page->itemAt(1)->widget(), find("groupBox"));

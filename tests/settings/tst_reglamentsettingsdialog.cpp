@@ -45,7 +45,7 @@ QLineEdit *field(const ReglamentSettingsDialog &dialog, const char *name)
 
 QPushButton *button(const ReglamentSettingsDialog &dialog, QDialogButtonBox::StandardButton which)
 {
-    return dialog.findChild<QDialogButtonBox *>(QStringLiteral("buttonBox"))->button(which);
+    return dialog.findChild<QDialogButtonBox *>("buttonBox")->button(which);
 }
 
 void show(ReglamentSettingsDialog &dialog)
@@ -59,15 +59,13 @@ void show(ReglamentSettingsDialog &dialog)
 void TestReglamentSettingsDialog::asksForThreeLimits()
 {
     ReglamentSettingsDialog dialog;
-    QCOMPARE(dialog.windowTitle(), QStringLiteral("Лимиты наработки"));
+    QCOMPARE(dialog.windowTitle(), "Лимиты наработки");
     const QList<QPair<QString, QString>> rows {
-        {QStringLiteral("label"), QStringLiteral("Время, ч")},
-        {QStringLiteral("label_2"), QStringLiteral("Количество заездов")},
-        {QStringLiteral("label_3"), QStringLiteral("Количество кругов")}};
+        {"label", "Время, ч"}, {"label_2", "Количество заездов"}, {"label_3", "Количество кругов"}};
     for (const auto &row : rows)
         QCOMPARE(dialog.findChild<QLabel *>(row.first)->text(), row.second);
-    QCOMPARE(button(dialog, QDialogButtonBox::Ok)->text(), QStringLiteral("ОК"));
-    QCOMPARE(button(dialog, QDialogButtonBox::Cancel)->text(), QStringLiteral("Отмена"));
+    QCOMPARE(button(dialog, QDialogButtonBox::Ok)->text(), "ОК");
+    QCOMPARE(button(dialog, QDialogButtonBox::Cancel)->text(), "Отмена");
     QCOMPARE(dialog.timeLimit() + dialog.runsLimit() + dialog.lapsLimit(), 0);
 }
 
@@ -199,7 +197,7 @@ void TestReglamentSettingsDialog::cancellingReadsNothing()
         ReglamentSettingsDialog dialog;
         dialog.setTimeLimit(5400);
         show(dialog);
-        typeText(field(dialog, "leRunsCount"), QStringLiteral("3"));
+        typeText(field(dialog, "leRunsCount"), "3");
         if (byKey)
             QTest::keyClick(&dialog, Qt::Key_Escape);
         else
@@ -219,22 +217,20 @@ void TestReglamentSettingsDialog::tabAndMnemonicOrderIsTopDown()
         names.append(QApplication::focusWidget()->objectName());
         QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
     }
-    QCOMPARE(names.mid(0, 3),
-             QStringList(
-                 {QStringLiteral("leTime"), QStringLiteral("leRunsCount"), QStringLiteral("leLapsCount")}));
-    QCOMPARE(dialog.findChild<QLabel *>(QStringLiteral("label_2"))->buddy(), field(dialog, "leRunsCount"));
+    QCOMPARE(names.mid(0, 3), QStringList({"leTime", "leRunsCount", "leLapsCount"}));
+    QCOMPARE(dialog.findChild<QLabel *>("label_2")->buddy(), field(dialog, "leRunsCount"));
 }
 
 void TestReglamentSettingsDialog::namesAreShownAsTheyAre_data()
 {
     QTest::addColumn<QString>("name");
-    QTest::newRow("quotes") << QStringLiteral("\"Масло\" 'синт.'");
-    QTest::newRow("percent") << QStringLiteral("100% %1 %s %n");
-    QTest::newRow("markup") << QStringLiteral("<b>Масло</b>");
-    QTest::newRow("ampersand") << QStringLiteral("Масло & фильтр");
-    QTest::newRow("emoji") << QStringLiteral("🏎 Цепь");
-    QTest::newRow("10,000 characters") << QString(10000, QLatin1Char('x'));
-    QTest::newRow("line feeds") << QStringLiteral("Масло\nи\nфильтр");
+    QTest::newRow("quotes") << "\"Масло\" 'синт.'";
+    QTest::newRow("percent") << "100% %1 %s %n";
+    QTest::newRow("markup") << "<b>Масло</b>";
+    QTest::newRow("ampersand") << "Масло & фильтр";
+    QTest::newRow("emoji") << "🏎 Цепь";
+    QTest::newRow("10,000 characters") << QString(10000, 'x');
+    QTest::newRow("line feeds") << "Масло\nи\nфильтр";
 }
 
 void TestReglamentSettingsDialog::namesAreShownAsTheyAre()
@@ -243,17 +239,16 @@ void TestReglamentSettingsDialog::namesAreShownAsTheyAre()
     ReglamentSettingsDialog dialog;
     dialog.setModelName(name);
     dialog.setOperationName(name);
-    QCOMPARE(dialog.findChild<QLabel *>(QStringLiteral("lModelName"))->text(), name);
-    QCOMPARE(dialog.findChild<QGroupBox *>(QStringLiteral("gbParameterName"))->title(),
-             QString(name).replace(QLatin1Char('\n'), QLatin1Char(' ')));
+    QCOMPARE(dialog.findChild<QLabel *>("lModelName")->text(), name);
+    QCOMPARE(dialog.findChild<QGroupBox *>("gbParameterName")->title(), QString(name).replace('\n', ' '));
     QVERIFY(!dialog.grab().isNull());
 }
 
 void TestReglamentSettingsDialog::aLongNameDoesNotMakeTheDialogWider()
 {
     ReglamentSettingsDialog dialog;
-    dialog.setModelName(QString(10000, QLatin1Char('x')));
-    dialog.setOperationName(QString(10000, QLatin1Char('x')));
+    dialog.setModelName(QString(10000, 'x'));
+    dialog.setOperationName(QString(10000, 'x'));
     show(dialog);
     QVERIFY2(dialog.width() < 600, qPrintable(QString::number(dialog.width())));
     QVERIFY2(dialog.height() < 300, qPrintable(QString::number(dialog.height())));
@@ -267,13 +262,13 @@ void TestReglamentSettingsDialog::aCutNameIsShownWholeAsAToolTip()
         QApplication::sendEvent(widget, &event);
     };
     ReglamentSettingsDialog dialog;
-    dialog.setModelName(QStringLiteral("SODI"));
-    dialog.setOperationName(QStringLiteral("<i>") + QString(100, QLatin1Char('x')));
+    dialog.setModelName("SODI");
+    dialog.setOperationName("<i>" + QString(100, 'x'));
     show(dialog);
-    hover(dialog.findChild<QGroupBox *>(QStringLiteral("gbParameterName")));
+    hover(dialog.findChild<QGroupBox *>("gbParameterName"));
     QVERIFY(QToolTip::isVisible());
-    QVERIFY(QToolTip::text().contains(QLatin1String("&lt;i&gt;") + QString(100, QLatin1Char('x'))));
-    hover(dialog.findChild<QLabel *>(QStringLiteral("lModelName")));
+    QVERIFY(QToolTip::text().contains("&lt;i&gt;" + QString(100, 'x')));
+    hover(dialog.findChild<QLabel *>("lModelName"));
     QTRY_VERIFY(!QToolTip::isVisible());
 }
 

@@ -92,21 +92,19 @@ QStringList items(const QComboBox &combo)
 {
     QStringList items;
     for (int i = 0; i < combo.count(); ++i)
-        items.append(QString::number(combo.itemData(i, Qt::UserRole).toInt()) + QLatin1Char(':')
-                     + combo.itemText(i));
+        items.append(QString::number(combo.itemData(i, Qt::UserRole).toInt()) + ':' + combo.itemText(i));
     return items;
 }
 
 QJsonObject person(int id, const char *lastName, const char *firstName = "", const char *midName = "")
 {
-    return {{QStringLiteral("id"), id},
-            {QStringLiteral("lastName"), QString::fromUtf8(lastName)},
-            {QStringLiteral("firstName"), QString::fromUtf8(firstName)},
-            {QStringLiteral("midName"), QString::fromUtf8(midName)}};
+    return {{"id", id},
+            {"lastName", QString::fromUtf8(lastName)},
+            {"firstName", QString::fromUtf8(firstName)},
+            {"midName", QString::fromUtf8(midName)}};
 }
 
-const ServiceOperations sampleOperations {
-    {1, QStringLiteral("Замена масла")}, {2, QStringLiteral("Цепь")}, {5, QStringLiteral("Тормоза")}};
+const ServiceOperations sampleOperations {{1, "Замена масла"}, {2, "Цепь"}, {5, "Тормоза"}};
 
 QJsonArray samplePeople()
 {
@@ -133,17 +131,17 @@ void clickOk(const ServiceDialog &dialog)
 void TestServiceDialog::asksForTimeOperationPersonAndNote()
 {
     ServiceDialog dialog;
-    QCOMPARE(dialog.windowTitle(), QStringLiteral("Сервисное обслуживание"));
+    QCOMPARE(dialog.windowTitle(), "Сервисное обслуживание");
     const auto *form = child<QFormLayout>(dialog, "formLayout");
     const struct
     {
         const char *label;
         QString text;
         const char *field;
-    } rows[] = {{"label", QStringLiteral("Дата и время"), "deOperationDateTime"},
-                {"label_2", QStringLiteral("Операция"), "cbOperation"},
-                {"label_4", QStringLiteral("Исполнитель"), "cbPersonal"},
-                {"lComment", QStringLiteral("Примечание"), "teComments"}};
+    } rows[] = {{"label", "Дата и время", "deOperationDateTime"},
+                {"label_2", "Операция", "cbOperation"},
+                {"label_4", "Исполнитель", "cbPersonal"},
+                {"lComment", "Примечание", "teComments"}};
     QCOMPARE(form->rowCount(), 4);
     int row = 0;
     for (const auto &expected : rows) {
@@ -155,9 +153,9 @@ void TestServiceDialog::asksForTimeOperationPersonAndNote()
         QCOMPARE(form->itemAt(row, QFormLayout::FieldRole)->widget(), field);
         ++row;
     }
-    QCOMPARE(time(dialog)->displayFormat(), QStringLiteral("dd.MM.yyyy HH:mm"));
-    QCOMPARE(button(dialog, QDialogButtonBox::Ok)->text(), QStringLiteral("ОК"));
-    QCOMPARE(button(dialog, QDialogButtonBox::Cancel)->text(), QStringLiteral("Отмена"));
+    QCOMPARE(time(dialog)->displayFormat(), "dd.MM.yyyy HH:mm");
+    QCOMPARE(button(dialog, QDialogButtonBox::Ok)->text(), "ОК");
+    QCOMPARE(button(dialog, QDialogButtonBox::Cancel)->text(), "Отмена");
 
     QCOMPARE(dialog.personId(), noId);
     QCOMPARE(dialog.operationId(), noId);
@@ -169,34 +167,31 @@ void TestServiceDialog::complaintModeRenamesNoteAndTitle()
 {
     ServiceDialog dialog;
     dialog.setComplaintMode();
-    QCOMPARE(child<QLabel>(dialog, "lComment")->text(),
-             QStringLiteral("Жалоба на карт\nили задание механику"));
-    QCOMPARE(dialog.windowTitle(), QStringLiteral("Задание"));
-    dialog.setTitleSuffix(QStringLiteral("SODI  12"));
-    QCOMPARE(dialog.windowTitle(), QStringLiteral("Задание - SODI  12"));
+    QCOMPARE(child<QLabel>(dialog, "lComment")->text(), "Жалоба на карт\nили задание механику");
+    QCOMPARE(dialog.windowTitle(), "Задание");
+    dialog.setTitleSuffix("SODI  12");
+    QCOMPARE(dialog.windowTitle(), "Задание - SODI  12");
     QVERIFY(operations(dialog)->isEnabled());
 }
 
 void TestServiceDialog::eachTitleSuffixIsAppended()
 {
     ServiceDialog dialog;
-    dialog.setTitleSuffix(QStringLiteral("SODI  %1"));
+    dialog.setTitleSuffix("SODI  %1");
     dialog.setTitleSuffix(QString());
-    dialog.setTitleSuffix(QStringLiteral("7"));
-    QCOMPARE(dialog.windowTitle(), QStringLiteral("Сервисное обслуживание - SODI  %1 -  - 7"));
+    dialog.setTitleSuffix("7");
+    QCOMPARE(dialog.windowTitle(), "Сервисное обслуживание - SODI  %1 -  - 7");
 }
 
 void TestServiceDialog::operationsStandInIdOrderAndNoneIsLast()
 {
     ServiceDialog dialog;
-    dialog.setOperations({{7, QStringLiteral("Я")}, {-3, QStringLiteral("Б")}, {2, QStringLiteral("А")}});
-    QCOMPARE(items(*operations(dialog)),
-             QStringList({QStringLiteral("-3:Б"), QStringLiteral("2:А"), QStringLiteral("7:Я"),
-                          QStringLiteral("-1:--")}));
+    dialog.setOperations({{7, "Я"}, {-3, "Б"}, {2, "А"}});
+    QCOMPARE(items(*operations(dialog)), QStringList({"-3:Б", "2:А", "7:Я", "-1:--"}));
     QVERIFY(operations(dialog)->itemIcon(0).isNull());
 
     dialog.setOperations({});
-    QCOMPARE(items(*operations(dialog)), QStringList(QStringLiteral("-1:--")));
+    QCOMPARE(items(*operations(dialog)), QStringList("-1:--"));
 }
 
 void TestServiceDialog::peopleStandInTheGivenOrderAndNoneIsFirst_data()
@@ -204,31 +199,21 @@ void TestServiceDialog::peopleStandInTheGivenOrderAndNoneIsFirst_data()
     QTest::addColumn<QJsonArray>("array");
     QTest::addColumn<QStringList>("people");
     const auto row = [](const char *name, const QJsonArray &array, const QStringList &people) {
-        QTest::newRow(name) << array << QStringList(QStringLiteral("-1:--")) + people;
+        QTest::newRow(name) << array << QStringList("-1:--") + people;
     };
     row("nobody", {}, {});
-    row("in the array's order", samplePeople(),
-        {QStringLiteral("31:Яковлев Пётр Ильич"), QStringLiteral("4:Абрамов Иван")});
-    row("the same person twice", {person(4, "Абрамов"), person(4, "Абрамов")},
-        {QStringLiteral("4:Абрамов"), QStringLiteral("4:Абрамов")});
-    row("no first name", {person(1, "Яковлев", "", "Ильич")}, {QStringLiteral("1:Яковлев Ильич")});
-    row("only a first name", {person(1, "", "Пётр")}, {QStringLiteral("1:Пётр")});
-    row("no name", {person(1, "")}, {QStringLiteral("1:")});
-    row("blanks within a name", {person(1, "Де ла  Крус", "Хуан")}, {QStringLiteral("1:Де ла  Крус Хуан")});
-    row("no id", {QJsonObject {{QStringLiteral("lastName"), QStringLiteral("Абрамов")}}},
-        {QStringLiteral("-1:Абрамов")});
-    row("an id that is a text",
-        {QJsonObject {{QStringLiteral("id"), QStringLiteral("4")},
-                      {QStringLiteral("lastName"), QStringLiteral("Абрамов")}}},
-        {QStringLiteral("-1:Абрамов")});
+    row("in the array's order", samplePeople(), {"31:Яковлев Пётр Ильич", "4:Абрамов Иван"});
+    row("the same person twice", {person(4, "Абрамов"), person(4, "Абрамов")}, {"4:Абрамов", "4:Абрамов"});
+    row("no first name", {person(1, "Яковлев", "", "Ильич")}, {"1:Яковлев Ильич"});
+    row("only a first name", {person(1, "", "Пётр")}, {"1:Пётр"});
+    row("no name", {person(1, "")}, {"1:"});
+    row("blanks within a name", {person(1, "Де ла  Крус", "Хуан")}, {"1:Де ла  Крус Хуан"});
+    row("no id", {QJsonObject {{"lastName", "Абрамов"}}}, {"-1:Абрамов"});
+    row("an id that is a text", {QJsonObject {{"id", "4"}, {"lastName", "Абрамов"}}}, {"-1:Абрамов"});
     row("names that are no texts",
-        {QJsonObject {{QStringLiteral("id"), 4},
-                      {QStringLiteral("lastName"), 12},
-                      {QStringLiteral("firstName"), QJsonValue()},
-                      {QStringLiteral("midName"), QStringLiteral("Ильич")}}},
-        {QStringLiteral("4:Ильич")});
-    row("elements that are no records", {12, QStringLiteral("Иван"), QJsonArray()},
-        {QStringLiteral("-1:"), QStringLiteral("-1:"), QStringLiteral("-1:")});
+        {QJsonObject {{"id", 4}, {"lastName", 12}, {"firstName", QJsonValue()}, {"midName", "Ильич"}}},
+        {"4:Ильич"});
+    row("elements that are no records", {12, "Иван", QJsonArray()}, {"-1:", "-1:", "-1:"});
 }
 
 void TestServiceDialog::peopleStandInTheGivenOrderAndNoneIsFirst()
@@ -256,11 +241,11 @@ void TestServiceDialog::anOperationIsChosenById_data()
 {
     QTest::addColumn<int>("opId");
     QTest::addColumn<QString>("text");
-    QTest::newRow("first") << 1 << QStringLiteral("Замена масла");
-    QTest::newRow("last") << 5 << QStringLiteral("Тормоза");
-    QTest::newRow("none") << noId << QStringLiteral("--");
-    QTest::newRow("no longer there") << 3 << QStringLiteral("--");
-    QTest::newRow("zero") << 0 << QStringLiteral("--");
+    QTest::newRow("first") << 1 << "Замена масла";
+    QTest::newRow("last") << 5 << "Тормоза";
+    QTest::newRow("none") << noId << "--";
+    QTest::newRow("no longer there") << 3 << "--";
+    QTest::newRow("zero") << 0 << "--";
 }
 
 void TestServiceDialog::anOperationIsChosenById()
@@ -272,7 +257,7 @@ void TestServiceDialog::anOperationIsChosenById()
     dialog.setOperation(opId);
     QCOMPARE(operations(dialog)->currentText(), text);
     clickOk(dialog);
-    const bool isNone = text == QLatin1String("--");
+    const bool isNone = text == "--";
     QCOMPARE(dialog.operationId(), isNone ? noId : opId);
     QCOMPARE(dialog.operationName(), isNone ? QString() : text);
 }
@@ -281,11 +266,11 @@ void TestServiceDialog::aPersonIsChosenByName_data()
 {
     QTest::addColumn<QString>("name");
     QTest::addColumn<int>("personId");
-    QTest::newRow("offered") << QStringLiteral("Яковлев Пётр Ильич") << 31;
-    QTest::newRow("none") << QStringLiteral("--") << noId;
-    QTest::newRow("unknown") << QStringLiteral("Сидоров") << 4;
-    QTest::newRow("part of a name") << QStringLiteral("Яковлев") << 4;
-    QTest::newRow("other case") << QStringLiteral("яковлев пётр ильич") << 4;
+    QTest::newRow("offered") << "Яковлев Пётр Ильич" << 31;
+    QTest::newRow("none") << "--" << noId;
+    QTest::newRow("unknown") << "Сидоров" << 4;
+    QTest::newRow("part of a name") << "Яковлев" << 4;
+    QTest::newRow("other case") << "яковлев пётр ильич" << 4;
     QTest::newRow("empty") << QString() << 4;
 }
 
@@ -294,7 +279,7 @@ void TestServiceDialog::aPersonIsChosenByName()
     QFETCH(QString, name);
     ServiceDialog dialog;
     show(dialog);
-    dialog.setPersonName(QStringLiteral("Абрамов Иван"));
+    dialog.setPersonName("Абрамов Иван");
     dialog.setPersonName(name);
     clickOk(dialog);
     QTEST(dialog.personId(), "personId");
@@ -312,7 +297,7 @@ void TestServiceDialog::aLockedOperationCannotBeChanged()
     QTest::keyClick(operations(dialog), Qt::Key_Down);
     clickOk(dialog);
     QCOMPARE(dialog.operationId(), 2);
-    QCOMPARE(dialog.operationName(), QStringLiteral("Цепь"));
+    QCOMPARE(dialog.operationName(), "Цепь");
 }
 
 void TestServiceDialog::everythingTypedIsReadByTheOkButton()
@@ -320,26 +305,26 @@ void TestServiceDialog::everythingTypedIsReadByTheOkButton()
     ServiceDialog dialog;
     show(dialog);
     dialog.setDateTime(QDateTime({2024, 2, 29}, {23, 59}));
-    dialog.setComment(QStringLiteral("старое"));
+    dialog.setComment("старое");
 
     operations(dialog)->setFocus();
     QTest::keyClick(operations(dialog), Qt::Key_Home);
     QTest::keyClick(operations(dialog), Qt::Key_Down);
     QTest::keyClick(people(dialog), Qt::Key_Down);
     QTest::keySequence(note(dialog), QKeySequence::SelectAll);
-    typeText(note(dialog), QStringLiteral("Новая цепь"));
+    typeText(note(dialog), "Новая цепь");
     QTest::keyClick(note(dialog), Qt::Key_Return);
-    typeText(note(dialog), QStringLiteral(" 100 % \"ок\""));
+    typeText(note(dialog), " 100 % \"ок\"");
     clickOk(dialog);
 
     QCOMPARE(dialog.result(), int(QDialog::Accepted));
     QVERIFY(!dialog.isVisible());
     QCOMPARE(dialog.dateTime(), QDateTime({2024, 2, 29}, {23, 59}));
     QCOMPARE(dialog.operationId(), 2);
-    QCOMPARE(dialog.operationName(), QStringLiteral("Цепь"));
+    QCOMPARE(dialog.operationName(), "Цепь");
     QCOMPARE(dialog.personId(), 31);
-    QCOMPARE(dialog.personName(), QStringLiteral("Яковлев Пётр Ильич"));
-    QCOMPARE(dialog.comment(), QStringLiteral("Новая цепь\n 100 % \"ок\""));
+    QCOMPARE(dialog.personName(), "Яковлев Пётр Ильич");
+    QCOMPARE(dialog.comment(), "Новая цепь\n 100 % \"ок\"");
 }
 
 void TestServiceDialog::nothingChosenIsAccepted()
@@ -357,7 +342,7 @@ void TestServiceDialog::aDialogWithoutListsIsAccepted()
 {
     ServiceDialog dialog;
     dialog.setOperation(4);
-    dialog.setPersonName(QStringLiteral("Абрамов"));
+    dialog.setPersonName("Абрамов");
     dialog.show();
     QVERIFY(QTest::qWaitForWindowActive(&dialog));
     clickOk(dialog);
@@ -370,18 +355,18 @@ void TestServiceDialog::aPersonWithoutIdKeepsTheName()
 {
     ServiceDialog dialog;
     show(dialog);
-    dialog.setPersonal({QJsonObject {{QStringLiteral("lastName"), QStringLiteral("Абрамов")}}});
+    dialog.setPersonal({QJsonObject {{"lastName", "Абрамов"}}});
     QTest::keyClick(people(dialog), Qt::Key_Down);
     clickOk(dialog);
     QCOMPARE(dialog.personId(), noId);
-    QCOMPARE(dialog.personName(), QStringLiteral("Абрамов"));
+    QCOMPARE(dialog.personName(), "Абрамов");
 }
 
 void TestServiceDialog::anOperationNamedLikeNoneHasNoName()
 {
     ServiceDialog dialog;
     show(dialog);
-    dialog.setOperations({{3, QStringLiteral("--")}});
+    dialog.setOperations({{3, "--"}});
     dialog.setOperation(3);
     dialog.setPersonal({person(8, "--")});
     QTest::keyClick(people(dialog), Qt::Key_Down);
@@ -389,7 +374,7 @@ void TestServiceDialog::anOperationNamedLikeNoneHasNoName()
     QCOMPARE(dialog.operationId(), 3);
     QCOMPARE(dialog.operationName(), QString());
     QCOMPARE(dialog.personId(), 8);
-    QCOMPARE(dialog.personName(), QStringLiteral("--"));
+    QCOMPARE(dialog.personName(), "--");
 }
 
 void TestServiceDialog::timesAreShownAndReadInLocalTime()
@@ -400,7 +385,7 @@ void TestServiceDialog::timesAreShownAndReadInLocalTime()
         ServiceDialog dialog;
         show(dialog);
         dialog.setDateTime(given);
-        QCOMPARE(time(dialog)->text(), utc.toLocalTime().toString(QStringLiteral("dd.MM.yyyy HH:mm")));
+        QCOMPARE(time(dialog)->text(), utc.toLocalTime().toString("dd.MM.yyyy HH:mm"));
         clickOk(dialog);
         QCOMPARE(dialog.dateTime(), utc);
         QCOMPARE(dialog.dateTime().timeSpec(), Qt::LocalTime);
@@ -423,8 +408,8 @@ void TestServiceDialog::theDateIsTypedByKeys()
     show(dialog);
     dialog.setDateTime(QDateTime({2024, 5, 1}, {10, 0}));
     QVERIFY(time(dialog)->hasFocus());
-    QTest::keyClicks(time(dialog), QStringLiteral("311220250730"));
-    QCOMPARE(time(dialog)->text(), QStringLiteral("31.12.2025 07:30"));
+    QTest::keyClicks(time(dialog), "311220250730");
+    QCOMPARE(time(dialog)->text(), "31.12.2025 07:30");
     QTest::keyClick(time(dialog), Qt::Key_Return);
     QCOMPARE(dialog.result(), int(QDialog::Accepted));
     QCOMPARE(dialog.dateTime(), QDateTime({2025, 12, 31}, {7, 30}));
@@ -433,9 +418,9 @@ void TestServiceDialog::theDateIsTypedByKeys()
 void TestServiceDialog::cancellingReadsNothing_data()
 {
     QTest::addColumn<QString>("way");
-    QTest::newRow("button") << QStringLiteral("button");
-    QTest::newRow("Escape") << QStringLiteral("Escape");
-    QTest::newRow("window's cross") << QStringLiteral("cross");
+    QTest::newRow("button") << "button";
+    QTest::newRow("Escape") << "Escape";
+    QTest::newRow("window's cross") << "cross";
 }
 
 void TestServiceDialog::cancellingReadsNothing()
@@ -444,11 +429,11 @@ void TestServiceDialog::cancellingReadsNothing()
     ServiceDialog dialog;
     show(dialog);
     dialog.setOperation(2);
-    dialog.setPersonName(QStringLiteral("Абрамов Иван"));
-    typeText(note(dialog), QStringLiteral("нет"));
-    if (way == QLatin1String("button"))
+    dialog.setPersonName("Абрамов Иван");
+    typeText(note(dialog), "нет");
+    if (way == "button")
         QTest::mouseClick(button(dialog, QDialogButtonBox::Cancel), Qt::LeftButton);
-    else if (way == QLatin1String("Escape"))
+    else if (way == "Escape")
         QTest::keyClick(note(dialog), Qt::Key_Escape);
     else
         dialog.close();
@@ -476,7 +461,7 @@ void TestServiceDialog::returnAcceptsExceptInTheNote()
     note(dialog)->setFocus();
     QTest::keyClick(note(dialog), Qt::Key_Return);
     QVERIFY(dialog.isVisible());
-    QCOMPARE(note(dialog)->toPlainText(), QStringLiteral("\n"));
+    QCOMPARE(note(dialog)->toPlainText(), "\n");
 }
 
 void TestServiceDialog::tabGoesFromTopToBottom()
@@ -490,9 +475,7 @@ void TestServiceDialog::tabGoesFromTopToBottom()
         QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
     }
     names.removeDuplicates();
-    QCOMPARE(names,
-             QStringList({QStringLiteral("deOperationDateTime"), QStringLiteral("cbOperation"),
-                          QStringLiteral("cbPersonal"), QStringLiteral("teComments")}));
+    QCOMPARE(names, QStringList({"deOperationDateTime", "cbOperation", "cbPersonal", "teComments"}));
     QVERIFY(button(dialog, QDialogButtonBox::Ok)->hasFocus());
     QVERIFY(button(dialog, QDialogButtonBox::Ok)->isDefault());
 }
@@ -500,13 +483,13 @@ void TestServiceDialog::tabGoesFromTopToBottom()
 void TestServiceDialog::namesAreShownAndReadAsTheyAre_data()
 {
     QTest::addColumn<QString>("name");
-    QTest::newRow("quotes") << QStringLiteral("\"Масло\" 'синт.'");
-    QTest::newRow("percent") << QStringLiteral("100% %1 %s %n");
-    QTest::newRow("markup") << QStringLiteral("<b>Масло</b>");
-    QTest::newRow("ampersand") << QStringLiteral("Масло & фильтр");
-    QTest::newRow("emoji") << QStringLiteral("🏎 Цепь");
-    QTest::newRow("line feeds") << QStringLiteral("Масло\nи\nфильтр");
-    QTest::newRow("blank") << QStringLiteral(" ");
+    QTest::newRow("quotes") << "\"Масло\" 'синт.'";
+    QTest::newRow("percent") << "100% %1 %s %n";
+    QTest::newRow("markup") << "<b>Масло</b>";
+    QTest::newRow("ampersand") << "Масло & фильтр";
+    QTest::newRow("emoji") << "🏎 Цепь";
+    QTest::newRow("line feeds") << "Масло\nи\nфильтр";
+    QTest::newRow("blank") << " ";
     QTest::newRow("empty") << QString();
 }
 
@@ -516,13 +499,13 @@ void TestServiceDialog::namesAreShownAndReadAsTheyAre()
     ServiceDialog dialog;
     show(dialog);
     dialog.setOperations({{1, name}});
-    dialog.setPersonal({QJsonObject {{QStringLiteral("id"), 2}, {QStringLiteral("lastName"), name}}});
+    dialog.setPersonal({QJsonObject {{"id", 2}, {"lastName", name}}});
     dialog.setTitleSuffix(name);
     dialog.setComment(name);
     QTest::keyClick(people(dialog), Qt::Key_Down);
     QVERIFY(!dialog.grab().isNull());
     clickOk(dialog);
-    QCOMPARE(dialog.windowTitle(), QString(QStringLiteral("Сервисное обслуживание - ") + name));
+    QCOMPARE(dialog.windowTitle(), QString("Сервисное обслуживание - " + name));
     QCOMPARE(dialog.operationName(), name);
     QCOMPARE(dialog.operationId(), 1);
     QCOMPARE(dialog.personName(), name);
@@ -536,15 +519,15 @@ void TestServiceDialog::aChosenNameIsShownOnOneLine()
     show(dialog);
     const auto picture = [&dialog](const QString &text) {
         dialog.setOperations({{1, text}});
-        dialog.setPersonal({QJsonObject {{QStringLiteral("lastName"), text}}});
+        dialog.setPersonal({QJsonObject {{"lastName", text}}});
         people(dialog)->setCurrentIndex(1);
         const QImage operation = operations(dialog)->grab().toImage();
         const QImage person = people(dialog)->grab().toImage();
         return QVector<QImage> {operation, person};
     };
-    const QVector<QImage> shown = picture(QStringLiteral("Масло\nи\nфильтр"));
-    QVERIFY(shown == picture(QStringLiteral("Масло и фильтр")));
-    QVERIFY(shown != picture(QStringLiteral("Масло")));
+    const QVector<QImage> shown = picture("Масло\nи\nфильтр");
+    QVERIFY(shown == picture("Масло и фильтр"));
+    QVERIFY(shown != picture("Масло"));
 }
 
 void TestServiceDialog::longListsAndNamesDoNotStretchTheDialog()
@@ -555,15 +538,15 @@ void TestServiceDialog::longListsAndNamesDoNotStretchTheDialog()
     ServiceOperations many;
     QJsonArray crowd;
     for (int id = 1; id <= 2000; ++id) {
-        many.insert(id, QString(300, QLatin1Char('W')) + QString::number(id));
+        many.insert(id, QString(300, 'W') + QString::number(id));
         crowd.append(person(id, QByteArray(300, 'W').constData()));
     }
     ServiceDialog dialog;
     show(dialog);
     dialog.setOperations(many);
     dialog.setPersonal(crowd);
-    dialog.setTitleSuffix(QString(10000, QLatin1Char('x')));
-    dialog.setComment(QString(10000, QLatin1Char('x')));
+    dialog.setTitleSuffix(QString(10000, 'x'));
+    dialog.setComment(QString(10000, 'x'));
     QTest::qWait(0);
     QCOMPARE(dialog.size(), ordinary.size());
     QCOMPARE(dialog.minimumSizeHint(), ordinary.minimumSizeHint());

@@ -25,8 +25,8 @@ namespace {
 
 void fill(ServiceOperationsModel &model)
 {
-    model.appendOperation(4, QStringLiteral("Масло"));
-    model.appendOperation(9, QStringLiteral("Цепь"));
+    model.appendOperation(4, "Масло");
+    model.appendOperation(9, "Цепь");
 }
 
 QStringList rows(const ServiceOperationsModel &model)
@@ -34,7 +34,7 @@ QStringList rows(const ServiceOperationsModel &model)
     QStringList texts;
     for (int row = 0; row < model.rowCount(); ++row) {
         const ServiceOperation &operation = model.operationAt(row);
-        texts.append(QString::number(operation.id) + QLatin1Char(' ') + operation.name);
+        texts.append(QString::number(operation.id) + ' ' + operation.name);
     }
     return texts;
 }
@@ -47,10 +47,10 @@ void TestServiceOperationsModel::startsEmptyWithTwoColumns()
     QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::Fatal);
     QCOMPARE(model.rowCount(), 0);
     QCOMPARE(model.columnCount(), 2);
-    QCOMPARE(model.columnKey(0), QStringLiteral("POS"));
-    QCOMPARE(model.columnKey(1), QStringLiteral("NAME"));
-    QCOMPARE(model.headerData(0, Qt::Horizontal).toString(), QStringLiteral("#"));
-    QCOMPARE(model.headerData(1, Qt::Horizontal).toString(), QStringLiteral("Операция"));
+    QCOMPARE(model.columnKey(0), "POS");
+    QCOMPARE(model.columnKey(1), "NAME");
+    QCOMPARE(model.headerData(0, Qt::Horizontal).toString(), "#");
+    QCOMPARE(model.headerData(1, Qt::Horizontal).toString(), "Операция");
     for (int column : {0, 1})
         QCOMPARE(model.headerData(column, Qt::Horizontal, Qt::TextAlignmentRole).toInt(), 132);
 }
@@ -63,7 +63,7 @@ void TestServiceOperationsModel::showsNumberAndNameForReadingAndEditing()
     for (int role : {Qt::DisplayRole, Qt::EditRole}) {
         QCOMPARE(model.index(0, 0).data(role), QVariant(1));
         QCOMPARE(model.index(1, 0).data(role), QVariant(2));
-        QCOMPARE(model.index(1, 1).data(role), QVariant(QStringLiteral("Цепь")));
+        QCOMPARE(model.index(1, 1).data(role), QVariant("Цепь"));
     }
     QCOMPARE(model.index(0, 0).data(Qt::TextAlignmentRole).toInt(), 2);
     QCOMPARE(model.index(0, 1).data(Qt::TextAlignmentRole).toInt(), 1);
@@ -88,13 +88,13 @@ void TestServiceOperationsModel::aNewNameIsAnnouncedWithoutDataChanged()
     model.addEmptyOperation();
     QSignalSpy renamed(&model, &ServiceOperationsModel::operationNameChanged);
     QSignalSpy changed(&model, &QAbstractItemModel::dataChanged);
-    QVERIFY(model.setData(model.index(1, 1), QStringLiteral("Цепь %1\nи звезда")));
-    QVERIFY(model.setData(model.index(2, 1), QStringLiteral("Шины")));
+    QVERIFY(model.setData(model.index(1, 1), "Цепь %1\nи звезда"));
+    QVERIFY(model.setData(model.index(2, 1), "Шины"));
     QCOMPARE(renamed.count(), 2);
-    QCOMPARE(renamed.at(0), QVariantList({9, QStringLiteral("Цепь %1\nи звезда")}));
-    QCOMPARE(renamed.at(1), QVariantList({-1, QStringLiteral("Шины")}));
+    QCOMPARE(renamed.at(0), QVariantList({9, "Цепь %1\nи звезда"}));
+    QCOMPARE(renamed.at(1), QVariantList({-1, "Шины"}));
     QCOMPARE(changed.count(), 0);
-    QCOMPARE(model.index(1, 1).data().toString(), QStringLiteral("Цепь %1\nи звезда"));
+    QCOMPARE(model.index(1, 1).data().toString(), "Цепь %1\nи звезда");
 }
 
 void TestServiceOperationsModel::anyOtherChangeIsRefused_data()
@@ -117,7 +117,7 @@ void TestServiceOperationsModel::anyOtherChangeIsRefused()
     fill(model);
     const QStringList before = rows(model);
     QSignalSpy renamed(&model, &ServiceOperationsModel::operationNameChanged);
-    QVERIFY(!model.setData(model.index(row, column), QStringLiteral("editStarted"), role));
+    QVERIFY(!model.setData(model.index(row, column), "editStarted", role));
     QCOMPARE(rows(model), before);
     QCOMPARE(renamed.count(), 0);
 }
@@ -133,7 +133,7 @@ void TestServiceOperationsModel::anEmptyRowIsAppendedForEditing()
     QCOMPARE(added, model.index(2, 1));
     QCOMPARE(before.count(), 1);
     QCOMPARE(after.count(), 1);
-    QCOMPARE(rows(model).last(), QStringLiteral("-1 "));
+    QCOMPARE(rows(model).last(), "-1 ");
 }
 
 void TestServiceOperationsModel::theNewIdGoesToTheFirstRowWithoutOne()
@@ -144,10 +144,10 @@ void TestServiceOperationsModel::theNewIdGoesToTheFirstRowWithoutOne()
     model.addEmptyOperation();
     QSignalSpy changed(&model, &QAbstractItemModel::layoutChanged);
     model.setNewOperationId(12);
-    QCOMPARE(rows(model).mid(2), QStringList({QStringLiteral("12 "), QStringLiteral("-1 ")}));
+    QCOMPARE(rows(model).mid(2), QStringList({"12 ", "-1 "}));
     model.setNewOperationId(13);
     model.setNewOperationId(14);
-    QCOMPARE(rows(model).mid(2), QStringList({QStringLiteral("12 "), QStringLiteral("13 ")}));
+    QCOMPARE(rows(model).mid(2), QStringList({"12 ", "13 "}));
     QCOMPARE(changed.count(), 0);
 }
 
@@ -155,14 +155,14 @@ void TestServiceOperationsModel::removingTakesTheFirstRowWithThatId()
 {
     ServiceOperationsModel model;
     fill(model);
-    model.appendOperation(4, QStringLiteral("Ещё раз"));
+    model.appendOperation(4, "Ещё раз");
     QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::Fatal);
     QSignalSpy changed(&model, &QAbstractItemModel::layoutChanged);
     model.removeOperation(5);
     QCOMPARE(changed.count(), 0);
     model.removeOperation(4);
     QCOMPARE(changed.count(), 1);
-    QCOMPARE(rows(model), QStringList({QStringLiteral("9 Цепь"), QStringLiteral("4 Ещё раз")}));
+    QCOMPARE(rows(model), QStringList({"9 Цепь", "4 Ещё раз"}));
 }
 
 void TestServiceOperationsModel::persistentIndexesFollowTheirRow()
@@ -192,7 +192,7 @@ void TestServiceOperationsModel::cellsOutOfRangeAnswerNothing()
     model.removeOperation(9);
     QVERIFY(!model.data(last, Qt::DisplayRole).isValid());
     QVERIFY(!(model.flags(last) & Qt::ItemIsEditable));
-    QVERIFY(!model.setData(last, QStringLiteral("x")));
+    QVERIFY(!model.setData(last, "x"));
     QVERIFY(!model.data({}, Qt::DisplayRole).isValid());
     QCOMPARE(model.rowCount(model.index(0, 0)), 0);
 }

@@ -31,10 +31,10 @@ void fill(ServiceReglamentModel &model)
 {
     const ServiceReglamentModel::LayoutChange change(model);
     model.clear();
-    model.addModel(QStringLiteral("SODI"));
-    model.addModel(QStringLiteral("Rimo"));
-    model.addOperation(3, QStringLiteral("Масло"));
-    model.addOperation(7, QStringLiteral("Цепь"));
+    model.addModel("SODI");
+    model.addModel("Rimo");
+    model.addOperation(3, "Масло");
+    model.addOperation(7, "Цепь");
 }
 
 } // namespace
@@ -45,10 +45,10 @@ void TestServiceReglamentModel::startsEmptyWithTwoColumns()
     QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::Fatal);
     QCOMPARE(model.rowCount(), 0);
     QCOMPARE(model.columnCount(), 2);
-    QCOMPARE(model.columnKey(0), QStringLiteral("POS"));
-    QCOMPARE(model.columnKey(1), QStringLiteral("MODEL"));
-    QCOMPARE(model.headerData(0, Qt::Horizontal).toString(), QStringLiteral("#"));
-    QCOMPARE(model.headerData(1, Qt::Horizontal).toString(), QStringLiteral("Модель"));
+    QCOMPARE(model.columnKey(0), "POS");
+    QCOMPARE(model.columnKey(1), "MODEL");
+    QCOMPARE(model.headerData(0, Qt::Horizontal).toString(), "#");
+    QCOMPARE(model.headerData(1, Qt::Horizontal).toString(), "Модель");
     for (int column : {0, 1})
         QCOMPARE(model.headerData(column, Qt::Horizontal, Qt::TextAlignmentRole).toInt(), 132);
 }
@@ -59,20 +59,20 @@ void TestServiceReglamentModel::operationsBecomeColumns()
     QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::Fatal);
     fill(model);
     QCOMPARE(model.columnCount(), 4);
-    QCOMPARE(model.columnKey(2), QStringLiteral("OP_3"));
-    QCOMPARE(model.columnKey(3), QStringLiteral("OP_7"));
-    QCOMPARE(model.headerData(3, Qt::Horizontal).toString(), QStringLiteral("Цепь"));
+    QCOMPARE(model.columnKey(2), "OP_3");
+    QCOMPARE(model.columnKey(3), "OP_7");
+    QCOMPARE(model.headerData(3, Qt::Horizontal).toString(), "Цепь");
     QCOMPARE(model.headerData(3, Qt::Horizontal, Qt::TextAlignmentRole).toInt(), 132);
     QCOMPARE(model.index(1, 0).data(), QVariant(2));
     QCOMPARE(model.index(1, 0).data(Qt::TextAlignmentRole).toInt(), 2);
-    QCOMPARE(model.index(1, 1).data(), QVariant(QStringLiteral("Rimo")));
+    QCOMPARE(model.index(1, 1).data(), QVariant("Rimo"));
     QCOMPARE(model.index(1, 1).data(Qt::TextAlignmentRole).toInt(), 1);
     QCOMPARE(model.index(1, 3).data(Qt::TextAlignmentRole).toInt(), 132);
     QCOMPARE(model.index(1, 3).data(Qt::BackgroundRole).value<QBrush>(), QBrush(Qt::transparent));
 
     const ReglamentLimit limit = model.entries().at(1).limits.value(7);
     QCOMPARE(limit.opId, 7);
-    QCOMPARE(limit.opName, QStringLiteral("Цепь"));
+    QCOMPARE(limit.opName, "Цепь");
     QCOMPARE(limit.timeLimit + limit.runsLimit + limit.lapsLimit, 0);
 }
 
@@ -100,7 +100,7 @@ void TestServiceReglamentModel::limitsAreShownInHoursRunsAndLaps()
     QFETCH(int, laps);
     ServiceReglamentModel model;
     fill(model);
-    model.setLimits(QStringLiteral("Rimo"), 3, seconds, runs, laps);
+    model.setLimits("Rimo", 3, seconds, runs, laps);
     QTEST(model.index(1, 2).data().toString(), "text");
     QCOMPARE(model.index(1, 2).data().type(), QVariant::String);
     QVERIFY(!model.index(1, 2).data(Qt::EditRole).isValid());
@@ -113,18 +113,18 @@ void TestServiceReglamentModel::hoursHaveADecimalPointInEveryLocale()
     QLocale::setDefault(QLocale(QLocale::Russian));
     ServiceReglamentModel model;
     fill(model);
-    model.setLimits(QStringLiteral("SODI"), 3, 5400, 0, 0);
+    model.setLimits("SODI", 3, 5400, 0, 0);
     const QString text = model.index(0, 2).data().toString();
     QLocale::setDefault(previous);
-    QCOMPARE(text, QStringLiteral("1.5 ч. 0 заезд. 0 кр."));
+    QCOMPARE(text, "1.5 ч. 0 заезд. 0 кр.");
 }
 
 void TestServiceReglamentModel::anOperationOfIdMinusOneNeverShowsLimits()
 {
     ServiceReglamentModel model;
-    model.addModel(QStringLiteral("SODI"));
-    model.addOperation(-1, QStringLiteral("Жалоба"));
-    model.setLimits(QStringLiteral("SODI"), -1, 3600, 1, 1);
+    model.addModel("SODI");
+    model.addOperation(-1, "Жалоба");
+    model.setLimits("SODI", -1, 3600, 1, 1);
     QCOMPARE(model.index(0, 2).data(), QVariant(QString()));
 }
 
@@ -143,8 +143,8 @@ void TestServiceReglamentModel::limitsOfUnknownModelsAndOperationsAreDropped()
 {
     ServiceReglamentModel model;
     fill(model);
-    model.setLimits(QStringLiteral("sodi"), 3, 1, 1, 1);
-    model.setLimits(QStringLiteral("SODI"), 4, 1, 1, 1);
+    model.setLimits("sodi", 3, 1, 1, 1);
+    model.setLimits("SODI", 4, 1, 1, 1);
     QCOMPARE(model.rowCount(), 2);
     for (const ModelReglament &entry : model.entries()) {
         QCOMPARE(entry.limits.keys(), QList<int>({3, 7}));
@@ -156,10 +156,10 @@ void TestServiceReglamentModel::limitsThatAreThereSurviveASecondColumn()
 {
     ServiceReglamentModel model;
     fill(model);
-    model.setLimits(QStringLiteral("SODI"), 3, 60, 2, 1);
-    model.addOperation(3, QStringLiteral("Масло ещё раз"));
-    QCOMPARE(model.limit(QStringLiteral("SODI"), 3).timeLimit, 60);
-    QCOMPARE(model.limit(QStringLiteral("SODI"), 3).opName, QStringLiteral("Масло"));
+    model.setLimits("SODI", 3, 60, 2, 1);
+    model.addOperation(3, "Масло ещё раз");
+    QCOMPARE(model.limit("SODI", 3).timeLimit, 60);
+    QCOMPARE(model.limit("SODI", 3).opName, "Масло");
     QVERIFY(!model.limitAt(0, 4));
 }
 
@@ -193,8 +193,8 @@ void TestServiceReglamentModel::theFirstOfEqualModelsIsFound()
 {
     ServiceReglamentModel model;
     model.addModel(QString());
-    model.addModel(QLatin1String(""));
-    model.addOperation(3, QStringLiteral("Масло"));
+    model.addModel("");
+    model.addOperation(3, "Масло");
     model.setLimits(QString(), 3, 3600, 0, 0);
     QCOMPARE(model.findModel(QString()), &model.entries().first());
     QCOMPARE(model.entries().at(0).limits.value(3).timeLimit, 3600);
@@ -211,8 +211,8 @@ void TestServiceReglamentModel::persistentIndexesFollowModelAndOperation()
     {
         const ServiceReglamentModel::LayoutChange change(model);
         model.clear();
-        model.addModel(QStringLiteral("Rimo"));
-        model.addOperation(7, QStringLiteral("Цепь"));
+        model.addModel("Rimo");
+        model.addOperation(7, "Цепь");
     }
     QVERIFY(!sodiOil.isValid());
     QCOMPARE(rimoChain.row(), 0);
@@ -221,14 +221,14 @@ void TestServiceReglamentModel::persistentIndexesFollowModelAndOperation()
 
 void TestServiceReglamentModel::namesAreShownAsTheyAre()
 {
-    const QString name = QStringLiteral("\"a'b\"\n%1 %s 100% 🏎 ") + QString(10000, QLatin1Char('x'));
+    const QString name = "\"a'b\"\n%1 %s 100% 🏎 " + QString(10000, 'x');
     ServiceReglamentModel model;
     model.addModel(name);
     model.addOperation(1, name);
     model.setLimits(name, 1, 3600, 0, 0);
     QCOMPARE(model.index(0, 1).data().toString(), name);
     QCOMPARE(model.headerData(2, Qt::Horizontal).toString(), name);
-    QCOMPARE(model.index(0, 2).data().toString(), QStringLiteral("1.0 ч. 0 заезд. 0 кр."));
+    QCOMPARE(model.index(0, 2).data().toString(), "1.0 ч. 0 заезд. 0 кр.");
 }
 
 GARAGE_TEST(TestServiceReglamentModel)

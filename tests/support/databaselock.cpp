@@ -8,17 +8,17 @@
 DatabaseLock::DatabaseLock(const QString &path, Kind kind, int milliseconds)
     : m_thread([=] {
         const TestDatabase database(path, false);
-        database.exec(kind == Exclusive       ? QStringLiteral("BEGIN EXCLUSIVE")
-                          : kind == Immediate ? QStringLiteral("BEGIN IMMEDIATE")
-                                              : QStringLiteral("BEGIN"));
+        database.exec(kind == Exclusive       ? "BEGIN EXCLUSIVE"
+                          : kind == Immediate ? "BEGIN IMMEDIATE"
+                                              : "BEGIN");
         if (kind == Shared)
-            database.value(QStringLiteral("SELECT count(*) FROM sqlite_master"));
+            database.value("SELECT count(*) FROM sqlite_master");
         m_held = true;
         const QDeadlineTimer deadline(milliseconds);
         while (!m_release && !deadline.hasExpired())
             QThread::msleep(5);
         m_held = false;
-        database.exec(QStringLiteral("COMMIT"));
+        database.exec("COMMIT");
     })
 {
     while (!m_held)

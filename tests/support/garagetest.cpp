@@ -13,7 +13,7 @@ QtMessageHandler previousHandler = nullptr;
 /// What the offscreen platform says of itself: sizes, raising, grabbing.
 bool isPlatformNoise(const QString &text)
 {
-    return text.startsWith(QLatin1String("This plugin does not support "));
+    return text.startsWith("This plugin does not support ");
 }
 
 void watchOutput(QtMsgType type, const QMessageLogContext &context, const QString &text)

@@ -21,22 +21,20 @@ GarageWindow::GarageWindow()
     const auto note = [this](const QString &name, const QJsonObject &data = {}) {
         events.append({name, data});
     };
-    connect(form.get(), &GarageForm::closeGarage, this, [=] { note(QStringLiteral("closeGarage")); });
+    connect(form.get(), &GarageForm::closeGarage, this, [=] { note("closeGarage"); });
     connect(form.get(), &GarageForm::reloadGarageStats, this, [=] {
         ++requested;
-        note(QStringLiteral("reloadGarageStats"));
+        note("reloadGarageStats");
     });
     connect(form.get(), &GarageForm::updateServiceTable, this,
             [=](const QJsonArray &opsList, const QJsonArray &personalList) {
-                note(QStringLiteral("updateServiceTable"),
-                     {{QStringLiteral("opsList"), opsList}, {QStringLiteral("personalList"), personalList}});
+                note("updateServiceTable", {{"opsList", opsList}, {"personalList", personalList}});
             });
     connect(form.get(), &GarageForm::addRemoteOperation, this,
-            [=](const QJsonObject &operation) { note(QStringLiteral("addRemoteOperation"), operation); });
+            [=](const QJsonObject &operation) { note("addRemoteOperation", operation); });
     connect(form.get(), &GarageForm::deleteOperation, this, [=](int opId, int remoteId) {
         ++requested;
-        note(QStringLiteral("deleteOperation"),
-             {{QStringLiteral("opId"), opId}, {QStringLiteral("remoteId"), remoteId}});
+        note("deleteOperation", {{"opId", opId}, {"remoteId", remoteId}});
     });
     connect(form.get(), &GarageForm::pluginSignal, this, note);
     connect(&form->updater(), &GarageUpdater::garageStatsUpdated, this, [this] { ++delivered; });
@@ -118,7 +116,7 @@ QStringList GarageWindow::texts(const QAbstractItemModel &model)
         QStringList cells;
         for (int column = 0; column < model.columnCount(); ++column)
             cells.append(model.index(row, column).data().toString());
-        rows.append(cells.join(QLatin1Char('|')));
+        rows.append(cells.join('|'));
     }
     return rows;
 }

@@ -18,7 +18,7 @@ LoaderProbe::LoaderProbe() : m_loader(std::make_unique<GarageUpdater>())
                 cars = newCars;
                 log = newLog;
                 operations = newOperations;
-                sequence.append(QStringLiteral("garageStatsUpdated"));
+                sequence.append("garageStatsUpdated");
                 ++reloads;
             });
 }
@@ -32,10 +32,9 @@ void LoaderProbe::reload()
 
 void LoaderProbe::updateService(const QJsonArray &serviceOps, const QJsonArray &personalList)
 {
-    const int sent = sequence.count(QStringLiteral("remote_service_move_to_archive"));
+    const int sent = sequence.count("remote_service_move_to_archive");
     emit updateRequested(serviceOps, personalList);
-    QTRY_COMPARE_WITH_TIMEOUT(sequence.count(QStringLiteral("remote_service_move_to_archive")), sent + 1,
-                              30000);
+    QTRY_COMPARE_WITH_TIMEOUT(sequence.count("remote_service_move_to_archive"), sent + 1, 30000);
 }
 
 void LoaderProbe::deleteOperation(int id, int remoteId)

@@ -22,9 +22,9 @@ public:
     {
         Reglament reglament;
         ModelReglament entry;
-        entry.model = QStringLiteral("Sodi");
+        entry.model = "Sodi";
         for (int opId : opIds)
-            entry.limits.insert(opId, {opId, QStringLiteral("Operation %1").arg(opId), 0, 0, 0});
+            entry.limits.insert(opId, {opId, QString("Operation %1").arg(opId), 0, 0, 0});
         reglament.list.append(entry);
         return reglament;
     }
@@ -72,10 +72,8 @@ inline MaintainanceItem car(int carId, const QString &num, const QString &model,
 /// A car with operations 1 to 3 in any state, of few models, dates and counts, so that many are equal.
 inline MaintainanceItem randomCar(QRandomGenerator &random, int carId)
 {
-    static const QStringList numbers {QStringLiteral("9"), QStringLiteral("10"), QStringLiteral("3B"),
-                                      QStringLiteral("A5"), QString()};
-    static const QStringList models {QStringLiteral("Sodi"), QStringLiteral("sodi"), QStringLiteral("Birel"),
-                                     QString()};
+    static const QStringList numbers {"9", "10", "3B", "A5", QString()};
+    static const QStringList models {"Sodi", "sodi", "Birel", QString()};
     MaintainanceItem item =
         car(carId, numbers.at(random.bounded(numbers.size())), models.at(random.bounded(models.size())));
     for (int opId = 1; opId <= 3; ++opId) {

@@ -85,7 +85,7 @@ public:
     void compare(const char *moment)
     {
         if (m_subject.actual() != m_rows && m_difference.isEmpty())
-            m_difference = QLatin1String("rows differ from the plain list at ") + QLatin1String(moment);
+            m_difference = "rows differ from the plain list at " + QLatin1String(moment);
     }
     /// Empty as long as the rows have always been those of the plain list.
     QString difference() const { return m_difference; }
@@ -125,7 +125,7 @@ public:
         const Records rows = m_subject.actual();
         for (const FollowedCell &cell : m_cells) {
             if (!isWhereItBelongs(cell, rows))
-                return QStringLiteral("a persistent index left its record");
+                return "a persistent index left its record";
         }
 
         Records stillSelected;
@@ -134,13 +134,13 @@ public:
             stillSelected.append(rows.value(index.row(), -1));
         std::sort(stillSelected.begin(), stillSelected.end());
         if (stillSelected != surviving(m_selectedRecords, rows))
-            return QStringLiteral("the selection left its records");
+            return "the selection left its records";
 
         if (rows.contains(m_current.record)) {
             if (m_view.currentIndex() != m_current.index || !isWhereItBelongs(m_current, rows))
-                return QStringLiteral("the current cell left its record");
+                return "the current cell left its record";
         } else if (!rowsWereRemoved && m_view.currentIndex().isValid()) {
-            return QStringLiteral("the current cell outlived its record");
+            return "the current cell outlived its record";
         }
         return {};
     }
@@ -253,7 +253,7 @@ const QVector<NamedRefill> &refills()
 
 QString report(const QString &moment, const QString &problem)
 {
-    return moment + QLatin1String(": ") + problem;
+    return moment + ": " + problem;
 }
 
 Records randomRecords(QRandomGenerator &random)
@@ -296,7 +296,7 @@ int Subject::recordAt(int row)
             continue;
         const QString text = shown().index(row, column).data().toString();
         bool isNumber = false;
-        const int record = text.mid(text.lastIndexOf(QLatin1Char('-')) + 1).toInt(&isNumber);
+        const int record = text.mid(text.lastIndexOf('-') + 1).toInt(&isNumber);
         return isNumber ? record : -1;
     }
     return -1;
@@ -320,8 +320,7 @@ void checkSignals(Subject &subject)
         SignalLog log(subject.model());
         mutation.apply();
         const QStringList heard = log.take();
-        QVERIFY2(heard == mutation.expectedSignals,
-                 qPrintable(mutation.name + QLatin1String(": ") + heard.join(QLatin1Char(' '))));
+        QVERIFY2(heard == mutation.expectedSignals, qPrintable(mutation.name + ": " + heard.join(' ')));
     }
 }
 
@@ -346,7 +345,7 @@ void checkThatIndexesFollow(Subject &subject)
     for (int column = -1; column <= subject.shown().columnCount(); ++column) {
         for (Qt::SortOrder order : {Qt::AscendingOrder, Qt::DescendingOrder}) {
             const QString lost = lostBy([&] { subject.sort(column, order); }, subject, view);
-            QVERIFY2(lost.isEmpty(), qPrintable(report(QStringLiteral("sort by %1").arg(column), lost)));
+            QVERIFY2(lost.isEmpty(), qPrintable(report(QString("sort by %1").arg(column), lost)));
         }
     }
 }
@@ -363,7 +362,7 @@ void checkRandomEdits(Subject &subject, quint32 seed, int editCount)
     SignalLog log(subject.shown());
 
     for (int number = 0; number < editCount; ++number) {
-        const QString edit = QStringLiteral("edit %1").arg(number);
+        const QString edit = QString("edit %1").arg(number);
         const int rows = subject.shown().rowCount();
         const int columns = subject.shown().columnCount();
         if (rows > 0 && random.bounded(2) == 0) {
@@ -390,7 +389,7 @@ void checkRandomEdits(Subject &subject, quint32 seed, int editCount)
         mirror.compare("the end of the edit");
         QVERIFY2(mirror.difference().isEmpty(), qPrintable(report(edit, mirror.difference())));
         QCOMPARE(subject.actual(), subject.expected());
-        const bool rowsWereRemoved = log.take().contains(QLatin1String("rowsRemoved"));
+        const bool rowsWereRemoved = log.take().contains("rowsRemoved");
         const QString verdict = followers.verdict(rowsWereRemoved);
         QVERIFY2(verdict.isEmpty(), qPrintable(report(edit, verdict)));
         if (number % 50 == 0)

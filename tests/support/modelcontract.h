@@ -26,8 +26,7 @@ struct Mutation
 };
 
 /// The signals of a change of content, each by its name.
-inline const QStringList oneLayoutChange {QStringLiteral("layoutAboutToBeChanged"),
-                                          QStringLiteral("layoutChanged")};
+inline const QStringList oneLayoutChange {"layoutAboutToBeChanged", "layoutChanged"};
 
 /// A model under test, the proxy through which it is shown, and a plain list of what it must hold.
 class Subject

@@ -12,7 +12,7 @@ inline QDateTime march(int day, int hour, int minute)
 /// The text by which tables show a moment that is given in UTC, "yyyy-MM-dd hh:mm".
 inline QString shown(const char *utc)
 {
-    QDateTime moment = QDateTime::fromString(QLatin1String(utc), QStringLiteral("yyyy-MM-dd hh:mm"));
+    QDateTime moment = QDateTime::fromString(QLatin1String(utc), "yyyy-MM-dd hh:mm");
     moment.setTimeSpec(Qt::UTC);
-    return moment.toLocalTime().toString(QStringLiteral("dd.MM.yyyy hh:mm"));
+    return moment.toLocalTime().toString("dd.MM.yyyy hh:mm");
 }

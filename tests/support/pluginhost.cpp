@@ -13,19 +13,17 @@ void keep(const QString &module, const QString &event, const QJsonObject &data)
     static const QString folder = qEnvironmentVariable("GARAGE_TRAFFIC_FOLDER");
     if (folder.isEmpty())
         return;
-    static QFile file(folder + QLatin1Char('/') + QCoreApplication::applicationName()
-                      + QLatin1String(".jsonl"));
+    static QFile file(folder + '/' + QCoreApplication::applicationName() + ".jsonl");
     if (!file.isOpen() && !file.open(QIODevice::WriteOnly | QIODevice::Truncate))
         qFatal("%s", qPrintable(file.errorString()));
-    const QJsonObject line {
-        {QStringLiteral("module"), module}, {QStringLiteral("event"), event}, {QStringLiteral("data"), data}};
+    const QJsonObject line {{"module", module}, {"event", event}, {"data", data}};
     file.write(QJsonDocument(line).toJson(QJsonDocument::Compact) + '\n');
     file.flush();
 }
 
 } // namespace
 
-PluginHost::PluginHost() : m_loader(QStringLiteral(GARAGE_PLUGIN_FILE))
+PluginHost::PluginHost() : m_loader(GARAGE_PLUGIN_FILE)
 {
     m_plugin = qobject_cast<TrivexPluginInterface *>(m_loader.instance());
     if (!m_plugin)
@@ -34,7 +32,7 @@ PluginHost::PluginHost() : m_loader(QStringLiteral(GARAGE_PLUGIN_FILE))
             [this](const QString &module, const QString &event, const QJsonObject &data) {
                 messages.append({module, event, data});
                 keep(module, event, data);
-                if (event == QLatin1String("update_pending_service"))
+                if (event == "update_pending_service")
                     ++m_reloads;
             });
 }
@@ -97,7 +95,7 @@ QWidget *PluginHost::widgetFromAnswer(const char *event, const QJsonObject &data
 
 QWidget *PluginHost::window()
 {
-    return widgetFromAnswer("clicked", {{QStringLiteral("key"), QStringLiteral("show_garage")}}, "tabWidget");
+    return widgetFromAnswer("clicked", {{"key", "show_garage"}}, "tabWidget");
 }
 
 QWidget *PluginHost::settingsPage()

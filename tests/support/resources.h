@@ -17,13 +17,13 @@ struct Resources
     static Resources now()
     {
         QPixmapCache::clear(); // Qt keeps scaled icons for a while
-        QFile statm(QStringLiteral("/proc/self/statm"));
+        QFile statm("/proc/self/statm");
         if (!statm.open(QIODevice::ReadOnly))
             qFatal("There is no /proc");
         const qint64 pages = statm.readAll().split(' ').value(1).toLongLong();
         const struct mallinfo2 heap = mallinfo2();
-        return {qint64(heap.uordblks + heap.hblkhd), pages * 4096,
-                entriesOf(QStringLiteral("/proc/self/task")), entriesOf(QStringLiteral("/proc/self/fd"))};
+        return {qint64(heap.uordblks + heap.hblkhd), pages * 4096, entriesOf("/proc/self/task"),
+                entriesOf("/proc/self/fd")};
     }
 
 private:

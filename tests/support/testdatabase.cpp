@@ -8,7 +8,7 @@
 
 TestDatabase::TestDatabase(const QString &path, bool createSchema)
     : m_connectionName(QUuid::createUuid().toString())
-    , m_database(QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), m_connectionName))
+    , m_database(QSqlDatabase::addDatabase("QSQLITE", m_connectionName))
 {
     m_database.setDatabaseName(path);
     if (!m_database.open())
@@ -58,36 +58,36 @@ QStringList TestDatabase::rows(const QString &statement) const
         QStringList row;
         for (int column = 0; column < query.record().count(); ++column) {
             const QVariant value = query.value(column);
-            row.append(value.isNull() ? QStringLiteral("NULL") : value.toString());
+            row.append(value.isNull() ? "NULL" : value.toString());
         }
-        rows.append(row.join(QLatin1Char('|')));
+        rows.append(row.join('|'));
     }
     return rows;
 }
 
 int TestDatabase::addCar(int id, const QString &num, const QString &model) const
 {
-    exec(QStringLiteral("INSERT INTO cars (id,num,name) VALUES (?,?,?)"), {id, num, model});
+    exec("INSERT INTO cars (id,num,name) VALUES (?,?,?)", {id, num, model});
     return id;
 }
 
 int TestDatabase::addOperation(int id, const QString &name) const
 {
-    exec(QStringLiteral("INSERT INTO service_operations (id,operation_name) VALUES (?,?)"), {id, name});
+    exec("INSERT INTO service_operations (id,operation_name) VALUES (?,?)", {id, name});
     return id;
 }
 
 void TestDatabase::addLimit(const QString &model, int opId, int seconds, int runs, int laps) const
 {
-    exec(QStringLiteral("INSERT INTO service_reglament (model,operation_id,time_limit,runs_limit,laps_limit) "
-                        "VALUES (?,?,?,?,?)"),
+    exec("INSERT INTO service_reglament (model,operation_id,time_limit,runs_limit,laps_limit) "
+         "VALUES (?,?,?,?,?)",
          {model, opId, seconds, runs, laps});
 }
 
 int TestDatabase::addRecord(int carId, int opId, const QString &time, int state, const QString &comment) const
 {
-    return exec(QStringLiteral("INSERT INTO maintainance (car_id,operation_id,operation_time,operation_state,"
-                               "comment,person_id,person_name) VALUES (?,?,?,?,?,-1,'')"),
+    return exec("INSERT INTO maintainance (car_id,operation_id,operation_time,operation_state,"
+                "comment,person_id,person_name) VALUES (?,?,?,?,?,-1,'')",
                 {carId, opId, time, state, comment})
         .lastInsertId()
         .toInt();
@@ -95,21 +95,21 @@ int TestDatabase::addRecord(int carId, int opId, const QString &time, int state,
 
 void TestDatabase::addLap(int carId, int runId, const QString &timestamp, int milliseconds) const
 {
-    exec(QStringLiteral("INSERT INTO laps (car_id,run_id,lap_timestamp,sum_sectors) VALUES (?,?,?,?)"),
+    exec("INSERT INTO laps (car_id,run_id,lap_timestamp,sum_sectors) VALUES (?,?,?,?)",
          {carId, runId, timestamp, milliseconds});
 }
 
 QStringList TestDatabase::schema()
 {
     Q_INIT_RESOURCE(testschema);
-    QFile file(QStringLiteral(":/test/schema.sql"));
+    QFile file(":/test/schema.sql");
     if (!file.open(QIODevice::ReadOnly))
         qFatal("The host's schema is missing from the test's resources");
     QStringList statements;
     QString text;
-    for (const QString &line : QString::fromUtf8(file.readAll()).split(QLatin1Char('\n')))
-        text += line.section(QLatin1String("--"), 0, 0) + QLatin1Char('\n');
-    for (const QString &statement : text.split(QLatin1Char(';'))) {
+    for (const QString &line : QString::fromUtf8(file.readAll()).split('\n'))
+        text += line.section("--", 0, 0) + '\n';
+    for (const QString &statement : text.split(';')) {
         if (!statement.trimmed().isEmpty())
             statements.append(statement.trimmed());
     }

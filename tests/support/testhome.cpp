@@ -8,7 +8,7 @@ TestHome::TestHome() : m_previousHome(qgetenv("HOME")), m_previousConfigHome(qge
     if (!m_directory.isValid())
         qFatal("No scratch home: %s", qPrintable(m_directory.errorString()));
     qputenv("HOME", m_directory.path().toLocal8Bit());
-    qputenv("XDG_CONFIG_HOME", (m_directory.path() + QLatin1String("/.config")).toLocal8Bit());
+    qputenv("XDG_CONFIG_HOME", (m_directory.path() + "/.config").toLocal8Bit());
 }
 
 TestHome::~TestHome()
@@ -19,7 +19,7 @@ TestHome::~TestHome()
 
 QString TestHome::databasePath() const
 {
-    return m_directory.path() + QLatin1String("/Documents/Ruvalo-QT/DB/ruvalo.sqlite");
+    return m_directory.path() + "/Documents/Ruvalo-QT/DB/ruvalo.sqlite";
 }
 
 void TestHome::createDatabaseFolder() const

@@ -26,15 +26,15 @@ constexpr int batchSize = 5;
 
 void say(const QString &line)
 {
-    std::fputs(qPrintable(line + QLatin1Char('\n')), stdout);
+    std::fputs(qPrintable(line + '\n'), stdout);
     std::fflush(stdout);
 }
 
 void discardDebugLines(QtMsgType type, const QMessageLogContext &, const QString &message)
 {
-    const bool isNoise = message.contains(QLatin1String("propagateSizeHints")); // the offscreen platform's
+    const bool isNoise = message.contains("propagateSizeHints"); // the offscreen platform's
     if (type != QtDebugMsg && !isNoise)
-        std::fputs(qPrintable(message + QLatin1Char('\n')), stderr);
+        std::fputs(qPrintable(message + '\n'), stderr);
 }
 
 class BusyModule final : public QObject
@@ -53,15 +53,15 @@ public:
 private:
     void tell(const QString &event, const QJsonObject &data)
     {
-        if (event == QLatin1String("remote_service_move_to_archive")) {
-            for (const QJsonValue &id : data.value(QLatin1String("idList")).toArray())
-                say(QStringLiteral("archived %1").arg(id.toInt()));
+        if (event == "remote_service_move_to_archive") {
+            for (const QJsonValue &id : data.value("idList").toArray())
+                say(QString("archived %1").arg(id.toInt()));
             QTimer::singleShot(0, this, [this] { act(); });
-        } else if (event == QLatin1String("add_remote_service")) {
-            say(QStringLiteral("service ") + data.value(QLatin1String("comment")).toString());
-        } else if (event == QLatin1String("remote_service_delete")) {
-            say(QStringLiteral("deleted %1").arg(data.value(QLatin1String("remoteId")).toInt()));
-        } else if (event == QLatin1String("update_pending_service") && !m_started) {
+        } else if (event == "add_remote_service") {
+            say("service " + data.value("comment").toString());
+        } else if (event == "remote_service_delete") {
+            say(QString("deleted %1").arg(data.value("remoteId").toInt()));
+        } else if (event == "update_pending_service" && !m_started) {
             m_started = true;
             QTimer::singleShot(0, this, [this] { act(); });
         }
@@ -83,15 +83,13 @@ private:
         QJsonArray records;
         const int batch = m_nextId;
         for (int i = 0; i < batchSize; ++i) {
-            records.append(
-                QJsonObject {{QStringLiteral("id"), m_nextId++},
-                             {QStringLiteral("carId"), 1 + i % 3},
-                             {QStringLiteral("opId"), 1},
-                             {QStringLiteral("opDoneDateTime"), QStringLiteral("2026-03-08T09:30:00Z")},
-                             {QStringLiteral("comment"), QStringLiteral("batch %1").arg(batch)}});
+            records.append(QJsonObject {{"id", m_nextId++},
+                                        {"carId", 1 + i % 3},
+                                        {"opId", 1},
+                                        {"opDoneDateTime", "2026-03-08T09:30:00Z"},
+                                        {"comment", QString("batch %1").arg(batch)}});
         }
-        m_host.send("remote_service_data",
-                    {{QStringLiteral("data"), QString::fromUtf8(QJsonDocument(records).toJson())}});
+        m_host.send("remote_service_data", {{"data", QString::fromUtf8(QJsonDocument(records).toJson())}});
     }
 
     QTreeView *view(const char *name) { return m_window->findChild<QTreeView *>(QLatin1String(name)); }
@@ -108,11 +106,11 @@ private:
         const QAbstractItemModel *model = log->model();
         for (int row = 0; row < model->rowCount(); ++row) {
             for (int column = 0; column < model->columnCount(); ++column) {
-                if (!model->index(row, column).data().toString().startsWith(QLatin1String("batch")))
+                if (!model->index(row, column).data().toString().startsWith("batch"))
                     continue;
                 log->setCurrentIndex(model->index(row, column));
-                say(QStringLiteral("deleting"));
-                m_window->findChild<QAction *>(QStringLiteral("actionDeleteMaintainanceItem"))->trigger();
+                say("deleting");
+                m_window->findChild<QAction *>("actionDeleteMaintainanceItem")->trigger();
                 return;
             }
         }
@@ -128,7 +126,7 @@ private:
             return;
         }
         auto *comment = dialog->findChild<QPlainTextEdit *>();
-        comment->setPlainText(QStringLiteral("%1").arg(m_nextId));
+        comment->setPlainText(QString("%1").arg(m_nextId));
         dialog->accept();
     }
 
@@ -153,11 +151,11 @@ private:
     /// As a timing system does: whoever is busy, the lap must not be lost.
     void record()
     {
-        while (!m_database.tryExec(QStringLiteral("BEGIN IMMEDIATE"))) { }
+        while (!m_database.tryExec("BEGIN IMMEDIATE")) { }
         for (int car = 1; car <= 3; ++car)
-            m_database.addLap(car, 1, QStringLiteral("2026-04-01T10:00:00.000Z"), 40000);
-        while (!m_database.tryExec(QStringLiteral("COMMIT"))) { }
-        say(QStringLiteral("laps 3"));
+            m_database.addLap(car, 1, "2026-04-01T10:00:00.000Z", 40000);
+        while (!m_database.tryExec("COMMIT")) { }
+        say("laps 3");
     }
 
     const TestDatabase m_database;
@@ -177,16 +175,15 @@ private:
     /// Busy writers can keep a reader out for longer than one attempt lasts.
     void read()
     {
-        m_database.exec(QStringLiteral("BEGIN"));
-        while (!m_database.tryExec(QStringLiteral("SELECT count(*) FROM cars"))) { }
-        const int torn =
-            m_database
-                .value(QStringLiteral("SELECT count(*) FROM (SELECT 1 FROM maintainance WHERE comment "
-                                      "LIKE 'batch %' GROUP BY comment HAVING count(*)<>?)"),
-                       {batchSize})
-                .toInt();
-        m_database.exec(QStringLiteral("COMMIT"));
-        say(torn == 0 ? QStringLiteral("whole") : QStringLiteral("torn"));
+        m_database.exec("BEGIN");
+        while (!m_database.tryExec("SELECT count(*) FROM cars")) { }
+        const int torn = m_database
+                             .value("SELECT count(*) FROM (SELECT 1 FROM maintainance WHERE comment "
+                                    "LIKE 'batch %' GROUP BY comment HAVING count(*)<>?)",
+                                    {batchSize})
+                             .toInt();
+        m_database.exec("COMMIT");
+        say(torn == 0 ? "whole" : "torn");
     }
 
     const TestDatabase m_database;
@@ -205,12 +202,11 @@ int main(int argc, char *argv[])
     const QStringList arguments = QCoreApplication::arguments();
     const QString path = arguments.value(2);
     std::unique_ptr<QObject> worker;
-    if (arguments.value(1) == QLatin1String("laps"))
+    if (arguments.value(1) == "laps")
         worker = std::make_unique<LapRecorder>(path);
-    else if (arguments.value(1) == QLatin1String("reader"))
+    else if (arguments.value(1) == "reader")
         worker = std::make_unique<Reader>(path);
     else
-        worker = std::make_unique<BusyModule>(arguments.value(3).toInt(),
-                                              arguments.value(4) == QLatin1String("deleting"));
+        worker = std::make_unique<BusyModule>(arguments.value(3).toInt(), arguments.value(4) == "deleting");
     return QCoreApplication::exec();
 }

@@ -48,7 +48,7 @@ public:
     explicit Worker(const QStringList &arguments)
     {
         m_process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-        m_process.start(QStringLiteral(BUSY_PROCESS), arguments);
+        m_process.start(BUSY_PROCESS, arguments);
         if (!m_process.waitForStarted())
             qFatal("%s", qPrintable(m_process.errorString()));
     }
@@ -112,9 +112,9 @@ void TestManyProcesses::init()
     GarageTest::init();
     m_database = createDatabase();
     for (int id = 1; id <= 3; ++id)
-        m_database->addCar(id, QString::number(id), QStringLiteral("Вихрь"));
-    m_database->addOperation(1, QStringLiteral("Замена масла"));
-    m_database->addLimit(QStringLiteral("Вихрь"), 1, 0, 0, 10);
+        m_database->addCar(id, QString::number(id), "Вихрь");
+    m_database->addOperation(1, "Замена масла");
+    m_database->addLimit("Вихрь", 1, 0, 0, 10);
 }
 
 void TestManyProcesses::cleanup()
@@ -135,14 +135,14 @@ QVector<int> TestManyProcesses::stored(const QString &statement) const
 void TestManyProcesses::addJournalRows()
 {
     QTest::addColumn<QString>("journal");
-    QTest::newRow("rollback journal") << QStringLiteral("DELETE");
-    QTest::newRow("write-ahead log") << QStringLiteral("WAL");
+    QTest::newRow("rollback journal") << "DELETE";
+    QTest::newRow("write-ahead log") << "WAL";
 }
 
 void TestManyProcesses::aKilledProcessLosesNothingThatWasAnnounced()
 {
     QFETCH(QString, journal);
-    m_database->exec(QStringLiteral("PRAGMA journal_mode=") + journal);
+    m_database->exec("PRAGMA journal_mode=" + journal);
     const int kills = fromEnvironment("GARAGE_KILLS", 8);
     QRandomGenerator random(20261121);
     int firstId = 1;
@@ -151,22 +151,20 @@ void TestManyProcesses::aKilledProcessLosesNothingThatWasAnnounced()
     int deletions = 0;
     QSet<int> deleted;
     for (int round = 0; round < kills; ++round) {
-        QStringList arguments {QStringLiteral("module"), path(), QString::number(firstId)};
+        QStringList arguments {"module", path(), QString::number(firstId)};
         const bool isDeleting = round % 4 != 3;
         if (isDeleting)
-            arguments.append(QStringLiteral("deleting"));
+            arguments.append("deleting");
         Worker worker(arguments);
         QVERIFY(worker.waitForLines(1 + int(random.bounded(12u))));
         QThread::usleep(random.bounded(8000u)); // anywhere between two announcements
         worker.kill();
         const Reports &reports = worker.reports();
 
-        QCOMPARE(m_database->rows(QStringLiteral("PRAGMA integrity_check")),
-                 QStringList(QStringLiteral("ok")));
+        QCOMPARE(m_database->rows("PRAGMA integrity_check"), QStringList("ok"));
         for (int id : reports.of("deleted"))
             deleted.insert(id);
-        const QVector<int> remoteIds =
-            stored(QStringLiteral("SELECT remote_id FROM maintainance WHERE remote_id>0"));
+        const QVector<int> remoteIds = stored("SELECT remote_id FROM maintainance WHERE remote_id>0");
         const auto fromThisRound =
             std::count_if(remoteIds.cbegin(), remoteIds.cend(), [firstId](int id) { return id >= firstId; });
         if (!isDeleting)
@@ -178,11 +176,10 @@ void TestManyProcesses::aKilledProcessLosesNothingThatWasAnnounced()
             missing += !deleted.contains(id) && !remoteIds.contains(id);
         }
         const int underWay = reports.of("deleting").size() - reports.of("deleted").size();
-        QVERIFY2(missing <= underWay, qPrintable(QStringLiteral("%1 missing").arg(missing)));
+        QVERIFY2(missing <= underWay, qPrintable(QString("%1 missing").arg(missing)));
         for (int id : qAsConst(deleted))
             QVERIFY2(!remoteIds.contains(id), qPrintable(QString::number(id)));
-        const QVector<int> comments =
-            stored(QStringLiteral("SELECT comment FROM maintainance WHERE remote_id IS NULL"));
+        const QVector<int> comments = stored("SELECT comment FROM maintainance WHERE remote_id IS NULL");
         for (int comment : reports.of("service"))
             QVERIFY2(comments.count(comment) == 1, qPrintable(QString::number(comment)));
 
@@ -191,8 +188,7 @@ void TestManyProcesses::aKilledProcessLosesNothingThatWasAnnounced()
         deletions += reports.of("deleted").size();
         firstId += idsPerRound;
         if (round % 20 == 19)
-            m_database->exec(QStringLiteral("DELETE FROM maintainance WHERE remote_id<?"),
-                             {firstId - 2 * idsPerRound});
+            m_database->exec("DELETE FROM maintainance WHERE remote_id<?", {firstId - 2 * idsPerRound});
     }
     qInfo("%d kills, %s: %d records archived, %d services and %d deletions announced, none missing", kills,
           qPrintable(journal), archived, services, deletions);
@@ -204,12 +200,12 @@ void TestManyProcesses::aKilledProcessLosesNothingThatWasAnnounced()
 void TestManyProcesses::processesShareOneFile()
 {
     QFETCH(QString, journal);
-    m_database->exec(QStringLiteral("PRAGMA journal_mode=") + journal);
-    const QString module = QStringLiteral("module");
-    Worker first({module, path(), QStringLiteral("1")});
-    Worker second({module, path(), QStringLiteral("1000001")});
-    Worker laps({QStringLiteral("laps"), path()});
-    Worker reader({QStringLiteral("reader"), path()});
+    m_database->exec("PRAGMA journal_mode=" + journal);
+    const QString module = "module";
+    Worker first({module, path(), "1"});
+    Worker second({module, path(), "1000001"});
+    Worker laps({"laps", path()});
+    Worker reader({"reader", path()});
     const QVector<Worker *> workers {&first, &second, &laps, &reader};
 
     QElapsedTimer timer;
@@ -224,20 +220,17 @@ void TestManyProcesses::processesShareOneFile()
 
     QVector<int> archived = first.reports().of("archived") + second.reports().of("archived");
     std::sort(archived.begin(), archived.end());
-    QCOMPARE(
-        stored(QStringLiteral("SELECT remote_id FROM maintainance WHERE remote_id>0 ORDER BY remote_id")),
-        archived);
+    QCOMPARE(stored("SELECT remote_id FROM maintainance WHERE remote_id>0 ORDER BY remote_id"), archived);
     QVector<int> services = first.reports().of("service") + second.reports().of("service");
     std::sort(services.begin(), services.end());
-    QVector<int> comments =
-        stored(QStringLiteral("SELECT comment FROM maintainance WHERE remote_id IS NULL"));
+    QVector<int> comments = stored("SELECT comment FROM maintainance WHERE remote_id IS NULL");
     std::sort(comments.begin(), comments.end());
     QCOMPARE(comments, services);
     const int lapCount = 3 * laps.reports().of("laps").size();
-    QCOMPARE(m_database->value(QStringLiteral("SELECT count(*) FROM laps")).toInt(), lapCount);
+    QCOMPARE(m_database->value("SELECT count(*) FROM laps").toInt(), lapCount);
     QCOMPARE(reader.reports().of("torn").size(), 0);
     QVERIFY(reader.reports().of("whole").size() > 0);
-    QCOMPARE(m_database->rows(QStringLiteral("PRAGMA integrity_check")), QStringList(QStringLiteral("ok")));
+    QCOMPARE(m_database->rows("PRAGMA integrity_check"), QStringList("ok"));
     qInfo("%d s, %s: %d remote records, %d services, %d laps, %d looks at whole batches", seconds,
           qPrintable(journal), archived.size(), services.size(), lapCount,
           reader.reports().of("whole").size());

@@ -36,7 +36,7 @@ Verdict checkProtocol(const QStringList &arguments, const QByteArray &input = {}
 {
     QProcess process;
     process.setProcessChannelMode(QProcess::MergedChannels);
-    process.start(QStringLiteral(PYTHON), QStringList(QStringLiteral(CHECK_PROTOCOL)) + arguments);
+    process.start(PYTHON, QStringList(CHECK_PROTOCOL) + arguments);
     process.write(input);
     process.closeWriteChannel();
     if (!process.waitForFinished(60000))
@@ -50,8 +50,7 @@ Verdict checkMessages(const QVector<HostMessage> &messages, const QStringList &r
     QByteArray lines;
     for (const HostMessage &message : messages)
         lines += message.toJsonLine() + '\n';
-    return checkProtocol({QStringLiteral("--require"), required.join(QLatin1Char(',')), QStringLiteral("-")},
-                         lines);
+    return checkProtocol({"--require", required.join(','), "-"}, lines);
 }
 
 /// Accepts every dialog that opens while this object lives, questions included.
@@ -113,7 +112,7 @@ void TestProtocolSchemas::wrongMessagesAreRefused_data()
 void TestProtocolSchemas::wrongMessagesAreRefused()
 {
     QFETCH(QByteArray, line);
-    const Verdict verdict = checkProtocol({QStringLiteral("-")}, line + '\n');
+    const Verdict verdict = checkProtocol({"-"}, line + '\n');
     QVERIFY2(verdict.exitCode == 1, qPrintable(verdict.output));
 }
 
@@ -122,8 +121,7 @@ void TestProtocolSchemas::theGuidesExamplesAreRight()
     QStringList events;
     for (const EventExample &example : eventExamples())
         events.append(example.event);
-    const Verdict verdict = checkProtocol(
-        {QStringLiteral("--require"), events.join(QLatin1Char(',')), QStringLiteral(HOST_GUIDE)});
+    const Verdict verdict = checkProtocol({"--require", events.join(','), HOST_GUIDE});
     QVERIFY2(verdict.exitCode == 0, qPrintable(verdict.output));
 }
 
@@ -135,8 +133,8 @@ void TestProtocolSchemas::eachMessageOfAWorkingDayIsRight()
     QCOMPARE(makeSampleData(host.connection(), SampleKind::Sample, 1, QDateTime::currentDateTimeUtc(),
                             [](int) { return true; }),
              SampleOutcome::Made);
-    QCOMPARE(host.plugin().load(QStringLiteral(GARAGE_PLUGIN_FILE)), QString());
-    QPluginLoader sameLibrary(QStringLiteral(GARAGE_PLUGIN_FILE));
+    QCOMPARE(host.plugin().load(GARAGE_PLUGIN_FILE), QString());
+    QPluginLoader sameLibrary(GARAGE_PLUGIN_FILE);
     auto *plugin = qobject_cast<TrivexPluginInterface *>(sameLibrary.instance());
     QVERIFY(plugin);
     QVector<HostMessage> messages;
@@ -153,7 +151,7 @@ void TestProtocolSchemas::eachMessageOfAWorkingDayIsRight()
     window.start();
     window.openGarage();
     QWidget *garage = window.tabs().currentWidget();
-    auto *table = garage->findChild<QTreeView *>(QStringLiteral("tvMaintainanceTable"));
+    auto *table = garage->findChild<QTreeView *>("tvMaintainanceTable");
     QTRY_VERIFY(table->model()->rowCount() > 0);
     Acceptor acceptor;
 
@@ -163,27 +161,26 @@ void TestProtocolSchemas::eachMessageOfAWorkingDayIsRight()
     QTRY_VERIFY(count("remote_service_move_to_archive") > 0);
 
     // The mechanic: cars, a service, the log, the settings.
-    garage->findChild<QTreeView *>(QStringLiteral("tvAvailableCars"))->selectAll();
-    garage->findChild<QPushButton *>(QStringLiteral("pbRemoveAvailable"))->click();
+    garage->findChild<QTreeView *>("tvAvailableCars")->selectAll();
+    garage->findChild<QPushButton *>("pbRemoveAvailable")->click();
     QVERIFY(
         QMetaObject::invokeMethod(garage, "serviceClicked", Q_ARG(QModelIndex, table->model()->index(0, 3))));
-    auto *log = garage->findChild<QTreeView *>(QStringLiteral("tvServiceLog"));
+    auto *log = garage->findChild<QTreeView *>("tvServiceLog");
     QTRY_VERIFY(log->model()->rowCount() > 1);
     log->setCurrentIndex(log->model()->index(1, 0));
-    garage->findChild<QAction *>(QStringLiteral("actionDoneOperation"))->trigger();
+    garage->findChild<QAction *>("actionDoneOperation")->trigger();
     QTRY_VERIFY(count("add_remote_service") >= 2);
     QTRY_VERIFY(log->model()->rowCount() > 0);
     log->setCurrentIndex(log->model()->index(0, 0));
-    garage->findChild<QAction *>(QStringLiteral("actionDeleteMaintainanceItem"))->trigger();
+    garage->findChild<QAction *>("actionDeleteMaintainanceItem")->trigger();
     QTRY_VERIFY(count("remote_service_delete") > 0);
 
     window.openSettings();
     QWidget *settings = plugin->settingsPage();
-    QAbstractItemModel *operations =
-        settings->findChild<QTreeView *>(QStringLiteral("tvServiceOperations"))->model();
-    QVERIFY(operations->setData(operations->index(0, 1), QStringLiteral("Осмотр")));
+    QAbstractItemModel *operations = settings->findChild<QTreeView *>("tvServiceOperations")->model();
+    QVERIFY(operations->setData(operations->index(0, 1), "Осмотр"));
     window.closeSettings();
-    garage->findChild<QPushButton *>(QStringLiteral("pbCloseGarage"))->click();
+    garage->findChild<QPushButton *>("pbCloseGarage")->click();
     QTRY_VERIFY(count("close_tab") > 0);
 
     QStringList required;

@@ -50,7 +50,7 @@ std::unique_ptr<DemoHost> TestRemoteLoop::makeHost()
                        [](int) { return true; });
     }
     auto host = std::make_unique<DemoHost>(documents, 1);
-    const QString error = host->plugin().load(QStringLiteral(GARAGE_PLUGIN));
+    const QString error = host->plugin().load(GARAGE_PLUGIN);
     if (!error.isEmpty() || !host->remote().prepare().isEmpty())
         qFatal("%s", qPrintable(error));
     QSignalSpy pending(&host->remote(), &RemoteSide::pendingChanged);
@@ -92,18 +92,17 @@ void TestRemoteLoop::anOpenComplaintDoneRemotelyIsClosedAndArchived()
     QVERIFY(find(*host, true));
     const PendingService complaint = *find(*host, true);
     const FleetPerson person = host->fleet().fleet().people().first();
-    const int rows = openTrack()->value(QStringLiteral("SELECT count(*) FROM maintainance")).toInt();
-    host->remote().complete(complaint, person, QStringLiteral("исправлено"),
+    const int rows = openTrack()->value("SELECT count(*) FROM maintainance").toInt();
+    host->remote().complete(complaint, person, "исправлено",
                             byRemoteControl ? RemoteSide::Channel::RemoteControl
                                             : RemoteSide::Channel::Service);
     QTRY_COMPARE(host->remote().store().count(RemoteRecord::Archived), 1);
     QVERIFY(host->remote().checkArchive().isGood());
     const std::unique_ptr<TestDatabase> track = openTrack();
-    QCOMPARE(track->value(QStringLiteral("SELECT count(*) FROM maintainance")).toInt(), rows);
-    QCOMPARE(
-        track->rows(QStringLiteral("SELECT operation_state,comment,person_id FROM maintainance WHERE id=%1")
-                        .arg(complaint.localId)),
-        QStringList {QStringLiteral("1|исправлено|%1").arg(person.id)});
+    QCOMPARE(track->value("SELECT count(*) FROM maintainance").toInt(), rows);
+    QCOMPARE(track->rows(QString("SELECT operation_state,comment,person_id FROM maintainance WHERE id=%1")
+                             .arg(complaint.localId)),
+             QStringList {QString("1|исправлено|%1").arg(person.id)});
     for (const PendingService &work : host->remote().pending())
         QVERIFY(work.localId != complaint.localId);
 }
@@ -114,18 +113,15 @@ void TestRemoteLoop::overdueWorkDoneRemotelyIsANewRecord()
     const std::unique_ptr<TestDatabase> track = openTrack();
     const QVector<PendingService> list = host->remote().pending();
     const auto overdue = std::find_if(list.begin(), list.end(), [&](const PendingService &work) {
-        return track
-                   ->value(QStringLiteral("SELECT operation_state FROM maintainance WHERE id=?"),
-                           {work.localId})
-                   .toInt()
+        return track->value("SELECT operation_state FROM maintainance WHERE id=?", {work.localId}).toInt()
             == 1;
     });
     QVERIFY(overdue != list.end());
-    const QStringList before = track->rows(QStringLiteral("SELECT * FROM maintainance"));
+    const QStringList before = track->rows("SELECT * FROM maintainance");
     host->remote().complete(*overdue, host->fleet().fleet().people().first(), QString(),
                             RemoteSide::Channel::Service);
     QTRY_COMPARE(host->remote().store().count(RemoteRecord::Archived), 1);
-    const QStringList after = track->rows(QStringLiteral("SELECT * FROM maintainance"));
+    const QStringList after = track->rows("SELECT * FROM maintainance");
     QCOMPARE(after.size(), before.size() + 1);
     QCOMPARE(after.mid(0, before.size()), before);
     for (const PendingService &work : host->remote().pending())
@@ -148,23 +144,22 @@ void TestRemoteLoop::aJournalRecordMarkedDoneComesBackOnce()
 {
     const std::unique_ptr<DemoHost> host = makeHost();
     const PendingService complaint = *find(*host, true);
-    const int rows = openTrack()->value(QStringLiteral("SELECT count(*) FROM maintainance")).toInt();
-    emit host->plugin().received({QStringLiteral("garage_plugin"),
-                                  QStringLiteral("add_remote_service"),
-                                  {{QStringLiteral("carId"), complaint.carId},
-                                   {QStringLiteral("opId"), -1},
-                                   {QStringLiteral("opDoneDateTime"), QStringLiteral("2026-03-01T10:20Z")},
-                                   {QStringLiteral("operatorName"), QStringLiteral("Пётр")},
-                                   {QStringLiteral("localId"), complaint.localId},
-                                   {QStringLiteral("updateFromLocal"), true}}});
+    const int rows = openTrack()->value("SELECT count(*) FROM maintainance").toInt();
+    emit host->plugin().received({"garage_plugin",
+                                  "add_remote_service",
+                                  {{"carId", complaint.carId},
+                                   {"opId", -1},
+                                   {"opDoneDateTime", "2026-03-01T10:20Z"},
+                                   {"operatorName", "Пётр"},
+                                   {"localId", complaint.localId},
+                                   {"updateFromLocal", true}}});
     QTRY_COMPARE(host->remote().store().count(RemoteRecord::Archived), 1);
     const std::unique_ptr<TestDatabase> track = openTrack();
-    QCOMPARE(track->value(QStringLiteral("SELECT count(*) FROM maintainance")).toInt(), rows);
+    QCOMPARE(track->value("SELECT count(*) FROM maintainance").toInt(), rows);
     QCOMPARE(
-        track->rows(
-            QStringLiteral("SELECT operation_time,person_name,operation_state FROM maintainance WHERE id=%1")
-                .arg(complaint.localId)),
-        QStringList {QStringLiteral("2026-03-01T10:20:00.000Z|Пётр|1")});
+        track->rows(QString("SELECT operation_time,person_name,operation_state FROM maintainance WHERE id=%1")
+                        .arg(complaint.localId)),
+        QStringList {"2026-03-01T10:20:00.000Z|Пётр|1"});
 }
 
 void TestRemoteLoop::theRemoteSideFollowsDeletions()
@@ -173,11 +168,10 @@ void TestRemoteLoop::theRemoteSideFollowsDeletions()
     const PendingService complaint = *find(*host, true);
     host->remote().complete(complaint, {}, QString(), RemoteSide::Channel::Service);
     QTRY_COMPARE(host->remote().store().count(RemoteRecord::Archived), 1);
-    openTrack()->exec(QStringLiteral("DELETE FROM maintainance WHERE id=?"), {complaint.localId});
-    emit host->plugin().received(
-        {QStringLiteral("garage_stats_updater"),
-         QStringLiteral("remote_service_delete"),
-         {{QStringLiteral("remoteId"), -1}, {QStringLiteral("localId"), complaint.localId}}});
+    openTrack()->exec("DELETE FROM maintainance WHERE id=?", {complaint.localId});
+    emit host->plugin().received({"garage_stats_updater",
+                                  "remote_service_delete",
+                                  {{"remoteId", -1}, {"localId", complaint.localId}}});
     QTRY_COMPARE(host->remote().store().count(RemoteRecord::Deleted), 1);
     QVERIFY(host->remote().checkArchive().isGood());
 }
@@ -211,7 +205,7 @@ void TestRemoteLoop::aMissingArchiveRowIsFound()
     const PendingService complaint = *find(*host, true);
     host->remote().complete(complaint, {}, QString(), RemoteSide::Channel::Service);
     QTRY_COMPARE(host->remote().store().count(RemoteRecord::Archived), 1);
-    openTrack()->exec(QStringLiteral("DELETE FROM maintainance WHERE id=?"), {complaint.localId});
+    openTrack()->exec("DELETE FROM maintainance WHERE id=?", {complaint.localId});
     const ArchiveFindings findings = host->remote().checkArchive();
     QVERIFY(!findings.isGood());
     QCOMPARE(findings.missing, QVector<int> {1});
@@ -226,14 +220,14 @@ void TestRemoteLoop::aLockedTrackIsNeitherJudgedNorGivenWork()
     const PendingService *complaint = find(*host, true);
     QVERIFY(complaint);
     const std::unique_ptr<TestDatabase> track = openTrack();
-    track->exec(QStringLiteral("BEGIN EXCLUSIVE"));
+    track->exec("BEGIN EXCLUSIVE");
     const ArchiveFindings findings = host->remote().checkArchive();
     QVERIFY(!findings.isGood());
     QVERIFY(!findings.errorText.isEmpty());
     QCOMPARE(findings.missing, QVector<int>());
     QVERIFY(!host->remote().complete(*complaint, FleetPerson(), QString(), RemoteSide::Channel::Service));
     QCOMPARE(host->remote().store().latest(10).size(), 1);
-    track->exec(QStringLiteral("COMMIT"));
+    track->exec("COMMIT");
     QVERIFY(host->remote().complete(*complaint, FleetPerson(), QString(), RemoteSide::Channel::Service));
     QCOMPARE(host->remote().store().latest(1).first().localId, complaint->localId);
 }
@@ -241,7 +235,7 @@ void TestRemoteLoop::aLockedTrackIsNeitherJudgedNorGivenWork()
 void TestRemoteLoop::newRecordsNeverTakeAnIdThatTheTrackKnows()
 {
     const std::unique_ptr<DemoHost> first = makeHost();
-    openTrack()->exec(QStringLiteral("UPDATE maintainance SET remote_id=500 WHERE id=1"));
+    openTrack()->exec("UPDATE maintainance SET remote_id=500 WHERE id=1");
     QCOMPARE(first->remote().prepare(), QString());
     QCOMPARE(first->remote().store().add(RemoteRecord()), 501);
 }
@@ -253,16 +247,14 @@ void TestRemoteLoop::carsAreSwitchedFromAfar()
     QSignalSpy notes(&host->remote(), &RemoteSide::noted);
     host->remote().switchAvailability(before.id);
     QTRY_COMPARE(host->fleet().fleet().cars().first().available, !before.available);
-    const QJsonObject answer =
-        lastHeard(*host, QStringLiteral("remote_control_answer")).value(QLatin1String("req_answ")).toObject();
-    QCOMPARE(answer.value(QLatin1String("carId")).toInt(), before.id);
-    QCOMPARE(answer.value(QLatin1String("carAvailable")).toBool(), !before.available);
+    const QJsonObject answer = lastHeard(*host, "remote_control_answer").value("req_answ").toObject();
+    QCOMPARE(answer.value("carId").toInt(), before.id);
+    QCOMPARE(answer.value("carAvailable").toBool(), !before.available);
     QTRY_VERIFY(notes.count() > 0);
     const QString note = notes.last().first().toString();
     QVERIFY2(note.contains(tr("карт %1 ").arg(before.number)), qPrintable(note)); // not by its id
-    const QJsonArray cars =
-        lastHeard(*host, QStringLiteral("cars_list_changed")).value(QLatin1String("cars")).toArray();
-    QCOMPARE(cars.first().toObject().value(QLatin1String("available_for_runs")).toBool(), !before.available);
+    const QJsonArray cars = lastHeard(*host, "cars_list_changed").value("cars").toArray();
+    QCOMPARE(cars.first().toObject().value("available_for_runs").toBool(), !before.available);
 }
 
 GARAGE_TEST(TestRemoteLoop)

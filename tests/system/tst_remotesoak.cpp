@@ -105,7 +105,7 @@ void TestRemoteSoak::completeSome(DemoHost &host)
         m_random.bounded(2) == 0 ? RemoteSide::Channel::Service : RemoteSide::Channel::RemoteControl;
     const PendingService work = list.at(m_random.bounded(list.size()));
     const FleetPerson &person = people.at(m_random.bounded(people.size()));
-    if (host.remote().complete(work, person, QStringLiteral("сделано"), channel)) // not on a locked file
+    if (host.remote().complete(work, person, "сделано", channel)) // not on a locked file
         ++m_completions;
 }
 
@@ -114,17 +114,14 @@ void TestRemoteSoak::complain(const TestDatabase &track, DemoHost &host)
 {
     const int car = host.fleet().fleet().cars().at(m_random.bounded(24)).id;
     const QVariant open = track.value(
-        QStringLiteral(
-            "SELECT id FROM maintainance WHERE car_id=? AND operation_id=-1 AND operation_state=0"),
-        {car});
+        "SELECT id FROM maintainance WHERE car_id=? AND operation_id=-1 AND operation_state=0", {car});
     if (open.isValid())
         return;
-    track.exec(
-        QStringLiteral("INSERT INTO maintainance (car_id,operation_id,operation_time,person_id,person_name,"
-                       "comment,operation_state) VALUES (?,-1,?,-1,'','стук',0)"),
-        {car, QDateTime::currentDateTimeUtc().toString(Qt::ISODateWithMs)});
+    track.exec("INSERT INTO maintainance (car_id,operation_id,operation_time,person_id,person_name,"
+               "comment,operation_state) VALUES (?,-1,?,-1,'','стук',0)",
+               {car, QDateTime::currentDateTimeUtc().toString(Qt::ISODateWithMs)});
     ++m_complaints;
-    host.plugin().send(QStringLiteral("run_saved_to_db"));
+    host.plugin().send("run_saved_to_db");
 }
 
 /// A slow machine needs longer until there is something to compare.
@@ -137,25 +134,23 @@ bool TestRemoteSoak::enoughHappened(DemoHost &host) const
 /// What the garage window sends when a journal record is marked done.
 void TestRemoteSoak::markDone(const TestDatabase &track, DemoHost &host)
 {
-    QSqlQuery open =
-        track.exec(QStringLiteral("SELECT id,car_id FROM maintainance WHERE operation_state=0 LIMIT 1"));
+    QSqlQuery open = track.exec("SELECT id,car_id FROM maintainance WHERE operation_state=0 LIMIT 1");
     if (!open.next())
         return;
-    const QJsonObject record {{QStringLiteral("carId"), open.value(1).toInt()},
-                              {QStringLiteral("opId"), -1},
-                              {QStringLiteral("opDoneDateTime"),
-                               QDateTime::currentDateTimeUtc().toString(QStringLiteral("yyyy-MM-ddThh:mmZ"))},
-                              {QStringLiteral("operatorId"), -1},
-                              {QStringLiteral("localId"), open.value(0).toInt()},
-                              {QStringLiteral("updateFromLocal"), true}};
-    emit host.plugin().received(
-        {QStringLiteral("garage_plugin"), QStringLiteral("add_remote_service"), record});
+    const QJsonObject record {
+        {"carId", open.value(1).toInt()},
+        {"opId", -1},
+        {"opDoneDateTime", QDateTime::currentDateTimeUtc().toString("yyyy-MM-ddThh:mmZ")},
+        {"operatorId", -1},
+        {"localId", open.value(0).toInt()},
+        {"updateFromLocal", true}};
+    emit host.plugin().received({"garage_plugin", "add_remote_service", record});
 }
 
 /// The pointer over a cell of the maintenance table, a click on the button that appears.
 void TestRemoteSoak::recordService()
 {
-    auto *table = m_garage->findChild<QTreeView *>(QStringLiteral("tvMaintainanceTable"));
+    auto *table = m_garage->findChild<QTreeView *>("tvMaintainanceTable");
     const int rows = table->model()->rowCount();
     const int columns = table->model()->columnCount();
     if (rows == 0 || columns < 4)
@@ -177,30 +172,29 @@ void TestRemoteSoak::recordService()
 
 void TestRemoteSoak::deleteRecord()
 {
-    auto *log = m_garage->findChild<QTreeView *>(QStringLiteral("tvServiceLog"));
+    auto *log = m_garage->findChild<QTreeView *>("tvServiceLog");
     const int rows = log->model()->rowCount();
     if (rows == 0)
         return;
     log->setCurrentIndex(log->model()->index(m_random.bounded(std::min(rows, 40)), 1));
     QTimer::singleShot(0, this, &acceptDialog);
-    m_garage->findChild<QAction *>(QStringLiteral("actionDeleteMaintainanceItem"))->trigger();
+    m_garage->findChild<QAction *>("actionDeleteMaintainanceItem")->trigger();
 }
 
 void TestRemoteSoak::hear(const HostMessage &message)
 {
     ++m_events;
-    if (message.event == QLatin1String("insert_tab")) {
-        m_garage = reinterpret_cast<QWidget *>(
-            message.data.value(QLatin1String("tabWidget")).toVariant().toLongLong());
-    } else if (message.event == QLatin1String("add_remote_service")) {
+    if (message.event == "insert_tab") {
+        m_garage = reinterpret_cast<QWidget *>(message.data.value("tabWidget").toVariant().toLongLong());
+    } else if (message.event == "add_remote_service") {
         ++m_announced;
-        m_recorded += message.data.contains(QLatin1String("updateFromLocal")) ? 0 : 1;
-    } else if (message.event == QLatin1String("update_pending_service")) {
+        m_recorded += message.data.contains("updateFromLocal") ? 0 : 1;
+    } else if (message.event == "update_pending_service") {
         ++m_reloadsTold;
-    } else if (message.event == QLatin1String("remote_service_delete")) {
-        const int id = message.data.value(QLatin1String("localId")).toInt();
+    } else if (message.event == "remote_service_delete") {
+        const int id = message.data.value("localId").toInt();
         const bool isNew = id > m_lastIdBefore && !m_deleted.contains(id);
-        m_newLocalDeleted += isNew && message.data.value(QLatin1String("remoteId")).toInt() == -1 ? 1 : 0;
+        m_newLocalDeleted += isNew && message.data.value("remoteId").toInt() == -1 ? 1 : 0;
         m_deleted.insert(id);
     }
 }
@@ -250,14 +244,14 @@ void TestRemoteSoak::theBooksAgreeAfterRandomActions()
     }
     m_track = std::make_unique<TestDatabase>(home().databasePath(), false);
     m_rowsBefore = count("1");
-    m_lastIdBefore = m_track->value(QStringLiteral("SELECT max(id) FROM maintainance")).toInt();
+    m_lastIdBefore = m_track->value("SELECT max(id) FROM maintainance").toInt();
     DemoHost host(documents, 1);
-    QCOMPARE(host.plugin().load(QStringLiteral(GARAGE_PLUGIN)), QString());
+    QCOMPARE(host.plugin().load(GARAGE_PLUGIN), QString());
     QCOMPARE(host.remote().prepare(), QString());
     connect(&host.plugin(), &PluginHost::received, this, &TestRemoteSoak::hear);
     connect(&host.plugin(), &PluginHost::sent, this, [this] { ++m_events; });
     host.fleet().playStart();
-    host.plugin().send(QStringLiteral("clicked"), {{QStringLiteral("key"), QStringLiteral("show_garage")}});
+    host.plugin().send("clicked", {{"key", "show_garage"}});
     QVERIFY(m_garage);
     // Each of them ends with a reload, and each reload with one message.
     for (const char *request : {SIGNAL(reloadGarageStats()), SIGNAL(deleteOperation(int, int)),
@@ -296,7 +290,7 @@ void TestRemoteSoak::theBooksAgreeAfterRandomActions()
     QTRY_COMPARE_WITH_TIMEOUT(host.remote().store().count(RemoteRecord::Waiting), 0, patience);
     QTRY_COMPARE_WITH_TIMEOUT(host.remote().store().count(RemoteRecord::Sent), 0, patience);
     QSignalSpy pending(&host.remote(), &RemoteSide::pendingChanged);
-    host.plugin().send(QStringLiteral("run_saved_to_db")); // its answer comes after all that was asked before
+    host.plugin().send("run_saved_to_db"); // its answer comes after all that was asked before
     QVERIFY(pending.wait(patience));
     QTest::qWait(500);
 
@@ -306,8 +300,7 @@ void TestRemoteSoak::theBooksAgreeAfterRandomActions()
 
 int TestRemoteSoak::count(const char *condition, const QVariant &value)
 {
-    const QString statement =
-        QLatin1String("SELECT count(*) FROM maintainance WHERE ") + QLatin1String(condition);
+    const QString statement = "SELECT count(*) FROM maintainance WHERE " + QLatin1String(condition);
     return value.isValid() ? m_track->value(statement, {value}).toInt() : m_track->value(statement).toInt();
 }
 
@@ -330,10 +323,9 @@ void TestRemoteSoak::checkBooks(const ArchiveFindings &findings, int remoteRecor
     // Nothing came twice: neither what was recorded here nor what the remote side sent.
     QCOMPARE(count("id>? AND remote_id IS NULL", m_lastIdBefore) + m_newLocalDeleted,
              m_complaints + m_recorded);
-    QCOMPARE(m_track->value(QStringLiteral("SELECT count(DISTINCT remote_id) FROM maintainance")).toInt(),
+    QCOMPARE(m_track->value("SELECT count(DISTINCT remote_id) FROM maintainance").toInt(),
              count("remote_id IS NOT NULL"));
-    const int lastId =
-        m_track->value(QStringLiteral("SELECT seq FROM sqlite_sequence WHERE name='maintainance'")).toInt();
+    const int lastId = m_track->value("SELECT seq FROM sqlite_sequence WHERE name='maintainance'").toInt();
     QCOMPARE(rows + m_deleted.size(), m_rowsBefore + lastId - m_lastIdBefore);
     m_track.reset();
 }

@@ -13,28 +13,28 @@ namespace {
 
 QJsonArray remoteRecords(const QJsonObject &data)
 {
-    return QJsonDocument::fromJson(data.value(QLatin1String("data")).toString().toUtf8()).array();
+    return QJsonDocument::fromJson(data.value("data").toString().toUtf8()).array();
 }
 
 [[maybe_unused]] QJsonObject asRemoteData(const QJsonArray &records)
 {
-    return {{QStringLiteral("data"), QString::fromUtf8(QJsonDocument(records).toJson())}};
+    return {{"data", QString::fromUtf8(QJsonDocument(records).toJson())}};
 }
 
 /// As a plug-in that writes in the host's thread would: until the lock is free nothing else happens.
 [[maybe_unused]] void waitForTheLock()
 {
-    const QString name = QStringLiteral("impatient");
+    const QString name = "impatient";
     {
-        QSqlDatabase database = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), name);
-        database.setConnectOptions(QStringLiteral("QSQLITE_BUSY_TIMEOUT=1"));
+        QSqlDatabase database = QSqlDatabase::addDatabase("QSQLITE", name);
+        database.setConnectOptions("QSQLITE_BUSY_TIMEOUT=1");
         database.setDatabaseName(QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation)
-                                 + QLatin1String("/Ruvalo-QT/DB/ruvalo.sqlite"));
+                                 + "/Ruvalo-QT/DB/ruvalo.sqlite");
         database.open();
         QSqlQuery query(database);
-        while (!query.exec(QStringLiteral("BEGIN IMMEDIATE")))
+        while (!query.exec("BEGIN IMMEDIATE"))
             QThread::msleep(20);
-        query.exec(QStringLiteral("COMMIT"));
+        query.exec("COMMIT");
     }
     QSqlDatabase::removeDatabase(name);
 }
@@ -42,8 +42,7 @@ QJsonArray remoteRecords(const QJsonObject &data)
 } // namespace
 
 RuvaloGaragePlugin::RuvaloGaragePlugin()
-    : m_loader(QStringLiteral(GARAGE_PLUGIN))
-    , m_real(qobject_cast<TrivexPluginInterface *>(m_loader.instance()))
+    : m_loader(GARAGE_PLUGIN), m_real(qobject_cast<TrivexPluginInterface *>(m_loader.instance()))
 {
     if (!m_real)
         qFatal("The real plug-in does not load: %s", qPrintable(m_loader.errorString()));
@@ -64,13 +63,13 @@ void RuvaloGaragePlugin::closeGarage()
 void RuvaloGaragePlugin::pluginSlot(QString module, QString event, QJsonObject jsonData)
 {
 #ifdef FAULT_ANSWERS_IN_WRONG_ORDER
-    if (event == QLatin1String("load_complete")) {
-        emit pluginSignal(moduleName(), QStringLiteral("update_remote_service"), {});
-        emit pluginSignal(moduleName(), QStringLiteral("read_cars_list"), {});
+    if (event == "load_complete") {
+        emit pluginSignal(moduleName(), "update_remote_service", {});
+        emit pluginSignal(moduleName(), "read_cars_list", {});
         return;
     }
 #endif
-    if (event == QLatin1String("remote_service_data")) {
+    if (event == "remote_service_data") {
         const QJsonArray records = remoteRecords(jsonData);
 #ifdef FAULT_CRASHES_ON_BAD_INPUT
         if (records.isEmpty())

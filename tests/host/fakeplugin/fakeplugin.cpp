@@ -9,40 +9,33 @@ const QLatin1String fakeModule("fake_plugin");
 
 FakePlugin::FakePlugin()
 {
-    m_window.setObjectName(QStringLiteral("fakeWindow"));
-    m_page.setObjectName(QStringLiteral("fakePage"));
+    m_window.setObjectName("fakeWindow");
+    m_page.setObjectName("fakePage");
 }
 
 void FakePlugin::pluginSlot(QString module, QString event, QJsonObject jsonData)
 {
-    emit pluginSignal(fakeModule, QStringLiteral("echo"),
-                      {{QStringLiteral("module"), module},
-                       {QStringLiteral("event"), event},
-                       {QStringLiteral("data"), jsonData}});
-    if (event == QLatin1String("clicked"))
-        emit pluginSignal(fakeModule, QStringLiteral("insert_tab"),
-                          addressOf(QStringLiteral("tabWidget"), &m_window));
-    else if (event == QLatin1String("send_settings_dialogs"))
-        emit pluginSignal(fakeModule, QStringLiteral("settings_dialog"),
-                          addressOf(QStringLiteral("settingsPagePtr"), &m_page));
-    else if (event == QLatin1String("run_saved_to_db"))
+    emit pluginSignal(fakeModule, "echo", {{"module", module}, {"event", event}, {"data", jsonData}});
+    if (event == "clicked")
+        emit pluginSignal(fakeModule, "insert_tab", addressOf("tabWidget", &m_window));
+    else if (event == "send_settings_dialogs")
+        emit pluginSignal(fakeModule, "settings_dialog", addressOf("settingsPagePtr", &m_page));
+    else if (event == "run_saved_to_db")
         QTimer::singleShot(answerDelay, this, &FakePlugin::reportNothingDue);
-    else if (event == QLatin1String("say"))
-        emit pluginSignal(fakeModule, jsonData.value(QLatin1String("event")).toString(),
-                          jsonData.value(QLatin1String("data")).toObject());
+    else if (event == "say")
+        emit pluginSignal(fakeModule, jsonData.value("event").toString(), jsonData.value("data").toObject());
 }
 
 QJsonObject FakePlugin::addressOf(const QString &key, QWidget *widget)
 {
     return {{key, double(reinterpret_cast<qlonglong>(widget))},
-            {QStringLiteral("tabCaption"), caption()},
-            {QStringLiteral("settingsCaption"), caption()},
-            {QStringLiteral("moduleName"), moduleName()}};
+            {"tabCaption", caption()},
+            {"settingsCaption", caption()},
+            {"moduleName", moduleName()}};
 }
 
 void FakePlugin::reportNothingDue()
 {
-    emit pluginSignal(fakeModule, QStringLiteral("update_pending_service"),
-                      {{QStringLiteral("servicePendingList"), QJsonArray()},
-                       {QStringLiteral("maintainanceStatus"), QJsonArray()}});
+    emit pluginSignal(fakeModule, "update_pending_service",
+                      {{"servicePendingList", QJsonArray()}, {"maintainanceStatus", QJsonArray()}});
 }

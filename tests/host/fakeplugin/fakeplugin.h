@@ -18,8 +18,8 @@ public:
 
     QWidget *settingsPage() override { return &m_page; }
     QWidget *auxiliaryWidget() override { return nullptr; }
-    QString caption() override { return QStringLiteral("Подставной"); }
-    QString moduleName() override { return QStringLiteral("fake_plugin"); }
+    QString caption() override { return "Подставной"; }
+    QString moduleName() override { return "fake_plugin"; }
     QStringList emittedEvents() override { return {}; }
     QStringList subscribedEvents() override { return {}; }
     void pluginSlot(QString module, QString event, QJsonObject jsonData) override;
