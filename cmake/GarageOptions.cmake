@@ -1,4 +1,5 @@
 option(GARAGE_BUILD_HOST "Build the demo host" ON)
+option(GARAGE_BUILD_TOOL "Build the command-line tool garagectl" ON)
 option(GARAGE_BUILD_TESTS "Build the tests" ON)
 option(GARAGE_BUILD_BENCH "Build the benchmarks" OFF)
 option(GARAGE_BUILD_FUZZ "Build the fuzzer of the messages; needs clang" OFF)

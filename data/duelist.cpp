@@ -21,9 +21,10 @@ QJsonObject pendingService(const MaintainanceItem &car, const OperationStat &sta
 
 void appendOpenComplaint(QJsonArray &pending, const MaintainanceItem &car)
 {
-    const auto complaint = car.ops.constFind(complaintOperationId);
-    if (complaint != car.ops.cend() && complaint->state == OpenState)
-        pending.append(pendingService(car, *complaint, complaintOperationId, complaint->comment));
+    if (!car.hasOpenComplaint())
+        return;
+    const OperationStat complaint = car.operation(complaintOperationId);
+    pending.append(pendingService(car, complaint, complaintOperationId, complaint.comment));
 }
 
 void appendScheduled(QJsonArray &pending, const MaintainanceItem &car, const ModelReglament &reglament)
@@ -32,7 +33,7 @@ void appendScheduled(QJsonArray &pending, const MaintainanceItem &car, const Mod
         const auto limit = reglament.limits.constFind(it.key());
         if (limit == reglament.limits.cend())
             continue;
-        if (it->state == OpenState || DueRule::isDue(*it, *limit))
+        if (DueRule::isPending(*it, *limit))
             pending.append(pendingService(car, *it, limit->opId, limit->opName));
     }
 }

@@ -17,6 +17,11 @@ bool DueRule::isDue(const OperationStat &stat, const ReglamentLimit &limit)
     return exceedsAnyLimit(stat, limit, [](int value) { return value != 0; });
 }
 
+bool DueRule::isPending(const OperationStat &stat, const ReglamentLimit &limit)
+{
+    return stat.state == OpenState || isDue(stat, limit);
+}
+
 bool DueRule::isDueForFilter(const OperationStat &stat, const ReglamentLimit &limit)
 {
     return exceedsAnyLimit(stat, limit, [](int value) { return value >= 1; });

@@ -9,6 +9,9 @@ namespace DueRule {
 /// colour of a cell.
 bool isDue(const OperationStat &stat, const ReglamentLimit &limit);
 
+/// True for a recorded operation that belongs on the loader's due list: still open, or due.
+bool isPending(const OperationStat &stat, const ReglamentLimit &limit);
+
 /// The table filter's reading: only a limit of 1 or more counts. A negative limit, which any counter
 /// exceeds, therefore colours the cell red and is reported as due, but does not put the car among those
 /// that need service.

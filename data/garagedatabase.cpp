@@ -12,11 +12,27 @@ QString garageDatabasePath()
     return QDir(documents + QLatin1String("/Ruvalo-QT")).path() + QLatin1String("/DB/ruvalo.sqlite");
 }
 
+bool isBusy(const QSqlError &error)
+{
+    constexpr int primaryCodeMask = 0xff;
+    constexpr int sqliteBusy = 5;
+    constexpr int sqliteLocked = 6;
+    const int code = error.nativeErrorCode().toInt() & primaryCodeMask;
+    return code == sqliteBusy || code == sqliteLocked;
+}
+
 GarageDatabase::GarageDatabase(const QString &connectionName)
+    : GarageDatabase(connectionName, garageDatabasePath(), QString())
+{
+}
+
+GarageDatabase::GarageDatabase(const QString &connectionName, const QString &databaseName,
+                               const QString &connectOptions)
     : m_connectionName(connectionName)
     , m_database(QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), connectionName))
 {
-    m_database.setDatabaseName(garageDatabasePath());
+    m_database.setDatabaseName(databaseName);
+    m_database.setConnectOptions(connectOptions);
     open();
 }
 
@@ -67,4 +83,13 @@ QSqlQuery GarageDatabase::run(const QString &statement) const
     if (isOpen())
         query.exec(statement);
     return query;
+}
+
+bool GarageDatabase::next(QSqlQuery &query) const
+{
+    if (query.next())
+        return true;
+    if (query.lastError().isValid() && !m_readError.isValid())
+        m_readError = query.lastError();
+    return false;
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QSqlDatabase>
+#include <QSqlError>
 #include <QSqlQuery>
 #include <QString>
 
@@ -10,6 +11,9 @@
 /// The SQLite file that host and module share: "Ruvalo-QT/DB/ruvalo.sqlite" in the user's documents.
 QString garageDatabasePath();
 
+/// True if another connection kept the database busy or locked.
+[[nodiscard]] bool isBusy(const QSqlError &error);
+
 /// One named connection to the garage database, opened on construction, closed and removed from Qt's list
 /// on destruction. Belongs to the thread that made it. Opening is never reported as failed: statements on a
 /// connection that is not open fail silently. No query on it may outlive it.
@@ -18,6 +22,8 @@ class GarageDatabase final
     Q_DISABLE_COPY(GarageDatabase)
 public:
     explicit GarageDatabase(const QString &connectionName);
+    /// Opens another file, or this one in another way; both as QSqlDatabase takes them.
+    GarageDatabase(const QString &connectionName, const QString &databaseName, const QString &connectOptions);
     ~GarageDatabase();
 
     /// Tries once more to open a connection that is not open, and opens it anew if another file took the
@@ -33,6 +39,10 @@ public:
     QSqlQuery newQuery() const;
     /// Runs a statement that yields rows or none; an inactive query if it failed.
     QSqlQuery run(const QString &statement) const;
+    /// Moves to the next row. False at the end, and if the statement or its reading failed.
+    bool next(QSqlQuery &query) const;
+    /// Of the first statement whose reading by next() failed since the construction; invalid if none did.
+    QSqlError readError() const { return m_readError; }
 
 private:
     /// Device and inode.
@@ -46,4 +56,5 @@ private:
     QSqlDatabase m_database;
     std::optional<FileIdentity> m_openedFile;
     int m_openCount = 0;
+    mutable QSqlError m_readError;
 };

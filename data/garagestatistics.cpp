@@ -82,7 +82,7 @@ QList<MaintainanceItem> GarageStatistics::readCars(const GarageDatabase &databas
 {
     QList<MaintainanceItem> cars;
     QSqlQuery query = database.run(selectCars);
-    while (query.next()) {
+    while (database.next(query)) {
         cars.append({query.value(CarsId).toInt(),
                      query.value(CarsNum).toString(),
                      query.value(CarsName).toString(),
@@ -100,7 +100,7 @@ void GarageStatistics::readDrivingSinceService(const GarageDatabase &database, Q
 
     DateTimeText::Reader times;
     QSqlQuery query = database.run(selectDrivingSinceService);
-    while (query.next()) {
+    while (database.next(query)) {
         OperationStat stat;
         stat.opId = query.value(DrivingOperationId).toInt();
         stat.lastDone = times.fromDatabase(query.value(DrivingOperationTime).toString());
@@ -123,7 +123,7 @@ QList<ServiceLogItem> GarageStatistics::readServiceLog(const GarageDatabase &dat
     DateTimeText::Reader times;
     RepeatedTexts names;
     QSqlQuery query = database.run(selectServiceLog);
-    while (query.next()) {
+    while (database.next(query)) {
         log.append(ServiceLogItem());
         ServiceLogItem &item = log.last();
         item.id = query.value(LogId).toInt();
@@ -155,7 +155,7 @@ QList<ModelReglament> GarageStatistics::readReglament(const GarageDatabase &data
     const SelectedColumn timeLimit(query, QStringLiteral("time_limit"));
     const SelectedColumn runsLimit(query, QStringLiteral("runs_limit"));
     const SelectedColumn lapsLimit(query, QStringLiteral("laps_limit"));
-    while (query.next()) {
+    while (database.next(query)) {
         reglamentOf(reglament, model.toString())
             .limits.insert(
                 opId.toInt(),

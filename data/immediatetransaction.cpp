@@ -7,15 +7,6 @@ namespace {
 
 constexpr unsigned long retryIntervalMs = 100;
 
-bool isBusy(const QSqlError &error)
-{
-    constexpr int primaryCodeMask = 0xff;
-    constexpr int sqliteBusy = 5;
-    constexpr int sqliteLocked = 6;
-    const int code = error.nativeErrorCode().toInt() & primaryCodeMask;
-    return code == sqliteBusy || code == sqliteLocked;
-}
-
 QVariant storable(const QVariant &value)
 {
     const bool isNullText = value.type() == QVariant::String && value.isNull();

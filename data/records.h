@@ -46,6 +46,8 @@ struct MaintainanceItem
     OperationStat operation(int opId) const { return ops.value(opId); }
     /// True if the latest record of any operation is still open.
     bool hasOpenOperation() const;
+    /// True if the latest complaint was recorded and is still open.
+    bool hasOpenComplaint() const;
 };
 
 /// One record of the service journal.

@@ -26,7 +26,7 @@ QVector<ServiceOperation> ScheduleTables::readOperations(const GarageDatabase &d
     QSqlQuery query = database.run(selectOperations);
     const SelectedColumn id(query, QStringLiteral("id"));
     const SelectedColumn name(query, QStringLiteral("operation_name"));
-    while (query.next())
+    while (database.next(query))
         operations.append({id.toInt(), name.toString()});
     return operations;
 }
@@ -35,7 +35,7 @@ QStringList ScheduleTables::readCarModels(const GarageDatabase &database)
 {
     QStringList models;
     QSqlQuery query = database.run(selectCarModels);
-    while (query.next())
+    while (database.next(query))
         models.append(query.value(0).toString());
     return models;
 }
@@ -49,7 +49,7 @@ QVector<StoredLimit> ScheduleTables::readLimits(const GarageDatabase &database)
     const SelectedColumn timeLimit(query, QStringLiteral("time_limit"));
     const SelectedColumn runsLimit(query, QStringLiteral("runs_limit"));
     const SelectedColumn lapsLimit(query, QStringLiteral("laps_limit"));
-    while (query.next()) {
+    while (database.next(query)) {
         limits.append(
             {model.toString(), opId.toInt(), timeLimit.toInt(), runsLimit.toInt(), lapsLimit.toInt()});
     }

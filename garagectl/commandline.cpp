@@ -1,0 +1,118 @@
+#include "garagectl/commandline.h"
+
+#include "data/garagedatabase.h"
+#include "garagectl/commandlist.h"
+#include "garagectl/output/terminal.h"
+#include "garagectl/wording.h"
+
+#include <QCoreApplication>
+
+#include <CLI/CLI.hpp>
+
+#include <cstring>
+#include <string>
+
+namespace {
+
+const char *const russian = "ru";
+const char *const english = "en";
+
+/// The value of "--lang", which must be known before the texts of the help are made.
+void chooseLanguage(int argc, const char *const *argv)
+{
+    Wording::use(Wording::ofSystem());
+    for (int i = 1; i < argc; ++i) {
+        const bool isSeparate = std::strcmp(argv[i], "--lang") == 0 && i + 1 < argc;
+        const char *value = isSeparate                 ? argv[i + 1]
+            : std::strncmp(argv[i], "--lang=", 7) == 0 ? argv[i] + 7
+                                                       : "";
+        if (std::strcmp(value, russian) == 0)
+            Wording::use(Wording::Russian);
+        else if (std::strcmp(value, english) == 0)
+            Wording::use(Wording::English);
+    }
+}
+
+std::string utf8(const char *englishText, const char *russianText)
+{
+    return text(englishText, russianText).toStdString();
+}
+
+void translateHelp(CLI::App &program)
+{
+    const auto formatter = program.get_formatter();
+    formatter->label("Usage", utf8("Usage", "Вызов"));
+    formatter->label("OPTIONS", utf8("[OPTIONS]", "[КЛЮЧИ]"));
+    formatter->label("Options", utf8("Options", "Ключи"));
+    formatter->label("SUBCOMMAND", utf8("COMMAND", "КОМАНДА"));
+    formatter->label("Subcommands", utf8("Commands", "Команды"));
+    formatter->label("Positionals", utf8("Arguments", "Аргументы"));
+    formatter->label("REQUIRED", utf8("(required)", "(обязательно)"));
+    formatter->label("TEXT", utf8("TEXT", "ТЕКСТ"));
+    formatter->label("INT", utf8("NUMBER", "ЧИСЛО"));
+    formatter->label("UINT", utf8("NUMBER", "ЧИСЛО"));
+    formatter->label("FLOAT", utf8("NUMBER", "ЧИСЛО"));
+    program.set_help_flag("-h,--help", utf8("Print this help and exit", "Показать эту справку и выйти"));
+    program.set_version_flag("--version", "garagectl " + QCoreApplication::applicationVersion().toStdString(),
+                             utf8("Print the version and exit", "Показать версию и выйти"));
+}
+
+/// The parser's own messages are English; the argument that they are about is named in each of them.
+QString usageMessage(const CLI::ParseError &error)
+{
+    const QString reason = QString::fromStdString(error.what());
+    return text("%1\nSee garagectl --help.", "неверный вызов: %1\nСправка: garagectl --help.").arg(reason);
+}
+
+} // namespace
+
+ExitCode runCommandLine(int argc, const char *const *argv)
+{
+    chooseLanguage(argc, argv);
+    CLI::App program(utf8("Reads the garage database: what is due, what is coming, and why.",
+                          "Читает базу гаража: что пора делать, что приближается и почему."),
+                     "garagectl");
+    translateHelp(program);
+    std::string databasePath;
+    std::string language;
+    program
+        .add_option("--database", databasePath,
+                    utf8("The database file; without it, the one that the module uses",
+                         "Файл базы; если не указан, тот же, что у модуля"))
+        ->option_text(utf8("FILE", "ФАЙЛ"));
+    program
+        .add_option("--lang", language,
+                    utf8("Language of texts for people: ru or en", "Язык текстов для людей: ru или en"))
+        ->option_text("ru|en")
+        ->check(CLI::IsMember({russian, english}));
+    program.require_subcommand(1);
+
+    // Options of the program may also follow the command.
+    program.fallthrough();
+    const std::vector<std::unique_ptr<Command>> commands = makeCommands();
+    std::vector<CLI::App *> parsers;
+    for (const auto &command : commands)
+        parsers.push_back(command->addTo(program));
+
+    try {
+        program.parse(argc, argv);
+    } catch (const CLI::Success &request) { // help or version
+        return program.exit(request) == 0 ? ExitCode::Ok : ExitCode::BadUsage;
+    } catch (const CLI::ParseError &error) {
+        Terminal::report(usageMessage(error));
+        return ExitCode::BadUsage;
+    }
+
+    try {
+        for (std::size_t i = 0; i < commands.size(); ++i) {
+            if (parsers[i]->parsed()) {
+                const QString path = QString::fromStdString(databasePath);
+                return commands[i]->run(path.isEmpty() ? garageDatabasePath() : path);
+            }
+        }
+    } catch (const Failure &failure) {
+        Terminal::report(failure.message);
+        return failure.code;
+    }
+    return ExitCode::BadUsage;
+}

@@ -1,0 +1,156 @@
+#include "garagectl/database/readonlyfile.h"
+
+#include "garagectl/database/filestate.h"
+#include "garagectl/exitcode.h"
+#include "garagectl/wording.h"
+
+#include <QFileInfo>
+#include <QUrl>
+
+namespace {
+
+constexpr int mostReadings = 5;
+
+/// How to open a file so that nothing is written beside it.
+struct Access
+{
+    QLatin1String uriQuery;
+    const char *firstStatement = nullptr;
+    bool hasLocks = true; ///< false: nothing keeps others from changing what is being read
+};
+
+Access accessTo(const FileState &file)
+{
+    if (file.kind() != FileState::WriteAheadLog)
+        return {QLatin1String("mode=ro")};
+    // A plain read-only connection makes a log and its index where they are missing.
+    if (!file.hasLog())
+        return {QLatin1String("mode=ro&immutable=1"), nullptr, false};
+    if (file.hasLogIndex())
+        return {QLatin1String("mode=ro&readonly_shm=1")};
+    // A copy whose index was left out, or of a host that crashed: with the exclusive mode SQLite keeps the
+    // index in memory, and without locks that mode works on a file that cannot be written.
+    return {QLatin1String("mode=ro&vfs=unix-none"), "PRAGMA locking_mode=EXCLUSIVE", false};
+}
+
+QString uriOf(const QString &path, QLatin1String query)
+{
+    QUrl uri = QUrl::fromLocalFile(QFileInfo(path).absoluteFilePath());
+    uri.setQuery(query);
+    return QString::fromLatin1(uri.toEncoded());
+}
+
+[[noreturn]] void fail(const QString &message)
+{
+    throw Failure {ExitCode::NoDatabase, message};
+}
+
+void requireDatabase(const QString &path, FileState::Kind kind)
+{
+    switch (kind) {
+    case FileState::Missing:
+        fail(text("there is no file %1", "файла %1 нет").arg(path));
+    case FileState::NotAFile:
+        fail(text("%1 is not a file", "%1 — не файл").arg(path));
+    case FileState::NotReadable:
+        fail(text("%1 may not be read by this user", "этому пользователю нельзя читать %1").arg(path));
+    case FileState::Empty:
+        fail(text("%1 is empty: the host has not made its tables yet",
+                  "файл %1 пуст: программа хронометража ещё не создала в нём таблицы")
+                 .arg(path));
+    case FileState::NotADatabase:
+        fail(text("%1 is not an SQLite database", "%1 — не база SQLite").arg(path));
+    case FileState::RollbackJournal:
+    case FileState::WriteAheadLog:
+        break;
+    }
+}
+
+[[noreturn]] void failOn(const QSqlError &error, const QString &path)
+{
+    // https://www.sqlite.org/rescode.html
+    constexpr int readOnlyRollback = 776;
+    constexpr int notADatabase = 26;
+    constexpr int corrupt = 11;
+    const int code = error.nativeErrorCode().toInt();
+    if (isBusy(error)) {
+        fail(text("another program keeps %1 locked; it was waited for",
+                  "%1 занята другой программой, ждать дольше нельзя")
+                 .arg(path));
+    }
+    if (code == readOnlyRollback) {
+        fail(text("%1 was left in the middle of a write; start the host once, which completes or undoes it",
+                  "запись в %1 оборвалась; запустите программу хронометража: она её завершит или отменит")
+                 .arg(path));
+    }
+    if (code == notADatabase)
+        fail(text("%1 is not an SQLite database", "%1 — не база SQLite").arg(path));
+    if ((code & 0xff) == corrupt)
+        fail(text("%1 is damaged: %2", "%1 повреждена: %2").arg(path, error.databaseText()));
+    fail(text("cannot read %1: %2", "не удалось прочитать %1: %2").arg(path, error.databaseText()));
+}
+
+void requireSuccess(const QSqlQuery &query, const QString &path)
+{
+    if (!query.isActive())
+        failOn(query.lastError(), path);
+}
+
+void readOnce(const QString &path, const Access &access, const ReadOnlyFile::Reading &reading)
+{
+    const GarageDatabase database(QStringLiteral("garagectl"), uriOf(path, access.uriQuery),
+                                  QStringLiteral("QSQLITE_OPEN_URI;QSQLITE_OPEN_READONLY"));
+    if (!database.isOpen())
+        fail(text("cannot open %1", "не удалось открыть %1").arg(path));
+    if (access.firstStatement)
+        requireSuccess(database.run(QLatin1String(access.firstStatement)), path);
+    requireSuccess(database.run(QStringLiteral("BEGIN")), path);
+    // The transaction takes its lock with the first read.
+    requireSuccess(database.run(QStringLiteral("SELECT count(*) FROM sqlite_master")), path);
+
+    reading(database);
+    if (database.readError().isValid())
+        failOn(database.readError(), path);
+}
+
+} // namespace
+
+void ReadOnlyFile::read(const QString &path, const Reading &reading)
+{
+    for (int i = 0; i < mostReadings; ++i) {
+        const FileState before(path);
+        requireDatabase(path, before.kind());
+        const Access access = accessTo(before);
+        try {
+            readOnce(path, access, reading);
+        } catch (const Failure &) {
+            if (access.hasLocks || FileState(path) == before)
+                throw;
+            continue;
+        }
+        if (access.hasLocks || FileState(path) == before)
+            return;
+    }
+    fail(text("%1 changed each time while it was read; try again",
+              "%1 менялась при каждом чтении; повторите позже")
+             .arg(path));
+}
+
+void ReadOnlyFile::requireTables(const GarageDatabase &database, const QStringList &tables)
+{
+    QStringList present;
+    QSqlQuery query =
+        database.run(QStringLiteral("SELECT lower(name) FROM sqlite_master WHERE type IN ('table','view')"));
+    while (database.next(query))
+        present.append(query.value(0).toString());
+    QStringList missing;
+    for (const QString &table : tables) {
+        if (!present.contains(table))
+            missing.append(table);
+    }
+    if (!missing.isEmpty()) {
+        fail(text("this is not a garage database, tables are missing: %1",
+                  "это не база гаража, в ней нет таблиц: %1")
+                 .arg(missing.join(QLatin1String(", "))));
+    }
+}

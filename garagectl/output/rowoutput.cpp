@@ -1,0 +1,66 @@
+#include "garagectl/output/rowoutput.h"
+
+#include "garagectl/exitcode.h"
+#include "garagectl/output/csv.h"
+#include "garagectl/output/terminal.h"
+#include "garagectl/wording.h"
+
+#include <QJsonDocument>
+#include <QSaveFile>
+
+#include <CLI/CLI.hpp>
+
+namespace {
+
+void writeFile(const QString &path, const QByteArray &bytes)
+{
+    QSaveFile file(path);
+    const bool isWritten =
+        file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() && file.commit();
+    if (!isWritten) {
+        throw Failure {ExitCode::NotWritten,
+                       text("cannot write %1: %2", "файл %1 не записан: %2").arg(path, file.errorString())};
+    }
+}
+
+QByteArray bytesOf(const RowOptions &options, const RowOutput &output)
+{
+    if (options.format == "json")
+        return QJsonDocument(output.json()).toJson();
+    if (options.format == "csv")
+        return Csv::fromRows(output.csvColumns, output.json().value(output.rowsKey).toArray());
+    const bool withColours = options.outputFile.empty() && Terminal::hasColour();
+    return output.table().toText(withColours).toUtf8();
+}
+
+} // namespace
+
+void RowOptions::addTo(CLI::App &command)
+{
+    command
+        .add_option("--format", format,
+                    text("table for people, csv for spreadsheets, json for programs",
+                         "table — для людей, csv — для таблиц, json — для программ")
+                        .toStdString())
+        ->option_text("table|csv|json")
+        ->check(CLI::IsMember({"table", "csv", "json"}));
+    command
+        .add_option("--output", outputFile,
+                    text("Write to this file, which is replaced only by a complete one",
+                         "Записать в этот файл; заменяется, только когда готов целиком")
+                        .toStdString())
+        ->option_text(text("FILE", "ФАЙЛ").toStdString());
+}
+
+void writeRows(const RowOptions &options, const RowOutput &output)
+{
+    writeBytes(options, bytesOf(options, output));
+}
+
+void writeBytes(const RowOptions &options, const QByteArray &bytes)
+{
+    if (options.outputFile.empty())
+        Terminal::write(bytes);
+    else
+        writeFile(QString::fromStdString(options.outputFile), bytes);
+}

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <QString>
+
+/// The language of everything that is written for people: Russian or English.
+namespace Wording {
+
+enum Language { English, Russian };
+
+/// Russian if the system's language is, otherwise English.
+Language ofSystem();
+/// Of all texts that are asked for from now on.
+void use(Language language);
+Language current();
+
+} // namespace Wording
+
+/// The text in the current language; both are UTF-8.
+QString text(const char *english, const char *russian);
