@@ -22,7 +22,7 @@ ShownWindow::ShownWindow(const BenchShape &shape) : m_home(shape)
 
 void ShownWindow::reload()
 {
-    emit m_form->reloadGarageStats();
+    m_form->requestReload();
     waitForReload();
 }
 

@@ -16,10 +16,10 @@ inline const QLatin1String comment("COMMENT");
 inline const QLatin1String name("NAME");
 
 /// Key of the column of one service operation: "OP_" and the id.
-QString operation(int opId);
+[[nodiscard]] QString operation(int opId);
 /// True for a key that begins as those of operation columns do.
-bool isOperation(const QString &key);
+[[nodiscard]] bool isOperation(const QString &key);
 /// The id in the key of an operation column; -1 if the key holds none.
-int operationId(const QString &key);
+[[nodiscard]] int operationId(const QString &key);
 
 } // namespace ColumnKeys

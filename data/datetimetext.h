@@ -10,25 +10,25 @@
 namespace DateTimeText {
 
 /// For people, in the given date-time's own zone: "dd.MM.yyyy hh:mm".
-QString forDisplay(const QDateTime &dateTime);
+[[nodiscard]] QString forDisplay(const QDateTime &dateTime);
 /// For messages, in UTC: "yyyy-MM-ddThh:mm".
-QString forJson(const QDateTime &dateTime);
+[[nodiscard]] QString forJson(const QDateTime &dateTime);
 /// For messages, in UTC and saying so: "yyyy-MM-ddThh:mmZ".
-QString forJsonWithZone(const QDateTime &dateTime);
+[[nodiscard]] QString forJsonWithZone(const QDateTime &dateTime);
 /// For the announcement of a service done, in UTC: "yyyy-MM-dd hh:mm".
-QString forServiceAnnouncement(const QDateTime &dateTime);
+[[nodiscard]] QString forServiceAnnouncement(const QDateTime &dateTime);
 
 /// Reads "yyyy-MM-ddThh:mm[:ss[.zzz]][Z|±hh:mm]", with "T" or a blank, as it stands in the database, and
 /// gives local time; invalid if the text is no such date-time. A text without a zone is UTC, because that
 /// is how it compares with the others as text.
-QDateTime fromDatabase(const QString &text);
+[[nodiscard]] QDateTime fromDatabase(const QString &text);
 
 /// Gives the same as fromDatabase, faster for many texts. Remembers the time zone's offsets: lives for one
 /// query, because the zone may change afterwards.
 class Reader final
 {
 public:
-    QDateTime fromDatabase(const QString &text);
+    [[nodiscard]] QDateTime fromDatabase(const QString &text);
 
 private:
     std::optional<int> offsetAround(qint64 day);

@@ -33,7 +33,7 @@ void appendScheduled(QJsonArray &pending, const MaintainanceItem &car, const Mod
         const auto limit = reglament.limits.constFind(it.key());
         if (limit == reglament.limits.cend())
             continue;
-        if (DueRule::isPending(*it, *limit))
+        if (DueRule::isPending(*it, limit->limits))
             pending.append(pendingService(car, *it, limit->opId, limit->opName));
     }
 }

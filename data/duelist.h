@@ -9,8 +9,9 @@ namespace DueList {
 
 /// Per car and in the order of the cars: its open complaint, then every recorded operation that is open or
 /// due by the limits of the car's model.
-QJsonArray pendingServices(const QList<MaintainanceItem> &cars, const QList<ModelReglament> &reglament);
+[[nodiscard]] QJsonArray pendingServices(const QList<MaintainanceItem> &cars,
+                                         const QList<ModelReglament> &reglament);
 /// Per car what it has driven since each recorded operation.
-QJsonArray carStatuses(const QList<MaintainanceItem> &cars);
+[[nodiscard]] QJsonArray carStatuses(const QList<MaintainanceItem> &cars);
 
 } // namespace DueList

@@ -3,26 +3,26 @@
 namespace {
 
 template<typename IsLimit>
-bool exceedsAnyLimit(const OperationStat &stat, const ReglamentLimit &limit, IsLimit isLimit)
+bool exceedsAnyLimit(const OperationStat &stat, const Limits &limits, IsLimit isLimit)
 {
-    return (isLimit(limit.lapsLimit) && stat.laps > limit.lapsLimit)
-        || (isLimit(limit.runsLimit) && stat.runs > limit.runsLimit)
-        || (isLimit(limit.timeLimit) && stat.totalTime > limit.timeLimit);
+    return (isLimit(limits.laps) && stat.laps > limits.laps)
+        || (isLimit(limits.runs) && stat.runs > limits.runs)
+        || (isLimit(limits.seconds) && stat.totalTime > limits.seconds);
 }
 
 } // namespace
 
-bool DueRule::isDue(const OperationStat &stat, const ReglamentLimit &limit)
+bool DueRule::isDue(const OperationStat &stat, const Limits &limits)
 {
-    return exceedsAnyLimit(stat, limit, [](int value) { return value != 0; });
+    return exceedsAnyLimit(stat, limits, [](int value) { return value != 0; });
 }
 
-bool DueRule::isPending(const OperationStat &stat, const ReglamentLimit &limit)
+bool DueRule::isPending(const OperationStat &stat, const Limits &limits)
 {
-    return stat.state == OpenState || isDue(stat, limit);
+    return stat.state == OpenState || isDue(stat, limits);
 }
 
-bool DueRule::isDueForFilter(const OperationStat &stat, const ReglamentLimit &limit)
+bool DueRule::isDueForFilter(const OperationStat &stat, const Limits &limits)
 {
-    return exceedsAnyLimit(stat, limit, [](int value) { return value >= 1; });
+    return exceedsAnyLimit(stat, limits, [](int value) { return value >= 1; });
 }

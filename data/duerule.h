@@ -7,14 +7,14 @@ namespace DueRule {
 
 /// True if at least one counter is strictly above a limit that is not 0: the loader's due list and the
 /// colour of a cell.
-bool isDue(const OperationStat &stat, const ReglamentLimit &limit);
+[[nodiscard]] bool isDue(const OperationStat &stat, const Limits &limits);
 
 /// True for a recorded operation that belongs on the loader's due list: still open, or due.
-bool isPending(const OperationStat &stat, const ReglamentLimit &limit);
+[[nodiscard]] bool isPending(const OperationStat &stat, const Limits &limits);
 
 /// The table filter's reading: only a limit of 1 or more counts. A negative limit, which any counter
 /// exceeds, therefore colours the cell red and is reported as due, but does not put the car among those
 /// that need service.
-bool isDueForFilter(const OperationStat &stat, const ReglamentLimit &limit);
+[[nodiscard]] bool isDueForFilter(const OperationStat &stat, const Limits &limits);
 
 } // namespace DueRule

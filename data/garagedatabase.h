@@ -9,7 +9,7 @@
 #include <utility>
 
 /// The SQLite file that host and module share: "Ruvalo-QT/DB/ruvalo.sqlite" in the user's documents.
-QString garageDatabasePath();
+[[nodiscard]] QString garageDatabasePath();
 
 /// True if another connection kept the database busy or locked.
 [[nodiscard]] bool isBusy(const QSqlError &error);
@@ -36,7 +36,7 @@ public:
     int openCount() const { return m_openCount; }
 
     /// An unused query of this connection, forward-only.
-    QSqlQuery newQuery() const;
+    [[nodiscard]] QSqlQuery newQuery() const;
     /// Runs a statement that yields rows or none; an inactive query if it failed.
     QSqlQuery run(const QString &statement) const;
     /// Moves to the next row. False at the end, and if the statement or its reading failed.

@@ -1,6 +1,7 @@
 #include "data/garagestatistics.h"
 
 #include "data/datetimetext.h"
+#include "data/limitcolumns.h"
 #include "data/scheduletables.h"
 #include "data/selectedcolumn.h"
 
@@ -152,14 +153,10 @@ QList<ModelReglament> GarageStatistics::readReglament(const GarageDatabase &data
     const SelectedColumn model(query, QStringLiteral("model"));
     const SelectedColumn opId(query, QStringLiteral("operation_id"));
     const SelectedColumn opName(query, QStringLiteral("operation_name"));
-    const SelectedColumn timeLimit(query, QStringLiteral("time_limit"));
-    const SelectedColumn runsLimit(query, QStringLiteral("runs_limit"));
-    const SelectedColumn lapsLimit(query, QStringLiteral("laps_limit"));
+    const LimitColumns columns(query);
     while (database.next(query)) {
         reglamentOf(reglament, model.toString())
-            .limits.insert(
-                opId.toInt(),
-                {opId.toInt(), opName.toString(), timeLimit.toInt(), runsLimit.toInt(), lapsLimit.toInt()});
+            .limits.insert(opId.toInt(), {opId.toInt(), opName.toString(), columns.limits()});
     }
     return reglament;
 }

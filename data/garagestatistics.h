@@ -8,13 +8,13 @@
 namespace GarageStatistics {
 
 /// All cars in the order of the table, with no operations yet.
-QList<MaintainanceItem> readCars(const GarageDatabase &database);
+[[nodiscard]] QList<MaintainanceItem> readCars(const GarageDatabase &database);
 /// Gives each car, per operation, its latest record and what it has driven since.
 void readDrivingSinceService(const GarageDatabase &database, QList<MaintainanceItem> &cars);
 /// The journal, newest first.
-QList<ServiceLogItem> readServiceLog(const GarageDatabase &database);
+[[nodiscard]] QList<ServiceLogItem> readServiceLog(const GarageDatabase &database);
 /// The schedule, one entry per car model.
-QList<ModelReglament> readReglament(const GarageDatabase &database);
-ServiceOperations readOperations(const GarageDatabase &database);
+[[nodiscard]] QList<ModelReglament> readReglament(const GarageDatabase &database);
+[[nodiscard]] ServiceOperations readOperations(const GarageDatabase &database);
 
 } // namespace GarageStatistics

@@ -6,4 +6,4 @@
 
 /// Reads the integer that a text begins with, as the pattern "%d" does: leading blanks, a sign, digits;
 /// what follows is ignored ("3B" is 3). Nothing if no number stands there. Values beyond 32 bits are clamped.
-std::optional<int> leadingInteger(QStringView text);
+[[nodiscard]] std::optional<int> leadingInteger(QStringView text);

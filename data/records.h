@@ -66,14 +66,22 @@ struct ServiceLogItem
     QString comment;
 };
 
-/// The limits of one operation for one car model; a limit of 0 is no limit.
+/// After how much driving an operation is due again. A limit of 0 is no limit.
+struct Limits
+{
+    int seconds = 0; ///< of driving
+    int runs = 0;
+    int laps = 0;
+
+    bool hasAny() const { return seconds != 0 || runs != 0 || laps != 0; }
+};
+
+/// The limits of one operation for one car model.
 struct ReglamentLimit
 {
     int opId = complaintOperationId;
     QString opName;
-    int timeLimit = 0; ///< seconds of driving
-    int runsLimit = 0;
-    int lapsLimit = 0;
+    Limits limits;
 };
 
 /// The maintenance schedule of one car model.

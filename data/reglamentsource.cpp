@@ -10,8 +10,8 @@ const ModelReglament *ReglamentSource::findModel(const QString &model) const
     return it == all.cend() ? nullptr : &*it;
 }
 
-ReglamentLimit ReglamentSource::limit(const QString &model, int opId) const
+Limits ReglamentSource::limits(const QString &model, int opId) const
 {
     const ModelReglament *entry = findModel(model);
-    return entry ? entry->limits.value(opId) : ReglamentLimit();
+    return entry ? entry->limits.value(opId).limits : Limits();
 }

@@ -12,7 +12,7 @@ public:
 
     /// The first entry of that car model, compared exactly; null if there is none. Valid until the entries
     /// change.
-    const ModelReglament *findModel(const QString &model) const;
+    [[nodiscard]] const ModelReglament *findModel(const QString &model) const;
     /// The limits of one operation for a car model; none (zeros) if there is no such entry.
-    ReglamentLimit limit(const QString &model, int opId) const;
+    [[nodiscard]] Limits limits(const QString &model, int opId) const;
 };

@@ -1,6 +1,7 @@
 #include "data/scheduletables.h"
 
 #include "data/immediatetransaction.h"
+#include "data/limitcolumns.h"
 #include "data/selectedcolumn.h"
 
 namespace {
@@ -46,13 +47,9 @@ QVector<StoredLimit> ScheduleTables::readLimits(const GarageDatabase &database)
     QSqlQuery query = database.run(selectLimits);
     const SelectedColumn model(query, QStringLiteral("model"));
     const SelectedColumn opId(query, QStringLiteral("operation_id"));
-    const SelectedColumn timeLimit(query, QStringLiteral("time_limit"));
-    const SelectedColumn runsLimit(query, QStringLiteral("runs_limit"));
-    const SelectedColumn lapsLimit(query, QStringLiteral("laps_limit"));
-    while (database.next(query)) {
-        limits.append(
-            {model.toString(), opId.toInt(), timeLimit.toInt(), runsLimit.toInt(), lapsLimit.toInt()});
-    }
+    const LimitColumns columns(query);
+    while (database.next(query))
+        limits.append({model.toString(), opId.toInt(), columns.limits()});
     return limits;
 }
 
@@ -79,7 +76,7 @@ void ScheduleTables::storeLimit(GarageDatabase &database, const StoredLimit &lim
     writeStatement(database, replaceLimit,
                    {{QLatin1String(":mdl"), limit.model},
                     {QLatin1String(":opid"), limit.opId},
-                    {QLatin1String(":tlim"), limit.timeLimit},
-                    {QLatin1String(":rlim"), limit.runsLimit},
-                    {QLatin1String(":llim"), limit.lapsLimit}});
+                    {QLatin1String(":tlim"), limit.limits.seconds},
+                    {QLatin1String(":rlim"), limit.limits.runs},
+                    {QLatin1String(":llim"), limit.limits.laps}});
 }

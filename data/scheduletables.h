@@ -20,22 +20,20 @@ struct StoredLimit
 {
     QString model;
     int opId = noId;
-    int timeLimit = 0; ///< seconds of driving
-    int runsLimit = 0;
-    int lapsLimit = 0;
+    Limits limits;
 };
 
 /// Reading and writing of the service operations and of the reglament. Reading that fails gives nothing;
 /// each write is a transaction of its own, in which a failing statement is ignored.
 namespace ScheduleTables {
 
-QVector<ServiceOperation> readOperations(const GarageDatabase &database);
+[[nodiscard]] QVector<ServiceOperation> readOperations(const GarageDatabase &database);
 /// Every car model once, in no particular order.
-QStringList readCarModels(const GarageDatabase &database);
-QVector<StoredLimit> readLimits(const GarageDatabase &database);
+[[nodiscard]] QStringList readCarModels(const GarageDatabase &database);
+[[nodiscard]] QVector<StoredLimit> readLimits(const GarageDatabase &database);
 
 /// The id of the new operation; nothing if it was not stored.
-std::optional<int> addOperation(GarageDatabase &database, const QString &name);
+[[nodiscard]] std::optional<int> addOperation(GarageDatabase &database, const QString &name);
 void renameOperation(GarageDatabase &database, int opId, const QString &name);
 /// The operation's limits stay.
 void removeOperation(GarageDatabase &database, int opId);

@@ -32,7 +32,7 @@ struct RemoteServiceRecord
 
     /// Missing keys take their defaults. A service code of a personnel entry (the last that matches) decides
     /// over the operator named in the record.
-    static RemoteServiceRecord fromJson(const QJsonObject &json, const QJsonArray &personal);
+    [[nodiscard]] static RemoteServiceRecord fromJson(const QJsonObject &json, const QJsonArray &personal);
 };
 
 /// The writes of the service journal (table `maintainance`), each in a transaction of its own. A statement

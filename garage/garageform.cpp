@@ -118,6 +118,11 @@ void GarageForm::setPersonalList(const QJsonArray &personalList)
 void GarageForm::showEvent(QShowEvent *event)
 {
     QWidget::showEvent(event);
+    requestReload();
+}
+
+void GarageForm::requestReload()
+{
     emit reloadGarageStats();
 }
 

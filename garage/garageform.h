@@ -40,6 +40,8 @@ public:
     void setReglament(const ServiceReglamentModel &reglament);
     /// The host's people, offered by the dialogs.
     void setPersonalList(const QJsonArray &personalList);
+    /// Asks the loader for a reload: emits reloadGarageStats().
+    void requestReload();
     /// Fills both cars lists from the host's cars message.
     void loadCars(const QJsonObject &jsonData);
 

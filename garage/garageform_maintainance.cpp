@@ -47,17 +47,17 @@ void GarageForm::on_cbSortKind_currentIndexChanged(int index)
 
 void GarageForm::on_pbReloadMaintainance_clicked()
 {
-    emit reloadGarageStats();
+    requestReload();
 }
 
 void GarageForm::on_cbFilterModels_currentIndexChanged(QString arg1)
 {
-    m_maintainanceFilterProxy.setModelFilter(arg1, m_ui->cbFilterModels->currentIndex());
+    m_maintainanceFilterProxy.setModelFilter(arg1, m_ui->cbFilterModels->currentIndex() != 0);
 }
 
 void GarageForm::on_cbFilterServiceState_currentIndexChanged(int index)
 {
-    m_maintainanceFilterProxy.setNeedsServiceOnly(index);
+    m_maintainanceFilterProxy.setNeedsServiceOnly(index != 0);
 }
 
 void GarageForm::on_pushButton_clicked()
@@ -129,10 +129,8 @@ void GarageForm::addServiceOp(const QModelIndex &index)
                              {QStringLiteral("comment"), record.comment}});
 
     // Shown at once; the reload brings the counters.
-    m_maintainanceModel.recordServiceDone(record.carId, record.opId, record.opTime);
-    if (cell.isValid())
-        emit m_maintainanceModel.dataChanged(cell, cell);
-    emit reloadGarageStats();
+    m_maintainanceModel.recordServiceDone(record.carId, record.opId, record.opTime, cell);
+    requestReload();
 }
 
 void GarageForm::carComplain(const MaintainanceItem &item)
@@ -169,7 +167,7 @@ void GarageForm::carComplain(const MaintainanceItem &item)
         ServiceRecordStore::amendComplaint(m_database, shownId, record);
     else
         ServiceRecordStore::addComplaint(m_database, record);
-    emit reloadGarageStats();
+    requestReload();
 }
 
 int GarageForm::openComplaintId(int carId)

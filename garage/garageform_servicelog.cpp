@@ -10,7 +10,7 @@
 
 void GarageForm::on_pbReloadLog_clicked()
 {
-    emit reloadGarageStats();
+    requestReload();
 }
 
 void GarageForm::on_cbLogFilterModels_activated(int index)

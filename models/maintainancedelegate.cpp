@@ -66,6 +66,6 @@ std::optional<QColor> MaintainanceDelegate::bandColor(const QModelIndex &index) 
 
     const QString &carModel = table->itemAt(cell.row()).model;
     const int opId = *table->operationOfColumn(cell.column());
-    const ReglamentLimit limit = m_reglament ? m_reglament->limit(carModel, opId) : ReglamentLimit();
-    return DueRule::isDue(*stat, limit) ? CellColors::attention : CellColors::withinLimits;
+    const Limits limits = m_reglament ? m_reglament->limits(carModel, opId) : Limits();
+    return DueRule::isDue(*stat, limits) ? CellColors::attention : CellColors::withinLimits;
 }

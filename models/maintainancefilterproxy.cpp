@@ -8,19 +8,19 @@ MaintainanceFilterProxy::MaintainanceFilterProxy(QObject *parent) : TableFilterP
 {
 }
 
-void MaintainanceFilterProxy::setModelFilter(const QString &text, int enabled)
+void MaintainanceFilterProxy::setModelFilter(const QString &text, bool enabled)
 {
-    setFilters(enabled != 0 ? text : QString(), m_needsServiceOnly);
+    setFilters(enabled ? text : QString(), m_needsServiceOnly);
 }
 
-void MaintainanceFilterProxy::setNeedsServiceOnly(int on)
+void MaintainanceFilterProxy::setNeedsServiceOnly(bool on)
 {
     setFilters(m_modelFilter, on);
 }
 
 void MaintainanceFilterProxy::resetFilters()
 {
-    setFilters(QString(), 0);
+    setFilters(QString(), false);
 }
 
 void MaintainanceFilterProxy::setReglament(const ReglamentSource *reglament)
@@ -58,12 +58,12 @@ bool MaintainanceFilterProxy::filterAcceptsRow(int sourceRow, const QModelIndex 
     const MaintainanceItem &car = m_model->itemAt(sourceRow);
     if (!m_modelFilter.isEmpty() && car.model != m_modelFilter)
         return false;
-    if (m_needsServiceOnly == 0 || !m_reglament)
+    if (!m_needsServiceOnly || !m_reglament)
         return true;
     return isOverLimit(car) || car.hasOpenOperation();
 }
 
-void MaintainanceFilterProxy::setFilters(const QString &modelFilter, int needsServiceOnly)
+void MaintainanceFilterProxy::setFilters(const QString &modelFilter, bool needsServiceOnly)
 {
     if (m_modelFilter == modelFilter && m_needsServiceOnly == needsServiceOnly)
         return;
@@ -79,7 +79,7 @@ bool MaintainanceFilterProxy::isOverLimit(const MaintainanceItem &car) const
         return entry.model == car.model
             && std::any_of(car.ops.cbegin(), car.ops.cend(), [&entry](const OperationStat &stat) {
                    const auto limit = entry.limits.constFind(stat.opId);
-                   return limit != entry.limits.cend() && DueRule::isDueForFilter(stat, *limit);
+                   return limit != entry.limits.cend() && DueRule::isDueForFilter(stat, limit->limits);
                });
     });
 }

@@ -13,10 +13,10 @@ class MaintainanceFilterProxy final : public TableFilterProxy
 public:
     explicit MaintainanceFilterProxy(QObject *parent = nullptr);
 
-    /// Only cars of exactly this model; of any model if `enabled` is 0 or the text is empty.
-    void setModelFilter(const QString &text, int enabled);
-    /// If not 0, only cars with an operation over its limit or still open; needs the reglament.
-    void setNeedsServiceOnly(int on);
+    /// Only cars of exactly this model; of any model if not `enabled` or the text is empty.
+    void setModelFilter(const QString &text, bool enabled);
+    /// If `on`, only cars with an operation over its limit or still open; needs the reglament.
+    void setNeedsServiceOnly(bool on);
     /// Back to all cars.
     void resetFilters();
     /// Not owned, may be null.
@@ -26,7 +26,7 @@ public:
     void setSourceModel(QAbstractItemModel *model) override;
 
     QString modelFilter() const { return m_modelFilter; }
-    int needsServiceOnly() const { return m_needsServiceOnly; }
+    bool needsServiceOnly() const { return m_needsServiceOnly; }
 
     /// Hands the request to the table.
     void sort(int column, Qt::SortOrder order = Qt::AscendingOrder) override;
@@ -35,11 +35,11 @@ protected:
     bool filterAcceptsRow(int sourceRow, const QModelIndex &sourceParent) const override;
 
 private:
-    void setFilters(const QString &modelFilter, int needsServiceOnly);
+    void setFilters(const QString &modelFilter, bool needsServiceOnly);
     bool isOverLimit(const MaintainanceItem &car) const;
 
     QString m_modelFilter; ///< empty: any model
-    int m_needsServiceOnly = 0;
+    bool m_needsServiceOnly = false;
     const ReglamentSource *m_reglament = nullptr;
     QPointer<MaintainanceModel> m_model;
 };

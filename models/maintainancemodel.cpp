@@ -140,7 +140,15 @@ const MaintainanceModel::OperationStat *MaintainanceModel::shownOperation(const 
     return stat != ops.cend() && stat->lastDone.isValid() ? &*stat : nullptr;
 }
 
-void MaintainanceModel::recordServiceDone(int carId, int opId, const QDateTime &doneAt)
+void MaintainanceModel::recordServiceDone(int carId, int opId, const QDateTime &doneAt,
+                                          const QModelIndex &clicked)
+{
+    moveLastDone(carId, opId, doneAt);
+    if (isCell(clicked))
+        emit dataChanged(clicked, clicked);
+}
+
+void MaintainanceModel::moveLastDone(int carId, int opId, const QDateTime &doneAt)
 {
     const MaintainanceItem *first = itemById(carId);
     if (!first || !doneAt.isValid())

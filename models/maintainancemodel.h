@@ -54,9 +54,10 @@ public:
     /// Valid until the items change.
     const OperationStat *shownOperation(const QModelIndex &index) const;
     /// For the immediate feedback: moves the last date of an operation forward on every item of the car, if
-    /// that date is later than what the first one has; counters stay, and a new entry is a done one. Says
-    /// nothing to views.
-    void recordServiceDone(int carId, int opId, const QDateTime &doneAt);
+    /// that date is later than what the first one has; counters stay, and a new entry is a done one. Emits
+    /// dataChanged for `clicked` alone, the cell that the user asked on, in every case; for none if it is
+    /// invalid.
+    void recordServiceDone(int carId, int opId, const QDateTime &doneAt, const QModelIndex &clicked);
 
 protected:
     QString recordId(int row) const override;
@@ -74,6 +75,7 @@ private:
     QVariant displayData(const QModelIndex &index) const;
     int shownRowNumber(const QModelIndex &index) const;
     QString operationText(const OperationStat &stat) const;
+    void moveLastDone(int carId, int opId, const QDateTime &doneAt);
     void resort();
 
     QPointer<const QAbstractProxyModel> m_rowNumberProxy;

@@ -160,7 +160,7 @@ void RuvaloGaragePlugin::handleCarsListChanged(const QJsonObject &jsonData)
 {
     if (m_garageForm) {
         if (m_garageForm->isVisible() && !jsonData.value(QLatin1String("noStatsUpdate")).toBool())
-            emit m_garageForm->reloadGarageStats();
+            m_garageForm->requestReload();
         m_garageForm->loadCars(jsonData);
     }
     m_settingsForm.reloadReglamentModel();
@@ -195,7 +195,7 @@ void RuvaloGaragePlugin::handleRunSavedToDb(const QJsonObject &jsonData)
 {
     Q_UNUSED(jsonData)
     if (m_garageForm)
-        emit m_garageForm->reloadGarageStats();
+        m_garageForm->requestReload();
 }
 
 void RuvaloGaragePlugin::handleRemoteControlData(const QJsonObject &jsonData)

@@ -5,4 +5,4 @@ class QWidget;
 /// Asks whether something shall really be deleted, in the words of the owner's class (its translation
 /// context). False as well if the owner died while the question was
 /// open.
-bool confirmDeletion(QWidget *owner);
+[[nodiscard]] bool confirmDeletion(QWidget *owner);

@@ -72,10 +72,8 @@ void GarageSettingsForm::reloadReglamentModel()
         if (operation.id != noId)
             m_reglamentModel.addOperation(operation.id, operation.name);
     }
-    for (const StoredLimit &limit : ScheduleTables::readLimits(m_database)) {
-        m_reglamentModel.setLimits(limit.model, limit.opId, limit.timeLimit, limit.runsLimit,
-                                   limit.lapsLimit);
-    }
+    for (const StoredLimit &limit : ScheduleTables::readLimits(m_database))
+        m_reglamentModel.setLimits(limit.model, limit.opId, limit.limits);
 }
 
 void GarageSettingsForm::opnameChange(int opId, const QString &newName)
@@ -154,9 +152,7 @@ void GarageSettingsForm::serviceReglamentChange(const QModelIndex &index)
     ModalDialog<ReglamentSettingsDialog> dialog(this);
     dialog->setOperationName(limit.opName);
     dialog->setModelName(model);
-    dialog->setTimeLimit(limit.timeLimit);
-    dialog->setRunsLimit(limit.runsLimit);
-    dialog->setLapsLimit(limit.lapsLimit);
+    dialog->setLimits(limit.limits);
     if (dialog.exec() != QDialog::Accepted)
         return;
 
@@ -164,11 +160,6 @@ void GarageSettingsForm::serviceReglamentChange(const QModelIndex &index)
         reloadReglamentModel();
         return;
     }
-    const StoredLimit edited {model, limit.opId, dialog->timeLimit(), dialog->runsLimit(),
-                              dialog->lapsLimit()};
-    m_reglamentModel.setLimits(edited.model, edited.opId, edited.timeLimit, edited.runsLimit,
-                               edited.lapsLimit);
-    ScheduleTables::storeLimit(m_database, edited);
-    if (cell.isValid())
-        emit m_reglamentModel.dataChanged(cell, cell);
+    ScheduleTables::storeLimit(m_database, {model, limit.opId, dialog->limits()});
+    m_reglamentModel.setLimits(cell, limit.opId, dialog->limits());
 }

@@ -19,7 +19,7 @@ public:
     Dialog &operator*() const { return *m_dialog; }
 
     /// Runs the dialog and gives its result; QDialog::Rejected if the owner or the dialog died meanwhile.
-    int exec()
+    [[nodiscard]] int exec()
     {
         const int result = m_dialog->exec();
         return m_owner && m_dialog ? result : int(QDialog::Rejected);

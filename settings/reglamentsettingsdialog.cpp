@@ -1,6 +1,5 @@
 #include "settings/reglamentsettingsdialog.h"
 
-#include "data/records.h"
 #include "models/shownastyped.h"
 #include "ui_reglamentsettingsdialog.h"
 
@@ -18,8 +17,8 @@ int secondsFromHours(QString text)
     const double seconds = text.replace(QLatin1Char(','), QLatin1Char('.')).toDouble() * secondsPerHour;
     if (std::isnan(seconds))
         return 0;
-    using Limits = std::numeric_limits<int>;
-    return int(std::clamp(seconds, double(Limits::min()), double(Limits::max())));
+    using Range = std::numeric_limits<int>;
+    return int(std::clamp(seconds, double(Range::min()), double(Range::max())));
 }
 
 QString limitText(int limit)
@@ -65,10 +64,16 @@ void ReglamentSettingsDialog::setLapsLimit(int laps)
     m_ui->leLapsCount->setText(limitText(laps));
 }
 
+void ReglamentSettingsDialog::setLimits(const Limits &limits)
+{
+    setTimeLimit(limits.seconds);
+    setRunsLimit(limits.runs);
+    setLapsLimit(limits.laps);
+}
+
 void ReglamentSettingsDialog::accept()
 {
-    m_timeLimit = secondsFromHours(m_ui->leTime->text());
-    m_runsLimit = m_ui->leRunsCount->text().toInt();
-    m_lapsLimit = m_ui->leLapsCount->text().toInt();
+    m_limits = {secondsFromHours(m_ui->leTime->text()), m_ui->leRunsCount->text().toInt(),
+                m_ui->leLapsCount->text().toInt()};
     QDialog::accept();
 }

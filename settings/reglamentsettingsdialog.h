@@ -1,5 +1,7 @@
 #pragma once
 
+#include "data/records.h"
+
 #include <QDialog>
 
 #include <memory>
@@ -25,17 +27,16 @@ public:
     void setTimeLimit(int seconds);
     void setRunsLimit(int runs);
     void setLapsLimit(int laps);
+    /// All three of them.
+    void setLimits(const Limits &limits);
 
-    int timeLimit() const { return m_timeLimit; } ///< seconds of driving
-    int runsLimit() const { return m_runsLimit; }
-    int lapsLimit() const { return m_lapsLimit; }
+    /// As entered; none before accept().
+    Limits limits() const { return m_limits; }
 
 public slots:
     void accept() override;
 
 private:
     const std::unique_ptr<Ui::ReglamentSettingsDialog> m_ui;
-    int m_timeLimit = 0;
-    int m_runsLimit = 0;
-    int m_lapsLimit = 0;
+    Limits m_limits;
 };

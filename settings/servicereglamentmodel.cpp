@@ -9,11 +9,6 @@ namespace {
 constexpr int fixedColumnCount = 2;
 constexpr int operationColumnWidth = 120;
 
-bool hasAnyLimit(const ReglamentLimit &limit)
-{
-    return limit.timeLimit != 0 || limit.runsLimit != 0 || limit.lapsLimit != 0;
-}
-
 } // namespace
 
 ServiceReglamentModel::ServiceReglamentModel()
@@ -40,11 +35,11 @@ QVariant ServiceReglamentModel::data(const QModelIndex &index, int role) const
         return entry.model;
 
     const int opId = ColumnKeys::operationId(key);
-    const auto limit = entry.limits.constFind(opId);
-    if (opId == noId || limit == entry.limits.cend() || !hasAnyLimit(*limit))
+    const Limits limits = opId == noId ? Limits() : entry.limits.value(opId).limits;
+    if (!limits.hasAny())
         return QString();
-    return QString::asprintf(qUtf8Printable(tr("%.1f ч. %d заезд. %d кр.")),
-                             limit->timeLimit / secondsPerHour, limit->runsLimit, limit->lapsLimit);
+    return QString::asprintf(qUtf8Printable(tr("%.1f ч. %d заезд. %d кр.")), limits.seconds / secondsPerHour,
+                             limits.runs, limits.laps);
 }
 
 void ServiceReglamentModel::clear()
@@ -63,24 +58,33 @@ void ServiceReglamentModel::addOperation(int opId, const QString &name)
     appendColumn({name, Qt::AlignCenter, operationColumnWidth, ColumnKeys::operation(opId), Qt::AlignCenter});
     for (ModelReglament &entry : m_entries) {
         if (!entry.limits.contains(opId))
-            entry.limits.insert(opId, {opId, name, 0, 0, 0});
+            entry.limits.insert(opId, {opId, name, {}});
     }
 }
 
-void ServiceReglamentModel::setLimits(const QString &model, int opId, int timeLimit, int runsLimit,
-                                      int lapsLimit)
+void ServiceReglamentModel::setLimits(const QString &model, int opId, const Limits &limits)
 {
     const auto entry =
         std::find_if(m_entries.begin(), m_entries.end(),
                      [&model](const ModelReglament &candidate) { return candidate.model == model; });
-    if (entry == m_entries.end())
+    if (entry != m_entries.end())
+        setLimits(*entry, opId, limits);
+}
+
+void ServiceReglamentModel::setLimits(const QModelIndex &cell, int opId, const Limits &limits)
+{
+    if (!isCell(cell) || !setLimits(m_entries[cell.row()], opId, limits))
         return;
-    const auto limit = entry->limits.find(opId);
-    if (limit == entry->limits.end())
-        return;
-    limit->timeLimit = timeLimit;
-    limit->runsLimit = runsLimit;
-    limit->lapsLimit = lapsLimit;
+    emit dataChanged(cell, cell);
+}
+
+bool ServiceReglamentModel::setLimits(ModelReglament &entry, int opId, const Limits &limits)
+{
+    const auto record = entry.limits.find(opId);
+    if (record == entry.limits.end())
+        return false;
+    record->limits = limits;
+    return true;
 }
 
 bool ServiceReglamentModel::isOperationColumn(int column) const

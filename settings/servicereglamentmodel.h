@@ -4,7 +4,7 @@
 #include "models/clearbackgroundtablemodel.h"
 
 /// The maintenance schedule as it is edited: one row per car model, one column per service operation.
-/// Read-only for views. Everything that fills it says nothing to views: do it within a LayoutChange.
+/// Read-only for views. What fills it emits no signals: call it within a LayoutChange.
 class ServiceReglamentModel final : public ClearbackgroundTableModel, public ReglamentSource
 {
     Q_OBJECT
@@ -22,9 +22,12 @@ public:
     void addModel(const QString &name);
     /// Appends the operation's column, and a record without limits to every row that has none of it.
     void addOperation(int opId, const QString &name);
-    /// Changes a record that is there; nothing happens for an unknown model or operation. `timeLimit` in
-    /// seconds of driving; 0 is no limit.
-    void setLimits(const QString &model, int opId, int timeLimit, int runsLimit, int lapsLimit);
+    /// Changes a record that is there; nothing happens for an unknown model or operation.
+    void setLimits(const QString &model, int opId, const Limits &limits);
+
+    /// Changes the operation's record in the row of the cell and emits dataChanged for the cell; nothing
+    /// happens if there is no such record.
+    void setLimits(const QModelIndex &cell, int opId, const Limits &limits);
 
     /// True for a column of one of the operations.
     bool isOperationColumn(int column) const;
@@ -36,5 +39,8 @@ protected:
     QString recordId(int row) const override;
 
 private:
+    /// False if the entry has no record of that operation.
+    static bool setLimits(ModelReglament &entry, int opId, const Limits &limits);
+
     QList<ModelReglament> m_entries;
 };

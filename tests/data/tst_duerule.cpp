@@ -54,9 +54,9 @@ void TestDueRule::anOperationIsDueAboveALimit()
     stat.totalTime = seconds;
     stat.runs = runs;
     stat.laps = laps;
-    const ReglamentLimit limit {1, {}, timeLimit, runsLimit, lapsLimit};
-    QTEST(DueRule::isDue(stat, limit), "due");
-    QTEST(DueRule::isDueForFilter(stat, limit), "dueForFilter");
+    const Limits limits {timeLimit, runsLimit, lapsLimit};
+    QTEST(DueRule::isDue(stat, limits), "due");
+    QTEST(DueRule::isDueForFilter(stat, limits), "dueForFilter");
 }
 
 void TestDueRule::numbersAreReadAsScanfDoes_data()

@@ -108,7 +108,7 @@ public:
         m_form->setAttribute(Qt::WA_DontShowOnScreen, !seen);
         m_plugin->settingsPage()->setAttribute(Qt::WA_DontShowOnScreen, !seen);
         if (m_database.restore())
-            m_form->reloadGarageStats();
+            m_form->requestReload();
         if (setting % 4 < 2)
             m_form->show();
         for (int act = 0; act < mostActs && !bytes.atEnd(); ++act) {
@@ -148,7 +148,7 @@ private:
         QObject::connect(m_form, &GarageForm::reloadGarageStats, m_form, settle);
         QObject::connect(m_form, &GarageForm::updateServiceTable, m_form, settle);
         QObject::connect(m_form, &GarageForm::deleteOperation, m_form, settle);
-        m_form->reloadGarageStats();
+        m_form->requestReload();
         QCoreApplication::processEvents();
     }
 

@@ -6,6 +6,7 @@
 
 #include <QAbstractItemModelTester>
 #include <QHeaderView>
+#include <QSignalSpy>
 #include <QSortFilterProxyModel>
 #include <QTreeView>
 
@@ -94,6 +95,7 @@ private slots:
     void aServiceMovesTheDateForward();
     void aServiceOfANewOperationIsDoneWork();
     void aServiceReachesEveryItemOfTheCar();
+    void aServiceAnnouncesTheClickedCellAlone();
 };
 
 void TestMaintainanceModel::startsWithThreeColumnsAndNoRows()
@@ -415,7 +417,7 @@ void TestMaintainanceModel::aServiceMovesTheDateForward()
     OperationStat stat = open(7, before);
     stat.laps = 41;
     table.model.setItems({car(1, "1", "Sodi", {stat})});
-    table.model.recordServiceDone(1, 7, doneAt);
+    table.model.recordServiceDone(1, 7, doneAt, {});
     const OperationStat result = table.model.itemAt(0).operation(7);
     QCOMPARE(result.lastDone, after);
     QCOMPARE(result.laps, 41);
@@ -426,11 +428,11 @@ void TestMaintainanceModel::aServiceOfANewOperationIsDoneWork()
 {
     ChangeableModel table;
     table.model.setItems({car(1, "1", "Sodi")});
-    table.model.recordServiceDone(1, 7, QDateTime());
+    table.model.recordServiceDone(1, 7, QDateTime(), {});
     QVERIFY(table.model.itemAt(0).ops.isEmpty());
-    table.model.recordServiceDone(2, 7, noonOf(3));
+    table.model.recordServiceDone(2, 7, noonOf(3), {});
     QVERIFY(table.model.itemAt(0).ops.isEmpty());
-    table.model.recordServiceDone(1, 7, noonOf(3));
+    table.model.recordServiceDone(1, 7, noonOf(3), {});
     const OperationStat result = table.model.itemAt(0).operation(7);
     QCOMPARE(result.opId, 7);
     QCOMPARE(result.state, int(DoneState));
@@ -444,10 +446,31 @@ void TestMaintainanceModel::aServiceReachesEveryItemOfTheCar()
     table.model.setItems({car(1, "1", "Sodi", {done(7, noonOf(1))}),
                           car(2, "2", "Sodi", {done(7, noonOf(1))}),
                           car(1, "1", "Sodi", {done(7, noonOf(5))})});
-    table.model.recordServiceDone(1, 7, noonOf(3));
+    table.model.recordServiceDone(1, 7, noonOf(3), {});
     QCOMPARE(table.model.itemAt(0).operation(7).lastDone, noonOf(3));
     QCOMPARE(table.model.itemAt(1).operation(7).lastDone, noonOf(1));
     QCOMPARE(table.model.itemAt(2).operation(7).lastDone, noonOf(3));
+}
+
+void TestMaintainanceModel::aServiceAnnouncesTheClickedCellAlone()
+{
+    ChangeableModel table;
+    table.model.setItems({car(1, QStringLiteral("1"), QStringLiteral("Sodi"), {done(7, noonOf(1))})});
+    QSignalSpy changed(&table.model, &QAbstractItemModel::dataChanged);
+    const QModelIndex clicked = table.model.index(0, 1);
+    table.model.recordServiceDone(1, 7, noonOf(3), clicked);
+    QCOMPARE(changed.count(), 1);
+    QCOMPARE(changed.first().at(0).toModelIndex(), clicked);
+    QCOMPARE(changed.first().at(1).toModelIndex(), clicked);
+
+    // An earlier date changes nothing; the cell is announced as well.
+    table.model.recordServiceDone(1, 7, noonOf(2), clicked);
+    QCOMPARE(table.model.itemAt(0).operation(7).lastDone, noonOf(3));
+    QCOMPARE(changed.count(), 2);
+
+    table.model.recordServiceDone(1, 7, noonOf(4), {});
+    QCOMPARE(table.model.itemAt(0).operation(7).lastDone, noonOf(4));
+    QCOMPARE(changed.count(), 2);
 }
 
 GARAGE_TEST(TestMaintainanceModel)

@@ -294,7 +294,9 @@ public:
             {"sort", [this] { sort(0, Qt::DescendingOrder); }, oneLayoutChange},
             {"sort mode", [this] { m_model.setSortMode(2); }, oneLayoutChange},
             {"columns", [this] { m_model.updateColumns(&m_operations, nullptr); }, {}},
-            {"service done", [this] { m_model.recordServiceDone(1, 1, QDateTime::currentDateTime()); }, {}},
+            {"service done",
+             [this] { m_model.recordServiceDone(1, 1, QDateTime::currentDateTime(), {}); },
+             {}},
         };
     }
 
@@ -422,8 +424,16 @@ public:
 
     QVector<Mutation> mutations() override
     {
-        return {{"limits", [this] { m_model.setLimits("R-1", 1, 1, 2, 3); }, {}},
-                {"unknown limits", [this] { m_model.setLimits(QString(), 1, 1, 2, 3); }, {}}};
+        return {{"limits",
+                 [this] {
+                     m_model.setLimits("R-1", 1, {1, 2, 3});
+                 },
+                 {}},
+                {"unknown limits",
+                 [this] {
+                     m_model.setLimits(QString(), 1, {1, 2, 3});
+                 },
+                 {}}};
     }
 
 protected:

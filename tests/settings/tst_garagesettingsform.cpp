@@ -822,8 +822,8 @@ void TestGarageSettingsForm::readersOfTheLimitsAreToldOfARename()
     startRenaming(0);
     type("Масло мотора");
     QCOMPARE(replaced.count(), 1);
-    QCOMPARE(m_form->reglamentModel().limit("SODI", 2).opName, "Масло мотора");
-    QCOMPARE(m_form->reglamentModel().limit("SODI", 2).timeLimit, 5400);
+    QCOMPARE(m_form->reglamentModel().findModel("SODI")->limits.value(2).opName, "Масло мотора");
+    QCOMPARE(m_form->reglamentModel().limits("SODI", 2).seconds, 5400);
 }
 
 void TestGarageSettingsForm::thePageMayDieWhileADialogIsOpen_data()

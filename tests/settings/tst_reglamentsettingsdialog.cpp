@@ -66,7 +66,7 @@ void TestReglamentSettingsDialog::asksForThreeLimits()
         QCOMPARE(dialog.findChild<QLabel *>(row.first)->text(), row.second);
     QCOMPARE(button(dialog, QDialogButtonBox::Ok)->text(), "ОК");
     QCOMPARE(button(dialog, QDialogButtonBox::Cancel)->text(), "Отмена");
-    QCOMPARE(dialog.timeLimit() + dialog.runsLimit() + dialog.lapsLimit(), 0);
+    QVERIFY(!dialog.limits().hasAny());
 }
 
 void TestReglamentSettingsDialog::aStoredLimitIsShownAndNoneIsEmpty_data()
@@ -137,9 +137,9 @@ void TestReglamentSettingsDialog::hoursAreReadAsSeconds()
     QTest::keyClick(field(dialog, "leTime"), Qt::Key_Return);
     QCOMPARE(dialog.result(), int(QDialog::Accepted));
     QVERIFY(!dialog.isVisible());
-    QTEST(dialog.timeLimit(), "seconds");
-    QCOMPARE(dialog.runsLimit(), 0);
-    QCOMPARE(dialog.lapsLimit(), 0);
+    QTEST(dialog.limits().seconds, "seconds");
+    QCOMPARE(dialog.limits().runs, 0);
+    QCOMPARE(dialog.limits().laps, 0);
 }
 
 void TestReglamentSettingsDialog::runsAndLapsAreReadAsIntegers_data()
@@ -168,9 +168,9 @@ void TestReglamentSettingsDialog::runsAndLapsAreReadAsIntegers()
         typeText(field(dialog, forRuns ? "leRunsCount" : "leLapsCount"), typed);
         QTest::mouseClick(button(dialog, QDialogButtonBox::Ok), Qt::LeftButton);
         QCOMPARE(dialog.result(), int(QDialog::Accepted));
-        QTEST(forRuns ? dialog.runsLimit() : dialog.lapsLimit(), "count");
-        QCOMPARE(forRuns ? dialog.lapsLimit() : dialog.runsLimit(), 0);
-        QCOMPARE(dialog.timeLimit(), 0);
+        QTEST(forRuns ? dialog.limits().runs : dialog.limits().laps, "count");
+        QCOMPARE(forRuns ? dialog.limits().laps : dialog.limits().runs, 0);
+        QCOMPARE(dialog.limits().seconds, 0);
     }
 }
 
@@ -186,9 +186,9 @@ void TestReglamentSettingsDialog::aClearedFieldRemovesTheLimit()
         QTest::keyClick(field(dialog, name), Qt::Key_Delete);
     }
     QTest::mouseClick(button(dialog, QDialogButtonBox::Ok), Qt::LeftButton);
-    QCOMPARE(dialog.timeLimit(), 0);
-    QCOMPARE(dialog.runsLimit(), 8);
-    QCOMPARE(dialog.lapsLimit(), 0);
+    QCOMPARE(dialog.limits().seconds, 0);
+    QCOMPARE(dialog.limits().runs, 8);
+    QCOMPARE(dialog.limits().laps, 0);
 }
 
 void TestReglamentSettingsDialog::cancellingReadsNothing()
@@ -204,7 +204,7 @@ void TestReglamentSettingsDialog::cancellingReadsNothing()
             QTest::mouseClick(button(dialog, QDialogButtonBox::Cancel), Qt::LeftButton);
         QVERIFY(!dialog.isVisible());
         QCOMPARE(dialog.result(), int(QDialog::Rejected));
-        QCOMPARE(dialog.timeLimit() + dialog.runsLimit() + dialog.lapsLimit(), 0);
+        QVERIFY(!dialog.limits().hasAny());
     }
 }
 

@@ -3,6 +3,7 @@
 
 #include <QAbstractItemModelTester>
 #include <QLocale>
+#include <QSignalSpy>
 
 /// The maintenance schedule behind the settings page.
 class TestServiceReglamentModel : public GarageTest
@@ -19,6 +20,7 @@ private slots:
     void limitsOfUnknownModelsAndOperationsAreDropped();
     void limitsThatAreThereSurviveASecondColumn();
     void limitsAreFoundByPlace();
+    void editedLimitsAreAnnouncedForTheirCell();
     void cellsOutOfRangeAnswerNothing();
     void theFirstOfEqualModelsIsFound();
     void persistentIndexesFollowModelAndOperation();
@@ -73,7 +75,7 @@ void TestServiceReglamentModel::operationsBecomeColumns()
     const ReglamentLimit limit = model.entries().at(1).limits.value(7);
     QCOMPARE(limit.opId, 7);
     QCOMPARE(limit.opName, "Цепь");
-    QCOMPARE(limit.timeLimit + limit.runsLimit + limit.lapsLimit, 0);
+    QVERIFY(!limit.limits.hasAny());
 }
 
 void TestServiceReglamentModel::limitsAreShownInHoursRunsAndLaps_data()
@@ -100,7 +102,7 @@ void TestServiceReglamentModel::limitsAreShownInHoursRunsAndLaps()
     QFETCH(int, laps);
     ServiceReglamentModel model;
     fill(model);
-    model.setLimits("Rimo", 3, seconds, runs, laps);
+    model.setLimits("Rimo", 3, {seconds, runs, laps});
     QTEST(model.index(1, 2).data().toString(), "text");
     QCOMPARE(model.index(1, 2).data().type(), QVariant::String);
     QVERIFY(!model.index(1, 2).data(Qt::EditRole).isValid());
@@ -113,7 +115,7 @@ void TestServiceReglamentModel::hoursHaveADecimalPointInEveryLocale()
     QLocale::setDefault(QLocale(QLocale::Russian));
     ServiceReglamentModel model;
     fill(model);
-    model.setLimits("SODI", 3, 5400, 0, 0);
+    model.setLimits("SODI", 3, {5400, 0, 0});
     const QString text = model.index(0, 2).data().toString();
     QLocale::setDefault(previous);
     QCOMPARE(text, "1.5 ч. 0 заезд. 0 кр.");
@@ -124,7 +126,7 @@ void TestServiceReglamentModel::anOperationOfIdMinusOneNeverShowsLimits()
     ServiceReglamentModel model;
     model.addModel("SODI");
     model.addOperation(-1, "Жалоба");
-    model.setLimits("SODI", -1, 3600, 1, 1);
+    model.setLimits("SODI", -1, {3600, 1, 1});
     QCOMPARE(model.index(0, 2).data(), QVariant(QString()));
 }
 
@@ -143,12 +145,12 @@ void TestServiceReglamentModel::limitsOfUnknownModelsAndOperationsAreDropped()
 {
     ServiceReglamentModel model;
     fill(model);
-    model.setLimits("sodi", 3, 1, 1, 1);
-    model.setLimits("SODI", 4, 1, 1, 1);
+    model.setLimits("sodi", 3, {1, 1, 1});
+    model.setLimits("SODI", 4, {1, 1, 1});
     QCOMPARE(model.rowCount(), 2);
     for (const ModelReglament &entry : model.entries()) {
         QCOMPARE(entry.limits.keys(), QList<int>({3, 7}));
-        QCOMPARE(entry.limits.value(3).timeLimit, 0);
+        QCOMPARE(entry.limits.value(3).limits.seconds, 0);
     }
 }
 
@@ -156,10 +158,10 @@ void TestServiceReglamentModel::limitsThatAreThereSurviveASecondColumn()
 {
     ServiceReglamentModel model;
     fill(model);
-    model.setLimits("SODI", 3, 60, 2, 1);
+    model.setLimits("SODI", 3, {60, 2, 1});
     model.addOperation(3, "Масло ещё раз");
-    QCOMPARE(model.limit("SODI", 3).timeLimit, 60);
-    QCOMPARE(model.limit("SODI", 3).opName, "Масло");
+    QCOMPARE(model.limits("SODI", 3).seconds, 60);
+    QCOMPARE(model.entries().first().limits.value(3).opName, "Масло");
     QVERIFY(!model.limitAt(0, 4));
 }
 
@@ -195,10 +197,10 @@ void TestServiceReglamentModel::theFirstOfEqualModelsIsFound()
     model.addModel(QString());
     model.addModel("");
     model.addOperation(3, "Масло");
-    model.setLimits(QString(), 3, 3600, 0, 0);
+    model.setLimits(QString(), 3, {3600, 0, 0});
     QCOMPARE(model.findModel(QString()), &model.entries().first());
-    QCOMPARE(model.entries().at(0).limits.value(3).timeLimit, 3600);
-    QCOMPARE(model.entries().at(1).limits.value(3).timeLimit, 0);
+    QCOMPARE(model.entries().at(0).limits.value(3).limits.seconds, 3600);
+    QCOMPARE(model.entries().at(1).limits.value(3).limits.seconds, 0);
 }
 
 void TestServiceReglamentModel::persistentIndexesFollowModelAndOperation()
@@ -225,10 +227,30 @@ void TestServiceReglamentModel::namesAreShownAsTheyAre()
     ServiceReglamentModel model;
     model.addModel(name);
     model.addOperation(1, name);
-    model.setLimits(name, 1, 3600, 0, 0);
+    model.setLimits(name, 1, {3600, 0, 0});
     QCOMPARE(model.index(0, 1).data().toString(), name);
     QCOMPARE(model.headerData(2, Qt::Horizontal).toString(), name);
     QCOMPARE(model.index(0, 2).data().toString(), "1.0 ч. 0 заезд. 0 кр.");
+}
+
+void TestServiceReglamentModel::editedLimitsAreAnnouncedForTheirCell()
+{
+    ServiceReglamentModel model;
+    fill(model);
+    QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::Fatal);
+    QSignalSpy changed(&model, &QAbstractItemModel::dataChanged);
+    const QModelIndex rimoChain = model.index(1, 3);
+    model.setLimits(rimoChain, 7, {5400, 10, 0});
+    QCOMPARE(changed.count(), 1);
+    QCOMPARE(changed.first().at(0).toModelIndex(), rimoChain);
+    QCOMPARE(changed.first().at(1).toModelIndex(), rimoChain);
+    QCOMPARE(model.limits(QStringLiteral("Rimo"), 7).runs, 10);
+    QVERIFY(!model.limits(QStringLiteral("SODI"), 7).hasAny());
+
+    model.setLimits(rimoChain, 4, {1, 1, 1}); // no such operation
+    model.setLimits(QModelIndex(), 7, {1, 1, 1});
+    QCOMPARE(changed.count(), 1);
+    QCOMPARE(model.limits(QStringLiteral("Rimo"), 7).runs, 10);
 }
 
 GARAGE_TEST(TestServiceReglamentModel)

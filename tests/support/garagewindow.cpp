@@ -50,7 +50,7 @@ void GarageWindow::show()
 
 void GarageWindow::reload()
 {
-    emit form->reloadGarageStats();
+    form->requestReload();
     settle();
 }
 
