@@ -9,6 +9,7 @@
 #include <QSet>
 
 #include <algorithm>
+#include <limits>
 
 namespace {
 
@@ -57,6 +58,15 @@ enum SelectServiceLog {
 const QString selectReglament =
     QStringLiteral("SELECT * FROM service_reglament left join service_operations on "
                    "service_reglament.operation_id=service_operations.id");
+
+/// -1 for a value that is no integer or does not fit into 32 bits.
+int narrowInteger(const QVariant &value)
+{
+    using Range = std::numeric_limits<int>;
+    bool isInteger = false;
+    const qlonglong wide = value.toLongLong(&isInteger);
+    return isInteger && wide >= Range::min() && wide <= Range::max() ? int(wide) : noId;
+}
 
 /// Texts that many rows of a query repeat, kept once.
 class RepeatedTexts final
@@ -138,10 +148,7 @@ QList<ServiceLogItem> GarageStatistics::readServiceLog(const GarageDatabase &dat
         item.personName = names.shared(query.value(LogPersonName));
         item.comment = query.value(LogComment).toString();
 
-        bool isRemote = false;
-        const int remoteId = query.value(LogRemoteId).toInt(&isRemote);
-        if (isRemote)
-            item.remoteId = remoteId;
+        item.remoteId = narrowInteger(query.value(LogRemoteId));
     }
     return log;
 }

@@ -55,7 +55,7 @@ struct ServiceLogItem
 {
     int id = noId; ///< the local id
     int carId = noId;
-    int remoteId = noId; ///< -1: the record was not made by the remote side
+    int remoteId = noId; ///< -1: not made by the remote side, or an id beyond 32 bits
     int state = OpenState;
     int opId = complaintOperationId;
     QString num; ///< empty when the car is gone, as is `model`

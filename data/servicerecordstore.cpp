@@ -2,6 +2,8 @@
 
 #include <QVector>
 
+#include <cmath>
+
 namespace {
 
 const QString insertServiceDone = QStringLiteral(
@@ -39,6 +41,17 @@ void addRecord(GarageDatabase &database, const QString &statement, const Service
                     {QLatin1String(":comment"), record.comment}});
 }
 
+/// A 64-bit integer, where QJsonValue::toInt() reads 32 bits; -1 if the value is none.
+qint64 wideInteger(const QJsonValue &value)
+{
+    const QVariant number = value.isDouble() ? value.toVariant() : QVariant();
+    if (number.type() == QVariant::LongLong)
+        return number.toLongLong();
+    constexpr double beyond = 9223372036854775808.0; // 2^63
+    const double real = number.isValid() ? number.toDouble() : noId;
+    return real >= -beyond && real < beyond && std::trunc(real) == real ? qint64(real) : noId;
+}
+
 } // namespace
 
 RemoteServiceRecord RemoteServiceRecord::fromJson(const QJsonObject &json, const QJsonArray &personal)
@@ -51,7 +64,7 @@ RemoteServiceRecord RemoteServiceRecord::fromJson(const QJsonObject &json, const
     };
 
     RemoteServiceRecord record;
-    record.remoteId = integer(json, QLatin1String("id"));
+    record.remoteId = wideInteger(json.value(QLatin1String("id")));
     record.carId = integer(json, QLatin1String("carId"));
     record.opId = integer(json, QLatin1String("opId"));
     record.opTime = text(json, QLatin1String("opDoneDateTime"));

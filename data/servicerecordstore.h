@@ -21,7 +21,7 @@ struct ServiceRecord
 /// A service record as the remote side sends it.
 struct RemoteServiceRecord
 {
-    int remoteId = noId;
+    qint64 remoteId = noId;
     int carId = noId;
     int opId = complaintOperationId;
     QString opTime; ///< stored as it came
