@@ -1,5 +1,7 @@
 #include "data/datetimetext.h"
 
+#include <QLocale>
+
 namespace {
 
 constexpr int dateLength = 10; // "yyyy-MM-dd"
@@ -79,26 +81,32 @@ std::optional<UtcMoment> parsePlain(const QString &text)
 
 constexpr int msPerDay = 24 * 3600 * 1000;
 
+/// QDateTime::toString() writes the digits of the system's number locale.
+QString inAsciiDigits(const QDateTime &dateTime, const QString &format)
+{
+    return QLocale::c().toString(dateTime, format);
+}
+
 } // namespace
 
 QString DateTimeText::forDisplay(const QDateTime &dateTime)
 {
-    return dateTime.toString(QStringLiteral("dd.MM.yyyy hh:mm"));
+    return inAsciiDigits(dateTime, QStringLiteral("dd.MM.yyyy hh:mm"));
 }
 
 QString DateTimeText::forJson(const QDateTime &dateTime)
 {
-    return dateTime.toUTC().toString(QStringLiteral("yyyy-MM-ddThh:mm"));
+    return inAsciiDigits(dateTime.toUTC(), QStringLiteral("yyyy-MM-ddThh:mm"));
 }
 
 QString DateTimeText::forJsonWithZone(const QDateTime &dateTime)
 {
-    return dateTime.toUTC().toString(QStringLiteral("yyyy-MM-ddThh:mm'Z'"));
+    return inAsciiDigits(dateTime.toUTC(), QStringLiteral("yyyy-MM-ddThh:mm'Z'"));
 }
 
 QString DateTimeText::forServiceAnnouncement(const QDateTime &dateTime)
 {
-    return dateTime.toUTC().toString(QStringLiteral("yyyy-MM-dd hh:mm"));
+    return inAsciiDigits(dateTime.toUTC(), QStringLiteral("yyyy-MM-dd hh:mm"));
 }
 
 QDateTime DateTimeText::fromDatabase(const QString &text)

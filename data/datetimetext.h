@@ -6,7 +6,8 @@
 
 #include <optional>
 
-/// The date-time texts of the system. An invalid date-time gives an empty text.
+/// The date-time texts of the system, in ASCII digits whatever the system's locale. An invalid date-time
+/// gives an empty text.
 namespace DateTimeText {
 
 /// For people, in the given date-time's own zone: "dd.MM.yyyy hh:mm".

@@ -33,6 +33,12 @@ void GridDelegate::setModelData(QWidget *editor, QAbstractItemModel *model, cons
         QStyledItemDelegate::setModelData(editor, model, index);
 }
 
+QString GridDelegate::displayText(const QVariant &value, const QLocale &locale) const
+{
+    Q_UNUSED(locale)
+    return QStyledItemDelegate::displayText(value, QLocale::c());
+}
+
 bool GridDelegate::helpEvent(QHelpEvent *event, QAbstractItemView *view, const QStyleOptionViewItem &option,
                              const QModelIndex &index)
 {

@@ -2,8 +2,8 @@
 
 #include <QStyledItemDelegate>
 
-/// Draws cells with a one-pixel grid in the palette's Midlight colour and never a focus frame. A text that
-/// its cell cuts off is shown whole as a tool tip.
+/// Draws cells with a one-pixel grid in the palette's Midlight colour and never a focus frame. Numbers have
+/// ASCII digits and no group separators. A text that its cell cuts off is shown whole as a tool tip.
 class GridDelegate : public QStyledItemDelegate
 {
     Q_OBJECT
@@ -18,6 +18,7 @@ public:
                               const QModelIndex &index) const override;
     /// Writes nothing where nothing was and nothing was typed: the editor merely lost the focus.
     void setModelData(QWidget *editor, QAbstractItemModel *model, const QModelIndex &index) const override;
+    QString displayText(const QVariant &value, const QLocale &locale) const override;
     bool helpEvent(QHelpEvent *event, QAbstractItemView *view, const QStyleOptionViewItem &option,
                    const QModelIndex &index) override;
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QDateTime>
+#include <QLocale>
 #include <QString>
 
 /// Moments of March 2026 by UTC, as the local time of whatever zone the test runs in.
@@ -14,5 +15,5 @@ inline QString shown(const char *utc)
 {
     QDateTime moment = QDateTime::fromString(QLatin1String(utc), "yyyy-MM-dd hh:mm");
     moment.setTimeSpec(Qt::UTC);
-    return moment.toLocalTime().toString("dd.MM.yyyy hh:mm");
+    return QLocale::c().toString(moment.toLocalTime(), "dd.MM.yyyy hh:mm");
 }

@@ -1,0 +1,188 @@
+#include "support/garagetest.h"
+#include "support/pluginhost.h"
+
+#include <QDateTimeEdit>
+#include <QDialogButtonBox>
+#include <QProcess>
+#include <QStyledItemDelegate>
+#include <QTreeView>
+
+/// Messages, cells and dialogs have ASCII digits whatever the system's locale. Each locale needs a process of
+/// its own, because Qt reads it once.
+class TestLocaleDigits : public GarageTest
+{
+    Q_OBJECT
+private slots:
+    void everyTextIsTheSameInEveryLocale_data();
+    void everyTextIsTheSameInEveryLocale();
+    /// Writes the texts of one session to the file of that environment variable, or nowhere.
+    void textsOfOneSession();
+
+private:
+    static QByteArray textsUnder(const QString &variable, const QString &locale);
+};
+
+namespace {
+
+constexpr char outputVariable[] = "GARAGE_TEXTS_FILE";
+
+/// As a view shows them, with the conversions of its delegate.
+QStringList shownCells(const QTreeView &view)
+{
+    const auto *delegate = qobject_cast<const QStyledItemDelegate *>(view.itemDelegate());
+    QStringList rows;
+    for (int row = 0; row < view.model()->rowCount(); ++row) {
+        QStringList cells(view.objectName());
+        for (int column = 0; column < view.model()->columnCount(); ++column)
+            cells.append(delegate->displayText(view.model()->index(row, column).data(), view.locale()));
+        rows.append(cells.join(QLatin1Char('|')));
+    }
+    return rows;
+}
+
+QString messageText(const PluginHost::Message &message)
+{
+    return message.event + QLatin1Char(' ')
+        + QString::fromUtf8(QJsonDocument(message.data).toJson(QJsonDocument::Compact));
+}
+
+/// Accepts the next dialog and gives what its date field showed.
+void acceptNextDialog(QString &shownDate)
+{
+    auto *timer = new QTimer(qApp);
+    QObject::connect(timer, &QTimer::timeout, timer, [timer, &shownDate] {
+        auto *dialog = qobject_cast<QDialog *>(QApplication::activeModalWidget());
+        if (!dialog || !dialog->isVisible())
+            return;
+        timer->deleteLater();
+        timer->stop();
+        auto *date = dialog->findChild<QDateTimeEdit *>(QStringLiteral("deOperationDateTime"));
+        date->setDateTime(QDateTime(QDate(2026, 3, 9), QTime(8, 7)));
+        shownDate = date->text();
+        QTest::mouseClick(dialog->findChild<QDialogButtonBox *>()->button(QDialogButtonBox::Ok),
+                          Qt::LeftButton);
+    });
+    timer->start(1);
+}
+
+void addRecords(const TestDatabase &database)
+{
+    database.addCar(1, QStringLiteral("10"), QStringLiteral("Sodi"));
+    database.addCar(2, QStringLiteral("9"), QStringLiteral("RX"));
+    database.addOperation(1, QStringLiteral("Oil"));
+    database.addLimit(QStringLiteral("Sodi"), 1, 5400, 10, 20);
+    database.addRecord(1, 1, QStringLiteral("2026-03-04T05:06Z"), DoneState);
+    database.addRecord(2, -1, QStringLiteral("2026-03-05T06:07:08.009Z"), OpenState,
+                       QStringLiteral("knocks"));
+    for (int lap = 10; lap < 40; ++lap)
+        database.addLap(1, 1, QStringLiteral("2026-03-06T05:%1:00.000Z").arg(lap), 61000);
+}
+
+} // namespace
+
+void TestLocaleDigits::textsOfOneSession()
+{
+    const auto database = createDatabase();
+    addRecords(*database);
+    QStringList texts;
+    {
+        PluginHost host;
+        host.showWindow();
+        QWidget *window = host.window();
+        QWidget *page = host.settingsPage();
+        host.takeMessages(); // the addresses of widgets
+        const auto *table = window->findChild<QTreeView *>(QStringLiteral("tvMaintainanceTable"));
+        auto *log = window->findChild<QTreeView *>(QStringLiteral("tvServiceLog"));
+        const auto reload = [&] {
+            for (const PluginHost::Message &message : host.awaitReload())
+                texts.append(messageText(message));
+        };
+        const auto appendTables = [&] {
+            for (const QWidget *widget : {window, page}) {
+                for (const QTreeView *view : widget->findChildren<QTreeView *>())
+                    texts += shownCells(*view);
+            }
+        };
+        host.send("cars_list_changed",
+                  {{QStringLiteral("cars"),
+                    QJsonArray {QJsonObject {{QStringLiteral("id"), 1},
+                                             {QStringLiteral("name"), QStringLiteral("Sodi")},
+                                             {QStringLiteral("num"), QStringLiteral("10")}}}}});
+        reload();
+        appendTables();
+
+        QString shownDate;
+        acceptNextDialog(shownDate);
+        QMetaObject::invokeMethod(window, "serviceClicked", Q_ARG(QModelIndex, table->model()->index(1, 3)));
+        texts.append(shownDate);
+        reload();
+
+        acceptNextDialog(shownDate);
+        log->setCurrentIndex(log->model()->index(0, 0));
+        QMetaObject::invokeMethod(window, "on_actionDoneOperation_triggered");
+        texts.append(shownDate);
+        for (const PluginHost::Message &message : host.takeMessages())
+            texts.append(messageText(message));
+
+        host.send(
+            "remote_service_data",
+            {{QStringLiteral("data"),
+              QStringLiteral(R"([{"id":7,"carId":2,"opId":-1,"opDoneDateTime":"2026-03-10T11:12Z"}])")}});
+        reload();
+        appendTables();
+    }
+    texts += database->rows(QStringLiteral("SELECT * FROM maintainance ORDER BY id"));
+
+    QVERIFY(texts.join(QLatin1Char('\n')).contains(QLatin1String("2026-03-04T05:06")));
+    for (const QString &text : qAsConst(texts)) {
+        const bool hasOther =
+            std::any_of(text.cbegin(), text.cend(), [](QChar c) { return c.isDigit() && c.unicode() > '9'; });
+        QVERIFY2(!hasOther, qPrintable(text));
+    }
+    if (qEnvironmentVariableIsSet(outputVariable)) {
+        QFile file(qEnvironmentVariable(outputVariable));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write(texts.join(QLatin1Char('\n')).toUtf8());
+    }
+}
+
+QByteArray TestLocaleDigits::textsUnder(const QString &variable, const QString &locale)
+{
+    const QTemporaryDir folder;
+    const QString path = folder.filePath(QStringLiteral("texts"));
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("LC_ALL"), QString());
+    environment.insert(QStringLiteral("LANG"), QStringLiteral("C.UTF-8"));
+    environment.insert(variable, locale);
+    environment.insert(QLatin1String(outputVariable), path);
+    QProcess process;
+    process.setProcessEnvironment(environment);
+    process.start(QCoreApplication::applicationFilePath(),
+                  {QStringLiteral("tst_localedigits"), QStringLiteral("textsOfOneSession")});
+    process.waitForFinished(120000);
+    if (process.exitStatus() != QProcess::NormalExit || process.exitCode() != 0)
+        return process.readAll();
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+void TestLocaleDigits::everyTextIsTheSameInEveryLocale_data()
+{
+    QTest::addColumn<QString>("variable");
+    QTest::addColumn<QString>("locale");
+    QTest::newRow("Persian") << QStringLiteral("LC_ALL") << QStringLiteral("fa_IR.UTF-8");
+    QTest::newRow("Arabic") << QStringLiteral("LC_ALL") << QStringLiteral("ar_EG.UTF-8");
+    QTest::newRow("Persian numbers alone") << QStringLiteral("LC_NUMERIC") << QStringLiteral("fa_IR.UTF-8");
+}
+
+void TestLocaleDigits::everyTextIsTheSameInEveryLocale()
+{
+    QFETCH(QString, variable);
+    QFETCH(QString, locale);
+    const QByteArray expected = textsUnder(QStringLiteral("LC_ALL"), QStringLiteral("C.UTF-8"));
+    QVERIFY(expected.contains("2026-03-04T05:06"));
+    QCOMPARE(textsUnder(variable, locale), expected);
+}
+
+GARAGE_TEST(TestLocaleDigits)
+#include "tst_localedigits.moc"
