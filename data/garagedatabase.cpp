@@ -4,7 +4,9 @@
 #include <QFile>
 #include <QStandardPaths>
 
+#include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 QString garageDatabasePath()
 {
@@ -47,7 +49,9 @@ void GarageDatabase::ensureOpen()
 {
     // SQLite would go on with the old file, which nobody else sees any more.
     const std::optional<FileIdentity> file = fileAtPath();
-    if (m_database.isOpen() && file && file != m_openedFile)
+    const bool isOtherFile = file && file != m_openedFile;
+    const bool becameWritable = m_isReadOnly && mayWriteFile();
+    if (m_database.isOpen() && (isOtherFile || becameWritable))
         m_database.close();
     if (!m_database.isOpen())
         open();
@@ -61,12 +65,21 @@ std::optional<GarageDatabase::FileIdentity> GarageDatabase::fileAtPath() const
     return FileIdentity(file.st_dev, file.st_ino);
 }
 
+bool GarageDatabase::mayWriteFile() const
+{
+    const QByteArray path = QFile::encodeName(m_database.databaseName());
+    return faccessat(AT_FDCWD, path.constData(), W_OK, AT_EACCESS) == 0;
+}
+
 void GarageDatabase::open()
 {
     if (!m_database.open())
         return;
-    m_openedFile = fileAtPath();
-    ++m_openCount;
+    m_isReadOnly = !mayWriteFile(); // SQLite then opens it for reading, and never tries again
+    const std::optional<FileIdentity> file = fileAtPath();
+    if (file != m_openedFile || m_fileCount == 0)
+        ++m_fileCount;
+    m_openedFile = file;
     run(QStringLiteral("PRAGMA encoding=UTF8"));
 }
 
@@ -92,4 +105,14 @@ bool GarageDatabase::next(QSqlQuery &query) const
     if (query.lastError().isValid() && !m_readError.isValid())
         m_readError = query.lastError();
     return false;
+}
+
+GarageDatabase::NoWaiting::NoWaiting(const GarageDatabase &database) : m_database(database)
+{
+    m_database.run(QStringLiteral("PRAGMA busy_timeout=0"));
+}
+
+GarageDatabase::NoWaiting::~NoWaiting()
+{
+    m_database.run(QStringLiteral("PRAGMA busy_timeout=5000"));
 }

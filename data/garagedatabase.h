@@ -27,13 +27,27 @@ public:
     ~GarageDatabase();
 
     /// Tries once more to open a connection that is not open, and opens it anew if another file took the
-    /// place of the opened one. Called before each write and each reload, so that a database that appears
+    /// place of the opened one, or if the file could only be read when it was opened and can be written now.
+    /// Called before each write and each reload, so that a database that appears
     /// later, or a restored backup, is used without a restart.
     void ensureOpen();
 
     bool isOpen() const { return m_database.isOpen(); }
-    /// Grows each time a file is opened: what was read at another count may stem from another file.
-    int openCount() const { return m_openCount; }
+    /// Grows each time another file is opened: what was read at another count stems from another file.
+    int fileCount() const { return m_fileCount; }
+
+    /// While this lives, statements on a busy database fail at once. Otherwise they wait for the driver's
+    /// time, 5 s.
+    class NoWaiting final
+    {
+        Q_DISABLE_COPY(NoWaiting)
+    public:
+        explicit NoWaiting(const GarageDatabase &database);
+        ~NoWaiting();
+
+    private:
+        const GarageDatabase &m_database;
+    };
 
     /// An unused query of this connection, forward-only.
     [[nodiscard]] QSqlQuery newQuery() const;
@@ -50,11 +64,13 @@ private:
 
     /// Of the file that stands at the database's path now; none if there is none.
     std::optional<FileIdentity> fileAtPath() const;
+    bool mayWriteFile() const;
     void open();
 
     const QString m_connectionName;
     QSqlDatabase m_database;
     std::optional<FileIdentity> m_openedFile;
-    int m_openCount = 0;
+    bool m_isReadOnly = false; ///< the file could not be written when it was opened
+    int m_fileCount = 0;
     mutable QSqlError m_readError;
 };

@@ -19,12 +19,20 @@ const QString replaceLimit =
     QStringLiteral("REPLACE INTO service_reglament (model,operation_id,time_limit,runs_limit,laps_limit) "
                    "VALUES (:mdl,:opid,:tlim,:rlim,:llim)");
 
+QSqlQuery select(const GarageDatabase &database, const QString &statement, bool *wasBusy)
+{
+    QSqlQuery query = database.run(statement);
+    if (wasBusy && !query.isActive() && isBusy(query.lastError()))
+        *wasBusy = true;
+    return query;
+}
+
 } // namespace
 
-QVector<ServiceOperation> ScheduleTables::readOperations(const GarageDatabase &database)
+QVector<ServiceOperation> ScheduleTables::readOperations(const GarageDatabase &database, bool *wasBusy)
 {
     QVector<ServiceOperation> operations;
-    QSqlQuery query = database.run(selectOperations);
+    QSqlQuery query = select(database, selectOperations, wasBusy);
     const SelectedColumn id(query, QStringLiteral("id"));
     const SelectedColumn name(query, QStringLiteral("operation_name"));
     while (database.next(query))
@@ -32,19 +40,19 @@ QVector<ServiceOperation> ScheduleTables::readOperations(const GarageDatabase &d
     return operations;
 }
 
-QStringList ScheduleTables::readCarModels(const GarageDatabase &database)
+QStringList ScheduleTables::readCarModels(const GarageDatabase &database, bool *wasBusy)
 {
     QStringList models;
-    QSqlQuery query = database.run(selectCarModels);
+    QSqlQuery query = select(database, selectCarModels, wasBusy);
     while (database.next(query))
         models.append(query.value(0).toString());
     return models;
 }
 
-QVector<StoredLimit> ScheduleTables::readLimits(const GarageDatabase &database)
+QVector<StoredLimit> ScheduleTables::readLimits(const GarageDatabase &database, bool *wasBusy)
 {
     QVector<StoredLimit> limits;
-    QSqlQuery query = database.run(selectLimits);
+    QSqlQuery query = select(database, selectLimits, wasBusy);
     const SelectedColumn model(query, QStringLiteral("model"));
     const SelectedColumn opId(query, QStringLiteral("operation_id"));
     const LimitColumns columns(query);
@@ -74,7 +82,7 @@ void ScheduleTables::removeOperation(GarageDatabase &database, int opId)
 void ScheduleTables::storeLimit(GarageDatabase &database, const StoredLimit &limit)
 {
     writeStatement(database, replaceLimit,
-                   {{QLatin1String(":mdl"), limit.model},
+                   {{QLatin1String(":mdl"), limit.model.isNull() ? QVariant() : QVariant(limit.model)},
                     {QLatin1String(":opid"), limit.opId},
                     {QLatin1String(":tlim"), limit.limits.seconds},
                     {QLatin1String(":rlim"), limit.limits.runs},

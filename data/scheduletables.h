@@ -18,19 +18,21 @@ struct ServiceOperation
 /// One row of `service_reglament`.
 struct StoredLimit
 {
-    QString model;
+    QString model; ///< null for NULL, which is another model than an empty text
     int opId = noId;
     Limits limits;
 };
 
-/// Reading and writing of the service operations and of the reglament. Reading that fails gives nothing;
-/// each write is a transaction of its own, in which a failing statement is ignored.
+/// Reading and writing of the service operations and of the reglament. Reading that fails gives nothing, and
+/// sets `wasBusy` if it failed because the database was busy; each write is a transaction of its own, in
+/// which a failing statement is ignored.
 namespace ScheduleTables {
 
-[[nodiscard]] QVector<ServiceOperation> readOperations(const GarageDatabase &database);
+[[nodiscard]] QVector<ServiceOperation> readOperations(const GarageDatabase &database,
+                                                       bool *wasBusy = nullptr);
 /// Every car model once, in no particular order.
-[[nodiscard]] QStringList readCarModels(const GarageDatabase &database);
-[[nodiscard]] QVector<StoredLimit> readLimits(const GarageDatabase &database);
+[[nodiscard]] QStringList readCarModels(const GarageDatabase &database, bool *wasBusy = nullptr);
+[[nodiscard]] QVector<StoredLimit> readLimits(const GarageDatabase &database, bool *wasBusy = nullptr);
 
 /// The id of the new operation; nothing if it was not stored.
 [[nodiscard]] std::optional<int> addOperation(GarageDatabase &database, const QString &name);

@@ -121,6 +121,15 @@ void GarageForm::showEvent(QShowEvent *event)
     requestReload();
 }
 
+bool GarageForm::isFileReplaced(int file)
+{
+    m_database.ensureOpen();
+    if (m_database.fileCount() == file)
+        return false;
+    requestReload();
+    return true;
+}
+
 void GarageForm::requestReload()
 {
     emit reloadGarageStats();
@@ -130,6 +139,8 @@ void GarageForm::reloadMaintainanceData(QList<MaintainanceModel::MaintainanceIte
                                         QList<ServiceLogModel::ServiceLogItem> serviceLog,
                                         QMap<int, QString> operationsList)
 {
+    m_database.ensureOpen();
+    m_shownFile = m_database.fileCount();
     m_operations = operationsList;
     refillModelCombos(modelNames(mlist));
     refillMaintainanceTable(mlist);

@@ -92,6 +92,10 @@ protected:
     void showEvent(QShowEvent *event) override;
 
 private:
+    /// True, and asks for a reload, if the database is another file by now: ids from the file before it must
+    /// not be used. `file` is m_shownFile at the time when they were read.
+    bool isFileReplaced(int file);
+
     // Construction and reload.
     void setUpMaintainanceTab();
     void setUpCarsTab();
@@ -122,6 +126,7 @@ private:
     ServiceLogModel m_serviceLogModel;
     ServiceLogFilter m_serviceLogFilter;
     GarageDatabase m_database;
+    int m_shownFile = 0; ///< the database's fileCount() when the shown records came
     GarageUpdater m_updater;
     QJsonArray m_personalList;
     const std::unique_ptr<Ui::GarageForm> m_ui;

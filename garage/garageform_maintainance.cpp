@@ -110,10 +110,11 @@ void GarageForm::addServiceOp(const QModelIndex &index)
     const MaintainanceItem item = m_maintainanceModel.itemAt(cell.row());
     const int columnOpId = ColumnKeys::operationId(m_maintainanceModel.columnKey(cell.column()));
 
+    const int file = m_shownFile;
     ModalDialog<ServiceDialog> dialog(this);
     prepareDialog(*dialog, caption(item), columnOpId);
     dialog->setDateTime(currentMinute());
-    if (dialog.exec() != QDialog::Accepted)
+    if (dialog.exec() != QDialog::Accepted || isFileReplaced(file))
         return;
 
     const ServiceRecord record = enteredRecord(*dialog, item.carId);
@@ -154,11 +155,12 @@ void GarageForm::carComplain(const MaintainanceItem &item)
     }
 
     m_complaintDialogs.insert(carId, dialog.get());
+    const int file = m_shownFile;
     const bool accepted = dialog.exec() == QDialog::Accepted;
     if (!dialog.isOwnerAlive())
         return;
     m_complaintDialogs.remove(carId);
-    if (!accepted)
+    if (!accepted || isFileReplaced(file))
         return;
 
     // A reload may have closed the complaint meanwhile, or brought another that the user has not seen.

@@ -48,7 +48,8 @@ void GarageForm::on_actionDeleteMaintainanceItem_triggered()
     if (!current)
         return;
     const ServiceLogItem record = *current;
-    if (!confirmDeletion(this))
+    const int file = m_shownFile;
+    if (!confirmDeletion(this) || isFileReplaced(file))
         return;
     // A reload may have moved the record, or taken it away, while the question was open.
     m_serviceLogModel.removeItem(m_serviceLogModel.rowOf(record.id));
@@ -61,12 +62,13 @@ void GarageForm::on_actionDoneOperation_triggered()
     if (!current)
         return;
     const ServiceLogItem record = *current;
+    const int file = m_shownFile;
 
     ModalDialog<ServiceDialog> dialog(this);
     prepareDialog(*dialog, record.model + QLatin1String("  ") + record.num, record.opId);
     dialog->setDateTime(record.opTime);
     dialog->setComment(record.comment);
-    if (dialog.exec() != QDialog::Accepted)
+    if (dialog.exec() != QDialog::Accepted || isFileReplaced(file))
         return;
 
     // Written when it comes back from the remote side.

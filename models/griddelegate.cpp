@@ -8,6 +8,17 @@
 #include <QPainter>
 #include <QToolTip>
 
+namespace {
+
+constexpr char openedText[] = "openedText";
+
+QString editedText(const QWidget *editor)
+{
+    return editor->metaObject()->userProperty().read(editor).toString();
+}
+
+} // namespace
+
 void GridDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option,
                          const QModelIndex &index) const
 {
@@ -26,11 +37,24 @@ void GridDelegate::updateEditorGeometry(QWidget *editor, const QStyleOptionViewI
     editor->setGeometry(option.rect);
 }
 
+void GridDelegate::setEditorData(QWidget *editor, const QModelIndex &index) const
+{
+    QStyledItemDelegate::setEditorData(editor, index);
+    editor->setProperty(openedText, editedText(editor));
+}
+
 void GridDelegate::setModelData(QWidget *editor, QAbstractItemModel *model, const QModelIndex &index) const
 {
-    const QString typed = editor->metaObject()->userProperty().read(editor).toString();
-    if (!typed.isEmpty() || !index.data(Qt::EditRole).toString().isEmpty())
+    const QString text = editedText(editor);
+    const bool isChanged = text != editor->property(openedText).toString();
+    if (isChanged || (!text.isEmpty() && isUnsaved(index)))
         QStyledItemDelegate::setModelData(editor, model, index);
+}
+
+bool GridDelegate::isUnsaved(const QModelIndex &index) const
+{
+    Q_UNUSED(index)
+    return false;
 }
 
 QString GridDelegate::displayText(const QVariant &value, const QLocale &locale) const

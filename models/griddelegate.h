@@ -16,12 +16,15 @@ public:
     /// The editor fills the cell.
     void updateEditorGeometry(QWidget *editor, const QStyleOptionViewItem &option,
                               const QModelIndex &index) const override;
-    /// Writes nothing where nothing was and nothing was typed: the editor merely lost the focus.
+    void setEditorData(QWidget *editor, const QModelIndex &index) const override;
+    /// Writes nothing if the editor's text is the one that it was opened with.
     void setModelData(QWidget *editor, QAbstractItemModel *model, const QModelIndex &index) const override;
     QString displayText(const QVariant &value, const QLocale &locale) const override;
     bool helpEvent(QHelpEvent *event, QAbstractItemView *view, const QStyleOptionViewItem &option,
                    const QModelIndex &index) override;
 
 protected:
+    /// Whether the text of the cell must be written again even if it did not change, unless it is empty.
+    virtual bool isUnsaved(const QModelIndex &index) const;
     void initStyleOption(QStyleOptionViewItem *option, const QModelIndex &index) const override;
 };

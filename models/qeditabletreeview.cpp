@@ -45,6 +45,15 @@ void QEditableTreeView::keyPressEvent(QKeyEvent *event)
     QTreeView::keyPressEvent(event);
 }
 
+void QEditableTreeView::updateEditorGeometries()
+{
+    QTreeView::updateEditorGeometries();
+    // When the row under an editor vanishes in a layout change, Qt drops the editor but stays in the editing
+    // state, in which nothing else can be edited.
+    if (state() == EditingState && !isPersistentEditorOpen(currentIndex()))
+        setState(NoState);
+}
+
 void QEditableTreeView::startEditing()
 {
     if (state() == EditingState || !model())

@@ -34,6 +34,7 @@ protected slots:
     void selectionChanged(const QItemSelection &selected, const QItemSelection &deselected) override;
 
 protected:
+    void updateEditorGeometries() override;
     void mousePressEvent(QMouseEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
     void dropEvent(QDropEvent *event) override;

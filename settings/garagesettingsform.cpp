@@ -22,6 +22,9 @@ GarageSettingsForm::GarageSettingsForm(QWidget *parent)
             &GarageSettingsForm::opnameChange);
     setUpTable(m_ui->tvServiceReglament, m_reglamentModel);
     setUpOperationTitles();
+    constexpr int rereadIntervalMs = 100;
+    m_rereadTimer.setInterval(rereadIntervalMs);
+    connect(&m_rereadTimer, &QTimer::timeout, this, &GarageSettingsForm::rereadReglament);
     reloadReglamentModel();
 }
 
@@ -51,34 +54,70 @@ void GarageSettingsForm::setUpOperationTitles()
 bool GarageSettingsForm::followDatabase()
 {
     m_database.ensureOpen();
-    const bool isOtherFile = m_database.openCount() != m_shownOpening;
+    const bool isOtherFile = m_database.fileCount() != m_shownFile;
     // The tables may have come after the file.
-    if (isOtherFile || !m_operationsModel.hasStoredOperation())
-        m_operationsModel.setStoredOperations(ScheduleTables::readOperations(m_database));
-    m_shownOpening = m_database.openCount();
+    bool wasBusy = false;
+    if (isOtherFile || !m_operationsModel.hasStoredOperation()) {
+        const QVector<ServiceOperation> operations = ScheduleTables::readOperations(m_database, &wasBusy);
+        if (!wasBusy || m_operationsModel.hasStoredOperation())
+            m_operationsModel.setStoredOperations(operations);
+    }
+    if (wasBusy)
+        m_rereadTimer.start();
+    else
+        m_shownFile = m_database.fileCount();
     return isOtherFile;
 }
 
 void GarageSettingsForm::reloadReglamentModel()
 {
+    showReglament(readReglament());
+}
+
+void GarageSettingsForm::rereadReglament()
+{
+    // An attempt that waited for the lock would block the host.
+    const GarageDatabase::NoWaiting noWaiting(m_database);
+    const Reglament reglament = readReglament();
+    if (!m_rereadTimer.isActive())
+        showReglament(reglament);
+}
+
+GarageSettingsForm::Reglament GarageSettingsForm::readReglament()
+{
+    m_rereadTimer.stop();
     followDatabase();
+
+    Reglament reglament;
+    bool wasBusy = m_rereadTimer.isActive();
+    if (!wasBusy)
+        reglament.models = ScheduleTables::readCarModels(m_database, &wasBusy);
+    if (!wasBusy)
+        reglament.limits = ScheduleTables::readLimits(m_database, &wasBusy);
+    if (wasBusy)
+        m_rereadTimer.start();
+    return reglament;
+}
+
+void GarageSettingsForm::showReglament(const Reglament &reglament)
+{
     const ColumnWidthKeeper widths(m_ui->tvServiceReglament, m_reglamentModel);
     const ClearbackgroundTableModel::LayoutChange change(m_reglamentModel);
     m_reglamentModel.clear();
-    for (const QString &model : ScheduleTables::readCarModels(m_database))
+    for (const QString &model : reglament.models)
         m_reglamentModel.addModel(model);
     for (int row = 0; row < m_operationsModel.rowCount(); ++row) {
         const ServiceOperation &operation = m_operationsModel.operationAt(row);
-        if (operation.id != noId)
+        if (m_operationsModel.isStored(row))
             m_reglamentModel.addOperation(operation.id, operation.name);
     }
-    for (const StoredLimit &limit : ScheduleTables::readLimits(m_database))
+    for (const StoredLimit &limit : reglament.limits)
         m_reglamentModel.setLimits(limit.model, limit.opId, limit.limits);
 }
 
 void GarageSettingsForm::opnameChange(int opId, const QString &newName)
 {
-    const bool isNew = opId == noId;
+    const bool isNew = m_operationsModel.isUnstored(opId);
     // An editor that only lost the focus commits an empty name.
     if (isNew && newName.isEmpty())
         return;
@@ -128,7 +167,8 @@ void GarageSettingsForm::removeServiceOp()
     if (!confirmDeletion(this) || followDatabase() || !chosen.isValid())
         return;
     // The reglament keeps the operation's column and limits until it is read anew.
-    ScheduleTables::removeOperation(m_database, m_operationsModel.operationAt(chosen.row()).id);
+    if (m_operationsModel.isStored(chosen.row()))
+        ScheduleTables::removeOperation(m_database, m_operationsModel.operationAt(chosen.row()).id);
     m_operationsModel.removeOperationAt(chosen.row());
     announceOperations();
 }
@@ -143,7 +183,8 @@ void GarageSettingsForm::serviceReglamentChange(const QModelIndex &index)
     if (!index.isValid() || !m_reglamentModel.isOperationColumn(index.column()))
         return;
     const ReglamentLimit *record = m_reglamentModel.limitAt(index.row(), index.column());
-    if (!record)
+    // Limits that were never read must not overwrite those in the file.
+    if (!record || m_rereadTimer.isActive())
         return;
     const ReglamentLimit limit = *record;
     const QString model = m_reglamentModel.entries().at(index.row()).model;
@@ -160,6 +201,8 @@ void GarageSettingsForm::serviceReglamentChange(const QModelIndex &index)
         reloadReglamentModel();
         return;
     }
+    if (m_rereadTimer.isActive())
+        return;
     ScheduleTables::storeLimit(m_database, {model, limit.opId, dialog->limits()});
     m_reglamentModel.setLimits(cell, limit.opId, dialog->limits());
 }

@@ -1,11 +1,12 @@
 #pragma once
 
 #include "data/garagedatabase.h"
-#include "models/griddelegate.h"
+#include "settings/operationnamedelegate.h"
 #include "settings/serviceoperationsmodel.h"
 #include "settings/servicereglamentmodel.h"
 
 #include <QJsonObject>
+#include <QTimer>
 #include <QWidget>
 
 #include <memory>
@@ -17,7 +18,8 @@ class GarageSettingsForm;
 }
 
 /// The page of the host's settings dialog on which service operations and their limits per car model are
-/// edited. Every change is stored at once and waits while the database is busy. GUI thread only.
+/// edited. Every change is stored at once and waits while the database is busy. What could not be read
+/// because it was busy is read again until it succeeds, and no limit is stored before. GUI thread only.
 class GarageSettingsForm final : public QWidget
 {
     Q_OBJECT
@@ -48,6 +50,17 @@ private:
     /// Shows the operations of the file that the database's connection now has open. True if that is another
     /// one than the page showed: then what the user chose in it must not be written.
     bool followDatabase();
+    /// What the schedule's table shows beside the operations.
+    struct Reglament
+    {
+        QStringList models;
+        QVector<StoredLimit> limits;
+    };
+    /// Follows the database as well. If it was busy, the timer is active afterwards and what could not be
+    /// read is empty.
+    Reglament readReglament();
+    void showReglament(const Reglament &reglament);
+    void rereadReglament();
     void opnameChange(int opId, const QString &newName);
     void removeServiceOp();
     void serviceReglamentChange(const QModelIndex &index);
@@ -56,8 +69,9 @@ private:
     ServiceReglamentModel m_reglamentModel;
     ServiceOperationsModel m_operationsModel;
     GarageDatabase m_database;
-    int m_shownOpening = 0; ///< the database's openCount whose operations are shown
-    GridDelegate m_gridDelegate;
+    int m_shownFile = 0; ///< the database's fileCount() whose operations are shown
+    OperationNameDelegate m_gridDelegate;
+    QTimer m_rereadTimer; ///< active while what is shown could not be read because the file was busy
     const std::unique_ptr<Ui::GarageSettingsForm> m_ui;
     QSize m_designedSize;
 };

@@ -14,9 +14,12 @@ namespace {
 /// Seconds from hours as people type them, with a comma or a point.
 int secondsFromHours(QString text)
 {
-    const double seconds = text.replace(QLatin1Char(','), QLatin1Char('.')).toDouble() * secondsPerHour;
-    if (std::isnan(seconds))
+    bool isRead = false;
+    const double hours = text.replace(QLatin1Char(','), QLatin1Char('.')).toDouble(&isRead);
+    // toDouble() reads "inf" and "nan"; a number too large for it is infinite too, but not read.
+    if (isRead && !std::isfinite(hours))
         return 0;
+    const double seconds = hours * secondsPerHour;
     using Range = std::numeric_limits<int>;
     return int(std::clamp(seconds, double(Range::min()), double(Range::max())));
 }

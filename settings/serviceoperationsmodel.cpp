@@ -48,15 +48,21 @@ bool ServiceOperationsModel::setData(const QModelIndex &index, const QVariant &v
         return ClearbackgroundTableModel::setData(index, value, role);
 
     m_rows[index.row()].operation.name = value.toString();
-    const ServiceOperation renamed = operationAt(index.row());
-    emit operationNameChanged(renamed.id, renamed.name);
+    const Row renamed = m_rows.at(index.row());
+    m_namedSerial = renamed.isStored ? std::nullopt : std::make_optional(renamed.serial);
+    emit operationNameChanged(renamed.operation.id, renamed.operation.name);
     return true;
 }
 
 bool ServiceOperationsModel::hasStoredOperation() const
 {
-    return std::any_of(m_rows.cbegin(), m_rows.cend(),
-                       [](const Row &row) { return row.operation.id != noId; });
+    return std::any_of(m_rows.cbegin(), m_rows.cend(), [](const Row &row) { return row.isStored; });
+}
+
+bool ServiceOperationsModel::isUnstored(int opId) const
+{
+    const auto isInFile = [](const Row &row) { return row.isStored && row.operation.id == noId; };
+    return opId == noId && (m_namedSerial || std::none_of(m_rows.cbegin(), m_rows.cend(), isInFile));
 }
 
 void ServiceOperationsModel::setStoredOperations(const QVector<ServiceOperation> &operations)
@@ -67,28 +73,37 @@ void ServiceOperationsModel::setStoredOperations(const QVector<ServiceOperation>
     for (const ServiceOperation &operation : operations)
         appendOperation(operation.id, operation.name);
     std::copy_if(previous.cbegin(), previous.cend(), std::back_inserter(m_rows),
-                 [](const Row &row) { return row.operation.id == noId; });
+                 [](const Row &row) { return !row.isStored; });
 }
 
 QModelIndex ServiceOperationsModel::addEmptyOperation()
 {
     {
         const LayoutChange change(*this);
-        appendOperation(noId, QString());
+        m_rows.append({{noId, QString()}, false, m_nextSerial++});
     }
     return index(m_rows.size() - 1, nameColumn);
 }
 
 void ServiceOperationsModel::appendOperation(int id, const QString &name)
 {
-    m_rows.append({{id, name}, m_nextSerial++});
+    m_rows.append({{id, name}, true, m_nextSerial++});
 }
 
 void ServiceOperationsModel::setNewOperationId(int id)
 {
-    const int row = findOperation(noId);
-    if (row >= 0)
-        m_rows[row].operation.id = id;
+    const int row = firstUnstored();
+    if (row < 0)
+        return;
+    const auto named = std::find_if(m_rows.begin() + row, m_rows.end(), [this](const Row &candidate) {
+        return !candidate.isStored && candidate.serial == m_namedSerial;
+    });
+    if (named != m_rows.end() && named != m_rows.begin() + row) {
+        const LayoutChange change(*this);
+        std::rotate(m_rows.begin() + row, named, named + 1);
+    }
+    m_rows[row].operation.id = id;
+    m_rows[row].isStored = true;
 }
 
 void ServiceOperationsModel::removeOperation(int id)
@@ -107,9 +122,16 @@ void ServiceOperationsModel::removeOperationAt(int row)
 QString ServiceOperationsModel::recordId(int row) const
 {
     const Row &record = m_rows.at(row);
-    if (record.operation.id != noId)
+    if (record.isStored)
         return QString::number(record.operation.id);
     return QLatin1String("new ") + QString::number(record.serial);
+}
+
+int ServiceOperationsModel::firstUnstored() const
+{
+    const auto it =
+        std::find_if(m_rows.cbegin(), m_rows.cend(), [](const Row &row) { return !row.isStored; });
+    return it == m_rows.cend() ? -1 : int(std::distance(m_rows.cbegin(), it));
 }
 
 int ServiceOperationsModel::findOperation(int id) const

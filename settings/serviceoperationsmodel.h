@@ -5,8 +5,11 @@
 
 #include <QVector>
 
-/// The list of service operations, whose names are edited in place. A row whose id is noId was added in the
-/// view and is not stored yet.
+#include <optional>
+
+/// The list of service operations, whose names are edited in place. A row that was added in the view is not
+/// stored until setNewOperationId(); until then its id is noId. The file may hold an operation of that id
+/// too: that one is stored.
 class ServiceOperationsModel final : public ClearbackgroundTableModel
 {
     Q_OBJECT
@@ -22,14 +25,19 @@ public:
     /// The operation of an existing row.
     const ServiceOperation &operationAt(int row) const { return m_rows.at(row).operation; }
 
+    /// Whether an existing row is in the file.
+    bool isStored(int row) const { return m_rows.at(row).isStored; }
     bool hasStoredOperation() const;
+    /// Whether the operationNameChanged() of this id is about a row that is not stored.
+    bool isUnstored(int opId) const;
     /// Puts these in the place of all stored operations. Rows that are not stored yet stay, at the end.
     void setStoredOperations(const QVector<ServiceOperation> &operations);
     /// Appends a row without id and name; the index is that of its name.
     QModelIndex addEmptyOperation();
-    /// Appends a stored operation; says nothing to views.
+    /// Appends a stored operation; emits no signals.
     void appendOperation(int id, const QString &name);
-    /// Gives the first row that is not stored yet its id.
+    /// Gives the first row that is not stored yet its id. If one of them was named last, it is moved in front
+    /// of the others first.
     void setNewOperationId(int id);
     /// Removes the first row with that id; nothing happens if there is none.
     void removeOperation(int id);
@@ -37,7 +45,7 @@ public:
     void removeOperationAt(int row);
 
 signals:
-    /// `opId` is noId for a row that is not stored yet.
+    /// `opId` is noId for a row that is not stored.
     void operationNameChanged(int opId, QString newName);
 
 protected:
@@ -47,11 +55,15 @@ private:
     struct Row
     {
         ServiceOperation operation;
+        bool isStored = false;
         quint64 serial = 0; ///< rows that are not stored have no other identity
     };
 
     int findOperation(int id) const;
+    /// The first row that is not stored, or -1.
+    int firstUnstored() const;
 
     QVector<Row> m_rows;
     quint64 m_nextSerial = 0;
+    std::optional<quint64> m_namedSerial; ///< of the row that was named last, if it was not stored
 };

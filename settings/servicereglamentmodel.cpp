@@ -64,9 +64,14 @@ void ServiceReglamentModel::addOperation(int opId, const QString &name)
 
 void ServiceReglamentModel::setLimits(const QString &model, int opId, const Limits &limits)
 {
-    const auto entry =
-        std::find_if(m_entries.begin(), m_entries.end(),
-                     [&model](const ModelReglament &candidate) { return candidate.model == model; });
+    const auto find = [this](auto isModel) {
+        return std::find_if(m_entries.begin(), m_entries.end(), isModel);
+    };
+    auto entry = find([&model](const ModelReglament &candidate) {
+        return candidate.model == model && candidate.model.isNull() == model.isNull();
+    });
+    if (entry == m_entries.end())
+        entry = find([&model](const ModelReglament &candidate) { return candidate.model == model; });
     if (entry != m_entries.end())
         setLimits(*entry, opId, limits);
 }

@@ -22,7 +22,8 @@ public:
     void addModel(const QString &name);
     /// Appends the operation's column, and a record without limits to every row that has none of it.
     void addOperation(int opId, const QString &name);
-    /// Changes a record that is there; nothing happens for an unknown model or operation.
+    /// Changes a record that is there; nothing happens for an unknown model or operation. Of two models
+    /// without a name, NULL and an empty text in the file, the one that is meant is preferred.
     void setLimits(const QString &model, int opId, const Limits &limits);
 
     /// Changes the operation's record in the row of the cell and emits dataChanged for the cell; nothing

@@ -124,7 +124,9 @@ void TestReglamentSettingsDialog::hoursAreReadAsSeconds_data()
     QTest::newRow("above the range") << "99999999999" << 2147483647;
     QTest::newRow("below the range") << "-99999999999" << (-2147483647 - 1);
     QTest::newRow("far above the range") << "1e300" << 2147483647;
-    QTest::newRow("infinite") << "inf" << 2147483647;
+    QTest::newRow("infinite") << "inf" << 0;
+    QTest::newRow("infinite with a sign") << "-inf" << 0;
+    QTest::newRow("beyond a double") << "1e999" << 2147483647;
     QTest::newRow("not a number") << "nan" << 0;
 }
 

@@ -1,0 +1,103 @@
+#include "support/garagetest.h"
+#include "support/garagewindow.h"
+
+#include <QAction>
+#include <QDialogButtonBox>
+#include <QTreeView>
+
+#include <cstdio>
+
+/// Another file takes the place of the database while the window asks: ids of the old file are not used.
+class TestReplacedFile : public GarageTest
+{
+    Q_OBJECT
+private slots:
+    void idsOfTheOldFileAreNotUsed_data();
+    void idsOfTheOldFileAreNotUsed();
+};
+
+namespace {
+
+const QString selectRecords =
+    QStringLiteral("SELECT id,car_id,operation_id,operation_state,comment FROM maintainance ORDER BY id");
+
+void act(const QString &action, GarageWindow &window)
+{
+    auto *view = window.find<QTreeView>("tvMaintainanceTable");
+    auto *log = window.find<QTreeView>("tvServiceLog");
+    const QModelIndex cell = view->model()->index(0, 3);
+    if (action == QLatin1String("service")) {
+        QMetaObject::invokeMethod(window.form.get(), "serviceClicked", Q_ARG(QModelIndex, cell));
+    } else if (action == QLatin1String("complaint")) {
+        window.form->complainAboutCar({{QStringLiteral("carId"), 1}});
+    } else {
+        window.openTab("tabServiceLog");
+        log->setCurrentIndex(log->model()->index(0, 0));
+        const bool isDeletion = action == QLatin1String("delete");
+        window.find<QAction>(isDeletion ? "actionDeleteMaintainanceItem" : "actionDoneOperation")->trigger();
+    }
+}
+
+} // namespace
+
+void TestReplacedFile::idsOfTheOldFileAreNotUsed_data()
+{
+    QTest::addColumn<QString>("action");
+    QTest::addColumn<bool>("reloadMeanwhile");
+    for (const char *action : {"service", "complaint", "delete", "done"}) {
+        for (const bool reloads : {false, true})
+            QTest::addRow("%s%s", action, reloads ? ", reloaded meanwhile" : "")
+                << QString::fromLatin1(action) << reloads;
+    }
+}
+
+void TestReplacedFile::idsOfTheOldFileAreNotUsed()
+{
+    QFETCH(QString, action);
+    QFETCH(bool, reloadMeanwhile);
+    const auto database = createDatabase();
+    database->addCar(1, QStringLiteral("7"), QStringLiteral("Sodi"));
+    database->addOperation(1, QStringLiteral("Oil"));
+    database->addRecord(1, -1, QStringLiteral("2026-03-01T10:00Z"), OpenState, QStringLiteral("old"));
+
+    const QString path = home().databasePath();
+    const TestDatabase other(path + QLatin1String(".other"));
+    other.addCar(1, QStringLiteral("3"), QStringLiteral("RX"));
+    other.addOperation(1, QStringLiteral("Chain"));
+    other.addRecord(1, -1, QStringLiteral("2026-03-02T10:00Z"), OpenState, QStringLiteral("new"));
+    const QStringList untouched = other.rows(selectRecords);
+
+    GarageWindow window;
+    window.show();
+    window.takeEvents();
+    onNextDialog([&](QDialog &dialog) {
+        QCOMPARE(std::rename(qPrintable(path + QLatin1String(".other")), qPrintable(path)), 0);
+        if (reloadMeanwhile)
+            window.reload();
+        auto *buttons = dialog.findChild<QDialogButtonBox *>();
+        QTest::mouseClick(
+            buttons->button(action == QLatin1String("delete") ? QDialogButtonBox::Yes : QDialogButtonBox::Ok),
+            Qt::LeftButton);
+    });
+    act(action, window);
+    QVERIFY(allDialogsAnswered());
+    window.settle();
+
+    QCOMPARE(other.rows(selectRecords), untouched);
+    for (const QString &event : window.eventNames())
+        QCOMPARE(event, QStringLiteral("reloadGarageStats"));
+    const auto *view = window.find<QTreeView>("tvMaintainanceTable");
+    QCOMPARE(view->model()->index(0, 2).data().toString(), QStringLiteral("3"));
+
+    // What is chosen from now on is stored.
+    onNextDialog([&](QDialog &dialog) {
+        QTest::mouseClick(dialog.findChild<QDialogButtonBox *>()->button(QDialogButtonBox::Ok),
+                          Qt::LeftButton);
+    });
+    act(QStringLiteral("service"), window);
+    window.settle();
+    QCOMPARE(other.rows(selectRecords).size(), untouched.size() + 1);
+}
+
+GARAGE_TEST(TestReplacedFile)
+#include "tst_replacedfile.moc"

@@ -1,0 +1,206 @@
+#include "settings/garagesettingsform.h"
+#include "support/garagetest.h"
+#include "support/garagewindow.h"
+#include "support/typing.h"
+
+#include <QAction>
+#include <QDialogButtonBox>
+#include <QLineEdit>
+#include <QTreeView>
+
+#include <cstdio>
+
+/// The list of operations under the keyboard: what is stored, and which row it belongs to.
+class TestOperationEditing : public GarageTest
+{
+    Q_OBJECT
+private slots:
+    void init();
+    void cleanup();
+
+    void anIdBelongsToTheRowThatWasNamed();
+    void aNameThatWasNotChangedIsNotStored_data();
+    void aNameThatWasNotChangedIsNotStored();
+    void otherRowsCanBeEditedAfterTheRowUnderAnEditorVanished();
+    void anOperationOfIdMinusOneIsAnOrdinaryRow();
+
+private:
+    template<class Widget> Widget *find(const char *name) const
+    {
+        auto *found = m_form->findChild<Widget *>(QLatin1String(name));
+        if (!found)
+            qFatal("The page has no %s", name);
+        return found;
+    }
+    QTreeView *view() const { return find<QTreeView>("tvServiceOperations"); }
+    QLineEdit *editor() const { return view()->viewport()->findChild<QLineEdit *>(); }
+    QStringList shownRows() const { return GarageWindow::texts(*view()->model()); }
+    QStringList storedRows() const
+    {
+        return m_database->rows(QStringLiteral("SELECT * FROM service_operations ORDER BY id"));
+    }
+    void open();
+    void trigger(const char *action) const { find<QAction>(action)->trigger(); }
+    void press(Qt::Key key) const;
+    void type(const char *name) const;
+    void startEditing(int row) const;
+    void remove(int row) const;
+
+    std::unique_ptr<TestDatabase> m_database;
+    std::unique_ptr<GarageSettingsForm> m_form;
+    std::unique_ptr<QSignalSpy> m_events;
+};
+
+void TestOperationEditing::init()
+{
+    GarageTest::init();
+    m_database = createDatabase();
+    m_database->addCar(1, QStringLiteral("1"), QStringLiteral("SODI"));
+    m_database->addOperation(2, QStringLiteral("Oil"));
+    m_database->addOperation(5, QStringLiteral("Chain"));
+}
+
+void TestOperationEditing::cleanup()
+{
+    QVERIFY(allDialogsAnswered());
+    m_events.reset();
+    m_form.reset();
+    m_database.reset();
+    GarageTest::cleanup();
+}
+
+void TestOperationEditing::open()
+{
+    m_form = std::make_unique<GarageSettingsForm>();
+    m_events = std::make_unique<QSignalSpy>(m_form.get(), &GarageSettingsForm::pluginSignal);
+    m_form->show();
+    QVERIFY(QTest::qWaitForWindowActive(m_form.get()));
+}
+
+void TestOperationEditing::press(Qt::Key key) const
+{
+    QTest::keyClick(editor(), key);
+    QTRY_VERIFY(!editor());
+}
+
+void TestOperationEditing::type(const char *name) const
+{
+    QVERIFY(editor());
+    editor()->selectAll();
+    typeText(editor(), QLatin1String(name));
+    press(Qt::Key_Return);
+}
+
+void TestOperationEditing::startEditing(int row) const
+{
+    QTest::mouseClick(view()->viewport(), Qt::LeftButton, {},
+                      view()->visualRect(view()->model()->index(row, 1)).center());
+    QTest::keyClick(view(), Qt::Key_F2);
+    QVERIFY(editor());
+}
+
+void TestOperationEditing::remove(int row) const
+{
+    view()->setCurrentIndex(view()->model()->index(row, 1));
+    onNextDialog([](QDialog &dialog) {
+        QTest::mouseClick(dialog.findChild<QDialogButtonBox *>()->button(QDialogButtonBox::Yes),
+                          Qt::LeftButton);
+    });
+    trigger("actionRemoveOperation");
+}
+
+void TestOperationEditing::anIdBelongsToTheRowThatWasNamed()
+{
+    open();
+    trigger("actionAddOperation");
+    press(Qt::Key_Escape);
+    trigger("actionAddOperation");
+    type("Tyres");
+    QCOMPARE(shownRows().at(2), QStringLiteral("3|Tyres"));
+    QCOMPARE(view()->currentIndex(), view()->model()->index(2, 1));
+
+    remove(3); // the row that was left empty
+    QCOMPARE(storedRows().last(), QStringLiteral("6|Tyres"));
+    QCOMPARE(shownRows().size(), 3);
+    remove(2);
+    QCOMPARE(storedRows().size(), 2);
+}
+
+void TestOperationEditing::aNameThatWasNotChangedIsNotStored_data()
+{
+    QTest::addColumn<QString>("end");
+    QTest::newRow("return") << QStringLiteral("return");
+    QTest::newRow("click elsewhere") << QStringLiteral("click");
+    QTest::newRow("typed again") << QStringLiteral("type");
+}
+
+void TestOperationEditing::aNameThatWasNotChangedIsNotStored()
+{
+    QFETCH(QString, end);
+    open();
+    startEditing(0);
+    m_database->exec(QStringLiteral("UPDATE service_operations SET operation_name='Gear oil' WHERE id=2"));
+    if (end == QLatin1String("return")) {
+        press(Qt::Key_Return);
+    } else if (end == QLatin1String("click")) {
+        find<QTreeView>("tvServiceReglament")->setFocus();
+        QTRY_VERIFY(!editor());
+    } else {
+        type("Oil");
+    }
+    QCOMPARE(storedRows().first(), QStringLiteral("2|Gear oil"));
+    QCOMPARE(m_events->count(), 0);
+
+    startEditing(0);
+    type("Oil change");
+    QCOMPARE(storedRows().first(), QStringLiteral("2|Oil change"));
+    QCOMPARE(m_events->count(), 1);
+}
+
+void TestOperationEditing::otherRowsCanBeEditedAfterTheRowUnderAnEditorVanished()
+{
+    const QString path = home().databasePath();
+    const QString other = path + QLatin1String(".other");
+    const TestDatabase replacement(other);
+    replacement.addOperation(5, QStringLiteral("Chain"));
+    replacement.addOperation(7, QStringLiteral("Brakes"));
+
+    open();
+    startEditing(0);
+    typeText(editor(), QStringLiteral("x"));
+    QCOMPARE(std::rename(qPrintable(other), qPrintable(path)), 0);
+    m_form->reloadReglamentModel();
+    QTRY_VERIFY(!editor());
+    QCOMPARE(shownRows(), QStringList({QStringLiteral("1|Chain"), QStringLiteral("2|Brakes")}));
+
+    startEditing(1);
+    type("Pads");
+    QCOMPARE(replacement.rows(QStringLiteral("SELECT * FROM service_operations ORDER BY id")),
+             QStringList({QStringLiteral("5|Chain"), QStringLiteral("7|Pads")}));
+}
+
+void TestOperationEditing::anOperationOfIdMinusOneIsAnOrdinaryRow()
+{
+    m_database->addOperation(-1, QStringLiteral("Odd"));
+    m_database->exec(QStringLiteral("DELETE FROM service_operations WHERE id>0"));
+    open();
+    for (int reload = 0; reload < 3; ++reload)
+        m_form->reloadReglamentModel();
+    QCOMPARE(shownRows(), QStringList(QStringLiteral("1|Odd")));
+
+    startEditing(0);
+    type("Strange");
+    QCOMPARE(storedRows(), QStringList(QStringLiteral("-1|Strange")));
+
+    trigger("actionAddOperation");
+    press(Qt::Key_Escape);
+    remove(1);
+    QCOMPARE(storedRows(), QStringList(QStringLiteral("-1|Strange")));
+    trigger("actionAddOperation");
+    type("Tyres");
+    QCOMPARE(storedRows().size(), 2);
+    QCOMPARE(shownRows(), QStringList({QStringLiteral("1|Strange"), QStringLiteral("2|Tyres")}));
+}
+
+GARAGE_TEST(TestOperationEditing)
+#include "tst_operationediting.moc"

@@ -1,0 +1,124 @@
+#include "settings/garagesettingsform.h"
+#include "support/databaselock.h"
+#include "support/garagetest.h"
+#include "support/garagewindow.h"
+
+#include <QDialogButtonBox>
+#include <QElapsedTimer>
+#include <QLineEdit>
+#include <QTreeView>
+
+/// The schedule when the file is busy, and when models cannot be told apart by their text.
+class TestScheduleReading : public GarageTest
+{
+    Q_OBJECT
+private slots:
+    void aReadThatMetABusyFileIsRepeatedWithoutBlocking();
+    void limitsThatWereNotReadOverwriteNothing();
+    void editingOneOfTwoNamelessModelsLeavesTheOther_data();
+    void editingOneOfTwoNamelessModelsLeavesTheOther();
+
+private:
+    static QStringList limits(const GarageSettingsForm &form)
+    {
+        return GarageWindow::texts(
+            *form.findChild<QTreeView *>(QStringLiteral("tvServiceReglament"))->model());
+    }
+    static void askForLimits(GarageSettingsForm &form, int row)
+    {
+        const auto *view = form.findChild<QTreeView *>(QStringLiteral("tvServiceReglament"));
+        QMetaObject::invokeMethod(&form, "on_tvServiceReglament_doubleClicked",
+                                  Q_ARG(QModelIndex, view->model()->index(row, 2)));
+    }
+};
+
+namespace {
+
+constexpr int longerThanTheDriverWaitsMs = 6000;
+const QString selectLimits = QStringLiteral("SELECT * FROM service_reglament");
+
+} // namespace
+
+void TestScheduleReading::aReadThatMetABusyFileIsRepeatedWithoutBlocking()
+{
+    const auto database = createDatabase();
+    database->addCar(1, QStringLiteral("1"), QStringLiteral("SODI"));
+    database->addOperation(2, QStringLiteral("Oil"));
+    database->addLimit(QStringLiteral("SODI"), 2, 5400, 10, 0);
+    GarageSettingsForm form;
+    const QStringList whole(QStringLiteral("1|SODI|1.5 ч. 10 заезд. 0 кр."));
+    QCOMPARE(limits(form), whole);
+
+    const DatabaseLock lock(home().databasePath(), DatabaseLock::Exclusive,
+                            longerThanTheDriverWaitsMs + 2000);
+    form.reloadReglamentModel();
+    QVERIFY(lock.isHeld());
+    QCOMPARE(limits(form), QStringList());
+
+    QElapsedTimer sinceLastTurn;
+    qint64 longestTurn = 0;
+    QTimer turns;
+    connect(&turns, &QTimer::timeout, this,
+            [&] { longestTurn = qMax(longestTurn, sinceLastTurn.restart()); });
+    sinceLastTurn.start();
+    turns.start(10);
+    QTRY_COMPARE_WITH_TIMEOUT(limits(form), whole, 20000);
+    QVERIFY2(longestTurn < 2500, qPrintable(QString::number(longestTurn)));
+}
+
+void TestScheduleReading::limitsThatWereNotReadOverwriteNothing()
+{
+    const auto database = createDatabase();
+    database->addCar(1, QStringLiteral("1"), QStringLiteral("SODI"));
+    database->addOperation(2, QStringLiteral("Oil"));
+    database->addLimit(QStringLiteral("SODI"), 2, 5400, 10, 0);
+    GarageSettingsForm form;
+    form.show();
+    onNextDialog([&](QDialog &dialog) {
+        {
+            const DatabaseLock lock(home().databasePath(), DatabaseLock::Exclusive,
+                                    longerThanTheDriverWaitsMs);
+            form.reloadReglamentModel();
+        }
+        dialog.findChild<QLineEdit *>(QStringLiteral("leRunsCount"))->setText(QStringLiteral("99"));
+        QTest::mouseClick(dialog.findChild<QDialogButtonBox *>()->button(QDialogButtonBox::Ok),
+                          Qt::LeftButton);
+    });
+    askForLimits(form, 0);
+    QCOMPARE(database->rows(selectLimits), QStringList(QStringLiteral("SODI|2|5400|10|0")));
+    QTRY_COMPARE(limits(form), QStringList(QStringLiteral("1|SODI|1.5 ч. 10 заезд. 0 кр.")));
+}
+
+void TestScheduleReading::editingOneOfTwoNamelessModelsLeavesTheOther_data()
+{
+    QTest::addColumn<QString>("cars");
+    QTest::newRow("NULL first") << QStringLiteral("(1,'1',NULL),(2,'2','')");
+    QTest::newRow("empty first") << QStringLiteral("(1,'1',''),(2,'2',NULL)");
+}
+
+void TestScheduleReading::editingOneOfTwoNamelessModelsLeavesTheOther()
+{
+    QFETCH(QString, cars);
+    const auto database = createDatabase();
+    database->exec(QStringLiteral("INSERT INTO cars (id,num,name) VALUES ") + cars);
+    database->addOperation(2, QStringLiteral("Oil"));
+    GarageSettingsForm form;
+    form.show();
+    for (int edit = 0; edit < 2; ++edit) {
+        onNextDialog([edit](QDialog &dialog) {
+            dialog.findChild<QLineEdit *>(QStringLiteral("leRunsCount"))->setText(QString::number(7 + edit));
+            QTest::mouseClick(dialog.findChild<QDialogButtonBox *>()->button(QDialogButtonBox::Ok),
+                              Qt::LeftButton);
+        });
+        askForLimits(form, 1 - edit);
+        const QStringList expected {edit == 0 ? QStringLiteral("1||")
+                                              : QStringLiteral("1||0.0 ч. 8 заезд. 0 кр."),
+                                    QStringLiteral("2||0.0 ч. 7 заезд. 0 кр.")};
+        QCOMPARE(limits(form), expected);
+        form.reloadReglamentModel();
+        QCOMPARE(limits(form), expected);
+    }
+}
+
+GARAGE_TEST(TestScheduleReading)
+#include "tst_schedulereading.moc"
