@@ -2,19 +2,32 @@
 
 #include <QFile>
 
+namespace {
+
+std::vector<std::string> readStatements(const QString &fileName)
+{
+    QFile file(QStringLiteral(GARAGE_BENCH_FOLDER "/") + fileName);
+    if (!file.open(QIODevice::ReadOnly))
+        qFatal("Cannot read %s", qPrintable(file.fileName()));
+    std::vector<std::string> statements;
+    for (const QByteArray &statement : file.readAll().split(';')) {
+        if (!statement.trimmed().isEmpty())
+            statements.push_back(statement.trimmed().toStdString());
+    }
+    return statements;
+}
+
+} // namespace
+
 const std::vector<std::string> &reloadStatements()
 {
-    static const std::vector<std::string> statements = [] {
-        QFile file(QStringLiteral(GARAGE_BENCH_STATEMENTS));
-        if (!file.open(QIODevice::ReadOnly))
-            qFatal("No statements");
-        std::vector<std::string> read;
-        for (const QByteArray &statement : file.readAll().split(';')) {
-            if (!statement.trimmed().isEmpty())
-                read.push_back(statement.trimmed().toStdString());
-        }
-        return read;
-    }();
+    static const std::vector<std::string> statements = readStatements(QStringLiteral("statements.sql"));
+    return statements;
+}
+
+const std::vector<std::string> &remoteStatements()
+{
+    static const std::vector<std::string> statements = readStatements(QStringLiteral("remotestatements.sql"));
     return statements;
 }
 

@@ -36,5 +36,7 @@ private:
     std::unique_ptr<sqlite3, Closer> m_database;
 };
 
-/// The five statements of a reload, in their order.
+/// The five statements of a reload, in their order; a test compares them with the module's.
 const std::vector<std::string> &reloadStatements();
+/// The two statements of a remote batch, the update and the insert; a test compares them with the module's.
+const std::vector<std::string> &remoteStatements();

@@ -70,30 +70,36 @@ void plainBatch(benchmark::State &state, const BenchShape &shape)
     const auto bindText = [](sqlite3_stmt *statement, int place, const QString &text) {
         sqlite3_bind_text16(statement, place, text.utf16(), text.size() * int(sizeof(QChar)), SQLITE_STATIC);
     };
-    const auto bind = [&](sqlite3_stmt *statement, const RemoteServiceRecord &record) {
-        sqlite3_bind_int(statement, 1, record.remoteId);
-        sqlite3_bind_int(statement, 2, record.carId);
-        sqlite3_bind_int(statement, 3, record.opId);
-        bindText(statement, 4, record.opTime);
-        sqlite3_bind_int(statement, 5, record.personId);
-        bindText(statement, 6, record.personName);
-        bindText(statement, 7, record.comment);
+    // The places are those of each statement's placeholders in the order of their first use.
+    const auto bindUpdate = [&](sqlite3_stmt *update, const RemoteServiceRecord &record) {
+        sqlite3_bind_int(update, 1, record.carId);
+        sqlite3_bind_int(update, 2, record.opId);
+        bindText(update, 3, record.opTime);
+        sqlite3_bind_int(update, 4, record.personId);
+        bindText(update, 5, record.personName);
+        bindText(update, 6, record.comment);
+        sqlite3_bind_int64(update, 7, record.remoteId);
+        sqlite3_bind_int(update, 8, record.localId);
+    };
+    const auto bindInsert = [&](sqlite3_stmt *insert, const RemoteServiceRecord &record) {
+        sqlite3_bind_int64(insert, 1, record.remoteId);
+        sqlite3_bind_int(insert, 2, record.carId);
+        sqlite3_bind_int(insert, 3, record.opId);
+        bindText(insert, 4, record.opTime);
+        sqlite3_bind_int(insert, 5, record.personId);
+        bindText(insert, 6, record.personName);
+        bindText(insert, 7, record.comment);
     };
     for (auto _ : state) {
         database.exec("BEGIN IMMEDIATE");
         {
-            const auto update = database.prepare(
-                "UPDATE maintainance SET car_id=?2,operation_id=?3,operation_time=?4,person_id=?5,"
-                "person_name=?6,comment=?7,operation_state=1 WHERE remote_id=?1 OR id=?8");
-            const auto insert = database.prepare(
-                "INSERT INTO maintainance (remote_id,car_id,operation_id,operation_time,person_id,"
-                "person_name,comment) VALUES (?1,?2,?3,?4,?5,?6,?7)");
+            const auto update = database.prepare(remoteStatements().at(0).c_str());
+            const auto insert = database.prepare(remoteStatements().at(1).c_str());
             for (const RemoteServiceRecord &record : records) {
-                bind(update.get(), record);
-                sqlite3_bind_int(update.get(), 8, record.localId);
+                bindUpdate(update.get(), record);
                 if (database.write(update.get()) != 0)
                     continue;
-                bind(insert.get(), record);
+                bindInsert(insert.get(), record);
                 database.write(insert.get());
             }
         }
