@@ -1,7 +1,10 @@
 #include "fuzzedjson.h"
 
+#include "support/protocolcatalogue.h"
+
 #include <QJsonArray>
 #include <QJsonDocument>
+#include <QStringList>
 
 #include <cstring>
 #include <limits>
@@ -10,18 +13,23 @@ namespace {
 
 constexpr int deepest = 3;
 
-const char *const events[] = {
-    "clicked",         "cars_list_changed",   "send_settings_dialogs", "personal_list", "load_complete",
-    "run_saved_to_db", "remote_control_data", "remote_service_data",   "car_complain",  "run_closed",
-};
+const QStringList &events()
+{
+    static const QStringList list = ProtocolCatalogue::understoodEvents();
+    return list;
+}
 
-const char *const keys[] = {
-    "key",         "noStatsUpdate", "personalList",   "msg",     "data",
-    "sinkId",      "skipAnswer",    "carId",          "id",      "opId",
-    "localId",     "operatorId",    "opDoneDateTime", "comment", "operatorName",
-    "cars",        "num",           "name",           "carNum",  "car_guid",
-    "serviceCode", "lastName",      "firstName",      "midName", "available_for_runs",
-};
+const QStringList &keys()
+{
+    static const QStringList list = [] {
+        QStringList found;
+        for (const QString &event : events())
+            found += ProtocolCatalogue::keysOf(event);
+        found.removeDuplicates();
+        return found;
+    }();
+    return list;
+}
 
 const char *const texts[] = {
     "show_garage",
@@ -57,7 +65,7 @@ QJsonObject members(ByteReader &bytes, int depth)
 {
     QJsonObject object;
     for (int left = 1 + bytes.below(9); left > 0 && !bytes.atEnd(); --left) {
-        const QString key = QLatin1String(any(bytes, keys));
+        const QString key = keys().at(bytes.below(keys().size()));
         object.insert(key, value(bytes, depth + 1));
     }
     return object;
@@ -114,7 +122,7 @@ QString FuzzedJson::eventName(ByteReader &bytes)
     const int choice = bytes.byte();
     if (choice == 255)
         return QString::fromUtf8(bytes.text());
-    return QLatin1String(events[choice % int(std::size(events))]);
+    return events().at(choice % events().size());
 }
 
 QJsonObject FuzzedJson::object(ByteReader &bytes)
