@@ -27,6 +27,7 @@ GarageUpdater::GarageUpdater() : m_moduleName(QStringLiteral("garage_stats_updat
     qRegisterMetaType<QList<MaintainanceModel::MaintainanceItem>>(
         "QList<MaintainanceModel::MaintainanceItem>");
     qRegisterMetaType<QList<ServiceLogModel::ServiceLogItem>>("QList<ServiceLogModel::ServiceLogItem>");
+    // "String" is kept on purpose, because the type is known under this registered name.
     qRegisterMetaType<QMap<int, QString>>("QMap<int,String>");
 
     // Connected before the start: afterwards the thread may already have told that it started.

@@ -25,7 +25,7 @@ enum ServiceState {
 struct OperationStat
 {
     int opId = 0;
-    QDateTime lastDone; ///< local time; invalid: never
+    QDateTime lastDone; ///< local time of the latest record, open or done; invalid: never
     int totalTime = 0; ///< seconds of driving since `lastDone`
     int runs = 0;
     int laps = 0;

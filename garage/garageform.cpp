@@ -42,6 +42,7 @@ GarageForm::GarageForm(QWidget *parent)
 {
     initGarageResources();
     m_maintainanceModel.setObjectName(QStringLiteral("maintainanceModel"));
+    // The spelling is kept on purpose, because others find the proxy by this name.
     m_maintainanceFilterProxy.setObjectName(QStringLiteral("maintaincancFilterProxy"));
 
     m_ui->setupUi(this);

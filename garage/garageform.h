@@ -55,8 +55,11 @@ public:
 signals:
     void closeGarage();
     void reloadGarageStats();
+    /// Requests the storage of remote service records; the name is kept on purpose, because it is a contract.
     void updateServiceTable(QJsonArray opsList, QJsonArray personalList);
     void addRemoteOperation(QJsonObject jsonOperation);
+    /// Requests the deletion of a service record. `opId` is the record's id; names kept on purpose, because
+    /// they are a contract.
     void deleteOperation(int opId, int remoteId);
     void pluginSignal(QString event, QJsonObject jsonData);
 
@@ -76,14 +79,14 @@ private slots: // connected by name, except serviceClicked and attentionClicked
     void on_pbReloadLog_clicked();
     void on_cbFilterModels_currentIndexChanged(QString arg1);
     void on_cbFilterServiceState_currentIndexChanged(int index);
-    void on_pushButton_clicked();
+    void on_pushButton_clicked(); // resets the table's filters; named by contract, as is the button
     void on_actionDeleteMaintainanceItem_triggered();
     void on_actionDoneOperation_triggered();
     void on_pbRemoveAvailable_clicked();
     void on_pbSetAvailable_clicked();
     void on_tvAvailableCars_doubleClicked(QModelIndex index);
     void on_tvAllCars_doubleClicked(QModelIndex index);
-    void on_pushButton_2_clicked();
+    void on_pushButton_2_clicked(); // resets the log's filters; named by contract, as is the button
     void on_cbLogFilterModels_activated(int index);
     void on_leLogFilterNum_textEdited(QString arg1);
     void on_cbLogFilterOperation_activated(int index);

@@ -5,8 +5,10 @@
 
 #include <QPointer>
 
-/// Shows of the maintenance table the cars of one model, or those that need service, or both. Leaves sorting
-/// to the table. To be refiltered when the reglament's limits were edited.
+/// Filters the maintenance table by car model, by need of service, or both. Sorting is left to the table.
+/// Call refilter() after the limits were edited. A car whose only exceeded limit is negative does not pass
+/// as needing service, although its cell is red and it is reported as due; kept on purpose, because users and
+/// hosts know it so.
 class MaintainanceFilterProxy final : public TableFilterProxy
 {
     Q_OBJECT

@@ -108,7 +108,7 @@ void QEditableTreeView::startDrag(Qt::DropActions supportedActions)
     }
 
     const QJsonArray items = payload.object().value(QLatin1String("srcList")).toArray();
-    const QPointer<QDrag> drag = new QDrag(this);
+    const QPointer<QDrag> drag = new QDrag(this); // deleted by Qt when the drag ends
     drag->setPixmap(dragPixmap(items));
     drag->setMimeData(mimeData.release());
     drag->setHotSpot({0, 0});

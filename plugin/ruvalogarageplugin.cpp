@@ -46,6 +46,8 @@ RuvaloGaragePlugin::RuvaloGaragePlugin()
                           QStringLiteral("run_saved_to_db"),       QStringLiteral("remote_control_data"),
                           QStringLiteral("remote_service_data")}
 {
+    // Unused here; kept on purpose, because hosts may rely on the registration and its conversion to a
+    // sequence.
     qRegisterMetaType<QVector<QObject *>>("QVector<QObject *>");
     pluginOrder = 37;
     setObjectName(m_description);
