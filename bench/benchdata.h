@@ -2,7 +2,7 @@
 
 #include <QString>
 
-/// How much a generated garage database holds. The same shape always gives the same rows.
+/// The size of a generated garage database. The same shape always yields the same rows.
 struct BenchShape
 {
     const char *name;

@@ -2,11 +2,11 @@
 
 #include <valgrind/callgrind.h>
 
-/// Runs of the work to be counted. More only take longer: the counts repeat.
+/// Iterations of the counted work. The counts are repeatable, so more iterations only take longer.
 inline constexpr int countedIterations = 5;
 
-/// Callgrind, if it watches (with --instr-atstart=no), counts the instructions of all threads while one of
-/// these lives. Costs nothing otherwise.
+/// Under Callgrind (with --instr-atstart=no), the instructions of all threads are counted while such an
+/// object exists. Costs nothing otherwise.
 class InstructionCount final
 {
 public:

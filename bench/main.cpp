@@ -11,7 +11,7 @@ int main(int argc, char **argv)
     if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication application(argc, argv);
-    // The loader's progress lines would be timed with it.
+    // Otherwise the loader's progress lines would be part of the measured time.
     qInstallMessageHandler([](QtMsgType type, const QMessageLogContext &, const QString &text) {
         if (type != QtDebugMsg)
             fprintf(stderr, "%s\n", qPrintable(text));

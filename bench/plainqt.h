@@ -4,8 +4,8 @@
 
 class QSqlDatabase;
 
-/// A reload as one would first write it in Qt: columns by name, the driver's cache of rows, a search through
-/// all cars for each record.
+/// A reload as a first version in Qt would be written: columns by name, the driver's cache of rows, a search
+/// through all cars for each record.
 namespace PlainQt {
 
 struct Reload

@@ -8,8 +8,8 @@
 #include <string>
 #include <vector>
 
-/// One connection of SQLite's C interface: what the same job costs with nothing on top. Failures end the
-/// program.
+/// One connection through SQLite's C interface: the cost of a job without any layer above SQLite. A failure
+/// ends the program.
 class PlainSqlite final
 {
 public:
@@ -23,9 +23,9 @@ public:
 
     void exec(const char *statement);
     Statement prepare(const char *statement);
-    /// Steps to the end and touches every column; gives a checksum, so that nothing is optimised away.
+    /// Steps to the end and reads every column; returns a checksum, so that nothing is optimised away.
     qint64 readAll(const char *statement);
-    /// Steps a writing statement once and makes it ready for the next values; gives the rows it changed.
+    /// Steps a writing statement once and resets it for the next values; returns the number of changed rows.
     int write(sqlite3_stmt *statement);
 
 private:

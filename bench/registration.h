@@ -1,6 +1,6 @@
 #pragma once
 
-/// Each makes a group of measurements known to the benchmark library.
+/// Each registers a group of benchmarks.
 void registerReloadBenchmarks();
 void registerWindowBenchmarks();
 void registerRemoteBenchmarks();

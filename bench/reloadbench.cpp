@@ -30,7 +30,7 @@ void plainReload(benchmark::State &state, const BenchShape &shape)
     }
 }
 
-/// From the wish to reload to the records' arrival in the asking thread.
+/// From the request of a reload to the arrival of the records in the requesting thread.
 void garageReload(benchmark::State &state, const BenchShape &shape)
 {
     const BenchHome home(shape);
@@ -50,7 +50,7 @@ void garageReload(benchmark::State &state, const BenchShape &shape)
     }
 }
 
-/// A connection of QtSql's, as a program would open it by itself.
+/// A connection of QtSql, opened without the module.
 class SqlConnection final
 {
     Q_DISABLE_COPY(SqlConnection)
@@ -73,7 +73,7 @@ private:
         QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("bench-reload"));
 };
 
-/// What QtSql alone takes for the values: the floor for anything that reads through it.
+/// The time of QtSql alone for the values: the minimum for all code that reads through it.
 void qtSqlReload(benchmark::State &state, const BenchShape &shape)
 {
     const BenchHome home(shape);

@@ -9,7 +9,7 @@ namespace {
 
 constexpr int batchSize = 500;
 
-/// Half of the records are known to the journal, the others are new; every second call removes the new ones.
+/// Half of the records are in the service log already, the others are new.
 QVector<RemoteServiceRecord> batch()
 {
     QVector<RemoteServiceRecord> records;
@@ -28,7 +28,7 @@ QVector<RemoteServiceRecord> batch()
     return records;
 }
 
-/// Both sides start from the same journal in each iteration, and neither waits for the disk.
+/// Each iteration starts from the same service log, and neither side waits for the disk.
 class Journal final
 {
 public:

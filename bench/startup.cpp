@@ -1,7 +1,7 @@
-// What an operator waits for when the host starts: the library loaded, its page and its tab built, the tab
-// painted once in the host's window. The first reload goes on in its own thread meanwhile. A program of its
-// own, because a library is loaded for the first time only once.
-//   garage-startup HOME     prints milliseconds by the clock; HOME's documents hold the database
+// The start as an operator sees it: the library is loaded, its page and its tab are constructed, and the tab
+// is painted once in the host's window. The first reload runs in its own thread meanwhile. This is a separate
+// program, because a process loads a library for the first time only once.
+//   garage-startup HOME     prints elapsed milliseconds; HOME's documents folder contains the database
 
 #include "trivexplugininterface.h"
 

@@ -27,7 +27,7 @@ constexpr int gapReloads = 20;
 constexpr int manyCars = 2000;
 constexpr double msPerSecond = 1000;
 
-/// Computing time of the calling thread: on a busy machine what the clock would show on an idle one.
+/// CPU time of the calling thread, which other programs disturb less than elapsed time.
 double threadMs()
 {
     timespec now {};
@@ -35,7 +35,7 @@ double threadMs()
     return double(now.tv_sec) * 1e3 + double(now.tv_nsec) / 1e6;
 }
 
-/// The longest time for which the event loop did not come round.
+/// The longest time between two iterations of the event loop.
 class Heartbeat final
 {
 public:
@@ -85,7 +85,7 @@ void gapWhileReloading(benchmark::State &state, const BenchShape &shape)
     state.counters["computing_ms"] = median(computing);
 }
 
-/// What the toolkit alone needs for the same cells and grid.
+/// The time of Qt's own delegate for the same cells and grid.
 class PlainGridDelegate final : public QStyledItemDelegate
 {
 public:
@@ -120,7 +120,7 @@ void scrollPage(benchmark::State &state)
     }
 }
 
-/// What the window holds of a shape's journal, by its heap.
+/// The heap that the window uses for the service log of a shape.
 qint64 heapOfWindow(const BenchShape &shape)
 {
     const qint64 before = Resources::now().heapBytes;
@@ -128,11 +128,11 @@ qint64 heapOfWindow(const BenchShape &shape)
     return Resources::now().heapBytes - before;
 }
 
-/// Compares two lengths of the journal, so that the window's own share drops out.
+/// The difference between two lengths of the service log, which excludes the window's own share.
 void memoryPerRecord(benchmark::State &state)
 {
     const BenchShape tenth = journalShape.scaled(0.1, "journal-0.1");
-    heapOfWindow(tenth); // what is made once
+    heapOfWindow(tenth); // allocates what is allocated only once
     for (auto _ : state) {
         const qint64 bytes = heapOfWindow(journalShape) - heapOfWindow(tenth);
         state.counters["bytes_per_record"] = double(bytes) / (journalShape.records - tenth.records);

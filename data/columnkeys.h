@@ -3,7 +3,7 @@
 #include <QLatin1String>
 #include <QString>
 
-/// The texts by which every table knows its columns; a column's position means nothing.
+/// The keys that identify the columns of every table; a column's position has no meaning.
 namespace ColumnKeys {
 
 inline const QLatin1String position("POS"); ///< "#", the 1-based number of the visible row

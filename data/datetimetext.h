@@ -24,8 +24,8 @@ namespace DateTimeText {
 /// is how it compares with the others as text.
 [[nodiscard]] QDateTime fromDatabase(const QString &text);
 
-/// Gives the same as fromDatabase, faster for many texts. Remembers the time zone's offsets: lives for one
-/// query, because the zone may change afterwards.
+/// Returns the same as fromDatabase(), faster for many texts. Caches the offsets of the time zone: use one
+/// object per query, because the zone may change afterwards.
 class Reader final
 {
 public:

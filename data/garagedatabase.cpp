@@ -47,7 +47,7 @@ GarageDatabase::~GarageDatabase()
 
 void GarageDatabase::ensureOpen()
 {
-    // SQLite would go on with the old file, which nobody else sees any more.
+    // SQLite would continue to use the old file, which no other program can open any more.
     const std::optional<FileIdentity> file = fileAtPath();
     const bool isOtherFile = file && file != m_openedFile;
     const bool becameWritable = m_isReadOnly && mayWriteFile();

@@ -68,7 +68,7 @@ int narrowInteger(const QVariant &value)
     return isInteger && wide >= Range::min() && wide <= Range::max() ? int(wide) : noId;
 }
 
-/// Texts that many rows of a query repeat, kept once.
+/// Shares equal texts of the rows of a query.
 class RepeatedTexts final
 {
 public:

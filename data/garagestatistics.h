@@ -9,9 +9,9 @@ namespace GarageStatistics {
 
 /// All cars in the order of the table, with no operations yet.
 [[nodiscard]] QList<MaintainanceItem> readCars(const GarageDatabase &database);
-/// Gives each car, per operation, its latest record and what it has driven since.
+/// Adds to each car, per operation, its latest record and the figures since.
 void readDrivingSinceService(const GarageDatabase &database, QList<MaintainanceItem> &cars);
-/// The journal, newest first.
+/// The service log, newest record first.
 [[nodiscard]] QList<ServiceLogItem> readServiceLog(const GarageDatabase &database);
 /// The schedule, one entry per car model.
 [[nodiscard]] QList<ModelReglament> readReglament(const GarageDatabase &database);

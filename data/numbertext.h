@@ -5,5 +5,6 @@
 #include <optional>
 
 /// Reads the integer that a text begins with, as the pattern "%d" does: leading blanks, a sign, digits;
-/// what follows is ignored ("3B" is 3). Nothing if no number stands there. Values beyond 32 bits are clamped.
+/// what follows is ignored ("3B" is 3). No value if the text does not begin with a number. Values beyond 32
+/// bits are clamped.
 [[nodiscard]] std::optional<int> leadingInteger(QStringView text);

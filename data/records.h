@@ -21,7 +21,7 @@ enum ServiceState {
     DoneState = 1
 };
 
-/// What one car has driven since one operation was last recorded for it.
+/// The figures of one car since the latest record of one operation.
 struct OperationStat
 {
     int opId = 0;
@@ -50,7 +50,7 @@ struct MaintainanceItem
     bool hasOpenComplaint() const;
 };
 
-/// One record of the service journal.
+/// One record of the service log.
 struct ServiceLogItem
 {
     int id = noId; ///< the local id

@@ -2,7 +2,7 @@
 
 #include "data/records.h"
 
-/// Where tables look up the limits: the schedule as it is edited, one entry per car model.
+/// The schedule as it is edited, one entry per car model; the tables read the limits here.
 class ReglamentSource
 {
 public:

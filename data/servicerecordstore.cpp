@@ -129,7 +129,7 @@ void ServiceRecordStore::storeRemote(GarageDatabase &database, const QVector<Rem
                                                {QLatin1String(":person_name"), record.personName},
                                                {QLatin1String(":comment"), record.comment},
                                                {QLatin1String(":localId"), record.localId}});
-        // An update that failed says nothing about whether the record is there, so it inserts nothing.
+        // After a failed update it is unknown whether the record exists, so nothing is inserted.
         if (!updated || update.numRowsAffected() != 0)
             continue;
         transaction.exec(insert,

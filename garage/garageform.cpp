@@ -58,8 +58,8 @@ GarageForm::~GarageForm() = default;
 void GarageForm::setUpMaintainanceTab()
 {
     QTreeView *view = m_ui->tvMaintainanceTable;
-    // The view asks for an order as soon as it can be sorted: by then the rows must be reachable, and the
-    // arrow must stand where the answer will be.
+    // The view requests an order as soon as sorting is enabled: by then the model must be set, and the sort
+    // indicator must be on the column of the initial order.
     m_maintainanceFilterProxy.setMaintainanceModel(&m_maintainanceModel);
     m_maintainanceModel.setRowNumberProxy(&m_maintainanceFilterProxy);
     view->setItemDelegate(new MaintainanceDelegate(view));
@@ -203,7 +203,7 @@ void GarageForm::refillServiceLog(const QList<ServiceLogItem> &items)
         m_serviceLogModel.append(items);
         m_serviceLogModel.refresh();
     }
-    // What was chosen before may no longer be offered.
+    // The previous selection may no longer be in the list.
     on_cbLogFilterModels_activated(m_ui->cbLogFilterModels->currentIndex());
     on_cbLogFilterOperation_activated(m_ui->cbLogFilterOperation->currentIndex());
 }

@@ -8,7 +8,7 @@
 
 namespace {
 
-constexpr int uiSinkId = -1; // answers of the window are addressed to nobody in particular
+constexpr int uiSinkId = -1; // answers of the window go to all remote controls
 
 QJsonObject availabilityCommand(const QJsonArray &carIds, bool available)
 {

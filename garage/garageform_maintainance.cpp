@@ -129,7 +129,7 @@ void GarageForm::addServiceOp(const QModelIndex &index)
                              {QStringLiteral("pName"), record.personName},
                              {QStringLiteral("comment"), record.comment}});
 
-    // Shown at once; the reload brings the counters.
+    // Shown at once; the counters follow with the reload.
     m_maintainanceModel.recordServiceDone(record.carId, record.opId, record.opTime, cell);
     requestReload();
 }
@@ -163,7 +163,7 @@ void GarageForm::carComplain(const MaintainanceItem &item)
     if (!accepted || isFileReplaced(file))
         return;
 
-    // A reload may have closed the complaint meanwhile, or brought another that the user has not seen.
+    // A reload may have closed the complaint meanwhile, or read another one that the user has not seen.
     const ServiceRecord record = enteredRecord(*dialog, carId);
     if (shownId != noId && shownId == openComplaintId(carId))
         ServiceRecordStore::amendComplaint(m_database, shownId, record);

@@ -51,7 +51,7 @@ void GarageForm::on_actionDeleteMaintainanceItem_triggered()
     const int file = m_shownFile;
     if (!confirmDeletion(this) || isFileReplaced(file))
         return;
-    // A reload may have moved the record, or taken it away, while the question was open.
+    // A reload may have moved or removed the record while the question was open.
     m_serviceLogModel.removeItem(m_serviceLogModel.rowOf(record.id));
     emit deleteOperation(record.id, record.remoteId);
 }
@@ -71,7 +71,7 @@ void GarageForm::on_actionDoneOperation_triggered()
     if (dialog.exec() != QDialog::Accepted || isFileReplaced(file))
         return;
 
-    // Written when it comes back from the remote side.
+    // Stored when the remote side returns it.
     emit addRemoteOperation(
         {{QStringLiteral("carId"), record.carId},
          {QStringLiteral("opId"), dialog->operationId()},

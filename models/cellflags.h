@@ -1,6 +1,6 @@
 #pragma once
 
-/// Item flags beyond the toolkit's own, by which a model tells a garage tree view what a cell offers.
+/// Item flags beyond Qt's own, by which a model specifies which button a garage tree view shows over a cell.
 namespace CellFlags {
 
 constexpr int service = 0x10000; ///< the service button

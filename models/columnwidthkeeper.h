@@ -4,8 +4,8 @@
 
 #include <QHash>
 
-/// Scope around a change of a model's columns: afterwards the view's columns that were there before have
-/// their widths back, and new ones the model's. A header that re-counts its sections forgets both.
+/// Scope guard around a change of a model's columns: afterwards the existing columns of the view have their
+/// old widths, and new ones those of the model. QHeaderView loses both when the number of sections changes.
 class ColumnWidthKeeper final
 {
     Q_DISABLE_COPY(ColumnWidthKeeper)

@@ -21,7 +21,7 @@ public:
 
     void paint(QPainter *painter, const QStyleOptionViewItem &option,
                const QModelIndex &index) const override;
-    /// Always two text lines high, because the first row decides for a view with uniform row heights.
+    /// Always two text lines high, because a view with uniform row heights uses the height of the first row.
     QSize sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const override;
 
 private:

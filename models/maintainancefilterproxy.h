@@ -30,7 +30,7 @@ public:
     QString modelFilter() const { return m_modelFilter; }
     bool needsServiceOnly() const { return m_needsServiceOnly; }
 
-    /// Hands the request to the table.
+    /// Forwards the request to the table.
     void sort(int column, Qt::SortOrder order = Qt::AscendingOrder) override;
 
 protected:

@@ -90,7 +90,7 @@ void MaintainanceModel::updateColumns(const ReglamentSource *reglament, QTreeVie
         }
         ++column;
     }
-    // Not the columns at the end: which ones go is an established behaviour, kept on purpose.
+    // Not the columns at the end; kept on purpose, because it is the established behaviour.
     while (operations.size() < columnCount() - fixedColumnCount)
         removeColumnAt(operations.size());
     readColumnKeys();

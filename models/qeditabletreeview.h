@@ -27,7 +27,7 @@ signals:
     void ctrlDelClicked(QModelIndex index);
     void updateSelection(QItemSelection selected, QItemSelection deselected);
     void delClicked(int row, int column);
-    /// The items were moved onto the target; to take them away here is up to the receiver.
+    /// The items were moved onto the target; the receiver removes them here.
     void itemsDroppedOut(QJsonArray jsonList, const QObject *target);
 
 protected slots:
@@ -39,7 +39,7 @@ protected:
     void keyPressEvent(QKeyEvent *event) override;
     void dropEvent(QDropEvent *event) override;
     void startDrag(Qt::DropActions supportedActions) override;
-    /// Runs a drag to its end and gives what became of it.
+    /// Runs a drag to its end and returns the resulting action.
     virtual Qt::DropAction execDrag(QDrag &drag);
 
 private:

@@ -19,7 +19,7 @@ QGarageTreeView::QGarageTreeView(QWidget *parent)
 
 void QGarageTreeView::mouseMoveEvent(QMouseEvent *event)
 {
-    // The base is not asked: no drag-selection, no hover of its own.
+    // The base class is not called: no drag selection, no hover of its own.
     const QModelIndex index = indexAt(event->pos());
     const int flags = model() ? int(model()->flags(index)) : 0;
     const bool offersService = flags & CellFlags::service;
@@ -36,7 +36,7 @@ void QGarageTreeView::mouseMoveEvent(QMouseEvent *event)
 
 void QGarageTreeView::scrollContentsBy(int dx, int dy)
 {
-    // A viewport that scrolls carries its children along; the buttons stay under the pointer.
+    // Scrolling a viewport moves its children; the buttons must stay under the pointer.
     const QPoint servicePosition = m_serviceButton.pos();
     const QPoint attentionPosition = m_attentionButton.pos();
     QTreeView::scrollContentsBy(dx, dy);
@@ -54,7 +54,7 @@ void QGarageTreeView::serviceButtonClick()
         return;
     const bool isService = button == &m_serviceButton;
     setCurrentIndex(index);
-    // A receiver may open a dialog during which the view dies: nothing may follow.
+    // A receiver may open a dialog during which the view is destroyed: nothing may follow.
     if (isService)
         emit serviceButtonClicked(index);
     else

@@ -4,7 +4,7 @@
 #include <QTreeView>
 
 /// Offers one push button over the cell under the pointer: for a service or for the car's complaint,
-/// whichever the model's flags name (CellFlags). Needs mouse tracking, which the owner turns on.
+/// as specified by the model's flags (CellFlags). Requires mouse tracking, which the owner enables.
 class QGarageTreeView final : public QTreeView
 {
     Q_OBJECT

@@ -2,8 +2,8 @@
 
 #include "models/tablefilterproxy.h"
 
-/// Narrows a ServiceLogModel by car model, by a fragment of the car number and by operation, and numbers the
-/// rows that are left. GUI thread only.
+/// Filters a ServiceLogModel by car model, by a part of the car number and by operation, and numbers the
+/// remaining rows. GUI thread only.
 class ServiceLogFilter final : public TableFilterProxy
 {
     Q_OBJECT
@@ -22,7 +22,7 @@ public:
     void setNumberFilter(const QString &numberPart);
     /// An operation id, `anyOperation` or `pendingOnly`.
     void setOperationFilter(int operation);
-    /// Lets every record through again.
+    /// Accepts every record again.
     void reset();
 
     QString modelFilter() const { return m_modelFilter; }

@@ -5,7 +5,7 @@
 
 #include <QList>
 
-/// The service journal, newest record first as the loader delivers it. Shows at most the first thousand.
+/// The service log, newest record first as the loader delivers it. Shows at most the first thousand records.
 class ServiceLogModel final : public ClearbackgroundTableModel
 {
     Q_OBJECT

@@ -6,8 +6,8 @@ void TableFilterProxy::setSourceModel(QAbstractItemModel *model)
     disconnect(m_afterSourceChange);
     m_isSourceChanging = false;
     if (model) {
-        // Connected before the base class connects its own, so that what it then tells its views finds the
-        // switch as it has to be.
+        // Connected before the base class connects its own slots, so that the flag is set when the base class
+        // emits signals to its views.
         m_beforeSourceChange = connect(model, &QAbstractItemModel::layoutAboutToBeChanged, this,
                                        [this] { m_isSourceChanging = true; });
         m_afterSourceChange =
@@ -18,8 +18,8 @@ void TableFilterProxy::setSourceModel(QAbstractItemModel *model)
 
 void TableFilterProxy::refilter()
 {
-    // At the end of a change of the source everything is filtered anew anyway; before it, the base class
-    // would announce rows that are about to go.
+    // At the end of a change of the source all rows are filtered again anyway; before it, the base class
+    // would announce rows that are about to be removed.
     if (!m_isSourceChanging)
         invalidateFilter();
 }

@@ -2,8 +2,8 @@
 
 #include <QSortFilterProxyModel>
 
-/// Base of the filters of the module's tables. May be told to filter anew at any time, also while the table
-/// replaces its rows or columns. GUI thread only.
+/// Base of the filters of the module's tables. Filtering again may be requested at any time, even while the
+/// table replaces its rows or columns. GUI thread only.
 class TableFilterProxy : public QSortFilterProxyModel
 {
     Q_OBJECT

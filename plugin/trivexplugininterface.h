@@ -12,7 +12,7 @@ class QWidget;
 #define TRIVEX_PLUGIN_IID "trivex.TrivexPluginInterface/v1.0"
 #endif
 
-/// What the host knows of a plug-in: its pages, its names, and one message channel in each direction.
+/// The host's interface to a plug-in: its pages, its names, and one message channel in each direction.
 ///
 /// A message is a module name, an event name and a JSON object. Everything here is called and emitted in
 /// the host's GUI thread. The declaration order of members and virtual functions is part of the contract.
@@ -22,7 +22,7 @@ class TrivexPluginInterface : public QObject
 public:
     /// Place of the plug-in among the host's plug-ins.
     qint32 pluginOrder = 0;
-    /// For the host's own notes about the plug-in; a module reads none of them.
+    /// For the host's own use; a module reads none of them.
     QString pluginVersion;
     QString pluginDescription;
     QString fileName = QStringLiteral("fileNameWin");
@@ -31,7 +31,7 @@ public:
     virtual QWidget *settingsPage() = 0;
     /// A second widget of the module, or null; owned by the plug-in.
     virtual QWidget *auxiliaryWidget() = 0;
-    /// What the host writes on the module's tab and settings page.
+    /// The title of the module's tab and settings page.
     virtual QString caption() = 0;
     /// The name under which the module sends its messages.
     virtual QString moduleName() = 0;
@@ -41,7 +41,7 @@ public:
     virtual QStringList subscribedEvents() = 0;
 
 public slots:
-    /// Hands one message to the plug-in. Unknown events and missing keys are ignored.
+    /// Sends one message to the plug-in. Unknown events and missing keys are ignored.
     virtual void pluginSlot(QString module, QString event, QJsonObject jsonData) = 0;
 
 signals:

@@ -2,7 +2,6 @@
 
 class QWidget;
 
-/// Asks whether something shall really be deleted, in the words of the owner's class (its translation
-/// context). False as well if the owner died while the question was
-/// open.
+/// Asks for the confirmation of a deletion. The texts are those of the owner's translation context. False as
+/// well if the owner was destroyed while the question was open.
 [[nodiscard]] bool confirmDeletion(QWidget *owner);

@@ -63,7 +63,7 @@ QSize ElidedGroupBox::minimumSizeHint() const
     QStyleOptionGroupBox option;
     initStyleOption(&option);
     const QSize title = preferredSize(this, this->title());
-    // The group box's own hint holds the whole title.
+    // The group box's own hint includes the whole title.
     const QSize contents = QWidget::minimumSizeHint(); // NOLINT(bugprone-parent-virtual-call)
     return style()->sizeFromContents(QStyle::CT_GroupBox, &option, title, this).expandedTo(contents);
 }

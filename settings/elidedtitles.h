@@ -3,8 +3,8 @@
 #include <QGroupBox>
 #include <QLabel>
 
-/// A label of one line that takes the width it is given: what does not fit is replaced by "…" and shown
-/// whole as a tool tip. The text is plain, and text() is all of it.
+/// A one-line label of any width: a text that does not fit is elided and shown in full as a tool tip. The
+/// text is plain; text() returns all of it.
 class ElidedLabel final : public QLabel
 {
     Q_OBJECT
@@ -19,7 +19,7 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 };
 
-/// A group box whose title does the same. An ampersand in it is an ampersand.
+/// A group box with an elided title. An ampersand in the title is shown, not a mnemonic.
 class ElidedGroupBox final : public QGroupBox
 {
     Q_OBJECT

@@ -55,7 +55,7 @@ bool GarageSettingsForm::followDatabase()
 {
     m_database.ensureOpen();
     const bool isOtherFile = m_database.fileCount() != m_shownFile;
-    // The tables may have come after the file.
+    // The tables may have been created after the file.
     bool wasBusy = false;
     if (isOtherFile || !m_operationsModel.hasStoredOperation()) {
         const QVector<ServiceOperation> operations = ScheduleTables::readOperations(m_database, &wasBusy);
@@ -166,7 +166,7 @@ void GarageSettingsForm::removeServiceOp()
     const QPersistentModelIndex chosen = current;
     if (!confirmDeletion(this) || followDatabase() || !chosen.isValid())
         return;
-    // The reglament keeps the operation's column and limits until it is read anew.
+    // The reglament keeps the operation's column and limits until it is read again.
     if (m_operationsModel.isStored(chosen.row()))
         ScheduleTables::removeOperation(m_database, m_operationsModel.operationAt(chosen.row()).id);
     m_operationsModel.removeOperationAt(chosen.row());

@@ -27,11 +27,11 @@ public:
     explicit GarageSettingsForm(QWidget *parent = nullptr);
     ~GarageSettingsForm() override;
 
-    /// The size that the page starts with, so that the host's layouts give it that much.
+    /// The initial size of the page, so that the host's layouts provide it.
     QSize sizeHint() const override;
 
     const ServiceReglamentModel &reglamentModel() const { return m_reglamentModel; }
-    /// Reads the car models and their limits anew; the operations are those of the page.
+    /// Reads the car models and their limits again; the operations remain those of the page.
     void reloadReglamentModel();
 
 signals:
@@ -45,10 +45,11 @@ private slots: // connected by name
 
 private:
     void setUpTable(QTreeView *view, ClearbackgroundTableModel &model);
-    /// Names of any length are titles: a long one shows how it begins, a high one leaves room for the table.
+    /// Shows the model's name above the limits, elided and in one line, so that it never takes room from the
+    /// table.
     void setUpOperationTitles();
-    /// Shows the operations of the file that the database's connection now has open. True if that is another
-    /// one than the page showed: then what the user chose in it must not be written.
+    /// Shows the operations of the file that the connection has open now. True if the page showed another
+    /// file: then the user's choice must not be written.
     bool followDatabase();
     /// What the schedule's table shows beside the operations.
     struct Reglament

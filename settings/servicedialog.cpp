@@ -19,7 +19,7 @@ QString fullName(const QJsonObject &person)
     return parts.join(QLatin1Char(' '));
 }
 
-/// -1 as well for a combo box that offers nothing.
+/// -1 as well for an empty combo box.
 int chosenId(const QComboBox &combo)
 {
     const QVariant id = combo.currentData();

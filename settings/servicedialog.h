@@ -25,7 +25,7 @@ public:
     void setOperations(const ServiceOperations &operations);
     /// "--" for none, then the people in the order of the array.
     void setPersonal(const QJsonArray &personal);
-    /// An id that is not offered chooses "--".
+    /// An id that is not in the list selects "--".
     void setOperation(int opId);
     /// Shown in local time.
     void setDateTime(const QDateTime &dateTime);

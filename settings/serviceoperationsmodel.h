@@ -19,7 +19,7 @@ public:
     int rowCount(const QModelIndex &parent = {}) const override;
     QVariant data(const QModelIndex &index, int role = Qt::DisplayRole) const override;
     Qt::ItemFlags flags(const QModelIndex &index) const override;
-    /// Announces the new name by operationNameChanged(); there is no dataChanged.
+    /// Emits operationNameChanged() and no dataChanged().
     bool setData(const QModelIndex &index, const QVariant &value, int role = Qt::EditRole) override;
 
     /// The operation of an existing row.
@@ -30,14 +30,14 @@ public:
     bool hasStoredOperation() const;
     /// Whether the operationNameChanged() of this id is about a row that is not stored.
     bool isUnstored(int opId) const;
-    /// Puts these in the place of all stored operations. Rows that are not stored yet stay, at the end.
+    /// Replaces all stored operations. Rows that are not stored yet remain, at the end.
     void setStoredOperations(const QVector<ServiceOperation> &operations);
     /// Appends a row without id and name; the index is that of its name.
     QModelIndex addEmptyOperation();
     /// Appends a stored operation; emits no signals.
     void appendOperation(int id, const QString &name);
-    /// Gives the first row that is not stored yet its id. If one of them was named last, it is moved in front
-    /// of the others first.
+    /// Sets the id of the first row that is not stored yet. If one of them was named last, it is moved in
+    /// front of the others first.
     void setNewOperationId(int id);
     /// Removes the first row with that id; nothing happens if there is none.
     void removeOperation(int id);
