@@ -2,6 +2,7 @@
 
 #include "data/garagedatabase.h"
 #include "garagectl/commandlist.h"
+#include "garagectl/helpformatter.h"
 #include "garagectl/output/terminal.h"
 #include "garagectl/wording.h"
 
@@ -38,30 +39,20 @@ std::string utf8(const char *englishText, const char *russianText)
     return text(englishText, russianText).toStdString();
 }
 
-void translateHelp(CLI::App &program)
-{
-    const auto formatter = program.get_formatter();
-    formatter->label("Usage", utf8("Usage", "Вызов"));
-    formatter->label("OPTIONS", utf8("[OPTIONS]", "[КЛЮЧИ]"));
-    formatter->label("Options", utf8("Options", "Ключи"));
-    formatter->label("SUBCOMMAND", utf8("COMMAND", "КОМАНДА"));
-    formatter->label("Subcommands", utf8("Commands", "Команды"));
-    formatter->label("Positionals", utf8("Arguments", "Аргументы"));
-    formatter->label("REQUIRED", utf8("(required)", "(обязательно)"));
-    formatter->label("TEXT", utf8("TEXT", "ТЕКСТ"));
-    formatter->label("INT", utf8("NUMBER", "ЧИСЛО"));
-    formatter->label("UINT", utf8("NUMBER", "ЧИСЛО"));
-    formatter->label("FLOAT", utf8("NUMBER", "ЧИСЛО"));
-    program.set_help_flag("-h,--help", utf8("Print this help and exit", "Показать эту справку и выйти"));
-    program.set_version_flag("--version", "garagectl " + QCoreApplication::applicationVersion().toStdString(),
-                             utf8("Print the version and exit", "Показать версию и выйти"));
-}
-
-/// The parser's own messages are English; the argument that they are about is named in each of them.
+/// The parser tells the details in English.
 QString usageMessage(const CLI::ParseError &error)
 {
-    const QString reason = QString::fromStdString(error.what());
-    return text("%1\nSee garagectl --help.", "неверный вызов: %1\nСправка: garagectl --help.").arg(reason);
+    const std::string kind = error.get_name();
+    const QString detail = QString::fromStdString(error.what());
+    QString problem = text("wrong arguments: %1", "неверные аргументы: %1");
+    if (kind == "ExtrasError")
+        problem = text("there is no such command or option: %1", "такой команды или ключа нет: %1");
+    else if (kind == "RequiredError")
+        problem = text("an argument is missing: %1", "не хватает аргумента: %1");
+    else if (kind == "ValidationError" || kind == "ConversionError")
+        problem = text("this value is not allowed: %1", "недопустимое значение: %1");
+    return problem.arg(detail) + QLatin1Char('\n')
+        + text("See garagectl --help.", "Справка: garagectl --help.");
 }
 
 } // namespace
@@ -72,7 +63,10 @@ ExitCode runCommandLine(int argc, const char *const *argv)
     CLI::App program(utf8("Reads the garage database: what is due, what is coming, and why.",
                           "Читает базу гаража: что пора делать, что приближается и почему."),
                      "garagectl");
-    translateHelp(program);
+    program.formatter(std::make_shared<HelpFormatter>());
+    program.set_help_flag("-h,--help", utf8("Print this help and exit", "Показать эту справку и выйти"));
+    program.set_version_flag("--version", "garagectl " + QCoreApplication::applicationVersion().toStdString(),
+                             utf8("Print the version and exit", "Показать версию и выйти"));
     std::string databasePath;
     std::string language;
     program
@@ -87,8 +81,7 @@ ExitCode runCommandLine(int argc, const char *const *argv)
         ->check(CLI::IsMember({russian, english}));
     program.require_subcommand(1);
 
-    // Options of the program may also follow the command.
-    program.fallthrough();
+    program.fallthrough(); // options of the program may follow the command
     const std::vector<std::unique_ptr<Command>> commands = makeCommands();
     std::vector<CLI::App *> parsers;
     for (const auto &command : commands)
@@ -97,7 +90,8 @@ ExitCode runCommandLine(int argc, const char *const *argv)
     try {
         program.parse(argc, argv);
     } catch (const CLI::Success &request) { // help or version
-        return program.exit(request) == 0 ? ExitCode::Ok : ExitCode::BadUsage;
+        program.exit(request);
+        return ExitCode::Ok;
     } catch (const CLI::ParseError &error) {
         Terminal::report(usageMessage(error));
         return ExitCode::BadUsage;

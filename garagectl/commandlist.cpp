@@ -1,10 +1,16 @@
 #include "garagectl/commandlist.h"
 
+#include "garagectl/commands/duecommand.h"
+#include "garagectl/commands/explaincommand.h"
+#include "garagectl/commands/forecastcommand.h"
 #include "garagectl/commands/historycommand.h"
 
 std::vector<std::unique_ptr<Command>> makeCommands()
 {
     std::vector<std::unique_ptr<Command>> commands;
+    commands.push_back(std::make_unique<DueCommand>());
+    commands.push_back(std::make_unique<ForecastCommand>());
+    commands.push_back(std::make_unique<ExplainCommand>());
     commands.push_back(std::make_unique<HistoryCommand>());
     return commands;
 }

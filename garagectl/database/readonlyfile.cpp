@@ -6,6 +6,7 @@
 
 #include <QFileInfo>
 #include <QUrl>
+#include <QVariant>
 
 namespace {
 

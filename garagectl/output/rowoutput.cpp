@@ -35,15 +35,16 @@ QByteArray bytesOf(const RowOptions &options, const RowOutput &output)
 
 } // namespace
 
-void RowOptions::addTo(CLI::App &command)
+void RowOptions::addTo(CLI::App &command, const std::vector<std::string> &formats)
 {
+    format = formats.front();
     command
         .add_option("--format", format,
-                    text("table for people, csv for spreadsheets, json for programs",
-                         "table — для людей, csv — для таблиц, json — для программ")
+                    text("Form of the output: for people, csv for spreadsheets, json for programs",
+                         "Вид вывода: для людей, csv — для электронных таблиц, json — для программ")
                         .toStdString())
-        ->option_text("table|csv|json")
-        ->check(CLI::IsMember({"table", "csv", "json"}));
+        ->option_text(CLI::detail::join(formats, "|"))
+        ->check(CLI::IsMember(formats));
     command
         .add_option("--output", outputFile,
                     text("Write to this file, which is replaced only by a complete one",

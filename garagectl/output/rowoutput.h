@@ -8,6 +8,7 @@
 
 #include <functional>
 #include <string>
+#include <vector>
 
 namespace CLI {
 class App;
@@ -16,7 +17,8 @@ class App;
 /// How and where a command writes its rows: "--format" and "--output".
 struct RowOptions
 {
-    void addTo(CLI::App &command);
+    /// The default format is the first.
+    void addTo(CLI::App &command, const std::vector<std::string> &formats = {"table", "csv", "json"});
 
     std::string format = "table";
     std::string outputFile; ///< empty: standard output

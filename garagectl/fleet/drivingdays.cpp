@@ -1,0 +1,84 @@
+#include "garagectl/fleet/drivingdays.h"
+
+#include <QSet>
+#include <QVariant>
+
+#include <algorithm>
+
+namespace {
+
+const QString selectDays = QStringLiteral("SELECT car_id, date(lap_timestamp, 'localtime') AS day, "
+                                          "sum(sum_sectors) / 1000, count(DISTINCT run_id), count(*) "
+                                          "FROM laps WHERE lap_timestamp > :since AND sum_sectors > 0 "
+                                          "GROUP BY car_id, day HAVING day < :today");
+enum SelectDays { DayCarId, Day, DaySeconds, DayRuns, DayLaps };
+
+QString dayText(const QDate &day)
+{
+    return day.toString(Qt::ISODate);
+}
+
+QVector<DrivingDay> readSince(const GarageDatabase &database, const QString &since, const QDate &today)
+{
+    QVector<DrivingDay> days;
+    QSqlQuery query = database.newQuery();
+    query.prepare(selectDays);
+    query.bindValue(QStringLiteral(":since"), since);
+    query.bindValue(QStringLiteral(":today"), dayText(today));
+    query.exec();
+    while (database.next(query)) {
+        days.append({query.value(DayCarId).toInt(),
+                     QDate::fromString(query.value(Day).toString(), Qt::ISODate),
+                     query.value(DaySeconds).toLongLong(), query.value(DayRuns).toInt(),
+                     query.value(DayLaps).toInt()});
+    }
+    return days;
+}
+
+/// Each day once, the latest first.
+QVector<QDate> openDaysOf(const QVector<DrivingDay> &driving)
+{
+    QSet<QDate> distinct;
+    for (const DrivingDay &entry : driving)
+        distinct.insert(entry.day);
+    QVector<QDate> days(distinct.cbegin(), distinct.cend());
+    std::sort(days.begin(), days.end(), std::greater<>());
+    return days;
+}
+
+} // namespace
+
+double DrivingDay::driven(Meters::Meter meter) const
+{
+    switch (meter) {
+    case Meters::Seconds:
+        return double(seconds);
+    case Meters::Runs:
+        return runs;
+    case Meters::Laps:
+        return laps;
+    }
+    return 0;
+}
+
+QVector<DrivingDay> readDrivingDays(const GarageDatabase &database, const QDate &today, int openDays)
+{
+    // Most tracks are open at least every other day; the dates of a whole season take long to work out.
+    const QString everything = QStringLiteral(""); // not null: every text is greater
+    for (const QString &since :
+         {dayText(today.addDays(-2 * openDays)), dayText(today.addDays(-8 * openDays)), everything}) {
+        QVector<DrivingDay> driving = readSince(database, since, today);
+        const QVector<QDate> days = openDaysOf(driving);
+        // The first day after `since` may be cut off by the difference between local time and UTC.
+        if (days.size() <= openDays && since != everything)
+            continue;
+        if (days.size() > openDays) {
+            const QDate first = days.at(openDays - 1);
+            driving.erase(std::remove_if(driving.begin(), driving.end(),
+                                         [&first](const DrivingDay &entry) { return entry.day < first; }),
+                          driving.end());
+        }
+        return driving;
+    }
+    return {};
+}

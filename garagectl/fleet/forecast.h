@@ -1,0 +1,20 @@
+#pragma once
+
+#include "garagectl/fleet/duerow.h"
+#include "garagectl/fleet/pace.h"
+
+/// When an operation of a kart will be due.
+struct ForecastRow
+{
+    DueRow due;
+    Pace pace;
+    QDate expectedDay; ///< invalid: due already, or not to be told
+
+    /// False also if the day is not to be told.
+    bool isDueBy(const QDate &day) const;
+};
+
+/// One row per kart and operation that has a limit: first those that are due already, then by day, at the end
+/// those whose day is not to be told.
+QVector<ForecastRow> forecastRows(const FleetStatus &fleet, const QVector<DrivingDay> &driving,
+                                  const QDate &today);
