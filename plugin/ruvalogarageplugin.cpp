@@ -1,7 +1,7 @@
 #include "ruvalogarageplugin.h"
 
-#include "adoptionguard.h"
 #include "settings/servicereglamentmodel.h"
+#include "widgetreparentguard.h"
 
 #include <QCoreApplication>
 
@@ -51,11 +51,11 @@ RuvaloGaragePlugin::RuvaloGaragePlugin()
     qRegisterMetaType<QVector<QObject *>>("QVector<QObject *>");
     pluginOrder = 37;
     setObjectName(m_description);
-    new AdoptionGuard(m_settingsForm);
+    new WidgetReparentGuard(m_settingsForm);
     connect(&m_settingsForm, &GarageSettingsForm::pluginSignal, this, &RuvaloGaragePlugin::pluginSignal);
 
     m_garageForm = new GarageForm;
-    new AdoptionGuard(*m_garageForm);
+    new WidgetReparentGuard(*m_garageForm);
     connect(&m_garageForm->updater(), &GarageUpdater::pluginSignal, this, &RuvaloGaragePlugin::pluginSignal);
     connect(m_garageForm, &GarageForm::addRemoteOperation, this,
             [this](const QJsonObject &operation) { send(QStringLiteral("add_remote_service"), operation); });
