@@ -23,14 +23,15 @@ bool isBusy(const QSqlError &error)
     return code == sqliteBusy || code == sqliteLocked;
 }
 
-GarageDatabase::GarageDatabase(const QString &connectionName)
-    : GarageDatabase(connectionName, garageDatabasePath(), QString())
+GarageDatabase::GarageDatabase(const QString &connectionName, StatementInterrupter::Condition interruption)
+    : GarageDatabase(connectionName, garageDatabasePath(), QString(), std::move(interruption))
 {
 }
 
 GarageDatabase::GarageDatabase(const QString &connectionName, const QString &databaseName,
-                               const QString &connectOptions)
+                               const QString &connectOptions, StatementInterrupter::Condition interruption)
     : m_connectionName(connectionName)
+    , m_interrupter(std::move(interruption))
     , m_database(QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), connectionName))
 {
     m_database.setDatabaseName(databaseName);
@@ -80,6 +81,7 @@ void GarageDatabase::open()
     if (file != m_openedFile || m_fileCount == 0)
         ++m_fileCount;
     m_openedFile = file;
+    m_interrupter.install(m_database);
     run(QStringLiteral("PRAGMA encoding=UTF8"));
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "data/statementinterrupter.h"
+
 #include <QSqlDatabase>
 #include <QSqlError>
 #include <QSqlQuery>
@@ -21,9 +23,11 @@ class GarageDatabase final
 {
     Q_DISABLE_COPY(GarageDatabase)
 public:
-    explicit GarageDatabase(const QString &connectionName);
-    /// Opens another file, or this one in another way; both as QSqlDatabase takes them.
-    GarageDatabase(const QString &connectionName, const QString &databaseName, const QString &connectOptions);
+    /// Statements end early while the condition holds.
+    explicit GarageDatabase(const QString &connectionName, StatementInterrupter::Condition interruption = {});
+    /// Opens another file, or this one in another way; both as in QSqlDatabase.
+    GarageDatabase(const QString &connectionName, const QString &databaseName, const QString &connectOptions,
+                   StatementInterrupter::Condition interruption = {});
     ~GarageDatabase();
 
     /// Tries once more to open a connection that is not open, and opens it anew if another file took the
@@ -68,6 +72,7 @@ private:
     void open();
 
     const QString m_connectionName;
+    StatementInterrupter m_interrupter;
     QSqlDatabase m_database;
     std::optional<FileIdentity> m_openedFile;
     bool m_isReadOnly = false; ///< the file could not be written when it was opened

@@ -6,23 +6,38 @@
 
 #include <QCoreApplication>
 #include <QDateTime>
+#include <QDeadlineTimer>
 #include <QDebug>
+#include <QLoggingCategory>
+#include <QScopedValueRollback>
+#include <QSemaphore>
 #include <QVector>
 
 namespace {
 
-// A failing attempt lasts as long as the driver's busy timeout (5 s). One that begins within this time
-// after the wish to stop is over before 10 s have passed.
-constexpr qint64 lastAttemptMs = 4500;
+// The rest of the 10 s is left for the end of the thread on a busy machine.
+constexpr qint64 finishingTimeMs = 9500;
+constexpr qint64 notFinishing = -1;
 
 void mark(const char *step)
 {
     qDebug() << step << QDateTime::currentDateTime();
 }
 
+/// Makes what mark() uses of Qt's global objects. exit() destroys them in reverse order, so those that the
+/// thread made first would be gone while it still runs.
+void makeGlobalObjects()
+{
+    QLoggingCategory::defaultCategory();
+    QString time;
+    QDebug(&time) << QDateTime::currentDateTime();
+    qFormatLogMessage(QtDebugMsg, QMessageLogContext(), time);
+}
+
 } // namespace
 
-GarageUpdater::GarageUpdater() : m_moduleName(QStringLiteral("garage_stats_updater"))
+GarageUpdater::GarageUpdater()
+    : m_moduleName(QStringLiteral("garage_stats_updater")), m_deadline(notFinishing)
 {
     qRegisterMetaType<QList<MaintainanceModel::MaintainanceItem>>(
         "QList<MaintainanceModel::MaintainanceItem>");
@@ -30,7 +45,8 @@ GarageUpdater::GarageUpdater() : m_moduleName(QStringLiteral("garage_stats_updat
     // "String" is kept on purpose, because the type is known under this registered name.
     qRegisterMetaType<QMap<int, QString>>("QMap<int,String>");
 
-    // Connected before the start: afterwards the thread may already have told that it started.
+    makeGlobalObjects();
+    // Connected before the start: afterwards the thread may already have emitted the signal.
     connect(&m_thread, &QThread::started, this, &GarageUpdater::openDatabase);
     connect(&m_thread, &QThread::finished, this, &GarageUpdater::closeDatabase, Qt::DirectConnection);
     moveToThread(&m_thread);
@@ -39,20 +55,13 @@ GarageUpdater::GarageUpdater() : m_moduleName(QStringLiteral("garage_stats_updat
 
 GarageUpdater::~GarageUpdater()
 {
-    m_sinceStop.start();
-    m_stopping = true;
-    // Queued behind the writes that were asked for before. Without an application nothing queued arrives.
-    if (QCoreApplication::instance())
-        QMetaObject::invokeMethod(
-            this, [this] { m_thread.quit(); }, Qt::QueuedConnection);
-    else
-        m_thread.quit();
-    m_thread.wait();
+    stop();
 }
 
 void GarageUpdater::openDatabase()
 {
-    m_database = std::make_unique<GarageDatabase>(QStringLiteral("garageStatsLoader"));
+    m_database = std::make_unique<GarageDatabase>(QStringLiteral("garageStatsLoader"),
+                                                  [this] { return mustInterruptStatement(); });
 }
 
 void GarageUpdater::closeDatabase()
@@ -60,10 +69,72 @@ void GarageUpdater::closeDatabase()
     m_database.reset();
 }
 
-bool GarageUpdater::mayKeepTrying()
+void GarageUpdater::beginFinishing()
 {
-    m_gaveUp = isStopping() && m_sinceStop.elapsed() >= lastAttemptMs;
-    return !m_gaveUp;
+    // The first wish counts, however many follow.
+    qint64 current = notFinishing;
+    m_deadline.compare_exchange_strong(current, QDeadlineTimer(finishingTimeMs).deadline());
+}
+
+void GarageUpdater::finishWrites()
+{
+    beginFinishing();
+    const auto isDone = std::make_shared<QSemaphore>(); // its release may come after the wait has ended
+    QMetaObject::invokeMethod(
+        this, [isDone] { isDone->release(); }, Qt::QueuedConnection);
+    const qint64 remaining = m_deadline - QDeadlineTimer::current().deadline();
+    isDone->tryAcquire(1, int(qMax<qint64>(0, remaining)));
+}
+
+void GarageUpdater::resumeReloads()
+{
+    if (m_stopping)
+        return;
+    m_deadline = notFinishing;
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            if (m_isReloadDue)
+                reloadStats();
+        },
+        Qt::QueuedConnection);
+}
+
+void GarageUpdater::stop()
+{
+    beginFinishing();
+    m_stopping = true;
+    // Queued behind the writes that were asked for before. Without an application nothing queued arrives.
+    if (QCoreApplication::instance())
+        QMetaObject::invokeMethod(
+            this, [this] { m_thread.quit(); }, Qt::QueuedConnection);
+    else
+        m_thread.quit();
+    // A handler of Qt's messages may call exit() in any thread.
+    if (QThread::currentThread() != &m_thread)
+        m_thread.wait();
+}
+
+bool GarageUpdater::isFinishing() const
+{
+    return m_deadline != notFinishing;
+}
+
+bool GarageUpdater::isTimeUp() const
+{
+    return m_stopping && QDeadlineTimer::current().deadline() >= m_deadline;
+}
+
+bool GarageUpdater::mustEndReload()
+{
+    if (isFinishing())
+        m_isReloadDue = true;
+    return m_isReloadDue;
+}
+
+bool GarageUpdater::mustInterruptStatement()
+{
+    return m_isReading ? mustEndReload() : isTimeUp();
 }
 
 void GarageUpdater::send(const QString &event, const QJsonObject &jsonData)
@@ -73,28 +144,32 @@ void GarageUpdater::send(const QString &event, const QJsonObject &jsonData)
 
 void GarageUpdater::reloadStats()
 {
-    if (isStopping())
+    m_isReloadDue = false;
+    if (mustEndReload())
         return;
     m_database->ensureOpen();
+    const QScopedValueRollback<bool> reading(m_isReading, true);
 
     mark("step 0 start ");
     QList<MaintainanceItem> cars = GarageStatistics::readCars(*m_database);
-    if (isStopping())
+    if (mustEndReload())
         return;
 
     GarageStatistics::readDrivingSinceService(*m_database, cars);
     mark("step 1 done ");
-    if (isStopping())
+    if (mustEndReload())
         return;
 
     const QList<ServiceLogItem> serviceLog = GarageStatistics::readServiceLog(*m_database);
     mark("step 2 done ");
-    if (isStopping())
+    if (mustEndReload())
         return;
 
     const QList<ModelReglament> reglament = GarageStatistics::readReglament(*m_database);
     mark("step 3 done ");
     const ServiceOperations operations = GarageStatistics::readOperations(*m_database);
+    if (mustEndReload())
+        return;
 
     const QJsonObject status {
         {QStringLiteral("servicePendingList"), DueList::pendingServices(cars, reglament)},
@@ -108,7 +183,7 @@ void GarageUpdater::reloadStats()
 
 void GarageUpdater::updateService(QJsonArray serviceOps, QJsonArray personalList)
 {
-    if (m_gaveUp)
+    if (isTimeUp())
         return;
     QVector<RemoteServiceRecord> records;
     QJsonArray ids;
@@ -118,20 +193,20 @@ void GarageUpdater::updateService(QJsonArray serviceOps, QJsonArray personalList
         records.append(RemoteServiceRecord::fromJson(json, personalList));
         ids.append(json.value(QLatin1String("id")));
     }
-    ServiceRecordStore::storeRemote(*m_database, records, [this] { return mayKeepTrying(); });
-    if (m_gaveUp)
-        return;
+    const bool isStored =
+        ServiceRecordStore::storeRemote(*m_database, records, [this] { return !isTimeUp(); });
 
     reloadStats();
-    send(QStringLiteral("remote_service_move_to_archive"), {{QStringLiteral("idList"), ids}});
+    if (isStored)
+        send(QStringLiteral("remote_service_move_to_archive"), {{QStringLiteral("idList"), ids}});
 }
 
 void GarageUpdater::deleteOperation(int id, int remoteId)
 {
-    if (m_gaveUp)
+    if (isTimeUp())
         return;
-    ServiceRecordStore::remove(*m_database, id, [this] { return mayKeepTrying(); });
-    if (m_gaveUp)
+    const bool isCommitted = ServiceRecordStore::remove(*m_database, id, [this] { return !isTimeUp(); });
+    if (!isCommitted && isTimeUp())
         return;
 
     send(QStringLiteral("remote_service_delete"),

@@ -4,7 +4,6 @@
 #include "models/maintainancemodel.h"
 #include "models/servicelogmodel.h"
 
-#include <QElapsedTimer>
 #include <QJsonArray>
 #include <QJsonObject>
 #include <QObject>
@@ -13,20 +12,27 @@
 #include <atomic>
 #include <memory>
 
-/// The statistics loader: reads the maintenance status, the journal and the operations off the GUI thread,
-/// and carries out the writes that must not block it. Lives in a thread of its own from construction to
-/// destruction; its slots are called through queued connections and run there one at a time, and both
-/// signals come from there.
+/// The statistics loader: reads the maintenance status, the service log and the operations, and writes
+/// deletions and remote records, all without blocking the GUI thread. Lives in a thread of its own from
+/// construction to destruction; its slots are called through queued connections and run there one at a time,
+/// and both signals come from there. The other functions are called from outside that thread.
 class GarageUpdater final : public QObject
 {
     Q_OBJECT
 public:
     GarageUpdater();
-    /// Carries out the writes that were already asked for, announces them, and ends the thread; no further
-    /// reload. A write for which the database stays busy is given up without a word, as are those behind it,
-    /// so that another program's lock holds this up for at most 10 s. Without an application object nothing
-    /// can be carried out any more; the thread ends all the same.
+    /// Stops.
     ~GarageUpdater() override;
+
+    /// Interrupts the reload under way, puts later ones off, and waits until the writes asked for so far are
+    /// done and announced; 10 s at most. Writes that the database is too busy for are still tried after that.
+    void finishWrites();
+    /// Continues after finishWrites(), with the reload that was put off.
+    void resumeReloads();
+    /// Finishes the writes and ends the thread, within 10 s of this call or of finishWrites() before it.
+    /// Writes that were not possible by then are dropped and not announced. Without an application object no
+    /// write is possible any more; the thread ends all the same.
+    void stop();
 
 signals:
     /// One complete reload: cars in the order of their table, the journal newest first.
@@ -36,25 +42,33 @@ signals:
     void pluginSignal(QString module, QString event, QJsonObject jsonData);
 
 public slots:
-    /// Reads everything anew and sends "update_pending_service", then garageStatsUpdated; both also when the
+    /// Reads everything again and sends "update_pending_service", then garageStatsUpdated; both also when the
     /// database cannot be read.
     void reloadStats();
-    /// Stores the remote side's records as done, reloads, and tells the host which it may archive.
+    /// Stores the remote side's records as done, reloads, and sends "remote_service_move_to_archive" unless
+    /// nothing of the batch was stored.
     void updateService(QJsonArray serviceOps, QJsonArray personalList);
-    /// Deletes a service record, tells the host, and reloads. `remoteId` -1: never was a remote one.
+    /// Deletes a service record, sends "remote_service_delete", and reloads. `remoteId` -1: not a remote one.
     void deleteOperation(int id, int remoteId);
 
 private:
     void openDatabase();
     void closeDatabase();
-    bool isStopping() const { return m_stopping; }
-    bool mayKeepTrying();
+    void beginFinishing();
+    bool isFinishing() const;
+    /// While stopping: no write is tried any more.
+    bool isTimeUp() const;
+    /// Whether the current reload is to be given up; remembers that it is due again.
+    bool mustEndReload();
+    bool mustInterruptStatement();
     void send(const QString &event, const QJsonObject &jsonData);
 
     QThread m_thread;
     std::unique_ptr<GarageDatabase> m_database; ///< made and destroyed in the thread
     const QString m_moduleName;
+    std::atomic<qint64> m_deadline; ///< of finishing, in milliseconds of QDeadlineTimer
     std::atomic<bool> m_stopping {false};
-    QElapsedTimer m_sinceStop; ///< started before m_stopping is set
-    bool m_gaveUp = false; ///< a write was given up while stopping; those behind it are not tried
+    // Used in the thread alone.
+    bool m_isReading = false;
+    bool m_isReloadDue = false; ///< a reload was interrupted or put off
 };

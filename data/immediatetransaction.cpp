@@ -84,10 +84,9 @@ void ImmediateTransaction::leave()
     m_active = false;
 }
 
-QVariant writeStatement(GarageDatabase &database, const QString &statement, StatementValues values,
-                        ImmediateTransaction::KeepTrying keepTrying)
+QVariant writeStatement(GarageDatabase &database, const QString &statement, StatementValues values)
 {
-    ImmediateTransaction transaction(database, std::move(keepTrying));
+    ImmediateTransaction transaction(database);
     QSqlQuery query = transaction.prepare(statement);
     const bool done = transaction.exec(query, values);
 

@@ -21,7 +21,7 @@ class ImmediateTransaction final
 {
     Q_DISABLE_COPY(ImmediateTransaction)
 public:
-    /// Asked before each further attempt on a busy database; false gives the write up.
+    /// Asked before each further attempt on a busy database; false ends the write.
     using KeepTrying = std::function<bool()>;
 
     /// Begins. Opens the connection first if it is not open.
@@ -46,7 +46,6 @@ private:
     bool m_active = false;
 };
 
-/// One statement as a write of its own. Gives the id of the row that an INSERT added; invalid if nothing was
-/// stored.
-QVariant writeStatement(GarageDatabase &database, const QString &statement, StatementValues values,
-                        ImmediateTransaction::KeepTrying keepTrying = {});
+/// One statement as a write of its own. Returns the id of the row that an INSERT added; invalid if nothing
+/// was stored.
+QVariant writeStatement(GarageDatabase &database, const QString &statement, StatementValues values);

@@ -107,13 +107,16 @@ void ServiceRecordStore::amendComplaint(GarageDatabase &database, int localId, c
                     {QLatin1String(":comment"), record.comment}});
 }
 
-void ServiceRecordStore::remove(GarageDatabase &database, int localId,
+bool ServiceRecordStore::remove(GarageDatabase &database, int localId,
                                 ImmediateTransaction::KeepTrying keepTrying)
 {
-    writeStatement(database, deleteRecord, {{QLatin1String(":id"), localId}}, std::move(keepTrying));
+    ImmediateTransaction transaction(database, std::move(keepTrying));
+    QSqlQuery query = transaction.prepare(deleteRecord);
+    transaction.exec(query, {{QLatin1String(":id"), localId}});
+    return transaction.commit();
 }
 
-void ServiceRecordStore::storeRemote(GarageDatabase &database, const QVector<RemoteServiceRecord> &records,
+bool ServiceRecordStore::storeRemote(GarageDatabase &database, const QVector<RemoteServiceRecord> &records,
                                      ImmediateTransaction::KeepTrying keepTrying)
 {
     ImmediateTransaction transaction(database, std::move(keepTrying));
@@ -141,5 +144,5 @@ void ServiceRecordStore::storeRemote(GarageDatabase &database, const QVector<Rem
                           {QLatin1String(":person_name"), record.personName},
                           {QLatin1String(":comment"), record.comment}});
     }
-    transaction.commit();
+    return transaction.commit();
 }

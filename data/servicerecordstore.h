@@ -46,11 +46,13 @@ void addComplaint(GarageDatabase &database, const ServiceRecord &record);
 /// Replaces time, person and comment of a record; its car and operation stay.
 void amendComplaint(GarageDatabase &database, int localId, const ServiceRecord &record);
 
-void remove(GarageDatabase &database, int localId, ImmediateTransaction::KeepTrying keepTrying = {});
+/// True if the deletion was committed, even if its statement failed.
+bool remove(GarageDatabase &database, int localId, ImmediateTransaction::KeepTrying keepTrying = {});
 
 /// Stores a batch, all or none of it: each record updates the rows that bear its remote id or its local id,
-/// which are done then, or is added as a done one if there are none.
-void storeRemote(GarageDatabase &database, const QVector<RemoteServiceRecord> &records,
+/// which are done then, or is added as a done one if there are none. True if the batch was committed, even if
+/// statements in it failed.
+bool storeRemote(GarageDatabase &database, const QVector<RemoteServiceRecord> &records,
                  ImmediateTransaction::KeepTrying keepTrying = {});
 
 } // namespace ServiceRecordStore

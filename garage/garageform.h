@@ -34,7 +34,7 @@ public:
     explicit GarageForm(QWidget *parent = nullptr);
     ~GarageForm() override;
 
-    const GarageUpdater &updater() const { return m_updater; }
+    GarageUpdater &updater() { return m_updater; }
 
     /// The limits that the maintenance table works from; they outlive the window.
     void setReglament(const ServiceReglamentModel &reglament);

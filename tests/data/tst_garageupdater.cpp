@@ -222,8 +222,8 @@ void TestGarageUpdater::aDatabaseThatCannotBeReadStillAnswers()
     LoaderProbe probe;
     probe.reload();
     probe.deleteOperation(1, 2);
-    probe.updateService({remoteRecord(1, "2026-01-01T10:00Z", {})});
-    QCOMPARE(probe.reloads, 3);
+    emit probe.updateRequested({remoteRecord(1, "2026-01-01T10:00Z", {})}, {});
+    QVERIFY(probe.waitForReloads(3));
     QVERIFY(probe.cars.isEmpty());
     QCOMPARE(probe.last("update_pending_service"),
              QJsonObject({{"servicePendingList", QJsonArray()}, {"maintainanceStatus", QJsonArray()}}));

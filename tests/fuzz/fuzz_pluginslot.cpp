@@ -140,7 +140,7 @@ private:
         m_plugin->pluginSlot(QStringLiteral("host"), QStringLiteral("clicked"),
                              {{QStringLiteral("key"), QStringLiteral("show_garage")}});
         m_form->resize(700, 300);
-        auto *loader = const_cast<GarageUpdater *>(&m_form->updater());
+        GarageUpdater *loader = &m_form->updater();
         const auto settle = [loader] {
             QMetaObject::invokeMethod(
                 loader, [] {}, Qt::BlockingQueuedConnection);

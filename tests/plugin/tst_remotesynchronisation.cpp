@@ -69,16 +69,22 @@ private slots:
     void anEveningAtTheTrack();
 
 private:
+    static void sendRecords(PluginHost &host, const QJsonArray &records);
     /// Sends the records and waits until they are stored, reported and archived.
     static QJsonArray synchronise(PluginHost &host, const QJsonArray &records);
     static QJsonArray pending(const QVector<PluginHost::Message> &messages);
 };
 
+void TestRemoteSynchronisation::sendRecords(PluginHost &host, const QJsonArray &records)
+{
+    host.send("remote_service_data",
+              {{"data", QString::fromUtf8(QJsonDocument(records).toJson(QJsonDocument::Compact))}});
+}
+
 QJsonArray TestRemoteSynchronisation::synchronise(PluginHost &host, const QJsonArray &records)
 {
     host.takeMessages();
-    host.send("remote_service_data",
-              {{"data", QString::fromUtf8(QJsonDocument(records).toJson(QJsonDocument::Compact))}});
+    sendRecords(host, records);
     auto messages = host.awaitReload();
     if (!QTest::qWaitFor([&] {
             messages += host.takeMessages();
@@ -230,11 +236,16 @@ void TestRemoteSynchronisation::aFailingInsertLosesOnlyItsOwnRecord()
     PluginHost host;
     synchronise(host, {record(40), record(41), record(42)});
     QCOMPARE(database->value("SELECT group_concat(remote_id) FROM maintainance").toString(), "40,42");
-    // A fault that rolls the whole transaction back takes the whole batch, not half of it.
+    // A fault that rolls the whole transaction back concerns the whole batch, not half of it.
     database->exec("DROP TRIGGER fault");
     database->exec("CREATE TRIGGER fault BEFORE INSERT ON maintainance WHEN new.remote_id=51 "
                    "BEGIN SELECT RAISE(ROLLBACK,'injected'); END");
-    synchronise(host, {record(50), record(51), record(52)});
+    host.takeMessages();
+    sendRecords(host, {record(50), record(51), record(52)});
+    auto messages = host.awaitReload();
+    host.send("run_saved_to_db");
+    messages += host.awaitReload();
+    QVERIFY(!PluginHost::names(messages).contains("remote_service_move_to_archive"));
     QCOMPARE(database->value("SELECT group_concat(remote_id) FROM maintainance").toString(), "40,42");
     database->exec("DROP TRIGGER fault");
     synchronise(host, {record(50)});
