@@ -30,8 +30,8 @@ public:
                    StatementInterrupter::Condition interruption = {});
     ~GarageDatabase();
 
-    /// Tries once more to open a connection that is not open, and opens it anew if another file took the
-    /// place of the opened one, or if the file could only be read when it was opened and can be written now.
+    /// Tries once more to open a connection that is not open, and opens it again if another file has
+    /// replaced the opened one, or if the file could only be read when it was opened and can be written now.
     /// Called before each write and each reload, so that a database that appears
     /// later, or a restored backup, is used without a restart.
     void ensureOpen();
@@ -66,7 +66,7 @@ private:
     /// Device and inode.
     using FileIdentity = std::pair<quint64, quint64>;
 
-    /// Of the file that stands at the database's path now; none if there is none.
+    /// Of the file at the database's path; none if there is no file.
     std::optional<FileIdentity> fileAtPath() const;
     bool mayWriteFile() const;
     void open();

@@ -35,7 +35,7 @@ public:
     void stop();
 
 signals:
-    /// One complete reload: cars in the order of their table, the journal newest first.
+    /// One complete reload: cars in the order of their table, the service log newest first.
     void garageStatsUpdated(QList<MaintainanceModel::MaintainanceItem> mlist,
                             QList<ServiceLogModel::ServiceLogItem> serviceLog, QMap<int, QString> operations);
     /// A message for the host.

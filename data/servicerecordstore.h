@@ -30,12 +30,12 @@ struct RemoteServiceRecord
     QString comment;
     int localId = noId; ///< the local record that the remote side worked on, or -1
 
-    /// Missing keys take their defaults. A service code of a personnel entry (the last that matches) decides
+    /// Missing keys yield the defaults. A service code of a personnel entry (the last that matches) decides
     /// over the operator named in the record.
     [[nodiscard]] static RemoteServiceRecord fromJson(const QJsonObject &json, const QJsonArray &personal);
 };
 
-/// The writes of the service journal (table `maintainance`), each in a transaction of its own. A statement
+/// The writes of the service log (table `maintainance`), each in a transaction of its own. A statement
 /// that fails is ignored.
 namespace ServiceRecordStore {
 

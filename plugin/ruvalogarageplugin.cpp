@@ -5,21 +5,40 @@
 
 #include <QCoreApplication>
 
+#include <cstdlib>
+
 namespace {
 
-/// Addresses travel as JSON numbers.
+/// Addresses are JSON numbers in messages.
 QJsonValue address(const QWidget *widget)
 {
     return qlonglong(reinterpret_cast<quintptr>(widget));
 }
 
 QPointer<RuvaloGaragePlugin> livingPlugin;
+bool isApplicationEnding = false;
+bool isProcessExiting = false;
 
-/// A host may end without unloading its plug-ins. Widgets must not outlive the application object, and what
-/// the mechanic has confirmed must still be written.
-void endWithTheApplication()
+/// A host may end without unloading its plug-ins. Widgets must not outlive the application object.
+void endWithApplication()
 {
+    isApplicationEnding = true;
     delete livingPlugin;
+    isApplicationEnding = false;
+}
+
+/// A host may also end by exit(), or never delete its application object.
+void stopLoaderAtExit()
+{
+    isProcessExiting = true;
+    if (livingPlugin)
+        livingPlugin->stopLoader();
+}
+
+/// Qt clears a child's place in the list of its parent before the parent deletes it.
+bool isDeletedByParent(QObject *object)
+{
+    return object->parent() && !object->parent()->children().contains(object);
 }
 
 } // namespace
@@ -45,41 +64,92 @@ RuvaloGaragePlugin::RuvaloGaragePlugin()
                           QStringLiteral("send_settings_dialogs"), QStringLiteral("run_closed"),
                           QStringLiteral("run_saved_to_db"),       QStringLiteral("remote_control_data"),
                           QStringLiteral("remote_service_data")}
+    , m_settingsForm(std::make_unique<GarageSettingsForm>())
 {
     // Unused here; kept on purpose, because hosts may rely on the registration and its conversion to a
     // sequence.
     qRegisterMetaType<QVector<QObject *>>("QVector<QObject *>");
     pluginOrder = 37;
     setObjectName(m_description);
-    new WidgetReparentGuard(m_settingsForm);
-    connect(&m_settingsForm, &GarageSettingsForm::pluginSignal, this, &RuvaloGaragePlugin::pluginSignal);
+    new WidgetReparentGuard(*m_settingsForm);
+    connect(m_settingsForm.get(), &GarageSettingsForm::pluginSignal, this, &RuvaloGaragePlugin::pluginSignal);
 
     m_garageForm = new GarageForm;
     new WidgetReparentGuard(*m_garageForm);
-    connect(&m_garageForm->updater(), &GarageUpdater::pluginSignal, this, &RuvaloGaragePlugin::pluginSignal);
+    connect(&m_garageForm->updater(), &GarageUpdater::pluginSignal, &m_loaderMessages,
+            [this](const QString &module, const QString &event, const QJsonObject &jsonData) {
+                forwardLoaderMessage(module, event, jsonData);
+            });
     connect(m_garageForm, &GarageForm::addRemoteOperation, this,
             [this](const QJsonObject &operation) { send(QStringLiteral("add_remote_service"), operation); });
-    m_garageForm->setReglament(m_settingsForm.reglamentModel());
+    m_garageForm->setReglament(m_settingsForm->reglamentModel());
     connect(m_garageForm, &GarageForm::closeGarage, this, &RuvaloGaragePlugin::closeGarage);
     connect(m_garageForm, &GarageForm::pluginSignal, this, &RuvaloGaragePlugin::send);
 
     livingPlugin = this;
-    qAddPostRoutine(endWithTheApplication);
+    connect(qApp, &QCoreApplication::aboutToQuit, this, &RuvaloGaragePlugin::finishWrites);
+    qAddPostRoutine(endWithApplication);
+    // Registered once Qt has made its list of database connections, which is destroyed after this has run.
+    static const int registration = std::atexit(stopLoaderAtExit);
+    Q_UNUSED(registration)
 }
 
 RuvaloGaragePlugin::~RuvaloGaragePlugin()
 {
-    qRemovePostRoutine(endWithTheApplication);
+    qRemovePostRoutine(endWithApplication);
+    if (isProcessExiting) {
+        // Qt's own data for widgets may be gone. The process frees the memory.
+        m_settingsForm.release();
+        return;
+    }
+    const bool isHostWhole =
+        !isApplicationEnding && !QCoreApplication::closingDown() && !isDeletedByParent(this);
+    m_isEnding = true;
+    blockSignals(true);
     delete m_garageForm;
-    // The loader has just carried out its last writes. The host still hears of them, or the remote side would
-    // keep records for good that are deleted here.
-    if (QCoreApplication::instance())
-        QCoreApplication::sendPostedEvents(this, QEvent::MetaCall);
+    if (isHostWhole) {
+        // What was stored at the end is announced, or the remote side would keep records for good that are
+        // deleted here.
+        blockSignals(false);
+        QCoreApplication::sendPostedEvents(&m_loaderMessages, QEvent::MetaCall);
+        blockSignals(true);
+    }
+}
+
+void RuvaloGaragePlugin::stopLoader()
+{
+    if (m_garageForm)
+        m_garageForm->updater().stop();
+}
+
+void RuvaloGaragePlugin::finishWrites()
+{
+    if (!m_garageForm)
+        return;
+    m_garageForm->updater().finishWrites();
+    QCoreApplication::sendPostedEvents(&m_loaderMessages, QEvent::MetaCall);
+    // Delivered only if the host runs an event loop again.
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            if (m_garageForm)
+                m_garageForm->updater().resumeReloads();
+        },
+        Qt::QueuedConnection);
+}
+
+void RuvaloGaragePlugin::forwardLoaderMessage(const QString &module, const QString &event,
+                                              const QJsonObject &jsonData)
+{
+    const bool reportsWrite = event == QLatin1String("remote_service_delete")
+        || event == QLatin1String("remote_service_move_to_archive");
+    if (reportsWrite || !m_isEnding)
+        emit pluginSignal(module, event, jsonData);
 }
 
 QWidget *RuvaloGaragePlugin::settingsPage()
 {
-    return &m_settingsForm;
+    return m_settingsForm.get();
 }
 
 QWidget *RuvaloGaragePlugin::auxiliaryWidget()
@@ -165,7 +235,7 @@ void RuvaloGaragePlugin::handleCarsListChanged(const QJsonObject &jsonData)
             m_garageForm->requestReload();
         m_garageForm->loadCars(jsonData);
     }
-    m_settingsForm.reloadReglamentModel();
+    m_settingsForm->reloadReglamentModel();
 }
 
 void RuvaloGaragePlugin::handleSendSettingsDialogs(const QJsonObject &jsonData)

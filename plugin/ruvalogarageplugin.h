@@ -7,10 +7,16 @@
 #include <QJsonArray>
 #include <QPointer>
 
+#include <memory>
+
 /// Root object of the plug-in: owns the garage window and the settings page, turns the host's events into
-/// calls on them, and sends on what they have to tell the host. Both widgets live as long as this object,
-/// whatever windows of its own the host puts them into; it ends with the application object at the latest.
-/// GUI thread only.
+/// calls on them, and forwards their messages to the host. Both widgets live as long as this object, in
+/// whatever windows the host puts them. GUI thread only.
+///
+/// The writes that were handed over are finished, within 10 s, when the host quits its event loop, when this
+/// object is deleted, at the latest with the application object, and when the process exits without that.
+/// What was stored is announced while the host is whole: on quitting, and on deletion unless a parent or the
+/// end of the application object causes it.
 class RuvaloGaragePlugin final : public TrivexPluginInterface
 {
     Q_OBJECT
@@ -28,11 +34,17 @@ public:
     QStringList subscribedEvents() override;
     void pluginSlot(QString module, QString event, QJsonObject jsonData) override;
 
+    /// At the exit of the process, with or without an application object: finishes the writes and ends the
+    /// loader's thread. Touches no widget; the destructor leaves both alone afterwards.
+    void stopLoader();
+
 public slots:
     /// Asks the host to hide the garage tab.
     void closeGarage();
 
 private:
+    void finishWrites();
+    void forwardLoaderMessage(const QString &module, const QString &event, const QJsonObject &jsonData);
     void send(const QString &event, const QJsonObject &jsonData);
 
     void handleClicked(const QJsonObject &jsonData);
@@ -51,6 +63,9 @@ private:
     const QString m_caption;
     const QStringList m_emittedEvents;
     const QStringList m_subscribedEvents;
+    std::unique_ptr<GarageSettingsForm> m_settingsForm;
     QPointer<GarageForm> m_garageForm; ///< owned; null only if the host deleted it
-    GarageSettingsForm m_settingsForm;
+    QObject
+        m_loaderMessages; ///< receives the loader's messages, so that they can be delivered apart from others
+    bool m_isEnding = false;
 };

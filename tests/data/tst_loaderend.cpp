@@ -20,7 +20,7 @@ const QString deleted = "remote_service_delete";
 
 } // namespace
 
-/// The loader's end while a lock, a long read or many writes stand in its way, and what it announces of a
+/// The loader's end during a lock, a long read or a long write, and what it announces of a
 /// batch that could not be stored.
 class TestLoaderEnd : public GarageTest
 {

@@ -314,7 +314,7 @@ void TestPluginLibrary::itEndsWithAHostThatDoesNotUnload()
         database->exec("DELETE FROM maintainance");
         QProcess host;
         host.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-        host.start(EXITING_HOST, QStringList());
+        host.start(EXITING_HOST, {"return"});
         QVERIFY(host.waitForFinished(20000));
         QCOMPARE(host.exitStatus(), QProcess::NormalExit);
         QCOMPARE(host.exitCode(), 0);
