@@ -1,4 +1,4 @@
-# The Debian package; scripts/package makes it from the source archive.
+# The Debian package; scripts/package builds it from the source archive.
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME ruvalo-garage)
 set(CPACK_PACKAGE_VERSION ${PROJECT_VERSION})
@@ -15,7 +15,7 @@ set(CPACK_STRIP_FILES ON)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_SECTION misc)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
-# What no linker knows of: the driver is loaded by name, and without a Cyrillic font there is nothing to read.
+# Dependencies that are not linked: the driver is loaded by name, and the texts need a Cyrillic font.
 set(CPACK_DEBIAN_PACKAGE_DEPENDS
     "libqt5sql5-sqlite, fonts-dejavu-core | fonts-noto-core | fonts-liberation2 | fonts-liberation")
 set(CPACK_DEBIAN_PACKAGE_SUGGESTS "cmake, qtbase5-dev")

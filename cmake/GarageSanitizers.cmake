@@ -4,7 +4,7 @@ if(GARAGE_SANITIZE)
     add_link_options(-fsanitize=${garage_sanitizers})
 endif()
 
-# Only the fuzzer has libFuzzer's main(); what it links counts its branches for it.
+# Only the fuzzer links libFuzzer's main(); the other targets are compiled with its coverage instrumentation.
 if(GARAGE_BUILD_FUZZ)
     add_compile_options(-fsanitize=fuzzer-no-link)
 endif()
