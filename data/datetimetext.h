@@ -19,7 +19,7 @@ namespace DateTimeText {
 /// For the announcement of a service done, in UTC: "yyyy-MM-dd hh:mm".
 [[nodiscard]] QString forServiceAnnouncement(const QDateTime &dateTime);
 
-/// Reads "yyyy-MM-ddThh:mm[:ss[.zzz]][Z|±hh:mm]", with "T" or a blank, as it stands in the database, and
+/// Reads "yyyy-MM-ddThh:mm[:ss[.zzz]][Z|±hh:mm]", with "T" or a space, as stored in the database, and
 /// gives local time; invalid if the text is no such date-time. A text without a zone is UTC, because that
 /// is how it compares with the others as text.
 [[nodiscard]] QDateTime fromDatabase(const QString &text);

@@ -14,9 +14,9 @@ using StatementValues = std::initializer_list<std::pair<QLatin1String, QVariant>
 
 /// One write of the module: from "BEGIN IMMEDIATE" to "COMMIT".
 ///
-/// While another connection keeps the database busy, beginning and committing wait, in the calling thread
-/// and by default without limit. Any other failure ends the write silently: nothing of it is stored and
-/// nothing is raised. The connection is never left inside a transaction.
+/// While another connection keeps the database busy, BEGIN and COMMIT wait in the calling thread, by default
+/// without limit. Any other failure ends the write silently: nothing of it is stored. The connection is never
+/// left inside a transaction.
 class ImmediateTransaction final
 {
     Q_DISABLE_COPY(ImmediateTransaction)
@@ -31,7 +31,7 @@ public:
     /// A query for one statement of this write, with named placeholders to bind.
     QSqlQuery prepare(const QString &statement) const;
     /// Runs a prepared statement with these values. Its failure does not end the write, unless SQLite ended
-    /// the whole transaction over it (a full disk, say): from then on nothing more is run.
+    /// the whole transaction over it (a full disk, say): then no further statement is run.
     bool exec(QSqlQuery &query, StatementValues values);
 
     /// True once everything is stored.

@@ -24,7 +24,7 @@ struct RemoteServiceRecord
     qint64 remoteId = noId;
     int carId = noId;
     int opId = complaintOperationId;
-    QString opTime; ///< stored as it came
+    QString opTime; ///< stored as received
     int personId = noId;
     QString personName;
     QString comment;

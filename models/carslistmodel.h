@@ -30,7 +30,7 @@ public:
     /// Column -1 repeats the last request made to any instance. The number column is sorted by car id.
     void sort(int column, Qt::SortOrder order = Qt::AscendingOrder) override;
 
-    /// Takes the cars of the host's "cars" array and sorts them by model, ascending.
+    /// Replaces the cars by those of the host's "cars" array, sorted by model, ascending.
     void loadFromJson(const QJsonObject &object, bool onlyAvailable);
     /// Ids of the cars at the rows of the indexes, one for each index whose row exists.
     QJsonArray idsOfRows(const QModelIndexList &indexes) const;

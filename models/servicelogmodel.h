@@ -19,12 +19,12 @@ public:
     int rowCount(const QModelIndex &parent = {}) const override;
     QVariant data(const QModelIndex &index, int role = Qt::DisplayRole) const override;
 
-    /// A refill is clear, append and refresh within one LayoutChange; clear and append say nothing to views.
+    /// A refill is clear, append and refresh within one LayoutChange; clear and append emit no signals.
     void clear();
     void append(const QList<ServiceLogItem> &items);
     /// Announces a layout change of its own; within a LayoutChange that is left to its end.
     void refresh();
-    /// Removes a record, also one beyond those shown; out of range nothing goes.
+    /// Removes a record, also one beyond those shown; does nothing if out of range.
     void removeItem(int row);
 
     /// The record of an existing row.

@@ -45,8 +45,8 @@ private slots: // connected by name
 
 private:
     void setUpTable(QTreeView *view, ClearbackgroundTableModel &model);
-    /// Shows the model's name above the limits, elided and in one line, so that it never takes room from the
-    /// table.
+    /// Operation names of any length are column titles: long ones are elided, and the height of the header is
+    /// limited.
     void setUpOperationTitles();
     /// Shows the operations of the file that the connection has open now. True if the page showed another
     /// file: then the user's choice must not be written.
