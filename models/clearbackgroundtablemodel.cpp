@@ -5,22 +5,29 @@
 
 namespace {
 
-/// For each of `count` rows or columns, how many before it have the same id.
-template<typename IdOf> QVector<int> occurrences(int count, IdOf idOf)
+using Identity = QPair<QString, int>;
+
+const Identity noIdentity {{}, -1};
+
+template<typename IdOf> QVector<Identity> identities(int count, IdOf idOf)
 {
-    QVector<int> result(count);
+    QVector<Identity> result;
+    result.reserve(count);
     QHash<QString, int> seen;
-    for (int place = 0; place < count; ++place)
-        result[place] = seen[idOf(place)]++;
+    for (int place = 0; place < count; ++place) {
+        const QString id = idOf(place);
+        result.append({id, seen[id]++});
+    }
     return result;
 }
 
-template<typename IdOf> QHash<QString, QVector<int>> placesById(int count, IdOf idOf)
+QHash<Identity, int> places(const QVector<Identity> &identities)
 {
-    QHash<QString, QVector<int>> places;
-    for (int place = 0; place < count; ++place)
-        places[idOf(place)].append(place);
-    return places;
+    QHash<Identity, int> result;
+    result.reserve(identities.size());
+    for (int place = 0; place < identities.size(); ++place)
+        result.insert(identities.at(place), place);
+    return result;
 }
 
 } // namespace
@@ -125,19 +132,14 @@ void ClearbackgroundTableModel::trackPersistentIndexes()
     if (indexes.isEmpty())
         return;
 
-    const auto rowId = [this](int row) { return recordId(row); };
-    const auto columnId = [this](int column) { return columnKey(column); };
-    const QVector<int> rowOccurrences = occurrences(rowCount(), rowId);
-    const QVector<int> columnOccurrences = occurrences(columnCount(), columnId);
+    const QVector<Identity> rows = rowIdentities();
+    const QVector<Identity> columns = columnIdentities();
     m_tracked.reserve(indexes.size());
     for (const QModelIndex &index : indexes) {
         // An index left over from rows that went without announcement has no record to follow.
-        TrackedIndex tracked {index, {}, -1, {}, -1};
-        if (isCell(index)) {
-            tracked = {index, recordId(index.row()), rowOccurrences.at(index.row()),
-                       columnKey(index.column()), columnOccurrences.at(index.column())};
-        }
-        m_tracked.append(tracked);
+        const bool isTracked = isCell(index);
+        m_tracked.append({index, isTracked ? rows.at(index.row()) : noIdentity,
+                          isTracked ? columns.at(index.column()) : noIdentity});
     }
 }
 
@@ -146,17 +148,26 @@ void ClearbackgroundTableModel::movePersistentIndexes()
     if (m_tracked.isEmpty())
         return;
 
-    const auto rowsByRecord = placesById(rowCount(), [this](int row) { return recordId(row); });
-    const auto columnsByKey = placesById(columnCount(), [this](int column) { return columnKey(column); });
-
+    const QHash<Identity, int> rows = places(rowIdentities());
+    const QHash<Identity, int> columns = places(columnIdentities());
     QModelIndexList from;
     QModelIndexList to;
+    from.reserve(m_tracked.size());
+    to.reserve(m_tracked.size());
     for (const TrackedIndex &tracked : qAsConst(m_tracked)) {
-        const int row = rowsByRecord.value(tracked.recordId).value(tracked.rowOccurrence, -1);
-        const int column = columnsByKey.value(tracked.columnKey).value(tracked.columnOccurrence, -1);
         from.append(tracked.index);
-        to.append(index(row, column));
+        to.append(index(rows.value(tracked.row, -1), columns.value(tracked.column, -1)));
     }
     m_tracked.clear();
     changePersistentIndexList(from, to);
+}
+
+QVector<ClearbackgroundTableModel::Identity> ClearbackgroundTableModel::rowIdentities() const
+{
+    return identities(rowCount(), [this](int row) { return recordId(row); });
+}
+
+QVector<ClearbackgroundTableModel::Identity> ClearbackgroundTableModel::columnIdentities() const
+{
+    return identities(columnCount(), [this](int column) { return columnKey(column); });
 }

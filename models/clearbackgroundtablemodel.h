@@ -2,6 +2,7 @@
 
 #include <QAbstractTableModel>
 #include <QBrush>
+#include <QPair>
 #include <QPersistentModelIndex>
 #include <QVariant>
 #include <QVector>
@@ -25,8 +26,8 @@ public:
 
     /// Replaces rows or columns of a model between layoutAboutToBeChanged and layoutChanged. Persistent
     /// indexes follow their record and their column's key, and become invalid with either. No two of them
-    /// ever meet in one cell: the toolkit would lose track of both. A scope inside another one is part of
-    /// it: views hear of one change.
+    /// ever meet in one cell: Qt would lose track of both. A scope inside another one is part of it: views
+    /// see one change.
     class LayoutChange final
     {
         Q_DISABLE_COPY(LayoutChange)
@@ -68,19 +69,21 @@ protected:
     void truncateColumns(int count);
 
 private:
+    /// The id of a row or column, and how many before it have the same one.
+    using Identity = QPair<QString, int>;
     struct TrackedIndex
     {
         QModelIndex index;
-        QString recordId;
-        int rowOccurrence = 0;
-        QString columnKey;
-        int columnOccurrence = 0;
+        Identity row;
+        Identity column;
     };
 
     void beginLayoutChange();
     void endLayoutChange();
     void trackPersistentIndexes();
     void movePersistentIndexes();
+    QVector<Identity> rowIdentities() const;
+    QVector<Identity> columnIdentities() const;
 
     const QBrush m_background;
     QVector<Column> m_columns;

@@ -21,7 +21,11 @@ constexpr int numberAlignment = Qt::AlignRight | Qt::AlignVCenter;
 } // namespace
 
 MaintainanceModel::MaintainanceModel(QObject *parent)
-    : ClearbackgroundTableModel(parent), m_attentionBrush(CellColors::attention)
+    : ClearbackgroundTableModel(parent)
+    , m_attentionBrush(CellColors::attention)
+    ,
+    //: hours of driving, runs, laps
+    m_statisticsFormat(tr("%.1f ч., %d з., %d кр.").toUtf8())
 {
     appendColumn({tr("#"), numberAlignment, 40, ColumnKeys::position, Qt::AlignCenter});
     appendColumn({tr("Модель"), textAlignment, 80, ColumnKeys::model, Qt::AlignCenter});
@@ -229,10 +233,9 @@ QString MaintainanceModel::operationText(const OperationStat &stat) const
     QString date = DateTimeText::forDisplay(stat.lastDone);
     if (stat.laps == 0 && stat.runs == 0 && stat.totalTime == 0)
         return date;
-    //: hours of driving, runs, laps
-    const QByteArray format = tr("%.1f ч., %d з., %d кр.").toUtf8();
     return date + QLatin1Char('\n')
-        + QString::asprintf(format.constData(), stat.totalTime / secondsPerHour, stat.runs, stat.laps);
+        + QString::asprintf(m_statisticsFormat.constData(), stat.totalTime / secondsPerHour, stat.runs,
+                            stat.laps);
 }
 
 void MaintainanceModel::resort()
@@ -243,21 +246,21 @@ void MaintainanceModel::resort()
     const std::optional<int> opId =
         m_sortColumn < fixedColumnCount ? std::nullopt : operationOfColumn(m_sortColumn);
     const MaintainanceOrder precedes(opId, m_sortMode, m_sortOrder);
-    struct KeyedItem
+    struct KeyedRow
     {
         MaintainanceOrder::Key key;
-        MaintainanceItem item;
+        int row;
     };
-    std::vector<KeyedItem> sorted;
-    sorted.reserve(std::size_t(m_items.size()));
-    for (const MaintainanceItem &item : qAsConst(m_items))
-        sorted.push_back({precedes.key(item), item});
-    std::sort(sorted.begin(), sorted.end(),
-              [&precedes](const KeyedItem &a, const KeyedItem &b) { return precedes(a.key, b.key); });
+    std::vector<KeyedRow> order;
+    order.reserve(std::size_t(m_items.size()));
+    for (int row = 0; row < m_items.size(); ++row)
+        order.push_back({precedes.key(m_items.at(row)), row});
+    std::sort(order.begin(), order.end(),
+              [&precedes](const KeyedRow &a, const KeyedRow &b) { return precedes(a.key, b.key); });
 
-    QList<MaintainanceItem> items;
-    items.reserve(m_items.size());
-    for (const KeyedItem &keyed : sorted)
-        items.append(keyed.item);
-    m_items = items;
+    QList<MaintainanceItem> sorted;
+    sorted.reserve(m_items.size());
+    for (const KeyedRow &keyed : order)
+        sorted.append(m_items.at(keyed.row));
+    m_items.swap(sorted);
 }

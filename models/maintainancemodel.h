@@ -5,6 +5,7 @@
 #include "models/clearbackgroundtablemodel.h"
 
 #include <QAbstractProxyModel>
+#include <QByteArray>
 #include <QList>
 #include <QPointer>
 
@@ -30,7 +31,7 @@ public:
 
     int rowCount(const QModelIndex &parent = {}) const override;
     QVariant data(const QModelIndex &index, int role = Qt::DisplayRole) const override;
-    /// The toolkit's flags and what the cell offers (CellFlags).
+    /// The flags of the base and what the cell offers (CellFlags).
     Qt::ItemFlags flags(const QModelIndex &index) const override;
     /// The first request ever is answered by number, whatever it asks for.
     void sort(int column, Qt::SortOrder order = Qt::AscendingOrder) override;
@@ -80,6 +81,7 @@ private:
 
     QPointer<const QAbstractProxyModel> m_rowNumberProxy;
     const QBrush m_attentionBrush;
+    const QByteArray m_statisticsFormat; ///< UTF-8, of QString::asprintf
     QList<MaintainanceItem> m_items;
     QVector<ColumnMeaning> m_columnMeanings; ///< the column keys, parsed
     int m_sortMode = SortByLastDone;
