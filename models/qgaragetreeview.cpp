@@ -47,7 +47,7 @@ void QGarageTreeView::scrollContentsBy(int dx, int dy)
 void QGarageTreeView::serviceButtonClick()
 {
     const auto *button = qobject_cast<QPushButton *>(sender());
-    if (!button)
+    if (button != &m_serviceButton && button != &m_attentionButton)
         return;
     const QModelIndex index = indexAt(button->mapToParent(button->rect().center()));
     if (!index.isValid())
