@@ -30,15 +30,16 @@ const QString insertRemote = QStringLiteral(
     "INSERT INTO maintainance (remote_id,car_id,operation_id,operation_time,person_id,person_name,comment) "
     "VALUES (:remote_id,:car_id,:operation_id,:operation_time,:person_id,:person_name,:comment)");
 
-void addRecord(GarageDatabase &database, const QString &statement, const ServiceRecord &record)
+int addRecord(GarageDatabase &database, const QString &statement, const ServiceRecord &record)
 {
-    writeStatement(database, statement,
-                   {{QLatin1String(":carId"), record.carId},
-                    {QLatin1String(":opId"), record.opId},
-                    {QLatin1String(":opTime"), record.opTime.toUTC()},
-                    {QLatin1String(":pId"), record.personId},
-                    {QLatin1String(":pName"), record.personName},
-                    {QLatin1String(":comment"), record.comment}});
+    const QVariant id = writeStatement(database, statement,
+                                       {{QLatin1String(":carId"), record.carId},
+                                        {QLatin1String(":opId"), record.opId},
+                                        {QLatin1String(":opTime"), record.opTime.toUTC()},
+                                        {QLatin1String(":pId"), record.personId},
+                                        {QLatin1String(":pName"), record.personName},
+                                        {QLatin1String(":comment"), record.comment}});
+    return id.isValid() ? id.toInt() : noId;
 }
 
 /// A 64-bit integer, where QJsonValue::toInt() reads 32 bits; -1 if the value is none.
@@ -92,9 +93,9 @@ void ServiceRecordStore::addServiceDone(GarageDatabase &database, const ServiceR
     addRecord(database, insertServiceDone, record);
 }
 
-void ServiceRecordStore::addComplaint(GarageDatabase &database, const ServiceRecord &record)
+int ServiceRecordStore::addComplaint(GarageDatabase &database, const ServiceRecord &record)
 {
-    addRecord(database, insertComplaint, record);
+    return addRecord(database, insertComplaint, record);
 }
 
 void ServiceRecordStore::amendComplaint(GarageDatabase &database, int localId, const ServiceRecord &record)

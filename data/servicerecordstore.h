@@ -41,8 +41,8 @@ namespace ServiceRecordStore {
 
 /// Adds a done record.
 void addServiceDone(GarageDatabase &database, const ServiceRecord &record);
-/// Adds an open record.
-void addComplaint(GarageDatabase &database, const ServiceRecord &record);
+/// Adds an open record. The local id of its row; noId if nothing was stored.
+int addComplaint(GarageDatabase &database, const ServiceRecord &record);
 /// Replaces time, person and comment of a record; its car and operation stay.
 void amendComplaint(GarageDatabase &database, int localId, const ServiceRecord &record);
 

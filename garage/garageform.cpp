@@ -1,8 +1,10 @@
 #include "garage/garageform.h"
 
 #include "models/columnwidthkeeper.h"
+#include "models/currentrowtracker.h"
 #include "models/maintainancedelegate.h"
 #include "resources/garageresources.h"
+#include "settings/actionsmenu.h"
 #include "settings/servicereglamentmodel.h"
 #include "ui_garageform.h"
 
@@ -89,7 +91,8 @@ void GarageForm::setUpServiceLogTab()
 {
     m_serviceLogFilter.setSourceModel(&m_serviceLogModel);
     m_ui->tvServiceLog->setItemDelegate(&m_gridDelegate);
-    m_ui->tvServiceLog->setModel(&m_serviceLogFilter);
+    CurrentRowTracker::install(m_ui->tvServiceLog, &m_serviceLogFilter);
+    ActionsMenu::install(m_ui->tvServiceLog);
     m_serviceLogModel.applyColumnWidths(m_ui->tvServiceLog);
 }
 
@@ -99,6 +102,7 @@ void GarageForm::connectLoader()
     connect(this, &GarageForm::reloadGarageStats, &m_updater, &GarageUpdater::reloadStats);
     connect(this, &GarageForm::updateServiceTable, &m_updater, &GarageUpdater::updateService);
     connect(this, &GarageForm::deleteOperation, &m_updater, &GarageUpdater::deleteOperation);
+    connect(&m_updater, &GarageUpdater::pluginSignal, this, &GarageForm::handleLoaderMessage);
 }
 
 void GarageForm::setReglament(const ServiceReglamentModel &reglament)
@@ -200,7 +204,7 @@ void GarageForm::refillServiceLog(const QList<ServiceLogItem> &items)
     {
         const ClearbackgroundTableModel::LayoutChange change(m_serviceLogModel);
         m_serviceLogModel.clear();
-        m_serviceLogModel.append(items);
+        m_serviceLogModel.append(withoutRecordsBeingDeleted(items));
         m_serviceLogModel.refresh();
     }
     // The previous selection may no longer be in the list.

@@ -13,13 +13,16 @@
 #include <QJsonArray>
 #include <QJsonObject>
 #include <QPointer>
+#include <QSet>
 #include <QWidget>
 
 #include <memory>
+#include <optional>
 
 class QTreeView;
 class ServiceDialog;
 class ServiceReglamentModel;
+struct ServiceRecord;
 
 namespace Ui {
 class GarageForm;
@@ -45,7 +48,7 @@ public:
     /// Fills both cars lists from the host's cars message.
     void loadCars(const QJsonObject &jsonData);
 
-    /// Carries out a remote request and fills the answer to it; the answer stays empty if there is none.
+    /// Applies a remote request and fills the answer to it; the answer stays empty if there is none.
     QJsonObject remoteControlRequest(QJsonObject answer, const QJsonObject &jsonData);
     /// Hands the records in "data", a JSON text, to the loader; without any nothing happens.
     void remoteServiceData(const QJsonObject &jsonData);
@@ -116,11 +119,17 @@ private:
     void reglamentChanged();
     void addServiceOp(const QModelIndex &index);
     void carComplain(const MaintainanceItem &item);
-    int openComplaintId(int carId);
+    std::optional<OperationStat> openComplaint(int carId);
+    void storeComplaint(int shownId, const ServiceRecord &record);
+    void handleComplaintStored(int localId, const ServiceRecord &record);
+    void forgetStoredComplaintAfterReload(int carId);
     void prepareDialog(ServiceDialog &dialog, const QString &caption, int opId) const;
+    static QDateTime currentMinute();
 
     // Service log.
     const ServiceLogItem *currentLogItem() const;
+    void handleLoaderMessage(const QString &module, const QString &event, const QJsonObject &jsonData);
+    QList<ServiceLogItem> withoutRecordsBeingDeleted(const QList<ServiceLogItem> &items) const;
 
     MaintainanceModel m_maintainanceModel;
     MaintainanceFilterProxy m_maintainanceFilterProxy;
@@ -138,4 +147,6 @@ private:
     const ServiceReglamentModel *m_reglament = nullptr;
     ServiceOperations m_operations; ///< of the last reload
     QHash<int, QPointer<ServiceDialog>> m_complaintDialogs; ///< open ones, by car id
+    QHash<int, OperationStat> m_storedComplaints; ///< by car id, until a reload has read them
+    QSet<int> m_recordsBeingDeleted; ///< local ids that the loader has not deleted yet
 };

@@ -10,15 +10,10 @@
 #include "settings/servicereglamentmodel.h"
 #include "ui_garageform.h"
 
+#include <QApplication>
 #include <QJsonDocument>
 
 namespace {
-
-QDateTime currentMinute()
-{
-    const QDateTime now = QDateTime::currentDateTime();
-    return QDateTime(now.date(), QTime(now.time().hour(), now.time().minute()));
-}
 
 QString caption(const MaintainanceItem &item)
 {
@@ -31,14 +26,13 @@ ServiceRecord enteredRecord(const ServiceDialog &dialog, int carId)
             dialog.comment()};
 }
 
-/// The car's complaint that is still open, or null.
-const OperationStat *openComplaint(const MaintainanceItem &item)
-{
-    const auto complaint = item.ops.constFind(complaintOperationId);
-    return complaint != item.ops.cend() && complaint->state == OpenState ? &*complaint : nullptr;
-}
-
 } // namespace
+
+QDateTime GarageForm::currentMinute()
+{
+    const QDateTime now = QDateTime::currentDateTime();
+    return QDateTime(now.date(), QTime(now.time().hour(), now.time().minute()));
+}
 
 void GarageForm::on_cbSortKind_currentIndexChanged(int index)
 {
@@ -137,9 +131,12 @@ void GarageForm::addServiceOp(const QModelIndex &index)
 void GarageForm::carComplain(const MaintainanceItem &item)
 {
     const int carId = item.carId;
-    if (ServiceDialog *open = m_complaintDialogs.value(carId)) {
-        open->raise();
-        open->activateWindow();
+    if (QWidget *open = m_complaintDialogs.value(carId)) {
+        // Another dialog on top of it takes the input.
+        QWidget *active = QApplication::activeModalWidget();
+        QWidget *dialogWithInput = active ? active : open;
+        dialogWithInput->raise();
+        dialogWithInput->activateWindow();
         return;
     }
 
@@ -148,7 +145,7 @@ void GarageForm::carComplain(const MaintainanceItem &item)
     prepareDialog(*dialog, caption(item), complaintOperationId);
     dialog->setDateTime(currentMinute());
     int shownId = noId;
-    if (const OperationStat *complaint = openComplaint(item)) {
+    if (const std::optional<OperationStat> complaint = openComplaint(carId)) {
         shownId = complaint->localId;
         dialog->setComment(complaint->comment);
         dialog->setDateTime(complaint->lastDone);
@@ -163,20 +160,61 @@ void GarageForm::carComplain(const MaintainanceItem &item)
     if (!accepted || isFileReplaced(file))
         return;
 
-    // A reload may have closed the complaint meanwhile, or read another one that the user has not seen.
-    const ServiceRecord record = enteredRecord(*dialog, carId);
-    if (shownId != noId && shownId == openComplaintId(carId))
-        ServiceRecordStore::amendComplaint(m_database, shownId, record);
-    else
-        ServiceRecordStore::addComplaint(m_database, record);
+    storeComplaint(shownId, enteredRecord(*dialog, carId));
     requestReload();
+    forgetStoredComplaintAfterReload(carId);
 }
 
-int GarageForm::openComplaintId(int carId)
+void GarageForm::storeComplaint(int shownId, const ServiceRecord &record)
 {
+    // A reload may have closed the complaint meanwhile, or read another that the user has not seen. One
+    // that failed has emptied the table and says nothing about the car.
+    const std::optional<OperationStat> open = openComplaint(record.carId);
+    const bool isKnown = open || m_maintainanceModel.itemById(record.carId);
+    const bool isStillOpen = !isKnown || (open && open->localId == shownId);
+    if (shownId != noId && isStillOpen) {
+        ServiceRecordStore::amendComplaint(m_database, shownId, record);
+        handleComplaintStored(shownId, record);
+        return;
+    }
+    const int addedId = ServiceRecordStore::addComplaint(m_database, record);
+    if (addedId != noId && record.opId == complaintOperationId)
+        handleComplaintStored(addedId, record);
+}
+
+void GarageForm::handleComplaintStored(int localId, const ServiceRecord &record)
+{
+    OperationStat complaint;
+    complaint.opId = complaintOperationId;
+    complaint.lastDone = record.opTime;
+    complaint.state = OpenState;
+    complaint.comment = record.comment;
+    complaint.localId = localId;
+    m_storedComplaints.insert(record.carId, complaint);
+}
+
+void GarageForm::forgetStoredComplaintAfterReload(int carId)
+{
+    // The first call is queued behind the reload, the second one behind its result.
+    QMetaObject::invokeMethod(
+        &m_updater,
+        [this, carId] {
+            QMetaObject::invokeMethod(
+                this, [this, carId] { m_storedComplaints.remove(carId); }, Qt::QueuedConnection);
+        },
+        Qt::QueuedConnection);
+}
+
+std::optional<OperationStat> GarageForm::openComplaint(int carId)
+{
+    const auto stored = m_storedComplaints.constFind(carId);
+    if (stored != m_storedComplaints.cend())
+        return *stored;
     const MaintainanceItem *item = m_maintainanceModel.itemById(carId);
-    const OperationStat *complaint = item ? openComplaint(*item) : nullptr;
-    return complaint ? complaint->localId : noId;
+    const OperationStat complaint = item ? item->operation(complaintOperationId) : OperationStat();
+    return item && item->ops.contains(complaintOperationId) && complaint.state == OpenState
+        ? std::optional<OperationStat>(complaint)
+        : std::nullopt;
 }
 
 void GarageForm::remoteServiceData(const QJsonObject &jsonData)

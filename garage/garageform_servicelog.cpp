@@ -8,6 +8,9 @@
 #include "settings/servicedialog.h"
 #include "ui_garageform.h"
 
+#include <algorithm>
+#include <iterator>
+
 void GarageForm::on_pbReloadLog_clicked()
 {
     requestReload();
@@ -53,7 +56,27 @@ void GarageForm::on_actionDeleteMaintainanceItem_triggered()
         return;
     // A reload may have moved or removed the record while the question was open.
     m_serviceLogModel.removeItem(m_serviceLogModel.rowOf(record.id));
+    m_recordsBeingDeleted.insert(record.id);
     emit deleteOperation(record.id, record.remoteId);
+}
+
+void GarageForm::handleLoaderMessage(const QString &module, const QString &event, const QJsonObject &jsonData)
+{
+    Q_UNUSED(module)
+    // All reloads that come after this message were read after the deletion.
+    if (event == QLatin1String("remote_service_delete"))
+        m_recordsBeingDeleted.remove(jsonData.value(QLatin1String("localId")).toInt(noId));
+}
+
+QList<ServiceLogItem> GarageForm::withoutRecordsBeingDeleted(const QList<ServiceLogItem> &items) const
+{
+    if (m_recordsBeingDeleted.isEmpty())
+        return items;
+    QList<ServiceLogItem> remaining;
+    remaining.reserve(items.size());
+    std::copy_if(items.cbegin(), items.cend(), std::back_inserter(remaining),
+                 [this](const ServiceLogItem &item) { return !m_recordsBeingDeleted.contains(item.id); });
+    return remaining;
 }
 
 void GarageForm::on_actionDoneOperation_triggered()
@@ -66,7 +89,7 @@ void GarageForm::on_actionDoneOperation_triggered()
 
     ModalDialog<ServiceDialog> dialog(this);
     prepareDialog(*dialog, record.model + QLatin1String("  ") + record.num, record.opId);
-    dialog->setDateTime(record.opTime);
+    dialog->setDateTime(record.opTime.isValid() ? record.opTime : currentMinute());
     dialog->setComment(record.comment);
     if (dialog.exec() != QDialog::Accepted || isFileReplaced(file))
         return;

@@ -2,6 +2,8 @@
 
 #include "data/scheduletables.h"
 #include "models/columnwidthkeeper.h"
+#include "models/currentrowtracker.h"
+#include "settings/actionsmenu.h"
 #include "settings/confirmation.h"
 #include "settings/modaldialog.h"
 #include "settings/reglamentsettingsdialog.h"
@@ -18,6 +20,7 @@ GarageSettingsForm::GarageSettingsForm(QWidget *parent)
     m_ui->setupUi(this);
     m_designedSize = size();
     setUpTable(m_ui->tvServiceOperations, m_operationsModel);
+    ActionsMenu::install(m_ui->tvServiceOperations);
     connect(&m_operationsModel, &ServiceOperationsModel::operationNameChanged, this,
             &GarageSettingsForm::opnameChange);
     setUpTable(m_ui->tvServiceReglament, m_reglamentModel);
@@ -38,7 +41,7 @@ QSize GarageSettingsForm::sizeHint() const
 void GarageSettingsForm::setUpTable(QTreeView *view, ClearbackgroundTableModel &model)
 {
     view->setItemDelegate(&m_gridDelegate);
-    view->setModel(&model);
+    CurrentRowTracker::install(view, &model);
     model.applyColumnWidths(view);
 }
 
@@ -190,7 +193,7 @@ void GarageSettingsForm::serviceReglamentChange(const QModelIndex &index)
     const QString model = m_reglamentModel.entries().at(index.row()).model;
     const QPersistentModelIndex cell = index;
 
-    ModalDialog<ReglamentSettingsDialog> dialog(this);
+    ModalDialog<ReglamentSettingsDialog> dialog(this, ModalDialog<ReglamentSettingsDialog>::WithoutParent);
     dialog->setOperationName(limit.opName);
     dialog->setModelName(model);
     dialog->setLimits(limit.limits);

@@ -4,14 +4,24 @@
 #include <QPointer>
 #include <QWidget>
 
+/// Makes a dialog that has no parent, or whose owner's window is not shown, stay above the owner's window or
+/// else above the active one, centred on it. To be called before the dialog is shown.
+void placeAboveOwner(QDialog &dialog, const QWidget &owner);
+
 /// A dialog that is asked and done with in one scope. While it is open the host goes on: it may destroy the
 /// owner, and the dialog with it. Then the answer is Rejected, and nothing of either may be touched.
 template<class Dialog> class ModalDialog final
 {
     Q_DISABLE_COPY(ModalDialog)
 public:
-    /// The owner is also the dialog's parent.
-    explicit ModalDialog(QWidget *owner) : m_owner(owner), m_dialog(new Dialog(owner)) { }
+    enum Parenting { ChildOfOwner, WithoutParent };
+
+    explicit ModalDialog(QWidget *owner, Parenting parenting = ChildOfOwner)
+        : m_owner(owner), m_dialog(new Dialog(parenting == ChildOfOwner ? owner : nullptr))
+    {
+        if (parenting == WithoutParent)
+            QObject::connect(owner, &QObject::destroyed, m_dialog.data(), &QDialog::reject);
+    }
     ~ModalDialog() { delete m_dialog.data(); }
 
     Dialog *get() const { return m_dialog; }
@@ -21,6 +31,7 @@ public:
     /// Runs the dialog and gives its result; QDialog::Rejected if the owner or the dialog died meanwhile.
     [[nodiscard]] int exec()
     {
+        placeAboveOwner(*m_dialog, *m_owner);
         const int result = m_dialog->exec();
         return m_owner && m_dialog ? result : int(QDialog::Rejected);
     }
