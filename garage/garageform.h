@@ -28,8 +28,9 @@ namespace Ui {
 class GarageForm;
 }
 
-/// The garage window with its three tabs: cars in work, maintenance, service log. Shows what the loader
-/// delivers, writes what the mechanic records, and asks the host for everything else. GUI thread only.
+/// The garage window with its three tabs: cars in work, maintenance, service log. Shows the loader's results,
+/// writes the services and complaints that the user records, and sends all other requests to the host. GUI
+/// thread only.
 class GarageForm final : public QWidget
 {
     Q_OBJECT
@@ -50,9 +51,9 @@ public:
 
     /// Applies a remote request and fills the answer to it; the answer stays empty if there is none.
     QJsonObject remoteControlRequest(QJsonObject answer, const QJsonObject &jsonData);
-    /// Hands the records in "data", a JSON text, to the loader; without any nothing happens.
+    /// Passes the records in "data", a JSON text, to the loader; does nothing if there are none.
     void remoteServiceData(const QJsonObject &jsonData);
-    /// Asks for a complaint about the car "carId"; nothing happens for an unknown one.
+    /// Opens the complaint dialog for the car "carId"; does nothing for an unknown one.
     void complainAboutCar(const QJsonObject &jsonData);
 
 signals:

@@ -136,7 +136,7 @@ void ClearbackgroundTableModel::trackPersistentIndexes()
     const QVector<Identity> columns = columnIdentities();
     m_tracked.reserve(indexes.size());
     for (const QModelIndex &index : indexes) {
-        // An index left over from rows that went without announcement has no record to follow.
+        // A persistent index of rows that were removed without a signal has no record to follow.
         const bool isTracked = isCell(index);
         m_tracked.append({index, isTracked ? rows.at(index.row()) : noIdentity,
                           isTracked ? columns.at(index.column()) : noIdentity});

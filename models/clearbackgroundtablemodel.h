@@ -10,7 +10,7 @@
 class QTreeView;
 
 /// Base of every table of the module: columns are known by key text, and cells have no background of their
-/// own. Never trusts a row or column that is out of range. GUI thread only.
+/// own. A row or column that is out of range is handled. GUI thread only.
 class ClearbackgroundTableModel : public QAbstractTableModel
 {
     Q_OBJECT
@@ -54,8 +54,8 @@ public:
     void applyColumnWidths(QTreeView *view) const;
 
 protected:
-    /// What makes the record of an existing row the same record after the rows were replaced; need not be
-    /// unique: of several equal ones the first stays the first. Column keys are treated alike.
+    /// Identifies the record of an existing row after the rows were replaced. Need not be unique: equal ids
+    /// are told apart by their order. Column keys are treated alike.
     virtual QString recordId(int row) const = 0;
 
     /// True for an index of this model whose row and column exist.

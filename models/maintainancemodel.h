@@ -33,7 +33,8 @@ public:
     QVariant data(const QModelIndex &index, int role = Qt::DisplayRole) const override;
     /// The flags of the base and what the cell offers (CellFlags).
     Qt::ItemFlags flags(const QModelIndex &index) const override;
-    /// The first request ever is answered by number, whatever it asks for.
+    /// The first request sorts by number, whatever the column; kept on purpose, because the view's own first
+    /// request would otherwise change the initial order.
     void sort(int column, Qt::SortOrder order = Qt::AscendingOrder) override;
 
     /// The proxy whose rows the position column counts; not owned, may be null.

@@ -8,8 +8,8 @@
 /// else above the active one, centred on it. To be called before the dialog is shown.
 void placeAboveOwner(QDialog &dialog, const QWidget &owner);
 
-/// A dialog that is asked and done with in one scope. While it is open the host goes on: it may destroy the
-/// owner, and the dialog with it. Then the answer is Rejected, and nothing of either may be touched.
+/// A modal dialog for one scope. The event loop runs while it is open, so the host may destroy the owner and,
+/// with it, the dialog. The result is then Rejected, and neither may be accessed.
 template<class Dialog> class ModalDialog final
 {
     Q_DISABLE_COPY(ModalDialog)
@@ -28,7 +28,8 @@ public:
     Dialog *operator->() const { return m_dialog; }
     Dialog &operator*() const { return *m_dialog; }
 
-    /// Runs the dialog and gives its result; QDialog::Rejected if the owner or the dialog died meanwhile.
+    /// Runs the dialog and returns its result; QDialog::Rejected if the owner or the dialog was destroyed
+    /// meanwhile.
     [[nodiscard]] int exec()
     {
         placeAboveOwner(*m_dialog, *m_owner);
