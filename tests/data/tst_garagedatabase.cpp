@@ -18,9 +18,9 @@ private slots:
 
 namespace {
 
-const QString connection = QStringLiteral("tst_garagedatabase");
-const QString addOperation = QStringLiteral("INSERT INTO service_operations (operation_name) VALUES ('x')");
-const QString countOperations = QStringLiteral("SELECT count(*) FROM service_operations");
+const QString connection = "tst_garagedatabase";
+const QString addOperation = "INSERT INTO service_operations (operation_name) VALUES ('x')";
+const QString countOperations = "SELECT count(*) FROM service_operations";
 
 /// Permissions mean nothing to the superuser: acts as an ordinary user for as long as it lives.
 class OrdinaryUser final
@@ -82,13 +82,13 @@ void TestGarageDatabase::anotherFileIsCounted()
 {
     const auto database = createDatabase();
     const QString path = home().databasePath();
-    const TestDatabase replacement(path + QLatin1String(".other"));
+    const TestDatabase replacement(path + ".other");
     GarageDatabase garage(connection);
     const int file = garage.fileCount();
     garage.ensureOpen();
     QCOMPARE(garage.fileCount(), file);
 
-    QCOMPARE(std::rename(qPrintable(path + QLatin1String(".other")), qPrintable(path)), 0);
+    QCOMPARE(std::rename(qPrintable(path + ".other"), qPrintable(path)), 0);
     garage.ensureOpen();
     QVERIFY(garage.fileCount() > file);
 }
@@ -97,7 +97,7 @@ void TestGarageDatabase::aBusyDatabaseIsNotWaitedForWithoutWaiting()
 {
     const auto database = createDatabase();
     GarageDatabase garage(connection);
-    database->exec(QStringLiteral("BEGIN EXCLUSIVE"));
+    database->exec("BEGIN EXCLUSIVE");
     QElapsedTimer timer;
     timer.start();
     {
@@ -107,7 +107,7 @@ void TestGarageDatabase::aBusyDatabaseIsNotWaitedForWithoutWaiting()
         QVERIFY(isBusy(query.lastError()));
         QVERIFY(timer.elapsed() < 4000);
     }
-    database->exec(QStringLiteral("COMMIT"));
+    database->exec("COMMIT");
     QVERIFY(garage.run(countOperations).isActive());
 }
 

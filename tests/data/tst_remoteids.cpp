@@ -17,14 +17,14 @@ namespace {
 
 QJsonObject record(const QJsonValue &id, const char *comment)
 {
-    return {{QStringLiteral("id"), id},
-            {QStringLiteral("carId"), 1},
-            {QStringLiteral("opId"), 2},
-            {QStringLiteral("opDoneDateTime"), QStringLiteral("2026-03-04T05:06Z")},
-            {QStringLiteral("comment"), QLatin1String(comment)}};
+    return {{"id", id},
+            {"carId", 1},
+            {"opId", 2},
+            {"opDoneDateTime", "2026-03-04T05:06Z"},
+            {"comment", QLatin1String(comment)}};
 }
 
-const QString selectRecords = QStringLiteral("SELECT remote_id,comment FROM maintainance ORDER BY id");
+const QString selectRecords = "SELECT remote_id,comment FROM maintainance ORDER BY id";
 
 } // namespace
 
@@ -36,10 +36,8 @@ void TestRemoteIds::wideIdsAreStoredAndArchivedAsTheyCame()
     LoaderProbe probe;
     probe.updateService({record(first, "one"), record(second, "two")});
     probe.updateService({record(second, "two again")});
-    QCOMPARE(database->rows(selectRecords),
-             QStringList({QStringLiteral("5000000001|one"), QStringLiteral("5000000002|two again")}));
-    QCOMPARE(probe.last(QStringLiteral("remote_service_move_to_archive")).value(QLatin1String("idList")),
-             QJsonValue(QJsonArray {second}));
+    QCOMPARE(database->rows(selectRecords), QStringList({"5000000001|one", "5000000002|two again"}));
+    QCOMPARE(probe.last("remote_service_move_to_archive").value("idList"), QJsonValue(QJsonArray {second}));
     QCOMPARE(probe.log.size(), 2);
     QCOMPARE(probe.log.at(0).remoteId, noId);
     QCOMPARE(probe.log.at(1).remoteId, noId);
@@ -49,23 +47,23 @@ void TestRemoteIds::anIdBeyond32BitsReadsAsNone_data()
 {
     QTest::addColumn<QString>("stored");
     QTest::addColumn<int>("read");
-    QTest::newRow("largest") << QStringLiteral("2147483647") << 2147483647;
-    QTest::newRow("one more") << QStringLiteral("2147483648") << noId;
-    QTest::newRow("smallest") << QStringLiteral("-2147483648") << -2147483647 - 1;
-    QTest::newRow("one less") << QStringLiteral("-2147483649") << noId;
-    QTest::newRow("2^32 + 7") << QStringLiteral("4294967303") << noId;
-    QTest::newRow("largest of 64 bits") << QStringLiteral("9223372036854775807") << noId;
-    QTest::newRow("NULL") << QStringLiteral("NULL") << noId;
-    QTest::newRow("text") << QStringLiteral("'x'") << noId;
-    QTest::newRow("zero") << QStringLiteral("0") << 0;
+    QTest::newRow("largest") << "2147483647" << 2147483647;
+    QTest::newRow("one more") << "2147483648" << noId;
+    QTest::newRow("smallest") << "-2147483648" << -2147483647 - 1;
+    QTest::newRow("one less") << "-2147483649" << noId;
+    QTest::newRow("2^32 + 7") << "4294967303" << noId;
+    QTest::newRow("largest of 64 bits") << "9223372036854775807" << noId;
+    QTest::newRow("NULL") << "NULL" << noId;
+    QTest::newRow("text") << "'x'" << noId;
+    QTest::newRow("zero") << "0" << 0;
 }
 
 void TestRemoteIds::anIdBeyond32BitsReadsAsNone()
 {
     QFETCH(QString, stored);
     const auto database = createDatabase();
-    database->exec(QStringLiteral("INSERT INTO maintainance (car_id,operation_id,remote_id) VALUES (1,2,%1)")
-                       .arg(stored));
+    database->exec(
+        QString("INSERT INTO maintainance (car_id,operation_id,remote_id) VALUES (1,2,%1)").arg(stored));
     LoaderProbe probe;
     probe.reload();
     QCOMPARE(probe.log.size(), 1);
@@ -76,13 +74,13 @@ void TestRemoteIds::onlyIntegersAreIds_data()
 {
     QTest::addColumn<QByteArray>("id");
     QTest::addColumn<QString>("stored");
-    QTest::newRow("beyond a double") << QByteArray("9007199254740993") << QStringLiteral("9007199254740993");
-    QTest::newRow("negative") << QByteArray("-5000000001") << QStringLiteral("-5000000001");
-    QTest::newRow("fraction") << QByteArray("5.5") << QStringLiteral("-1");
-    QTest::newRow("huge") << QByteArray("1e300") << QStringLiteral("-1");
-    QTest::newRow("whole") << QByteArray("5e9") << QStringLiteral("5000000000");
-    QTest::newRow("text") << QByteArray("\"7\"") << QStringLiteral("-1");
-    QTest::newRow("null") << QByteArray("null") << QStringLiteral("-1");
+    QTest::newRow("beyond a double") << QByteArray("9007199254740993") << "9007199254740993";
+    QTest::newRow("negative") << QByteArray("-5000000001") << "-5000000001";
+    QTest::newRow("fraction") << QByteArray("5.5") << "-1";
+    QTest::newRow("huge") << QByteArray("1e300") << "-1";
+    QTest::newRow("whole") << QByteArray("5e9") << "5000000000";
+    QTest::newRow("text") << QByteArray("\"7\"") << "-1";
+    QTest::newRow("null") << QByteArray("null") << "-1";
 }
 
 void TestRemoteIds::onlyIntegersAreIds()
@@ -92,7 +90,7 @@ void TestRemoteIds::onlyIntegersAreIds()
     LoaderProbe probe;
     const QJsonValue value = QJsonDocument::fromJson("[" + id + "]").array().first();
     probe.updateService({record(value, "")});
-    QTEST(database->value(QStringLiteral("SELECT remote_id FROM maintainance")).toString(), "stored");
+    QTEST(database->value("SELECT remote_id FROM maintainance").toString(), "stored");
 }
 
 GARAGE_TEST_WITHOUT_WINDOWS(TestRemoteIds)

@@ -19,21 +19,21 @@ private slots:
 namespace {
 
 const QString selectRecords =
-    QStringLiteral("SELECT id,car_id,operation_id,operation_state,comment FROM maintainance ORDER BY id");
+    "SELECT id,car_id,operation_id,operation_state,comment FROM maintainance ORDER BY id";
 
 void act(const QString &action, GarageWindow &window)
 {
     auto *view = window.find<QTreeView>("tvMaintainanceTable");
     auto *log = window.find<QTreeView>("tvServiceLog");
     const QModelIndex cell = view->model()->index(0, 3);
-    if (action == QLatin1String("service")) {
+    if (action == "service") {
         QMetaObject::invokeMethod(window.form.get(), "serviceClicked", Q_ARG(QModelIndex, cell));
-    } else if (action == QLatin1String("complaint")) {
-        window.form->complainAboutCar({{QStringLiteral("carId"), 1}});
+    } else if (action == "complaint") {
+        window.form->complainAboutCar({{"carId", 1}});
     } else {
         window.openTab("tabServiceLog");
         log->setCurrentIndex(log->model()->index(0, 0));
-        const bool isDeletion = action == QLatin1String("delete");
+        const bool isDeletion = action == "delete";
         window.find<QAction>(isDeletion ? "actionDeleteMaintainanceItem" : "actionDoneOperation")->trigger();
     }
 }
@@ -56,28 +56,27 @@ void TestReplacedFile::idsOfTheOldFileAreNotUsed()
     QFETCH(QString, action);
     QFETCH(bool, reloadMeanwhile);
     const auto database = createDatabase();
-    database->addCar(1, QStringLiteral("7"), QStringLiteral("Sodi"));
-    database->addOperation(1, QStringLiteral("Oil"));
-    database->addRecord(1, -1, QStringLiteral("2026-03-01T10:00Z"), OpenState, QStringLiteral("old"));
+    database->addCar(1, "7", "Sodi");
+    database->addOperation(1, "Oil");
+    database->addRecord(1, -1, "2026-03-01T10:00Z", OpenState, "old");
 
     const QString path = home().databasePath();
-    const TestDatabase other(path + QLatin1String(".other"));
-    other.addCar(1, QStringLiteral("3"), QStringLiteral("RX"));
-    other.addOperation(1, QStringLiteral("Chain"));
-    other.addRecord(1, -1, QStringLiteral("2026-03-02T10:00Z"), OpenState, QStringLiteral("new"));
+    const TestDatabase other(path + ".other");
+    other.addCar(1, "3", "RX");
+    other.addOperation(1, "Chain");
+    other.addRecord(1, -1, "2026-03-02T10:00Z", OpenState, "new");
     const QStringList untouched = other.rows(selectRecords);
 
     GarageWindow window;
     window.show();
     window.takeEvents();
     onNextDialog([&](QDialog &dialog) {
-        QCOMPARE(std::rename(qPrintable(path + QLatin1String(".other")), qPrintable(path)), 0);
+        QCOMPARE(std::rename(qPrintable(path + ".other"), qPrintable(path)), 0);
         if (reloadMeanwhile)
             window.reload();
         auto *buttons = dialog.findChild<QDialogButtonBox *>();
-        QTest::mouseClick(
-            buttons->button(action == QLatin1String("delete") ? QDialogButtonBox::Yes : QDialogButtonBox::Ok),
-            Qt::LeftButton);
+        QTest::mouseClick(buttons->button(action == "delete" ? QDialogButtonBox::Yes : QDialogButtonBox::Ok),
+                          Qt::LeftButton);
     });
     act(action, window);
     QVERIFY(allDialogsAnswered());
@@ -85,16 +84,16 @@ void TestReplacedFile::idsOfTheOldFileAreNotUsed()
 
     QCOMPARE(other.rows(selectRecords), untouched);
     for (const QString &event : window.eventNames())
-        QCOMPARE(event, QStringLiteral("reloadGarageStats"));
+        QCOMPARE(event, "reloadGarageStats");
     const auto *view = window.find<QTreeView>("tvMaintainanceTable");
-    QCOMPARE(view->model()->index(0, 2).data().toString(), QStringLiteral("3"));
+    QCOMPARE(view->model()->index(0, 2).data().toString(), "3");
 
     // What is chosen from now on is stored.
     onNextDialog([&](QDialog &dialog) {
         QTest::mouseClick(dialog.findChild<QDialogButtonBox *>()->button(QDialogButtonBox::Ok),
                           Qt::LeftButton);
     });
-    act(QStringLiteral("service"), window);
+    act("service", window);
     window.settle();
     QCOMPARE(other.rows(selectRecords).size(), untouched.size() + 1);
 }

@@ -455,7 +455,7 @@ void TestMaintainanceModel::aServiceReachesEveryItemOfTheCar()
 void TestMaintainanceModel::aServiceAnnouncesTheClickedCellAlone()
 {
     ChangeableModel table;
-    table.model.setItems({car(1, QStringLiteral("1"), QStringLiteral("Sodi"), {done(7, noonOf(1))})});
+    table.model.setItems({car(1, "1", "Sodi", {done(7, noonOf(1))})});
     QSignalSpy changed(&table.model, &QAbstractItemModel::dataChanged);
     const QModelIndex clicked = table.model.index(0, 1);
     table.model.recordServiceDone(1, 7, noonOf(3), clicked);

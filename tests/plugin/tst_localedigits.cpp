@@ -1,10 +1,15 @@
+#include "data/records.h"
 #include "support/garagetest.h"
 #include "support/pluginhost.h"
 
+#include <QApplication>
 #include <QDateTimeEdit>
 #include <QDialogButtonBox>
+#include <QJsonDocument>
 #include <QProcess>
 #include <QStyledItemDelegate>
+#include <QTemporaryDir>
+#include <QTimer>
 #include <QTreeView>
 
 /// Messages, cells and dialogs have ASCII digits whatever the system's locale. Each locale needs a process of
@@ -35,14 +40,14 @@ QStringList shownCells(const QTreeView &view)
         QStringList cells(view.objectName());
         for (int column = 0; column < view.model()->columnCount(); ++column)
             cells.append(delegate->displayText(view.model()->index(row, column).data(), view.locale()));
-        rows.append(cells.join(QLatin1Char('|')));
+        rows.append(cells.join('|'));
     }
     return rows;
 }
 
 QString messageText(const PluginHost::Message &message)
 {
-    return message.event + QLatin1Char(' ')
+    return message.event + ' '
         + QString::fromUtf8(QJsonDocument(message.data).toJson(QJsonDocument::Compact));
 }
 
@@ -56,7 +61,7 @@ void acceptNextDialog(QString &shownDate)
             return;
         timer->deleteLater();
         timer->stop();
-        auto *date = dialog->findChild<QDateTimeEdit *>(QStringLiteral("deOperationDateTime"));
+        auto *date = dialog->findChild<QDateTimeEdit *>("deOperationDateTime");
         date->setDateTime(QDateTime(QDate(2026, 3, 9), QTime(8, 7)));
         shownDate = date->text();
         QTest::mouseClick(dialog->findChild<QDialogButtonBox *>()->button(QDialogButtonBox::Ok),
@@ -67,15 +72,14 @@ void acceptNextDialog(QString &shownDate)
 
 void addRecords(const TestDatabase &database)
 {
-    database.addCar(1, QStringLiteral("10"), QStringLiteral("Sodi"));
-    database.addCar(2, QStringLiteral("9"), QStringLiteral("RX"));
-    database.addOperation(1, QStringLiteral("Oil"));
-    database.addLimit(QStringLiteral("Sodi"), 1, 5400, 10, 20);
-    database.addRecord(1, 1, QStringLiteral("2026-03-04T05:06Z"), DoneState);
-    database.addRecord(2, -1, QStringLiteral("2026-03-05T06:07:08.009Z"), OpenState,
-                       QStringLiteral("knocks"));
+    database.addCar(1, "10", "Sodi");
+    database.addCar(2, "9", "RX");
+    database.addOperation(1, "Oil");
+    database.addLimit("Sodi", 1, 5400, 10, 20);
+    database.addRecord(1, 1, "2026-03-04T05:06Z", DoneState);
+    database.addRecord(2, -1, "2026-03-05T06:07:08.009Z", OpenState, "knocks");
     for (int lap = 10; lap < 40; ++lap)
-        database.addLap(1, 1, QStringLiteral("2026-03-06T05:%1:00.000Z").arg(lap), 61000);
+        database.addLap(1, 1, QString("2026-03-06T05:%1:00.000Z").arg(lap), 61000);
 }
 
 } // namespace
@@ -91,11 +95,13 @@ void TestLocaleDigits::textsOfOneSession()
         QWidget *window = host.window();
         QWidget *page = host.settingsPage();
         host.takeMessages(); // the addresses of widgets
-        const auto *table = window->findChild<QTreeView *>(QStringLiteral("tvMaintainanceTable"));
-        auto *log = window->findChild<QTreeView *>(QStringLiteral("tvServiceLog"));
+        const auto *table = window->findChild<QTreeView *>("tvMaintainanceTable");
+        auto *log = window->findChild<QTreeView *>("tvServiceLog");
         const auto reload = [&] {
-            for (const PluginHost::Message &message : host.awaitReload())
-                texts.append(messageText(message));
+            for (const PluginHost::Message &message : host.awaitReload()) {
+                if (message.event != "remote_service_move_to_archive") // may come later
+                    texts.append(messageText(message));
+            }
         };
         const auto appendTables = [&] {
             for (const QWidget *widget : {window, page}) {
@@ -104,10 +110,7 @@ void TestLocaleDigits::textsOfOneSession()
             }
         };
         host.send("cars_list_changed",
-                  {{QStringLiteral("cars"),
-                    QJsonArray {QJsonObject {{QStringLiteral("id"), 1},
-                                             {QStringLiteral("name"), QStringLiteral("Sodi")},
-                                             {QStringLiteral("num"), QStringLiteral("10")}}}}});
+                  {{"cars", QJsonArray {QJsonObject {{"id", 1}, {"name", "Sodi"}, {"num", "10"}}}}});
         reload();
         appendTables();
 
@@ -126,14 +129,14 @@ void TestLocaleDigits::textsOfOneSession()
 
         host.send(
             "remote_service_data",
-            {{QStringLiteral("data"),
+            {{"data",
               QStringLiteral(R"([{"id":7,"carId":2,"opId":-1,"opDoneDateTime":"2026-03-10T11:12Z"}])")}});
         reload();
         appendTables();
     }
-    texts += database->rows(QStringLiteral("SELECT * FROM maintainance ORDER BY id"));
+    texts += database->rows("SELECT * FROM maintainance ORDER BY id");
 
-    QVERIFY(texts.join(QLatin1Char('\n')).contains(QLatin1String("2026-03-04T05:06")));
+    QVERIFY(texts.join('\n').contains("2026-03-04T05:06"));
     for (const QString &text : qAsConst(texts)) {
         const bool hasOther =
             std::any_of(text.cbegin(), text.cend(), [](QChar c) { return c.isDigit() && c.unicode() > '9'; });
@@ -142,23 +145,22 @@ void TestLocaleDigits::textsOfOneSession()
     if (qEnvironmentVariableIsSet(outputVariable)) {
         QFile file(qEnvironmentVariable(outputVariable));
         QVERIFY(file.open(QIODevice::WriteOnly));
-        file.write(texts.join(QLatin1Char('\n')).toUtf8());
+        file.write(texts.join('\n').toUtf8());
     }
 }
 
 QByteArray TestLocaleDigits::textsUnder(const QString &variable, const QString &locale)
 {
     const QTemporaryDir folder;
-    const QString path = folder.filePath(QStringLiteral("texts"));
+    const QString path = folder.filePath("texts");
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(QStringLiteral("LC_ALL"), QString());
-    environment.insert(QStringLiteral("LANG"), QStringLiteral("C.UTF-8"));
+    environment.insert("LC_ALL", QString());
+    environment.insert("LANG", "C.UTF-8");
     environment.insert(variable, locale);
     environment.insert(QLatin1String(outputVariable), path);
     QProcess process;
     process.setProcessEnvironment(environment);
-    process.start(QCoreApplication::applicationFilePath(),
-                  {QStringLiteral("tst_localedigits"), QStringLiteral("textsOfOneSession")});
+    process.start(QCoreApplication::applicationFilePath(), {"tst_localedigits", "textsOfOneSession"});
     process.waitForFinished(120000);
     if (process.exitStatus() != QProcess::NormalExit || process.exitCode() != 0)
         return process.readAll();
@@ -170,16 +172,19 @@ void TestLocaleDigits::everyTextIsTheSameInEveryLocale_data()
 {
     QTest::addColumn<QString>("variable");
     QTest::addColumn<QString>("locale");
-    QTest::newRow("Persian") << QStringLiteral("LC_ALL") << QStringLiteral("fa_IR.UTF-8");
-    QTest::newRow("Arabic") << QStringLiteral("LC_ALL") << QStringLiteral("ar_EG.UTF-8");
-    QTest::newRow("Persian numbers alone") << QStringLiteral("LC_NUMERIC") << QStringLiteral("fa_IR.UTF-8");
+    QTest::newRow("Persian") << "LC_ALL"
+                             << "fa_IR.UTF-8";
+    QTest::newRow("Arabic") << "LC_ALL"
+                            << "ar_EG.UTF-8";
+    QTest::newRow("Persian numbers alone") << "LC_NUMERIC"
+                                           << "fa_IR.UTF-8";
 }
 
 void TestLocaleDigits::everyTextIsTheSameInEveryLocale()
 {
     QFETCH(QString, variable);
     QFETCH(QString, locale);
-    const QByteArray expected = textsUnder(QStringLiteral("LC_ALL"), QStringLiteral("C.UTF-8"));
+    const QByteArray expected = textsUnder("LC_ALL", "C.UTF-8");
     QVERIFY(expected.contains("2026-03-04T05:06"));
     QCOMPARE(textsUnder(variable, locale), expected);
 }

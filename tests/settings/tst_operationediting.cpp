@@ -37,7 +37,7 @@ private:
     QStringList shownRows() const { return GarageWindow::texts(*view()->model()); }
     QStringList storedRows() const
     {
-        return m_database->rows(QStringLiteral("SELECT * FROM service_operations ORDER BY id"));
+        return m_database->rows("SELECT * FROM service_operations ORDER BY id");
     }
     void open();
     void trigger(const char *action) const { find<QAction>(action)->trigger(); }
@@ -55,9 +55,9 @@ void TestOperationEditing::init()
 {
     GarageTest::init();
     m_database = createDatabase();
-    m_database->addCar(1, QStringLiteral("1"), QStringLiteral("SODI"));
-    m_database->addOperation(2, QStringLiteral("Oil"));
-    m_database->addOperation(5, QStringLiteral("Chain"));
+    m_database->addCar(1, "1", "SODI");
+    m_database->addOperation(2, "Oil");
+    m_database->addOperation(5, "Chain");
 }
 
 void TestOperationEditing::cleanup()
@@ -116,11 +116,11 @@ void TestOperationEditing::anIdBelongsToTheRowThatWasNamed()
     press(Qt::Key_Escape);
     trigger("actionAddOperation");
     type("Tyres");
-    QCOMPARE(shownRows().at(2), QStringLiteral("3|Tyres"));
+    QCOMPARE(shownRows().at(2), "3|Tyres");
     QCOMPARE(view()->currentIndex(), view()->model()->index(2, 1));
 
     remove(3); // the row that was left empty
-    QCOMPARE(storedRows().last(), QStringLiteral("6|Tyres"));
+    QCOMPARE(storedRows().last(), "6|Tyres");
     QCOMPARE(shownRows().size(), 3);
     remove(2);
     QCOMPARE(storedRows().size(), 2);
@@ -129,9 +129,9 @@ void TestOperationEditing::anIdBelongsToTheRowThatWasNamed()
 void TestOperationEditing::aNameThatWasNotChangedIsNotStored_data()
 {
     QTest::addColumn<QString>("end");
-    QTest::newRow("return") << QStringLiteral("return");
-    QTest::newRow("click elsewhere") << QStringLiteral("click");
-    QTest::newRow("typed again") << QStringLiteral("type");
+    QTest::newRow("return") << "return";
+    QTest::newRow("click elsewhere") << "click";
+    QTest::newRow("typed again") << "type";
 }
 
 void TestOperationEditing::aNameThatWasNotChangedIsNotStored()
@@ -139,67 +139,67 @@ void TestOperationEditing::aNameThatWasNotChangedIsNotStored()
     QFETCH(QString, end);
     open();
     startEditing(0);
-    m_database->exec(QStringLiteral("UPDATE service_operations SET operation_name='Gear oil' WHERE id=2"));
-    if (end == QLatin1String("return")) {
+    m_database->exec("UPDATE service_operations SET operation_name='Gear oil' WHERE id=2");
+    if (end == "return") {
         press(Qt::Key_Return);
-    } else if (end == QLatin1String("click")) {
+    } else if (end == "click") {
         find<QTreeView>("tvServiceReglament")->setFocus();
         QTRY_VERIFY(!editor());
     } else {
         type("Oil");
     }
-    QCOMPARE(storedRows().first(), QStringLiteral("2|Gear oil"));
+    QCOMPARE(storedRows().first(), "2|Gear oil");
     QCOMPARE(m_events->count(), 0);
 
     startEditing(0);
     type("Oil change");
-    QCOMPARE(storedRows().first(), QStringLiteral("2|Oil change"));
+    QCOMPARE(storedRows().first(), "2|Oil change");
     QCOMPARE(m_events->count(), 1);
 }
 
 void TestOperationEditing::otherRowsCanBeEditedAfterTheRowUnderAnEditorVanished()
 {
     const QString path = home().databasePath();
-    const QString other = path + QLatin1String(".other");
+    const QString other = path + ".other";
     const TestDatabase replacement(other);
-    replacement.addOperation(5, QStringLiteral("Chain"));
-    replacement.addOperation(7, QStringLiteral("Brakes"));
+    replacement.addOperation(5, "Chain");
+    replacement.addOperation(7, "Brakes");
 
     open();
     startEditing(0);
-    typeText(editor(), QStringLiteral("x"));
+    typeText(editor(), "x");
     QCOMPARE(std::rename(qPrintable(other), qPrintable(path)), 0);
     m_form->reloadReglamentModel();
     QTRY_VERIFY(!editor());
-    QCOMPARE(shownRows(), QStringList({QStringLiteral("1|Chain"), QStringLiteral("2|Brakes")}));
+    QCOMPARE(shownRows(), QStringList({"1|Chain", "2|Brakes"}));
 
     startEditing(1);
     type("Pads");
-    QCOMPARE(replacement.rows(QStringLiteral("SELECT * FROM service_operations ORDER BY id")),
-             QStringList({QStringLiteral("5|Chain"), QStringLiteral("7|Pads")}));
+    QCOMPARE(replacement.rows("SELECT * FROM service_operations ORDER BY id"),
+             QStringList({"5|Chain", "7|Pads"}));
 }
 
 void TestOperationEditing::anOperationOfIdMinusOneIsAnOrdinaryRow()
 {
-    m_database->addOperation(-1, QStringLiteral("Odd"));
-    m_database->exec(QStringLiteral("DELETE FROM service_operations WHERE id>0"));
+    m_database->addOperation(-1, "Odd");
+    m_database->exec("DELETE FROM service_operations WHERE id>0");
     open();
     for (int reload = 0; reload < 3; ++reload)
         m_form->reloadReglamentModel();
-    QCOMPARE(shownRows(), QStringList(QStringLiteral("1|Odd")));
+    QCOMPARE(shownRows(), QStringList("1|Odd"));
 
     startEditing(0);
     type("Strange");
-    QCOMPARE(storedRows(), QStringList(QStringLiteral("-1|Strange")));
+    QCOMPARE(storedRows(), QStringList("-1|Strange"));
 
     trigger("actionAddOperation");
     press(Qt::Key_Escape);
     remove(1);
-    QCOMPARE(storedRows(), QStringList(QStringLiteral("-1|Strange")));
+    QCOMPARE(storedRows(), QStringList("-1|Strange"));
     trigger("actionAddOperation");
     type("Tyres");
     QCOMPARE(storedRows().size(), 2);
-    QCOMPARE(shownRows(), QStringList({QStringLiteral("1|Strange"), QStringLiteral("2|Tyres")}));
+    QCOMPARE(shownRows(), QStringList({"1|Strange", "2|Tyres"}));
 }
 
 GARAGE_TEST(TestOperationEditing)

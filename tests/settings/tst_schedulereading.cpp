@@ -21,12 +21,11 @@ private slots:
 private:
     static QStringList limits(const GarageSettingsForm &form)
     {
-        return GarageWindow::texts(
-            *form.findChild<QTreeView *>(QStringLiteral("tvServiceReglament"))->model());
+        return GarageWindow::texts(*form.findChild<QTreeView *>("tvServiceReglament")->model());
     }
     static void askForLimits(GarageSettingsForm &form, int row)
     {
-        const auto *view = form.findChild<QTreeView *>(QStringLiteral("tvServiceReglament"));
+        const auto *view = form.findChild<QTreeView *>("tvServiceReglament");
         QMetaObject::invokeMethod(&form, "on_tvServiceReglament_doubleClicked",
                                   Q_ARG(QModelIndex, view->model()->index(row, 2)));
     }
@@ -35,18 +34,18 @@ private:
 namespace {
 
 constexpr int longerThanTheDriverWaitsMs = 6000;
-const QString selectLimits = QStringLiteral("SELECT * FROM service_reglament");
+const QString selectLimits = "SELECT * FROM service_reglament";
 
 } // namespace
 
 void TestScheduleReading::aReadThatMetABusyFileIsRepeatedWithoutBlocking()
 {
     const auto database = createDatabase();
-    database->addCar(1, QStringLiteral("1"), QStringLiteral("SODI"));
-    database->addOperation(2, QStringLiteral("Oil"));
-    database->addLimit(QStringLiteral("SODI"), 2, 5400, 10, 0);
+    database->addCar(1, "1", "SODI");
+    database->addOperation(2, "Oil");
+    database->addLimit("SODI", 2, 5400, 10, 0);
     GarageSettingsForm form;
-    const QStringList whole(QStringLiteral("1|SODI|1.5 ч. 10 заезд. 0 кр."));
+    const QStringList whole("1|SODI|1.5 ч. 10 заезд. 0 кр.");
     QCOMPARE(limits(form), whole);
 
     const DatabaseLock lock(home().databasePath(), DatabaseLock::Exclusive,
@@ -69,9 +68,9 @@ void TestScheduleReading::aReadThatMetABusyFileIsRepeatedWithoutBlocking()
 void TestScheduleReading::limitsThatWereNotReadOverwriteNothing()
 {
     const auto database = createDatabase();
-    database->addCar(1, QStringLiteral("1"), QStringLiteral("SODI"));
-    database->addOperation(2, QStringLiteral("Oil"));
-    database->addLimit(QStringLiteral("SODI"), 2, 5400, 10, 0);
+    database->addCar(1, "1", "SODI");
+    database->addOperation(2, "Oil");
+    database->addLimit("SODI", 2, 5400, 10, 0);
     GarageSettingsForm form;
     form.show();
     onNextDialog([&](QDialog &dialog) {
@@ -80,40 +79,39 @@ void TestScheduleReading::limitsThatWereNotReadOverwriteNothing()
                                     longerThanTheDriverWaitsMs);
             form.reloadReglamentModel();
         }
-        dialog.findChild<QLineEdit *>(QStringLiteral("leRunsCount"))->setText(QStringLiteral("99"));
+        dialog.findChild<QLineEdit *>("leRunsCount")->setText("99");
         QTest::mouseClick(dialog.findChild<QDialogButtonBox *>()->button(QDialogButtonBox::Ok),
                           Qt::LeftButton);
     });
     askForLimits(form, 0);
-    QCOMPARE(database->rows(selectLimits), QStringList(QStringLiteral("SODI|2|5400|10|0")));
-    QTRY_COMPARE(limits(form), QStringList(QStringLiteral("1|SODI|1.5 ч. 10 заезд. 0 кр.")));
+    QCOMPARE(database->rows(selectLimits), QStringList("SODI|2|5400|10|0"));
+    QTRY_COMPARE(limits(form), QStringList("1|SODI|1.5 ч. 10 заезд. 0 кр."));
 }
 
 void TestScheduleReading::editingOneOfTwoNamelessModelsLeavesTheOther_data()
 {
     QTest::addColumn<QString>("cars");
-    QTest::newRow("NULL first") << QStringLiteral("(1,'1',NULL),(2,'2','')");
-    QTest::newRow("empty first") << QStringLiteral("(1,'1',''),(2,'2',NULL)");
+    QTest::newRow("NULL first") << "(1,'1',NULL),(2,'2','')";
+    QTest::newRow("empty first") << "(1,'1',''),(2,'2',NULL)";
 }
 
 void TestScheduleReading::editingOneOfTwoNamelessModelsLeavesTheOther()
 {
     QFETCH(QString, cars);
     const auto database = createDatabase();
-    database->exec(QStringLiteral("INSERT INTO cars (id,num,name) VALUES ") + cars);
-    database->addOperation(2, QStringLiteral("Oil"));
+    database->exec("INSERT INTO cars (id,num,name) VALUES " + cars);
+    database->addOperation(2, "Oil");
     GarageSettingsForm form;
     form.show();
     for (int edit = 0; edit < 2; ++edit) {
         onNextDialog([edit](QDialog &dialog) {
-            dialog.findChild<QLineEdit *>(QStringLiteral("leRunsCount"))->setText(QString::number(7 + edit));
+            dialog.findChild<QLineEdit *>("leRunsCount")->setText(QString::number(7 + edit));
             QTest::mouseClick(dialog.findChild<QDialogButtonBox *>()->button(QDialogButtonBox::Ok),
                               Qt::LeftButton);
         });
         askForLimits(form, 1 - edit);
-        const QStringList expected {edit == 0 ? QStringLiteral("1||")
-                                              : QStringLiteral("1||0.0 ч. 8 заезд. 0 кр."),
-                                    QStringLiteral("2||0.0 ч. 7 заезд. 0 кр.")};
+        const QStringList expected {edit == 0 ? "1||" : "1||0.0 ч. 8 заезд. 0 кр.",
+                                    "2||0.0 ч. 7 заезд. 0 кр."};
         QCOMPARE(limits(form), expected);
         form.reloadReglamentModel();
         QCOMPARE(limits(form), expected);

@@ -244,13 +244,13 @@ void TestServiceReglamentModel::editedLimitsAreAnnouncedForTheirCell()
     QCOMPARE(changed.count(), 1);
     QCOMPARE(changed.first().at(0).toModelIndex(), rimoChain);
     QCOMPARE(changed.first().at(1).toModelIndex(), rimoChain);
-    QCOMPARE(model.limits(QStringLiteral("Rimo"), 7).runs, 10);
-    QVERIFY(!model.limits(QStringLiteral("SODI"), 7).hasAny());
+    QCOMPARE(model.limits("Rimo", 7).runs, 10);
+    QVERIFY(!model.limits("SODI", 7).hasAny());
 
     model.setLimits(rimoChain, 4, {1, 1, 1}); // no such operation
     model.setLimits(QModelIndex(), 7, {1, 1, 1});
     QCOMPARE(changed.count(), 1);
-    QCOMPARE(model.limits(QStringLiteral("Rimo"), 7).runs, 10);
+    QCOMPARE(model.limits("Rimo", 7).runs, 10);
 }
 
 GARAGE_TEST(TestServiceReglamentModel)
