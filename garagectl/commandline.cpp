@@ -42,14 +42,14 @@ std::string utf8(const char *englishText, const char *russianText)
 /// The parser tells the details in English.
 QString usageMessage(const CLI::ParseError &error)
 {
-    const std::string kind = error.get_name();
     const QString detail = QString::fromStdString(error.what());
     QString problem = text("wrong arguments: %1", "неверные аргументы: %1");
-    if (kind == "ExtrasError")
+    if (dynamic_cast<const CLI::ExtrasError *>(&error))
         problem = text("there is no such command or option: %1", "такой команды или ключа нет: %1");
-    else if (kind == "RequiredError")
+    else if (dynamic_cast<const CLI::RequiredError *>(&error))
         problem = text("an argument is missing: %1", "не хватает аргумента: %1");
-    else if (kind == "ValidationError" || kind == "ConversionError")
+    else if (dynamic_cast<const CLI::ValidationError *>(&error)
+             || dynamic_cast<const CLI::ConversionError *>(&error))
         problem = text("this value is not allowed: %1", "недопустимое значение: %1");
     return problem.arg(detail) + QLatin1Char('\n')
         + text("See garagectl --help.", "Справка: garagectl --help.");

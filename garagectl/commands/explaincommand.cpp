@@ -40,11 +40,16 @@ const MaintainanceItem &findCar(const QList<MaintainanceItem> &cars, const QStri
     return *found;
 }
 
+bool meansComplaint(const QString &name)
+{
+    return name == QLatin1String("complaint") || name == QString::fromUtf8("жалоба")
+        || name == QString::number(complaintOperationId);
+}
+
 bool isNamed(const DueRow &row, const QString &name)
 {
-    if (row.opId == complaintOperationId
-        && (name == QLatin1String("complaint") || name == QString::fromUtf8("жалоба")))
-        return true;
+    if (row.opId == complaintOperationId)
+        return meansComplaint(name);
     return name == QString::number(row.opId) || row.operation.compare(name, Qt::CaseInsensitive) == 0;
 }
 
@@ -56,6 +61,9 @@ DueRow findRow(const FleetStatus &fleet, const MaintainanceItem &car, const QStr
                                   [&name](const DueRow &candidate) { return isNamed(candidate, name); });
     if (row != rows.cend())
         return *row;
+
+    if (meansComplaint(name))
+        refuse(text("kart %1 has no open complaint", "у карта %1 нет открытой жалобы").arg(car.num));
 
     DueRow plain;
     plain.carId = car.carId;

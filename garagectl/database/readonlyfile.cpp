@@ -4,13 +4,17 @@
 #include "garagectl/exitcode.h"
 #include "garagectl/wording.h"
 
+#include <QElapsedTimer>
 #include <QFileInfo>
+#include <QThread>
 #include <QUrl>
 #include <QVariant>
 
 namespace {
 
 constexpr int mostReadings = 5;
+constexpr qint64 patienceMs = 5000;
+constexpr unsigned long retryIntervalMs = 3;
 
 /// How to open a file so that nothing is written beside it.
 struct Access
@@ -97,17 +101,33 @@ void requireSuccess(const QSqlQuery &query, const QString &path)
         failOn(query.lastError(), path);
 }
 
+/// Begins a transaction and takes its lock, which comes with the first read. A host that writes without a
+/// pause leaves only moments between two commits, so the attempts follow each other quickly.
+void beginReading(const GarageDatabase &database, const QString &path)
+{
+    requireSuccess(database.run(QStringLiteral("BEGIN")), path);
+    QElapsedTimer timer;
+    timer.start();
+    for (;;) {
+        const QSqlQuery firstRead = database.run(QStringLiteral("SELECT count(*) FROM sqlite_master"));
+        if (firstRead.isActive())
+            return;
+        if (!isBusy(firstRead.lastError()) || timer.hasExpired(patienceMs))
+            failOn(firstRead.lastError(), path);
+        QThread::msleep(retryIntervalMs);
+    }
+}
+
 void readOnce(const QString &path, const Access &access, const ReadOnlyFile::Reading &reading)
 {
-    const GarageDatabase database(QStringLiteral("garagectl"), uriOf(path, access.uriQuery),
-                                  QStringLiteral("QSQLITE_OPEN_URI;QSQLITE_OPEN_READONLY"));
+    const GarageDatabase database(
+        QStringLiteral("garagectl"), uriOf(path, access.uriQuery),
+        QStringLiteral("QSQLITE_OPEN_URI;QSQLITE_OPEN_READONLY;QSQLITE_BUSY_TIMEOUT=0"));
     if (!database.isOpen())
         fail(text("cannot open %1", "не удалось открыть %1").arg(path));
     if (access.firstStatement)
         requireSuccess(database.run(QLatin1String(access.firstStatement)), path);
-    requireSuccess(database.run(QStringLiteral("BEGIN")), path);
-    // The transaction takes its lock with the first read.
-    requireSuccess(database.run(QStringLiteral("SELECT count(*) FROM sqlite_master")), path);
+    beginReading(database, path);
 
     reading(database);
     if (database.readError().isValid())

@@ -1,6 +1,7 @@
 #include "garagectl/fleet/derivation.h"
 
 #include "data/duerule.h"
+#include "garagectl/fleet/lapsql.h"
 
 #include <QVariant>
 
@@ -17,15 +18,15 @@ const QString selectPerson = QStringLiteral("SELECT person_name FROM maintainanc
 
 // The first condition is the one by which the module counts; the numbers are those of LapVerdict.
 const QString selectLaps =
-    QStringLiteral("SELECT CASE WHEN lap_timestamp > latest AND sum_sectors > 0 THEN 0 "
-                   "WHEN julianday(lap_timestamp) IS NULL OR typeof(lap_timestamp) <> 'text' THEN 1 "
-                   "WHEN sum_sectors > 0 THEN 3 ELSE 2 END AS verdict, "
-                   "count(*), count(DISTINCT run_id), "
-                   "sum(julianday(lap_timestamp) IS NULL), min(lap_timestamp), max(lap_timestamp) "
-                   "FROM laps, "
-                   "(SELECT max(operation_time) AS latest FROM maintainance WHERE car_id = :car AND "
-                   "operation_id = :operation) "
-                   "WHERE car_id = :car GROUP BY verdict");
+    QStringLiteral(
+        "SELECT CASE WHEN lap_timestamp > latest AND sum_sectors > 0 THEN 0 WHEN NOT ifnull(%1, 0) THEN 1 "
+        "WHEN sum_sectors > 0 THEN 3 ELSE 2 END AS verdict, "
+        "count(*), count(DISTINCT run_id), sum(NOT ifnull(%1, 0)), min(lap_timestamp), max(lap_timestamp) "
+        "FROM laps, "
+        "(SELECT max(operation_time) AS latest FROM maintainance WHERE car_id = :car AND operation_id = "
+        ":operation) "
+        "WHERE car_id = :car GROUP BY verdict")
+        .arg(lapTimeIsReadable);
 enum SelectLaps { LapsVerdict, LapsCount, LapsRuns, LapsUnreadable, LapsFirst, LapsLast };
 
 QSqlQuery selectFor(const GarageDatabase &database, const QString &statement, const DueRow &row)

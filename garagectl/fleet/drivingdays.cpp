@@ -1,5 +1,7 @@
 #include "garagectl/fleet/drivingdays.h"
 
+#include "garagectl/fleet/lapsql.h"
+
 #include <QSet>
 #include <QVariant>
 
@@ -9,8 +11,9 @@ namespace {
 
 const QString selectDays = QStringLiteral("SELECT car_id, date(lap_timestamp, 'localtime') AS day, "
                                           "sum(sum_sectors) / 1000, count(DISTINCT run_id), count(*) "
-                                          "FROM laps WHERE lap_timestamp > :since AND sum_sectors > 0 "
-                                          "GROUP BY car_id, day HAVING day < :today");
+                                          "FROM laps WHERE lap_timestamp > :since AND sum_sectors > 0 AND %1 "
+                                          "GROUP BY car_id, day HAVING day < :today")
+                               .arg(lapTimeIsReadable);
 enum SelectDays { DayCarId, Day, DaySeconds, DayRuns, DayLaps };
 
 QString dayText(const QDate &day)

@@ -5,6 +5,8 @@
 #include "garagectl/output/terminal.h"
 #include "garagectl/wording.h"
 
+#include <QFile>
+#include <QFileInfo>
 #include <QJsonDocument>
 #include <QSaveFile>
 
@@ -12,15 +14,34 @@
 
 namespace {
 
-void writeFile(const QString &path, const QByteArray &bytes)
+[[noreturn]] void failOn(const QFileDevice &file, const QString &path)
+{
+    throw Failure {ExitCode::NotWritten,
+                   text("cannot write %1: %2", "файл %1 не записан: %2").arg(path, file.errorString())};
+}
+
+/// A pipe or a device, which cannot be replaced.
+void writeInto(const QString &path, const QByteArray &bytes)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.flush())
+        failOn(file, path);
+}
+
+void replaceFile(const QString &path, const QByteArray &bytes)
 {
     QSaveFile file(path);
-    const bool isWritten =
-        file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() && file.commit();
-    if (!isWritten) {
-        throw Failure {ExitCode::NotWritten,
-                       text("cannot write %1: %2", "файл %1 не записан: %2").arg(path, file.errorString())};
-    }
+    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.commit())
+        failOn(file, path);
+}
+
+void writeFile(const QString &path, const QByteArray &bytes)
+{
+    const QFileInfo existing(path);
+    if (existing.exists() && !existing.isFile() && !existing.isDir())
+        writeInto(path, bytes);
+    else
+        replaceFile(path, bytes);
 }
 
 QByteArray bytesOf(const RowOptions &options, const RowOutput &output)

@@ -1,0 +1,346 @@
+#include "support/databaselock.h"
+#include "support/garagetest.h"
+#include "tool.h"
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+
+#include <atomic>
+#include <thread>
+
+namespace {
+
+const QList<QStringList> commands = {{"due"}, {"forecast"}, {"explain", "7", "Chain"}, {"history"}};
+
+void fill(const TestDatabase &database)
+{
+    database.addCar(1, "7", "Sodi");
+    database.addOperation(1, "Chain");
+    database.addLimit("Sodi", 1, 0, 0, 2);
+    database.addRecord(1, 1, "2026-03-01T10:00:00.000Z", 1);
+    for (int lap = 0; lap < 3; ++lap)
+        database.addLap(1, 1, QString("2026-03-02T10:0%1:00.000Z").arg(lap), 60000);
+}
+
+void addCommands()
+{
+    QTest::addColumn<QStringList>("command");
+    for (const QStringList &command : commands)
+        QTest::newRow(qPrintable(command.first())) << command;
+}
+
+/// Something that can be read, but a failure in one sentence.
+void verifyRefused(const Tool::Result &result, const QString &reason)
+{
+    QCOMPARE(result.exitCode, 3);
+    QVERIFY2(result.output.isEmpty(), result.output.constData());
+    QVERIFY2(result.errors.contains(reason), qPrintable(result.errors));
+    QCOMPARE(result.errors.count('\n'), 1);
+}
+
+} // namespace
+
+/// Each command on each kind of file; none changes the file or its folder.
+class TestToolAnyFile : public GarageTest
+{
+    Q_OBJECT
+private slots:
+    void aMissingFileIsNotMade_data() { addCommands(); }
+    void aMissingFileIsNotMade();
+    void filesThatAreNoDatabaseAreRefused_data();
+    void filesThatAreNoDatabaseAreRefused();
+    void eachMissingTableIsNamed_data();
+    void eachMissingTableIsNamed();
+    void aGoodFileStaysAsItIs_data();
+    void aGoodFileStaysAsItIs();
+    void aWriteAheadLogStaysAsItIs_data();
+    void aWriteAheadLogStaysAsItIs();
+    void aLockIsWaitedFor();
+    void aLockThatStaysIsReported();
+    void aBusyHostDoesNotDisturb();
+    void hostileNamesComeThroughWhole_data();
+    void hostileNamesComeThroughWhole();
+    void anUnfinishedOutputLeavesNothing();
+    void outputThatCannotBeWrittenIsReported();
+};
+
+void TestToolAnyFile::aMissingFileIsNotMade()
+{
+    QFETCH(QStringList, command);
+    verifyRefused(Tool::run(command), "there is no file " + home().databasePath());
+    QVERIFY(!QFile::exists(home().databasePath()));
+    home().createDatabaseFolder();
+    verifyRefused(Tool::run(command), "there is no file " + home().databasePath());
+    QVERIFY(Tool::folderState(home().databasePath()).isEmpty());
+}
+
+void TestToolAnyFile::filesThatAreNoDatabaseAreRefused_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<QString>("reason");
+    QTest::newRow("empty") << QByteArray() << "is empty";
+    QTest::newRow("text") << QByteArray(5000, 'x') << "is not an SQLite database";
+    QTest::newRow("header alone") << QByteArray("SQLite format 3", 16) << "is not an SQLite database";
+    QTest::newRow("header and garbage")
+        << QByteArray("SQLite format 3", 16) + QByteArray(5000, 'x') << "is not an SQLite database";
+}
+
+void TestToolAnyFile::filesThatAreNoDatabaseAreRefused()
+{
+    QFETCH(QByteArray, content);
+    QFETCH(QString, reason);
+    home().createDatabaseFolder();
+    QFile file(home().databasePath());
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write(content);
+    file.close();
+    const QStringList before = Tool::folderState(home().databasePath());
+    for (const QStringList &command : commands) {
+        verifyRefused(Tool::run(command), reason);
+        QCOMPARE(Tool::folderState(home().databasePath()), before);
+    }
+    verifyRefused(Tool::run({"due", "--database", home().path()}), "is not a file");
+}
+
+void TestToolAnyFile::eachMissingTableIsNamed_data()
+{
+    QTest::addColumn<QString>("table");
+    QTest::addColumn<QStringList>("unaffected");
+    QTest::newRow("cars") << "cars" << QStringList();
+    QTest::newRow("laps") << "laps" << QStringList {"history"};
+    QTest::newRow("maintainance") << "maintainance" << QStringList();
+    QTest::newRow("personal") << "personal" << QStringList {"due", "forecast", "explain"};
+    QTest::newRow("service_operations") << "service_operations" << QStringList();
+    QTest::newRow("service_reglament") << "service_reglament" << QStringList {"history"};
+}
+
+void TestToolAnyFile::eachMissingTableIsNamed()
+{
+    QFETCH(QString, table);
+    QFETCH(QStringList, unaffected);
+    {
+        const auto database = createDatabase();
+        fill(*database);
+        database->exec("DROP TABLE " + table);
+    }
+    for (const QStringList &command : commands) {
+        const Tool::Result result = Tool::run(command);
+        if (unaffected.contains(command.first()))
+            QCOMPARE(result.exitCode, 0);
+        else
+            verifyRefused(result, "tables are missing: " + table);
+    }
+}
+
+void TestToolAnyFile::aGoodFileStaysAsItIs_data()
+{
+    QTest::addColumn<bool>("hasRows");
+    QTest::addColumn<bool>("isFolderReadOnly");
+    QTest::newRow("rows") << true << false;
+    QTest::newRow("no rows") << false << false;
+    QTest::newRow("read-only folder") << true << true;
+}
+
+void TestToolAnyFile::aGoodFileStaysAsItIs()
+{
+    QFETCH(bool, hasRows);
+    QFETCH(bool, isFolderReadOnly);
+    {
+        const auto database = createDatabase();
+        if (hasRows)
+            fill(*database);
+    }
+    const QString folder = QFileInfo(home().databasePath()).path();
+    const auto readOnly = QFile::ReadOwner | QFile::ExeOwner;
+    if (isFolderReadOnly)
+        QVERIFY(QFile::setPermissions(folder, readOnly));
+    const QStringList before = Tool::folderState(home().databasePath());
+    for (const QStringList &command : commands) {
+        const Tool::Result result = Tool::run(command);
+        const bool hasNoKart = !hasRows && command.first() == "explain";
+        QCOMPARE(result.exitCode, hasNoKart ? 1 : 0);
+        QCOMPARE(result.errors.isEmpty(), !hasNoKart);
+        QCOMPARE(Tool::folderState(home().databasePath()), before);
+    }
+    QVERIFY(QFile::setPermissions(folder, readOnly | QFile::WriteOwner));
+}
+
+void TestToolAnyFile::aWriteAheadLogStaysAsItIs_data()
+{
+    QTest::addColumn<QString>("state");
+    QTest::newRow("a host has it open") << "open";
+    QTest::newRow("closed") << "closed";
+    QTest::newRow("copied with log and index") << "copied";
+    QTest::newRow("copied without the index") << "without index";
+}
+
+void TestToolAnyFile::aWriteAheadLogStaysAsItIs()
+{
+    QFETCH(QString, state);
+    auto database = createDatabase();
+    database->exec("PRAGMA journal_mode=WAL");
+    fill(*database);
+    QString path = home().databasePath();
+    if (state == "closed") {
+        database.reset();
+    } else if (state != "open") {
+        QVERIFY(QDir().mkpath(home().path() + "/copy"));
+        path = home().path() + "/copy/garage.sqlite";
+        for (const char *suffix : {"", "-wal", "-shm"}) {
+            if (state != "without index" || suffix != QByteArray("-shm"))
+                QVERIFY(QFile::copy(home().databasePath() + suffix, path + suffix));
+        }
+    }
+    const QStringList before = Tool::folderState(path);
+    QCOMPARE(before.size(), state == "closed" ? 1 : state == "without index" ? 2 : 3);
+    for (const QStringList &command : commands) {
+        const Tool::Result result = Tool::run(QStringList(command) << "--database" << path);
+        QVERIFY2(result.exitCode == 0, qPrintable(result.errors));
+        QVERIFY(result.output.contains("Sodi"));
+        QCOMPARE(Tool::folderState(path), before);
+    }
+}
+
+void TestToolAnyFile::aLockIsWaitedFor()
+{
+    const auto database = createDatabase();
+    fill(*database);
+    for (const QStringList &command : commands) {
+        const DatabaseLock lock(home().databasePath(), DatabaseLock::Exclusive, 700);
+        const Tool::Result result = Tool::run(command);
+        QVERIFY2(result.exitCode == 0, qPrintable(result.errors));
+        QVERIFY(result.output.contains("Sodi"));
+    }
+}
+
+void TestToolAnyFile::aLockThatStaysIsReported()
+{
+    const auto database = createDatabase();
+    fill(*database);
+    const DatabaseLock lock(home().databasePath(), DatabaseLock::Exclusive, 60000);
+    QElapsedTimer timer;
+    timer.start();
+    verifyRefused(Tool::run({"due"}), "keeps " + home().databasePath() + " locked");
+    QVERIFY(timer.elapsed() > 4000);
+}
+
+void TestToolAnyFile::aBusyHostDoesNotDisturb()
+{
+    {
+        const auto database = createDatabase();
+        fill(*database);
+    }
+    std::atomic<bool> isDone {false};
+    std::atomic<int> commits {0};
+    std::thread host([&] {
+        const TestDatabase database(home().databasePath(), false);
+        while (!isDone) {
+            if (!database.tryExec("BEGIN IMMEDIATE"))
+                continue;
+            // Each run has 10 laps: one that is cut off would show.
+            for (int lap = 0; lap < 10; ++lap)
+                database.addLap(1, 100 + commits, "2026-03-03T10:00:00.000Z", 40000);
+            while (!database.tryExec("COMMIT")) { }
+            ++commits;
+        }
+    });
+    for (int i = 0; i < 20; ++i) {
+        const Tool::Result result = Tool::run({"due", "--format", "json"});
+        const QJsonObject row = result.rows().first().toObject();
+        const bool isWhole =
+            result.exitCode == 0 && row.value("laps").toInt() == 3 + 10 * (row.value("runs").toInt() - 1);
+        if (!isWhole) {
+            isDone = true;
+            host.join();
+            QFAIL(qPrintable(result.errors + result.output));
+        }
+    }
+    isDone = true;
+    host.join();
+    QVERIFY(commits > 5);
+}
+
+void TestToolAnyFile::hostileNamesComeThroughWhole_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("csvCell");
+    QTest::newRow("markup") << "<script>alert(1)</script>"
+                            << "<script>alert(1)</script>";
+    QTest::newRow("quotes") << "a \"b\" 'c'"
+                            << "\"a \"\"b\"\" 'c'\"";
+    QTest::newRow("line feeds") << "a\r\nb\nc"
+                                << "\"a\r\nb\nc\"";
+    QTest::newRow("format") << "%s %1 %n %%"
+                            << "%s %1 %n %%";
+    QTest::newRow("emoji") << "👩‍🔧🏁"
+                           << "👩‍🔧🏁";
+    QTest::newRow("formula") << "=1+1"
+                             << "'=1+1";
+    QTest::newRow("escape") << "\033[2J\a"
+                            << "\033[2J\a";
+    QTest::newRow("10,000 letters") << QString(10000, QChar(0x416)) << QString(10000, QChar(0x416));
+}
+
+void TestToolAnyFile::hostileNamesComeThroughWhole()
+{
+    QFETCH(QString, name);
+    QFETCH(QString, csvCell);
+    {
+        const auto database = createDatabase();
+        database->addCar(1, name, name);
+        database->addOperation(1, name);
+        database->addLimit(name, 1, 0, 0, 2);
+        database->addRecord(1, 1, "2026-03-01T10:00:00.000Z", 0, name);
+        database->addRecord(1, -1, "2026-03-01T10:00:00.000Z", 0, name);
+    }
+    for (const char *command : {"due", "forecast", "history"}) {
+        const QJsonObject row = Tool::run({command, "--format", "json"}).rows().last().toObject();
+        for (const char *key : {"carNumber", "carModel", "comment"})
+            QCOMPARE(row.value(key).toString(), name);
+        const Tool::Result csv = Tool::run({command, "--format", "csv"});
+        QCOMPARE(csv.exitCode, 0);
+        QVERIFY(csv.output.contains(',' + csvCell.toUtf8() + ','));
+        const Tool::Result table = Tool::run({command});
+        QCOMPARE(table.exitCode, 0);
+        QVERIFY(!table.output.contains('\033'));
+        for (const QByteArray &line : table.output.split('\n'))
+            QVERIFY(QString::fromUtf8(line).size() < 400);
+    }
+    const Tool::Result explained = Tool::run({"explain", name, "1"});
+    QVERIFY2(explained.exitCode == 0, qPrintable(explained.errors));
+    QVERIFY(!explained.output.contains('\033'));
+}
+
+void TestToolAnyFile::anUnfinishedOutputLeavesNothing()
+{
+    {
+        const auto database = createDatabase();
+        fill(*database);
+    }
+    const QString output = home().path() + "/due.csv";
+    QCOMPARE(Tool::run({"due", "--format", "csv", "--output", output}).exitCode, 0);
+    QFile file(output);
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    QVERIFY(file.readAll().startsWith("carId,"));
+    const QStringList before = Tool::folderState(output);
+    QCOMPARE(Tool::run({"due", "--database", "/nowhere", "--output", output}).exitCode, 3);
+    QCOMPARE(Tool::folderState(output), before);
+}
+
+void TestToolAnyFile::outputThatCannotBeWrittenIsReported()
+{
+    {
+        const auto database = createDatabase();
+        fill(*database);
+    }
+    for (const QString &output : QStringList {home().path() + "/none/due.csv", home().path(), "/dev/full"}) {
+        const Tool::Result result = Tool::run({"due", "--output", output});
+        QCOMPARE(result.exitCode, 5);
+        QVERIFY2(result.errors.contains(output), qPrintable(result.errors));
+    }
+    QVERIFY(!QFile::exists(home().path() + "/none"));
+}
+
+GARAGE_TEST_WITHOUT_WINDOWS(TestToolAnyFile)
+#include "tst_toolanyfile.moc"
