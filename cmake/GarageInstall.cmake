@@ -28,3 +28,11 @@ function(garage_install_package)
         ${PROJECT_BINARY_DIR}/RuvaloGarageConfigVersion.cmake
         DESTINATION ${GARAGE_INSTALL_CMAKEDIR})
 endfunction()
+
+# garage_install_tool(): the command-line tool, its manual page and its completion.
+function(garage_install_tool)
+    install(TARGETS garagectl RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+    install(FILES ${PROJECT_SOURCE_DIR}/docs/garagectl.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
+    install(FILES ${PROJECT_SOURCE_DIR}/garagectl/completion.bash
+        DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions RENAME garagectl)
+endfunction()

@@ -8,7 +8,8 @@ set(CPACK_PACKAGE_DESCRIPTION "\
 A plug-in library with a page for the karts that are available for runs, their
 maintenance schedule and the service journal, and a settings page.
 This package holds the plug-in, the interface header and CMake package for
-host applications, a demo host with sample data (garage-host) and the guides.")
+host applications, a command-line tool that lists what is due (garagectl), a
+demo host with sample data (garage-host) and the guides.")
 set(CPACK_PACKAGING_INSTALL_PREFIX ${CMAKE_INSTALL_PREFIX})
 set(CPACK_STRIP_FILES ON)
 

@@ -1,0 +1,32 @@
+# Completion of garagectl for bash.
+_garagectl() {
+    local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]} command= word
+    local rows="--format --output" filter="--car --model --operation" always="--database --lang --help"
+    for word in "${COMP_WORDS[@]:1:COMP_CWORD-1}"; do
+        case $word in
+        due | forecast | explain | history) command=$word && break ;;
+        esac
+    done
+    case $previous in
+    --database | --output) mapfile -t COMPREPLY < <(compgen -f -- "$current") && return ;;
+    --lang) mapfile -t COMPREPLY < <(compgen -W "ru en" -- "$current") && return ;;
+    --state) mapfile -t COMPREPLY < <(compgen -W "open due soon ok never" -- "$current") && return ;;
+    --sort) mapfile -t COMPREPLY < <(compgen -W "state share car operation last" -- "$current") && return ;;
+    --fail-if) mapfile -t COMPREPLY < <(compgen -W "due soon" -- "$current") && return ;;
+    --format)
+        local formats="table csv json"
+        [ "$command" = explain ] && formats="text json"
+        mapfile -t COMPREPLY < <(compgen -W "$formats" -- "$current") && return
+        ;;
+    esac
+    local words
+    case $command in
+    due) words="$filter --state --soon --sort --fail-if $rows $always" ;;
+    forecast) words="$filter --days --until $rows $always" ;;
+    explain) words="--model $rows $always" ;;
+    history) words="$filter --from --to --open $rows $always" ;;
+    *) words="due forecast explain history --version $always" ;;
+    esac
+    mapfile -t COMPREPLY < <(compgen -W "$words" -- "$current")
+}
+complete -F _garagectl garagectl
