@@ -132,7 +132,7 @@ void GarageForm::carComplain(const MaintainanceItem &item)
 {
     const int carId = item.carId;
     if (QWidget *open = m_complaintDialogs.value(carId)) {
-        // Another dialog on top of it takes the input.
+        // Another dialog above it may be the one that has the input.
         QWidget *active = QApplication::activeModalWidget();
         QWidget *dialogWithInput = active ? active : open;
         dialogWithInput->raise();

@@ -1,6 +1,6 @@
 #include "models/griddelegate.h"
 
-#include "models/shownastyped.h"
+#include "models/plaintext.h"
 
 #include <QAbstractItemView>
 #include <QHelpEvent>
@@ -71,7 +71,7 @@ bool GridDelegate::helpEvent(QHelpEvent *event, QAbstractItemView *view, const Q
 
     const QSize whole = sizeHint(option, index);
     const bool isCut = whole.width() > option.rect.width() || whole.height() > option.rect.height();
-    const QString text = isCut ? ShownAsTyped::toolTip(displayText(index.data(), option.locale)) : QString();
+    const QString text = isCut ? PlainText::toolTip(displayText(index.data(), option.locale)) : QString();
     QToolTip::showText(event->globalPos(), text, view, option.rect);
     return true;
 }

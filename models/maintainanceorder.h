@@ -6,7 +6,7 @@
 
 #include <optional>
 
-/// The order of the maintenance table's rows: what it compares is taken from each car once, then compared.
+/// The order of the maintenance table's rows: what it compares is read from each car once.
 class MaintainanceOrder final
 {
 public:

@@ -1,6 +1,6 @@
 #include "settings/elidedtitles.h"
 
-#include "models/shownastyped.h"
+#include "models/plaintext.h"
 
 #include <QHelpEvent>
 #include <QStyleOptionGroupBox>
@@ -16,19 +16,19 @@ QSize preferredSize(const QWidget *widget, const QString &text)
 {
     const QFontMetrics metrics = widget->fontMetrics();
     const int most = metrics.averageCharWidth() * longestWholeText;
-    return {qMin(metrics.horizontalAdvance(ShownAsTyped::inOneLine(text)), most), metrics.height()};
+    return {qMin(metrics.horizontalAdvance(PlainText::singleLine(text)), most), metrics.height()};
 }
 
 QString elided(const QWidget *widget, const QString &text, int width)
 {
-    return widget->fontMetrics().elidedText(ShownAsTyped::inOneLine(text), Qt::ElideRight, width);
+    return widget->fontMetrics().elidedText(PlainText::singleLine(text), Qt::ElideRight, width);
 }
 
 void showWhole(QWidget *widget, QEvent *event, const QString &text, int width)
 {
-    const bool isCut = elided(widget, text, width) != ShownAsTyped::inOneLine(text);
+    const bool isCut = elided(widget, text, width) != PlainText::singleLine(text);
     QToolTip::showText(static_cast<QHelpEvent *>(event)->globalPos(),
-                       isCut ? ShownAsTyped::toolTip(text) : QString(), widget);
+                       isCut ? PlainText::toolTip(text) : QString(), widget);
 }
 
 } // namespace

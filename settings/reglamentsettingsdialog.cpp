@@ -1,6 +1,6 @@
 #include "settings/reglamentsettingsdialog.h"
 
-#include "models/shownastyped.h"
+#include "models/plaintext.h"
 #include "ui_reglamentsettingsdialog.h"
 
 #include <QPushButton>
@@ -49,7 +49,7 @@ void ReglamentSettingsDialog::setModelName(const QString &text)
 
 void ReglamentSettingsDialog::setOperationName(const QString &text)
 {
-    m_ui->gbParameterName->setTitle(ShownAsTyped::inOneLine(text));
+    m_ui->gbParameterName->setTitle(PlainText::singleLine(text));
 }
 
 void ReglamentSettingsDialog::setTimeLimit(int seconds)

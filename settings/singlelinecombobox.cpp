@@ -1,6 +1,6 @@
 #include "settings/singlelinecombobox.h"
 
-#include "models/shownastyped.h"
+#include "models/plaintext.h"
 
 #include <QStylePainter>
 
@@ -11,7 +11,7 @@ void SingleLineComboBox::paintEvent(QPaintEvent *event)
     initStyleOption(&option);
     const QRect field =
         style()->subControlRect(QStyle::CC_ComboBox, &option, QStyle::SC_ComboBoxEditField, this);
-    const QString line = ShownAsTyped::inOneLine(option.currentText);
+    const QString line = PlainText::singleLine(option.currentText);
     option.currentText = option.fontMetrics.elidedText(line, Qt::ElideRight, field.width());
 
     QStylePainter painter(this);

@@ -2,8 +2,8 @@
 
 #include <QString>
 
-/// What people typed, made fit for the places that show it.
-namespace ShownAsTyped {
+/// Texts that users typed, for the places that show them.
+namespace PlainText {
 
 /// A tool tip that shows markup as it was typed and keeps its lines.
 inline QString toolTip(const QString &text)
@@ -13,9 +13,9 @@ inline QString toolTip(const QString &text)
 }
 
 /// For places that are one line high.
-inline QString inOneLine(QString text)
+inline QString singleLine(QString text)
 {
     return text.replace(QLatin1Char('\n'), QLatin1Char(' '));
 }
 
-} // namespace ShownAsTyped
+} // namespace PlainText
