@@ -74,23 +74,25 @@ void requireDatabase(const QString &path, FileState::Kind kind)
 [[noreturn]] void failOn(const QSqlError &error, const QString &path)
 {
     // https://www.sqlite.org/rescode.html
-    constexpr int readOnlyRollback = 776;
-    constexpr int notADatabase = 26;
+    constexpr int primaryCodeMask = 0xff;
+    constexpr int readOnly =
+        8; // even reading would have to write: the journal of another program is left over
     constexpr int corrupt = 11;
-    const int code = error.nativeErrorCode().toInt();
+    constexpr int notADatabase = 26;
+    const int code = error.nativeErrorCode().toInt() & primaryCodeMask;
     if (isBusy(error)) {
         fail(text("another program keeps %1 locked; it was waited for",
                   "%1 занята другой программой, ждать дольше нельзя")
                  .arg(path));
     }
-    if (code == readOnlyRollback) {
+    if (code == readOnly) {
         fail(text("%1 was left in the middle of a write; start the host once, which completes or undoes it",
                   "запись в %1 оборвалась; запустите программу хронометража: она её завершит или отменит")
                  .arg(path));
     }
     if (code == notADatabase)
         fail(text("%1 is not an SQLite database", "%1 — не база SQLite").arg(path));
-    if ((code & 0xff) == corrupt)
+    if (code == corrupt)
         fail(text("%1 is damaged: %2", "%1 повреждена: %2").arg(path, error.databaseText()));
     fail(text("cannot read %1: %2", "не удалось прочитать %1: %2").arg(path, error.databaseText()));
 }

@@ -19,11 +19,10 @@ QString subject(const DueRow &row)
 {
     const QString operation =
         row.opId == complaintOperationId ? text("complaint", "жалоба") : DueOutput::operationText(row);
+    // All at once: a name may hold "%1".
     return text("Kart %1 (%2, id %3), %4 (operation %5).", "Карт %1 (%2, код %3), %4 (операция %5).")
-        .arg(TextWidth::printable(row.carNumber), TextWidth::printable(row.carModel))
-        .arg(row.carId)
-        .arg(quoted(operation))
-        .arg(row.opId);
+        .arg(TextWidth::printable(row.carNumber), TextWidth::printable(row.carModel),
+             QString::number(row.carId), quoted(operation), QString::number(row.opId));
 }
 
 QString recordSentence(const Derivation &derivation)
@@ -62,7 +61,7 @@ QString countedSentence(const Derivation &derivation, const LapGroup &group)
             .arg(row.stat.runs)
             .arg(DueOutput::amount(Meters::Seconds, row.stat.totalTime))
             .arg(row.stat.totalTime)
-            .arg(group.first, group.last);
+            .arg(TextWidth::printable(group.first), TextWidth::printable(group.last));
     if (group.unreadable > 0)
         sentence += text(" %1 of them have a time that is no date, but is greater as a text.",
                          " У %1 из них время — не дата, но как текст оно больше.")
@@ -89,7 +88,7 @@ QString lapSentence(const Derivation &derivation, const LapGroup &group)
                     "last at %2).",
                     "Не считается кругов: %1 — они пройдены до записи или ровно в её время (последний %2).")
             .arg(group.laps)
-            .arg(group.last);
+            .arg(TextWidth::printable(group.last));
     }
     return {};
 }

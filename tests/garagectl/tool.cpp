@@ -28,13 +28,16 @@ QJsonObject Tool::Result::json() const
     return QJsonDocument::fromJson(output).object();
 }
 
-Tool::Result Tool::run(const QStringList &arguments, const QMap<QString, QString> &environment)
+Tool::Result Tool::run(const QStringList &arguments, const QMap<QString, QString> &environment,
+                       const QString &outputFile)
 {
     QProcessEnvironment variables = QProcessEnvironment::systemEnvironment();
     for (auto it = environment.cbegin(); it != environment.cend(); ++it)
         variables.insert(it.key(), it.value());
     QProcess process;
     process.setProcessEnvironment(variables);
+    if (!outputFile.isEmpty())
+        process.setStandardOutputFile(outputFile, QIODevice::Append);
     process.start(GARAGECTL, arguments);
     return resultOf(process);
 }

@@ -20,8 +20,10 @@ struct Result
     QJsonArray rows() const { return json().value("rows").toArray(); }
 };
 
-/// In English, without colours. The database is the one in the test's home.
-Result run(const QStringList &arguments, const QMap<QString, QString> &environment = {});
+/// In English, without colours. The database is the one in the test's home. Standard output goes to that
+/// file, if one is given.
+Result run(const QStringList &arguments, const QMap<QString, QString> &environment = {},
+           const QString &outputFile = {});
 
 /// The names, contents and modification times of all files in the folder of a file.
 QStringList folderState(const QString &path);

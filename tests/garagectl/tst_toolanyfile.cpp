@@ -2,6 +2,8 @@
 #include "support/garagetest.h"
 #include "tool.h"
 
+#include "garagectl/output/textwidth.h"
+
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
@@ -59,6 +61,7 @@ private slots:
     void aLockIsWaitedFor();
     void aLockThatStaysIsReported();
     void aBusyHostDoesNotDisturb();
+    void anInterruptedWriteIsReported();
     void hostileNamesComeThroughWhole_data();
     void hostileNamesComeThroughWhole();
     void anUnfinishedOutputLeavesNothing();
@@ -309,7 +312,9 @@ void TestToolAnyFile::hostileNamesComeThroughWhole()
     }
     const Tool::Result explained = Tool::run({"explain", name, "1"});
     QVERIFY2(explained.exitCode == 0, qPrintable(explained.errors));
-    QVERIFY(!explained.output.contains('\033'));
+    const QString shown = TextWidth::printable(name);
+    const QString subject = "Kart " + shown + " (" + shown + ", id 1), \"" + shown + "\" (operation 1).\n";
+    QVERIFY2(explained.output.startsWith(subject.toUtf8()), explained.output.constData());
 }
 
 void TestToolAnyFile::anUnfinishedOutputLeavesNothing()
@@ -340,6 +345,33 @@ void TestToolAnyFile::outputThatCannotBeWrittenIsReported()
         QVERIFY2(result.errors.contains(output), qPrintable(result.errors));
     }
     QVERIFY(!QFile::exists(home().path() + "/none"));
+    const Tool::Result full = Tool::run({"due"}, {}, "/dev/full");
+    QCOMPARE(full.exitCode, 5);
+    QVERIFY2(full.errors.contains("cannot write to standard output"), qPrintable(full.errors));
+}
+
+/// What SQLite leaves when a host dies in the middle of a commit.
+void TestToolAnyFile::anInterruptedWriteIsReported()
+{
+    const auto database = createDatabase();
+    fill(*database);
+    const QString copy = home().path() + "/copy/garage.sqlite";
+    QVERIFY(QDir().mkpath(QFileInfo(copy).path()));
+    database->exec("PRAGMA cache_size=1");
+    database->exec("BEGIN EXCLUSIVE");
+    for (int lap = 0; lap < 2000; ++lap)
+        database->addLap(1, 1, "2026-03-02T11:00:00.000Z", 60000);
+    for (const char *suffix : {"", "-journal"})
+        QVERIFY(QFile::copy(home().databasePath() + suffix, copy + suffix));
+    database->exec("ROLLBACK");
+
+    const QStringList before = Tool::folderState(copy);
+    QCOMPARE(before.size(), 2);
+    for (const QStringList &command : commands) {
+        verifyRefused(Tool::run(QStringList(command) << "--database" << copy),
+                      "was left in the middle of a write");
+        QCOMPARE(Tool::folderState(copy), before);
+    }
 }
 
 GARAGE_TEST_WITHOUT_WINDOWS(TestToolAnyFile)

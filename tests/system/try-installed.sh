@@ -22,6 +22,10 @@ mv "$scratch/first" "$scratch/usr"
 "$scratch/usr/bin/garage-host" --home "$scratch/home/demo" --due >"$scratch/due.txt"
 [ -s "$scratch/due.txt" ] || fail "the installed demo host says nothing is due in its sample data"
 
+database=$(find "$scratch/home/demo" -name ruvalo.sqlite)
+"$scratch/usr/bin/garagectl" due --database "$database" --state open,due >"$scratch/tool.txt"
+[ "$(wc -l <"$scratch/tool.txt")" -gt 4 ] || fail "the installed garagectl lists nothing of the sample data"
+
 cmake -S "$example" -B "$scratch/build" -G Ninja -DCMAKE_PREFIX_PATH="$scratch/usr" \
     -DCMAKE_CXX_FLAGS="-Wall -Wextra -Werror $flags" >/dev/null
 cmake --build "$scratch/build"
