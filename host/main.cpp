@@ -1,7 +1,7 @@
 #include "host/app/demohost.h"
 #include "host/commandline.h"
 #include "host/database/hostdatabase.h"
-#include "host/database/hosthome.h"
+#include "host/database/datafolder.h"
 #include "host/sample/samplejob.h"
 #include "host/sessions/duesession.h"
 #include "host/sessions/playsession.h"

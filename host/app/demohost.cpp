@@ -1,6 +1,6 @@
 #include "host/app/demohost.h"
 
-#include "host/database/hosthome.h"
+#include "host/database/datafolder.h"
 
 DemoHost::DemoHost(const HostHome &home, quint32 seed)
     : m_connection(home.databasePath())

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "host/database/hostconnection.h"
-#include "host/fleet/fleetdesk.h"
-#include "host/messages/journalmodel.h"
+#include "host/fleet/fleetcontroller.h"
+#include "host/messages/messagelogmodel.h"
 #include "host/plugin/pluginhost.h"
 #include "host/remote/remoteside.h"
 #include "host/track/track.h"

@@ -2,9 +2,9 @@
 
 #include "host/app/demohost.h"
 #include "host/app/hostsettingsdialog.h"
-#include "host/database/hosthome.h"
+#include "host/database/datafolder.h"
 #include "host/fleet/fleetpanel.h"
-#include "host/messages/journalpanel.h"
+#include "host/messages/messagelogpanel.h"
 #include "host/remote/remotepanel.h"
 #include "host/track/trackpanel.h"
 

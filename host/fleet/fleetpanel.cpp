@@ -1,6 +1,6 @@
 #include "host/fleet/fleetpanel.h"
 
-#include "host/fleet/fleetdesk.h"
+#include "host/fleet/fleetcontroller.h"
 #include "host/widgets/selectionbutton.h"
 
 #include <QGroupBox>

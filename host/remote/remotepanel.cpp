@@ -1,7 +1,7 @@
 #include "host/remote/remotepanel.h"
 
-#include "host/database/timestamptext.h"
-#include "host/fleet/fleetdesk.h"
+#include "host/database/timestamp.h"
+#include "host/fleet/fleetcontroller.h"
 #include "host/remote/remoteside.h"
 #include "host/widgets/columnwidths.h"
 #include "host/widgets/selectionbutton.h"

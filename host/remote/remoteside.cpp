@@ -1,7 +1,7 @@
 #include "host/remote/remoteside.h"
 
 #include "host/database/hostconnection.h"
-#include "host/database/timestamptext.h"
+#include "host/database/timestamp.h"
 #include "host/plugin/pluginhost.h"
 
 #include <QDateTime>

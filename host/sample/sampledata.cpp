@@ -1,8 +1,8 @@
 #include "host/sample/sampledata.h"
 
 #include "host/database/hostconnection.h"
-#include "host/database/timestamptext.h"
-#include "host/sample/drivinghistory.h"
+#include "host/database/timestamp.h"
+#include "host/sample/lapgenerator.h"
 
 #include <QRandomGenerator>
 #include <QUuid>

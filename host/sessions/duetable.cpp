@@ -1,7 +1,7 @@
 #include "host/sessions/duetable.h"
 
 #include "host/database/hostconnection.h"
-#include "host/database/timestamptext.h"
+#include "host/database/timestamp.h"
 
 #include <QCoreApplication>
 #include <QDateTime>

@@ -4,7 +4,7 @@
 #include "host/app/hostsettingsdialog.h"
 #include "host/app/hostwindow.h"
 #include "host/sessions/screenshot.h"
-#include "host/sessions/viewpointer.h"
+#include "host/sessions/simulatedmouse.h"
 #include "host/terminal/exitcode.h"
 
 #include <QAction>

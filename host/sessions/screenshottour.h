@@ -1,6 +1,6 @@
 #pragma once
 
-#include "host/plugin/answerwatch.h"
+#include "host/plugin/answerwatcher.h"
 
 #include <QObject>
 #include <QRect>

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "host/plugin/answerwatch.h"
+#include "host/plugin/answerwatcher.h"
 #include "host/sessions/hostsession.h"
-#include "host/terminal/standardlines.h"
+#include "host/terminal/standardinputreader.h"
 
 class DemoHost;
 

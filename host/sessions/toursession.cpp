@@ -1,7 +1,7 @@
 #include "host/sessions/toursession.h"
 
 #include "host/app/demohost.h"
-#include "host/database/hosthome.h"
+#include "host/database/datafolder.h"
 #include "host/sessions/duetable.h"
 #include "host/terminal/console.h"
 

@@ -1,6 +1,6 @@
 #include "host/track/track.h"
 
-#include "host/fleet/fleetdesk.h"
+#include "host/fleet/fleetcontroller.h"
 #include "host/plugin/pluginhost.h"
 
 #include <QDateTime>

@@ -1,6 +1,6 @@
 #include "host/track/trackpanel.h"
 
-#include "host/fleet/fleetdesk.h"
+#include "host/fleet/fleetcontroller.h"
 #include "host/track/track.h"
 
 #include <QFormLayout>

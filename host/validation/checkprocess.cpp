@@ -1,7 +1,7 @@
 #include "host/validation/checkprocess.h"
 
 #include "host/terminal/exitcode.h"
-#include "host/validation/checkstage.h"
+#include "host/validation/checkcontext.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>

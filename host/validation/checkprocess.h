@@ -1,6 +1,6 @@
 #pragma once
 
-#include "host/database/hosthome.h"
+#include "host/database/datafolder.h"
 #include "host/validation/check.h"
 
 /// What the report says of one check.

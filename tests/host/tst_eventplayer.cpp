@@ -1,7 +1,7 @@
 #include "support/garagetest.h"
 
 #include "host/messages/eventplayer.h"
-#include "host/messages/journalmodel.h"
+#include "host/messages/messagelogmodel.h"
 #include "host/plugin/pluginhost.h"
 
 #include <QAbstractItemModelTester>

@@ -2,7 +2,7 @@
 
 #include "host/app/demohost.h"
 #include "host/database/hostdatabase.h"
-#include "host/database/hosthome.h"
+#include "host/database/datafolder.h"
 
 #include <QSignalSpy>
 

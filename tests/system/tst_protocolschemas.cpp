@@ -4,7 +4,7 @@
 #include "host/app/demohost.h"
 #include "host/app/hostwindow.h"
 #include "host/database/hostdatabase.h"
-#include "host/database/hosthome.h"
+#include "host/database/datafolder.h"
 #include "host/messages/eventexamples.h"
 #include "host/sample/sampledata.h"
 #include "trivexplugininterface.h"

@@ -3,7 +3,7 @@
 
 #include "host/app/demohost.h"
 #include "host/database/hostdatabase.h"
-#include "host/database/hosthome.h"
+#include "host/database/datafolder.h"
 #include "host/sample/sampledata.h"
 
 #include <QAction>

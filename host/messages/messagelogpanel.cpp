@@ -1,8 +1,8 @@
-#include "host/messages/journalpanel.h"
+#include "host/messages/messagelogpanel.h"
 
 #include "host/messages/eventexamples.h"
 #include "host/messages/eventplayer.h"
-#include "host/messages/journalmodel.h"
+#include "host/messages/messagelogmodel.h"
 #include "host/plugin/pluginhost.h"
 #include "host/widgets/columnwidths.h"
 #include "host/widgets/selectionbutton.h"

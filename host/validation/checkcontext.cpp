@@ -1,4 +1,4 @@
-#include "host/validation/checkstage.h"
+#include "host/validation/checkcontext.h"
 
 #include "host/database/hostconnection.h"
 #include "host/database/hostdatabase.h"

@@ -1,4 +1,4 @@
-#include "host/plugin/answerwatch.h"
+#include "host/plugin/answerwatcher.h"
 
 #include "host/plugin/pluginhost.h"
 

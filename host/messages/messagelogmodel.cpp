@@ -1,4 +1,4 @@
-#include "host/messages/journalmodel.h"
+#include "host/messages/messagelogmodel.h"
 
 #include "host/plugin/pluginhost.h"
 

@@ -1,4 +1,4 @@
-#include "host/sample/drivinghistory.h"
+#include "host/sample/lapgenerator.h"
 
 #include <QDateTime>
 #include <QRandomGenerator>

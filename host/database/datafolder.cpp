@@ -1,4 +1,4 @@
-#include "host/database/hosthome.h"
+#include "host/database/datafolder.h"
 
 #include <QDir>
 #include <QFile>

@@ -1,4 +1,4 @@
-#include "host/database/timestamptext.h"
+#include "host/database/timestamp.h"
 
 #include <QDateTime>
 

@@ -1,4 +1,4 @@
-#include "host/fleet/fleetdesk.h"
+#include "host/fleet/fleetcontroller.h"
 
 #include "host/plugin/pluginhost.h"
 

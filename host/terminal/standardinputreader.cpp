@@ -1,4 +1,4 @@
-#include "host/terminal/standardlines.h"
+#include "host/terminal/standardinputreader.h"
 
 #include <unistd.h>
 

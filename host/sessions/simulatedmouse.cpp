@@ -1,4 +1,4 @@
-#include "host/sessions/viewpointer.h"
+#include "host/sessions/simulatedmouse.h"
 
 #include <QAbstractItemView>
 #include <QApplication>
