@@ -22,7 +22,7 @@ const QCommandLineOption &helpOption()
     return option;
 }
 
-/// What the validator starts for each of its checks.
+/// The validator starts this program with it for each check.
 QCommandLineOption inThisProcessOption()
 {
     QCommandLineOption option(QStringLiteral("in-this-process"));

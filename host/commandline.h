@@ -8,7 +8,7 @@
 
 class QCommandLineParser;
 
-/// What the program was asked to do.
+/// The options of the command line.
 struct HostOptions
 {
     bool stdio = false;
@@ -19,20 +19,20 @@ struct HostOptions
     QString screenshotsFolder;
     QString pluginFile;
     QString homeFolder;
-    Validation::Request validation; // asked for if it names a library
-    bool checksHere = false; // as the process of one check
+    Validation::Request validation; // requested if it names a library
+    bool checksHere = false; // this process runs one check of a validation
     quint32 seed = 1;
     SampleKind data = SampleKind::Sample;
 };
 
-/// The command line, read; needs an application object for the program's name.
+/// Parses the command line. Needs an application object for the program's name.
 class CommandLine final
 {
 public:
     explicit CommandLine(const QStringList &arguments);
 
     const HostOptions &options() const { return m_options; }
-    /// Why the arguments make no sense, or empty.
+    /// Why the arguments are invalid, or empty.
     QString errorText() const { return m_errorText; }
     bool wantsHelp() const { return m_wantsHelp; }
     QString helpText() const { return m_helpText; }

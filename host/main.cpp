@@ -1,7 +1,7 @@
 #include "host/app/demohost.h"
 #include "host/commandline.h"
-#include "host/database/hostdatabase.h"
 #include "host/database/datafolder.h"
+#include "host/database/hostdatabase.h"
 #include "host/sample/samplejob.h"
 #include "host/sessions/duesession.h"
 #include "host/sessions/playsession.h"
@@ -39,7 +39,7 @@ bool isHeadless()
     return QGuiApplication::platformName() == QLatin1String("offscreen");
 }
 
-/// Without a desktop the font is larger than on one, and the pictures would show cells cut off that are not.
+/// The offscreen platform's default font is larger than a desktop's and would cut off cells in the pictures.
 void useDesktopFontSize()
 {
     QFont font = QApplication::font();
@@ -50,10 +50,10 @@ void useDesktopFontSize()
 void printProgress(int percent)
 {
     if (percent % 10 == 0 && percent < 100)
-        Console::complain(tr("готовятся примеры данных: %1 %").arg(percent));
+        Console::writeError(tr("готовятся примеры данных: %1 %").arg(percent));
 }
 
-SampleOutcome makeSampleData(SampleJob &job, bool takesLong)
+SampleOutcome runSampleJob(SampleJob &job, bool takesLong)
 {
     QEventLoop loop;
     SampleOutcome outcome = SampleOutcome::Failed;
@@ -74,26 +74,26 @@ SampleOutcome makeSampleData(SampleJob &job, bool takesLong)
     return outcome;
 }
 
-int fillDatabase(const HostOptions &options, const HostHome &home)
+int fillDatabase(const HostOptions &options, const DataFolder &home)
 {
     if (options.fresh)
         home.removeDatabases();
     const QString error = HostDatabase::prepare(home);
     if (!error.isEmpty()) {
-        Console::complain(tr("база данных не готова: %1").arg(error));
+        Console::writeError(tr("база данных не готова: %1").arg(error));
         return ExitCode::NoDatabase;
     }
     if (options.documents || !HostDatabase::isBlank(home))
         return ExitCode::Ok;
     SampleJob job(home.databasePath(), options.data, options.seed);
-    const SampleOutcome outcome = makeSampleData(job, options.data == SampleKind::Season);
-    if (outcome == SampleOutcome::Made)
+    const SampleOutcome outcome = runSampleJob(job, options.data == SampleKind::Season);
+    if (outcome == SampleOutcome::Done)
         return ExitCode::Ok;
     if (outcome == SampleOutcome::Cancelled) {
-        Console::complain(tr("подготовка примеров данных прервана"));
+        Console::writeError(tr("подготовка примеров данных прервана"));
         return ExitCode::Cancelled;
     }
-    Console::complain(tr("примеры данных не записаны: %1").arg(job.errorText()));
+    Console::writeError(tr("примеры данных не записаны: %1").arg(job.errorText()));
     return ExitCode::NoDatabase;
 }
 
@@ -104,7 +104,7 @@ QString loadPlugin(const HostOptions &options, PluginHost &plugin)
     return library.isEmpty() ? tr("libruvalogarage.so рядом с программой не найдена") : plugin.load(library);
 }
 
-std::unique_ptr<HostSession> makeSession(const HostOptions &options, const HostHome &home, DemoHost &host)
+std::unique_ptr<HostSession> makeSession(const HostOptions &options, const DataFolder &home, DemoHost &host)
 {
     const QString folder =
         options.screenshotsFolder.isEmpty() ? home.screenshotsPath() : options.screenshotsFolder;
@@ -119,12 +119,12 @@ std::unique_ptr<HostSession> makeSession(const HostOptions &options, const HostH
     return std::make_unique<WindowSession>(host, home);
 }
 
-int run(const HostOptions &options, const HostHome &home)
+int run(const HostOptions &options, const DataFolder &home)
 {
     DemoHost host(home, options.seed);
     const QString error = loadPlugin(options, host.plugin());
     if (!error.isEmpty()) {
-        Console::complain(tr("плагин не загружен: %1").arg(error));
+        Console::writeError(tr("плагин не загружен: %1").arg(error));
         return ExitCode::NoPlugin;
     }
     const std::unique_ptr<HostSession> session = makeSession(options, home, host);
@@ -133,7 +133,7 @@ int run(const HostOptions &options, const HostHome &home)
     return QApplication::exec();
 }
 
-/// An application object of its own reads the arguments: the environment must be ready before the real one.
+/// Uses a temporary application object: the environment must be set before the real one exists.
 CommandLine readArguments(int &argc, char **argv)
 {
     const QCoreApplication application(argc, argv);
@@ -146,7 +146,7 @@ int main(int argc, char **argv)
 {
     const CommandLine commandLine = readArguments(argc, argv);
     if (!commandLine.errorText().isEmpty()) {
-        Console::complain(commandLine.errorText());
+        Console::writeError(commandLine.errorText());
         return ExitCode::BadUsage;
     }
     if (commandLine.wantsHelp()) {
@@ -158,9 +158,9 @@ int main(int argc, char **argv)
         const QCoreApplication application(argc, argv);
         return Validation::run(options.validation);
     }
-    const HostHome home =
-        options.documents ? HostHome::userDocuments() : HostHome::ownFolder(options.homeFolder);
-    home.enter();
+    const DataFolder home =
+        options.documents ? DataFolder::userDocuments() : DataFolder::own(options.homeFolder);
+    home.applyToEnvironment();
     chooseDisplay();
     int programNameOnly = 1; // Qt has a --plugin option of its own
     const QApplication application(programNameOnly, argv);
@@ -168,8 +168,8 @@ int main(int argc, char **argv)
     if (isHeadless())
         useDesktopFontSize();
     if (options.checksHere) {
-        return CheckProcess::carryOut(*findCheck(options.validation.checkNames.first()),
-                                      options.validation.library, home);
+        return CheckProcess::runHere(*findCheck(options.validation.checkNames.first()),
+                                     options.validation.library, home);
     }
     if (const int failure = fillDatabase(options, home))
         return failure;

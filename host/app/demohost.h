@@ -7,28 +7,28 @@
 #include "host/remote/remoteside.h"
 #include "host/track/track.h"
 
-class HostHome;
+class DataFolder;
 
-/// The rooms of the demonstration around one plug-in. Destroyed in reverse order, the plug-in after all that
-/// talks to it.
+/// Owns one plug-in and the controllers around it. Members are destroyed in reverse order: the plug-in after
+/// every object that sends messages to it.
 class DemoHost final
 {
     Q_DISABLE_COPY(DemoHost)
 public:
-    DemoHost(const HostHome &home, quint32 seed);
+    DemoHost(const DataFolder &home, quint32 seed);
 
     HostConnection &connection() { return m_connection; }
     PluginHost &plugin() { return m_plugin; }
-    JournalModel &journal() { return m_journal; }
-    FleetDesk &fleet() { return m_fleet; }
+    MessageLogModel &messageLog() { return m_messageLog; }
+    FleetController &fleet() { return m_fleet; }
     Track &track() { return m_track; }
     RemoteSide &remote() { return m_remote; }
 
 private:
     HostConnection m_connection;
     PluginHost m_plugin;
-    JournalModel m_journal;
-    FleetDesk m_fleet;
+    MessageLogModel m_messageLog;
+    FleetController m_fleet;
     Track m_track;
     RemoteSide m_remote;
 };

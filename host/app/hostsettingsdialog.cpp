@@ -24,7 +24,7 @@ HostSettingsDialog::HostSettingsDialog(PluginHost &plugin, QWidget *parent)
     layout->addWidget(m_tabs, 1);
     layout->addWidget(buttons);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
-    connect(&plugin, &PluginHost::received, this, &HostSettingsDialog::take);
+    connect(&plugin, &PluginHost::received, this, &HostSettingsDialog::handleMessage);
     plugin.send(QStringLiteral("send_settings_dialogs"));
 }
 
@@ -39,7 +39,7 @@ HostSettingsDialog::~HostSettingsDialog()
     }
 }
 
-void HostSettingsDialog::take(const HostMessage &message)
+void HostSettingsDialog::handleMessage(const HostMessage &message)
 {
     QWidget *page = message.event == QLatin1String("settings_dialog")
         ? widgetAt(message.data.value(QLatin1String("settingsPagePtr")))

@@ -9,8 +9,8 @@
 class PluginHost;
 class QTabWidget;
 
-/// The host's settings: asks the plug-ins for their pages and shows them for as long as the dialog lives. The
-/// pages stay the plug-ins' own and are given back.
+/// The host's settings: requests the plug-in's pages and shows them as tabs. The plug-in owns the pages; the
+/// destructor detaches them.
 class HostSettingsDialog final : public QDialog
 {
     Q_OBJECT
@@ -21,7 +21,7 @@ public:
     int pageCount() const { return m_pages.size(); }
 
 private:
-    void take(const HostMessage &message);
+    void handleMessage(const HostMessage &message);
 
     QTabWidget *m_tabs;
     QVector<QPointer<QWidget>> m_pages;

@@ -18,7 +18,7 @@
 #include <QToolBar>
 #include <QVBoxLayout>
 
-HostWindow::HostWindow(DemoHost &host, const HostHome &home)
+HostWindow::HostWindow(DemoHost &host, const DataFolder &home)
     : m_host(host), m_tabs(new QTabWidget), m_pluginTabs(host.plugin(), *m_tabs)
 {
     setWindowTitle(tr("Картодром — демонстрация гаража"));
@@ -28,7 +28,7 @@ HostWindow::HostWindow(DemoHost &host, const HostHome &home)
     m_tabs->addTab(new TrackPanel(host.track(), host.fleet()), tr("Трасса"));
     m_tabs->addTab(new FleetPanel(host.fleet()), tr("Карты и люди"));
     m_tabs->addTab(new RemotePanel(host.remote(), host.fleet()), tr("Удалённая сторона"));
-    m_tabs->addTab(new JournalPanel(host.journal(), host.plugin()), tr("Журнал обмена"));
+    m_tabs->addTab(new MessageLogPanel(host.messageLog(), host.plugin()), tr("Журнал обмена"));
 
     auto *central = new QWidget;
     auto *layout = new QVBoxLayout(central);
@@ -41,10 +41,10 @@ HostWindow::HostWindow(DemoHost &host, const HostHome &home)
 HostWindow::~HostWindow()
 {
     delete m_settings;
-    m_pluginTabs.giveBack();
+    m_pluginTabs.releaseWindows();
 }
 
-QWidget *HostWindow::makeBanner(const HostHome &home)
+QWidget *HostWindow::makeBanner(const DataFolder &home)
 {
     const bool isReal = home.isUserDocuments();
     auto *banner = new QLabel(
@@ -80,7 +80,7 @@ void HostWindow::start()
     if (!error.isEmpty())
         QMessageBox::warning(this, tr("Удалённая сторона не работает"), error);
     show();
-    m_host.fleet().playStart();
+    m_host.fleet().sendStartSequence();
 }
 
 void HostWindow::openGarage()

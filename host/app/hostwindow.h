@@ -5,19 +5,19 @@
 #include <QMainWindow>
 
 class DemoHost;
-class HostHome;
+class DataFolder;
 class HostSettingsDialog;
 class QTabWidget;
 
-/// The demonstration's main window: banner, the rooms' tabs, the plug-in's tab and settings.
+/// The main window: the banner, one tab per panel, the plug-in's tab, the settings dialog.
 class HostWindow final : public QMainWindow
 {
     Q_OBJECT
 public:
-    HostWindow(DemoHost &host, const HostHome &home);
+    HostWindow(DemoHost &host, const DataFolder &home);
     ~HostWindow() override;
 
-    /// Readies the rooms, shows the window and plays the start sequence.
+    /// Opens the remote side's records, shows the window and sends the start sequence to the plug-in.
     void start();
     void openGarage();
     void openSettings();
@@ -31,7 +31,7 @@ protected:
     void closeEvent(QCloseEvent *event) override;
 
 private:
-    QWidget *makeBanner(const HostHome &home);
+    QWidget *makeBanner(const DataFolder &home);
     void makeToolBar();
 
     DemoHost &m_host;

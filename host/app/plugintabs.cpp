@@ -7,10 +7,10 @@
 
 PluginTabs::PluginTabs(PluginHost &plugin, QTabWidget &tabs, QObject *parent) : QObject(parent), m_tabs(tabs)
 {
-    connect(&plugin, &PluginHost::received, this, &PluginTabs::take);
+    connect(&plugin, &PluginHost::received, this, &PluginTabs::handleMessage);
 }
 
-void PluginTabs::giveBack()
+void PluginTabs::releaseWindows()
 {
     for (const QPointer<QWidget> &window : qAsConst(m_windows)) {
         if (!window)
@@ -22,7 +22,7 @@ void PluginTabs::giveBack()
     m_windows.clear();
 }
 
-void PluginTabs::take(const HostMessage &message)
+void PluginTabs::handleMessage(const HostMessage &message)
 {
     if (message.event == QLatin1String("insert_tab"))
         insert(message.data);

@@ -10,19 +10,19 @@ class PluginHost;
 class QTabWidget;
 class QWidget;
 
-/// Honours "insert_tab" and "close_tab" in a tab widget. The plug-in keeps its windows: here they are shown,
-/// hidden and at the end given back, never destroyed.
+/// Handles "insert_tab" and "close_tab" in a tab widget. The plug-in owns its windows: this class shows,
+/// hides and finally detaches them, and never destroys them.
 class PluginTabs final : public QObject
 {
     Q_OBJECT
 public:
     PluginTabs(PluginHost &plugin, QTabWidget &tabs, QObject *parent = nullptr);
 
-    /// Takes the plug-in's windows out of the host's; call before the tab widget or the plug-in dies.
-    void giveBack();
+    /// Detaches the plug-in's windows. Call before the tab widget or the plug-in is destroyed.
+    void releaseWindows();
 
 private:
-    void take(const HostMessage &message);
+    void handleMessage(const HostMessage &message);
     void insert(const QJsonObject &data);
     void close(const QJsonObject &data);
 

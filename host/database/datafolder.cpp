@@ -11,7 +11,7 @@ void setPath(const char *variable, const QString &path)
     qputenv(variable, QFile::encodeName(path));
 }
 
-/// Programs find the display's authority file through the home folder unless they are told where it is.
+/// X11 clients look for the authority file in the home folder unless XAUTHORITY names it.
 void keepDisplayAuthority()
 {
     const QString authority = QDir::homePath() + QLatin1String("/.Xauthority");
@@ -21,25 +21,25 @@ void keepDisplayAuthority()
 
 } // namespace
 
-HostHome::HostHome(const QString &path) : m_path(path)
+DataFolder::DataFolder(const QString &path) : m_path(path)
 {
 }
 
-HostHome HostHome::ownFolder(const QString &path)
+DataFolder DataFolder::own(const QString &path)
 {
     const QString chosen = path.isEmpty()
         ? QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation)
             + QLatin1String("/garage-host")
         : path;
-    return HostHome(QDir(chosen).absolutePath());
+    return DataFolder(QDir(chosen).absolutePath());
 }
 
-HostHome HostHome::userDocuments()
+DataFolder DataFolder::userDocuments()
 {
-    return HostHome(QString());
+    return DataFolder(QString());
 }
 
-void HostHome::enter() const
+void DataFolder::applyToEnvironment() const
 {
     if (isUserDocuments())
         return;
@@ -49,28 +49,28 @@ void HostHome::enter() const
     setPath("XDG_DATA_HOME", m_path + QLatin1String("/.local/share"));
 }
 
-QString HostHome::databaseFolder() const
+QString DataFolder::databaseFolder() const
 {
     return QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation)
         + QLatin1String("/Ruvalo-QT/DB");
 }
 
-QString HostHome::databasePath() const
+QString DataFolder::databasePath() const
 {
     return databaseFolder() + QLatin1String("/ruvalo.sqlite");
 }
 
-QString HostHome::remoteRecordsPath() const
+QString DataFolder::remoteRecordsPath() const
 {
     return databaseFolder() + QLatin1String("/garage-host-remote.sqlite");
 }
 
-QString HostHome::screenshotsPath() const
+QString DataFolder::screenshotsPath() const
 {
     return (isUserDocuments() ? QDir::currentPath() : m_path) + QLatin1String("/screenshots");
 }
 
-void HostHome::removeDatabases() const
+void DataFolder::removeDatabases() const
 {
     if (isUserDocuments())
         return;

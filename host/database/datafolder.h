@@ -2,35 +2,36 @@
 
 #include <QString>
 
-/// Where this run of the host keeps its files. Unless told otherwise that is a folder of the host's own, so
-/// that a demonstration never touches the user's documents.
-class HostHome final
+/// The folder that holds the files of this run. By default it is a folder of the host's own, so that a
+/// demonstration never changes the user's documents.
+class DataFolder final
 {
 public:
-    /// A home of the host's own; an empty path means the default one. Call before the application is made.
-    static HostHome ownFolder(const QString &path);
+    /// A folder of the host's own; an empty path selects the default one. Call before the application object
+    /// exists.
+    static DataFolder own(const QString &path);
     /// The user's real documents.
-    static HostHome userDocuments();
+    static DataFolder userDocuments();
 
-    /// Points this process's documents location into the home. Call before the application is made: Qt and
-    /// the plug-in ask the environment.
-    void enter() const;
+    /// Makes the folder this process's home folder in the environment, from which Qt and the plug-in derive
+    /// the documents location. Call before the application object exists.
+    void applyToEnvironment() const;
 
     QString path() const { return m_path; }
     bool isUserDocuments() const { return m_path.isEmpty(); }
-    /// The folder of the database; valid after enter().
+    /// The folder of the database; valid after applyToEnvironment().
     QString databaseFolder() const;
-    /// The database file that host and plug-in share; valid after enter().
+    /// The database file that host and plug-in share; valid after applyToEnvironment().
     QString databasePath() const;
     /// The file of the remote side's own records.
     QString remoteRecordsPath() const;
-    /// Removes both files, and what a program that was killed left beside them. Never the user's own.
+    /// Removes both files and their rollback journals. Does nothing for the user's documents.
     void removeDatabases() const;
-    /// Where screenshots go if nobody says otherwise.
+    /// The default folder of screenshots.
     QString screenshotsPath() const;
 
 private:
-    explicit HostHome(const QString &path);
+    explicit DataFolder(const QString &path);
 
-    QString m_path; // empty: the user's own
+    QString m_path; // empty: the user's documents
 };

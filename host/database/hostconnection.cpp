@@ -6,7 +6,7 @@
 #include <QUuid>
 
 namespace {
-// Other writers hold the file for moments; the window stands still while it waits for one that does not.
+// Other writers hold the lock for milliseconds. The GUI thread blocks for this time at most.
 const QLatin1String busyTimeout("QSQLITE_BUSY_TIMEOUT=1500"); // milliseconds
 } // namespace
 
@@ -40,7 +40,7 @@ QSqlQuery HostConnection::query(const QString &statement, const QVariantList &va
 {
     QSqlQuery query = prepared(statement);
     if (query.lastError().isValid())
-        return query; // running it would put a lesser reason in place of this one
+        return query; // running it would replace this error by a less specific one
     for (const QVariant &bound : values)
         query.addBindValue(bound);
     exec(query);

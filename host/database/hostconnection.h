@@ -28,7 +28,7 @@ public:
     /// A statement to be bound and run many times.
     QSqlQuery prepared(const QString &statement);
     bool exec(QSqlQuery &prepared);
-    /// Undoes the open transaction; errorText() still tells what went wrong in it.
+    /// Undoes the open transaction; errorText() keeps the reason of the failure in it.
     void rollback();
     /// Id of the row that the last exec() inserted.
     int lastInsertId() const { return m_lastInsertId; }
@@ -42,7 +42,8 @@ private:
     int m_lastInsertId = -1;
 };
 
-/// A write transaction: takes the lock at once, and is undone unless commit() succeeded.
+/// A write transaction: acquires the write lock in the constructor, rolls back in the destructor unless
+/// commit() succeeded.
 class HostTransaction final
 {
     Q_DISABLE_COPY(HostTransaction)

@@ -36,7 +36,7 @@ QString makeTables(HostConnection &connection)
 
 } // namespace
 
-QString HostDatabase::prepare(const HostHome &home)
+QString HostDatabase::prepare(const DataFolder &home)
 {
     initResources();
     if (!QDir().mkpath(home.databaseFolder()))
@@ -46,7 +46,7 @@ QString HostDatabase::prepare(const HostHome &home)
     return reason.isEmpty() ? QString() : tr("файл %1: %2").arg(home.databasePath(), reason);
 }
 
-bool HostDatabase::isBlank(const HostHome &home)
+bool HostDatabase::isBlank(const DataFolder &home)
 {
     HostConnection connection(home.databasePath());
     const QVariant isUsed = connection.value(QStringLiteral(

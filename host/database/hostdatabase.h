@@ -7,10 +7,10 @@
 /// The host's side of the shared database file: it owns the file and its schema.
 namespace HostDatabase {
 
-/// Makes the folder, the file and whatever tables are missing. An error text, or empty.
-QString prepare(const HostHome &home);
+/// Creates the folder, the file and the missing tables. An error text, or empty.
+QString prepare(const DataFolder &home);
 
-/// True if nothing has been put into the file yet. Without its cars a used file is not blank.
-bool isBlank(const HostHome &home);
+/// True if every shared table is empty. False if the file cannot be read.
+bool isBlank(const DataFolder &home);
 
 } // namespace HostDatabase

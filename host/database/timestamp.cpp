@@ -17,7 +17,7 @@ void writeDigits(QChar *end, int number, int digits)
 
 } // namespace
 
-QString TimestampText::of(qint64 milliseconds)
+QString TimestampFormatter::format(qint64 milliseconds)
 {
     const qint64 day = milliseconds / millisecondsPerDay;
     if (day != m_day) {

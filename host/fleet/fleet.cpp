@@ -83,7 +83,7 @@ QJsonObject Fleet::peopleMessage() const
     return {{QStringLiteral("personalList"), toJsonArray(m_people)}};
 }
 
-bool Fleet::carryOut(const QJsonObject &updateCars)
+bool Fleet::applyUpdate(const QJsonObject &updateCars)
 {
     if (updateCars.value(QLatin1String("command")).toString() != QLatin1String("set_availability"))
         return false;

@@ -44,8 +44,8 @@ public:
     /// Data of "personal_list".
     QJsonObject peopleMessage() const;
 
-    /// Carries out the data of "update_cars". False if it asks for nothing that is known here, or failed.
-    bool carryOut(const QJsonObject &updateCars);
+    /// Applies the data of "update_cars". False on an unknown command or a failed write.
+    bool applyUpdate(const QJsonObject &updateCars);
     bool setAvailable(const QVector<int> &carIds, bool available);
 
     /// Adds the car if it has no id yet, else changes number, model and availability.

@@ -2,14 +2,14 @@
 
 #include "host/plugin/pluginhost.h"
 
-FleetDesk::FleetDesk(HostConnection &connection, PluginHost &plugin, QObject *parent)
+FleetController::FleetController(HostConnection &connection, PluginHost &plugin, QObject *parent)
     : QObject(parent), m_fleet(connection), m_plugin(plugin)
 {
-    // Queued: the plug-in has finished what it was saying before it hears the answer.
-    connect(&plugin, &PluginHost::received, this, &FleetDesk::take, Qt::QueuedConnection);
+    // Queued: the plug-in must return from its signal before it gets an answer.
+    connect(&plugin, &PluginHost::received, this, &FleetController::handleMessage, Qt::QueuedConnection);
 }
 
-void FleetDesk::playStart()
+void FleetController::sendStartSequence()
 {
     m_plugin.send(QStringLiteral("load_complete"));
     announcePeople();
@@ -17,7 +17,7 @@ void FleetDesk::playStart()
     m_plugin.send(QStringLiteral("run_saved_to_db"));
 }
 
-void FleetDesk::announceCars(bool withStatistics)
+void FleetController::announceCars(bool withStatistics)
 {
     m_fleet.refreshCars();
     QJsonObject data = m_fleet.carsMessage();
@@ -27,17 +27,17 @@ void FleetDesk::announceCars(bool withStatistics)
     emit carsAnnounced();
 }
 
-void FleetDesk::announcePeople()
+void FleetController::announcePeople()
 {
     m_fleet.refreshPeople();
     m_plugin.send(QStringLiteral("personal_list"), m_fleet.peopleMessage());
     emit peopleAnnounced();
 }
 
-void FleetDesk::take(const HostMessage &message)
+void FleetController::handleMessage(const HostMessage &message)
 {
     if (message.event == QLatin1String("read_cars_list"))
         announceCars();
-    else if (message.event == QLatin1String("update_cars") && m_fleet.carryOut(message.data))
+    else if (message.event == QLatin1String("update_cars") && m_fleet.applyUpdate(message.data))
         announceCars(false);
 }

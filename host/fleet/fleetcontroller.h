@@ -7,17 +7,16 @@
 
 class PluginHost;
 
-/// The host's desk for cars and people: announces them, answers "read_cars_list" and carries out
-/// "update_cars".
-class FleetDesk final : public QObject
+/// Announces the host's cars and people to the plug-in, and handles "read_cars_list" and "update_cars".
+class FleetController final : public QObject
 {
     Q_OBJECT
 public:
-    FleetDesk(HostConnection &connection, PluginHost &plugin, QObject *parent = nullptr);
+    FleetController(HostConnection &connection, PluginHost &plugin, QObject *parent = nullptr);
 
     Fleet &fleet() { return m_fleet; }
-    /// What a host says when it has loaded its plug-ins.
-    void playStart();
+    /// Sends the messages that a host sends after loading its plug-ins.
+    void sendStartSequence();
     void announceCars(bool withStatistics = true);
     void announcePeople();
 
@@ -26,7 +25,7 @@ signals:
     void peopleAnnounced();
 
 private:
-    void take(const HostMessage &message);
+    void handleMessage(const HostMessage &message);
 
     Fleet m_fleet;
     PluginHost &m_plugin;

@@ -49,34 +49,34 @@ QList<QStandardItem *> makeRow(int id, const QStringList &texts)
 
 } // namespace
 
-FleetPanel::FleetPanel(FleetDesk &desk, QWidget *parent)
+FleetPanel::FleetPanel(FleetController &fleet, QWidget *parent)
     : QWidget(parent)
-    , m_desk(desk)
+    , m_fleet(fleet)
     , m_cars(new QStandardItemModel(this))
     , m_people(new QStandardItemModel(this))
     , m_carsView(makeView(m_cars, "hostCarsTableView"))
     , m_peopleView(makeView(m_people, "hostPeopleTableView"))
-    , m_complaint(new QLabel)
+    , m_errorLabel(new QLabel)
 {
     m_cars->setHorizontalHeaderLabels({tr("Номер"), tr("Модель"), tr("В работе")});
     m_people->setHorizontalHeaderLabels({tr("Фамилия"), tr("Имя"), tr("Отчество"), tr("Сервисный код")});
     m_carsView->setColumnWidth(ModelColumn, 200);
     m_peopleView->setColumnWidth(LastNameColumn, 140);
     m_peopleView->setColumnWidth(MidNameColumn, 140);
-    m_complaint->setObjectName(QStringLiteral("fleetComplaintLabel"));
-    m_complaint->setStyleSheet(QStringLiteral("color: #b00020"));
-    m_complaint->setWordWrap(true);
-    m_complaint->hide();
+    m_errorLabel->setObjectName(QStringLiteral("fleetErrorLabel"));
+    m_errorLabel->setStyleSheet(QStringLiteral("color: #b00020"));
+    m_errorLabel->setWordWrap(true);
+    m_errorLabel->hide();
     auto *tables = new QHBoxLayout;
     tables->addWidget(makeTable(tr("Карты"), m_carsView, &FleetPanel::addCar, &FleetPanel::removeCar), 1);
     tables->addWidget(makeTable(tr("Люди"), m_peopleView, &FleetPanel::addPerson, &FleetPanel::removePerson),
                       1);
     auto *layout = new QVBoxLayout(this);
     layout->addLayout(tables, 1);
-    layout->addWidget(m_complaint);
+    layout->addWidget(m_errorLabel);
 
-    connect(&m_desk, &FleetDesk::carsAnnounced, this, &FleetPanel::refillCars);
-    connect(&m_desk, &FleetDesk::peopleAnnounced, this, &FleetPanel::refillPeople);
+    connect(&m_fleet, &FleetController::carsAnnounced, this, &FleetPanel::refillCars);
+    connect(&m_fleet, &FleetController::peopleAnnounced, this, &FleetPanel::refillPeople);
     connect(m_cars, &QStandardItemModel::itemChanged, this, &FleetPanel::storeCar);
     connect(m_people, &QStandardItemModel::itemChanged, this, &FleetPanel::storePerson);
     refillCars();
@@ -109,7 +109,7 @@ void FleetPanel::refillCars()
     const QScopedValueRollback<bool> refilling(m_refilling, true);
     const int scrolled = m_carsView->verticalScrollBar()->value();
     m_cars->removeRows(0, m_cars->rowCount());
-    for (const FleetCar &car : m_desk.fleet().cars()) {
+    for (const FleetCar &car : m_fleet.fleet().cars()) {
         QList<QStandardItem *> row = makeRow(car.id, {car.number, car.model, QString()});
         row.at(AvailableColumn)->setCheckable(true);
         row.at(AvailableColumn)->setEditable(false);
@@ -123,7 +123,7 @@ void FleetPanel::refillPeople()
 {
     const QScopedValueRollback<bool> refilling(m_refilling, true);
     m_people->removeRows(0, m_people->rowCount());
-    for (const FleetPerson &person : m_desk.fleet().people())
+    for (const FleetPerson &person : m_fleet.fleet().people())
         m_people->appendRow(
             makeRow(person.id, {person.lastName, person.firstName, person.midName, person.serviceCode}));
 }
@@ -138,10 +138,10 @@ void FleetPanel::storeCar(QStandardItem *changed)
     car.number = m_cars->item(row, NumberColumn)->text();
     car.model = m_cars->item(row, ModelColumn)->text();
     car.available = m_cars->item(row, AvailableColumn)->checkState() == Qt::Checked;
-    report(m_desk.fleet().store(car));
-    // Queued: the table is filled anew, and an editor may still be at work on it.
+    showResult(m_fleet.fleet().store(car));
+    // Queued: announcing refills the table, in which an editor may still be open.
     QMetaObject::invokeMethod(
-        &m_desk, [this] { m_desk.announceCars(); }, Qt::QueuedConnection);
+        &m_fleet, [this] { m_fleet.announceCars(); }, Qt::QueuedConnection);
 }
 
 void FleetPanel::storePerson(QStandardItem *changed)
@@ -150,10 +150,10 @@ void FleetPanel::storePerson(QStandardItem *changed)
         return;
     const int row = changed->row();
     const auto text = [&](int column) { return m_people->item(row, column)->text(); };
-    report(
-        m_desk.fleet().store(FleetPerson {idAt(*m_people, row), text(LastNameColumn), text(FirstNameColumn),
-                                          text(MidNameColumn), text(ServiceCodeColumn)}));
-    QMetaObject::invokeMethod(&m_desk, &FleetDesk::announcePeople, Qt::QueuedConnection);
+    showResult(
+        m_fleet.fleet().store(FleetPerson {idAt(*m_people, row), text(LastNameColumn), text(FirstNameColumn),
+                                           text(MidNameColumn), text(ServiceCodeColumn)}));
+    QMetaObject::invokeMethod(&m_fleet, &FleetController::announcePeople, Qt::QueuedConnection);
 }
 
 void FleetPanel::addCar()
@@ -165,9 +165,9 @@ void FleetPanel::addCar()
     car.number = QString::number(highest + 1);
     car.model = m_cars->rowCount() > 0 ? m_cars->item(m_cars->rowCount() - 1, ModelColumn)->text()
                                        : tr("Новая модель");
-    if (!report(m_desk.fleet().store(car)))
+    if (!showResult(m_fleet.fleet().store(car)))
         return;
-    m_desk.announceCars();
+    m_fleet.announceCars();
     m_carsView->scrollToBottom();
     m_carsView->selectRow(m_cars->rowCount() - 1);
 }
@@ -175,26 +175,27 @@ void FleetPanel::addCar()
 void FleetPanel::removeCar()
 {
     const int id = idAt(*m_cars, m_carsView->currentIndex().row());
-    if (id >= 0 && report(m_desk.fleet().removeCar(id)))
-        m_desk.announceCars();
+    if (id >= 0 && showResult(m_fleet.fleet().removeCar(id)))
+        m_fleet.announceCars();
 }
 
 void FleetPanel::addPerson()
 {
-    if (report(m_desk.fleet().store(FleetPerson {-1, tr("Новый"), tr("Сотрудник"), QString(), QString()})))
-        m_desk.announcePeople();
+    if (showResult(
+            m_fleet.fleet().store(FleetPerson {-1, tr("Новый"), tr("Сотрудник"), QString(), QString()})))
+        m_fleet.announcePeople();
 }
 
 void FleetPanel::removePerson()
 {
     const int id = idAt(*m_people, m_peopleView->currentIndex().row());
-    if (id >= 0 && report(m_desk.fleet().removePerson(id)))
-        m_desk.announcePeople();
+    if (id >= 0 && showResult(m_fleet.fleet().removePerson(id)))
+        m_fleet.announcePeople();
 }
 
-bool FleetPanel::report(bool isStored)
+bool FleetPanel::showResult(bool isStored)
 {
-    m_complaint->setVisible(!isStored);
-    m_complaint->setText(isStored ? QString() : tr("Не записано: %1").arg(m_desk.fleet().errorText()));
+    m_errorLabel->setVisible(!isStored);
+    m_errorLabel->setText(isStored ? QString() : tr("Не записано: %1").arg(m_fleet.fleet().errorText()));
     return isStored;
 }

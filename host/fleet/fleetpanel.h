@@ -2,18 +2,18 @@
 
 #include <QWidget>
 
-class FleetDesk;
+class FleetController;
 class QLabel;
 class QStandardItem;
 class QStandardItemModel;
 class QTableView;
 
-/// The host's cars and people, edited in place; each change is stored and announced at once.
+/// Tables of the host's cars and people, edited in place. Each change is stored and announced at once.
 class FleetPanel final : public QWidget
 {
     Q_OBJECT
 public:
-    explicit FleetPanel(FleetDesk &desk, QWidget *parent = nullptr);
+    explicit FleetPanel(FleetController &fleet, QWidget *parent = nullptr);
 
 private:
     QWidget *makeTable(const QString &title, QTableView *view, void (FleetPanel::*add)(),
@@ -26,14 +26,14 @@ private:
     void removeCar();
     void addPerson();
     void removePerson();
-    /// Tells whether a change went into the file.
-    bool report(bool isStored);
+    /// Shows or hides the error of the last change; returns `isStored`.
+    bool showResult(bool isStored);
 
-    FleetDesk &m_desk;
+    FleetController &m_fleet;
     QStandardItemModel *m_cars;
     QStandardItemModel *m_people;
     QTableView *m_carsView;
     QTableView *m_peopleView;
-    QLabel *m_complaint;
+    QLabel *m_errorLabel;
     bool m_refilling = false;
 };

@@ -3,7 +3,7 @@
 #include <QString>
 #include <QVector>
 
-/// A message that the plug-in knows, with data that a person can start from.
+/// An event that the plug-in subscribes to, with example data for the send form.
 struct EventExample
 {
     QString event;

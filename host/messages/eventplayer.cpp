@@ -6,11 +6,11 @@
 #include <QJsonDocument>
 
 EventPlayer::EventPlayer(PluginHost &plugin, QObject *parent)
-    : QObject(parent), m_plugin(plugin), m_watch(plugin)
+    : QObject(parent), m_plugin(plugin), m_watcher(plugin)
 {
     m_timer.setSingleShot(true);
     connect(&m_timer, &QTimer::timeout, this, &EventPlayer::next);
-    connect(&m_watch, &AnswerWatch::finished, this, [this](bool allAnswered) {
+    connect(&m_watcher, &AnswerWatcher::finished, this, [this](bool allAnswered) {
         m_allAnswered = m_allAnswered && allAnswered;
         m_timer.start(0);
     });
@@ -71,7 +71,7 @@ void EventPlayer::next()
         emit finished(m_allAnswered);
         return;
     }
-    // A copy: a message may open a dialog, and its loop may load another file.
+    // A copy: a message may open a dialog, whose event loop may call load().
     const Step step = m_steps.at(m_position++);
     perform(step);
 }
@@ -80,14 +80,14 @@ void EventPlayer::perform(const Step &step)
 {
     switch (step.kind) {
     case Step::Send:
-        m_timer.start(0); // first, so that a dialog opened by the message does not hold up the rest
+        m_timer.start(0); // before send(): a dialog opened by the message must not block the next step
         m_plugin.send(step.message);
         break;
     case Step::Pause:
         m_timer.start(step.milliseconds);
         break;
     case Step::AwaitAnswer:
-        m_watch.finishWhenQuiet();
+        m_watcher.finishWhenIdle();
         break;
     case Step::Screenshot:
         emit screenshotWanted(step.name);

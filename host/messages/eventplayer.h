@@ -9,8 +9,8 @@
 class PluginHost;
 
 /// Plays a file of JSON lines to the plug-in. A line is a message, {"wait":milliseconds}, {"wait":"answer"}
-/// (until the plug-in owes nothing and is quiet) or {"screenshot":"name"}. Of a saved journal only the
-/// messages to the plug-in are played.
+/// (until the plug-in is idle) or {"screenshot":"name"}. Of a saved message
+/// log only the messages to the plug-in are played.
 class EventPlayer final : public QObject
 {
     Q_OBJECT
@@ -21,7 +21,7 @@ public:
     QString load(const QString &fileName);
     int stepCount() const { return m_steps.size(); }
     void start();
-    /// Ends before the next step; finished() still comes.
+    /// Stops before the next step; finished() is still emitted.
     void cancel();
 
 signals:
@@ -43,7 +43,7 @@ private:
     void perform(const Step &step);
 
     PluginHost &m_plugin;
-    AnswerWatch m_watch;
+    AnswerWatcher m_watcher;
     QTimer m_timer;
     QVector<Step> m_steps;
     int m_position = 0;

@@ -13,41 +13,41 @@ constexpr qint64 mostBytes = 8 << 20;
 
 } // namespace
 
-QJsonObject JournalModel::Entry::data() const
+QJsonObject MessageLogModel::Entry::data() const
 {
     return QJsonDocument::fromJson(payload).object();
 }
 
-QByteArray JournalModel::Entry::toJsonLine() const
+QByteArray MessageLogModel::Entry::toJsonLine() const
 {
     return HostMessage::toJsonLine(module, event, payload);
 }
 
-QByteArray JournalModel::Entry::toStampedJsonLine() const
+QByteArray MessageLogModel::Entry::toStampedJsonLine() const
 {
     const QByteArray head = "{\"time\":\"" + time.toUTC().toString(Qt::ISODateWithMs).toLatin1()
         + "\",\"direction\":\"" + (toPlugin ? "toPlugin" : "fromPlugin") + "\",";
     return head + toJsonLine().mid(1);
 }
 
-JournalModel::JournalModel(PluginHost &plugin, QObject *parent) : QAbstractTableModel(parent)
+MessageLogModel::MessageLogModel(PluginHost &plugin, QObject *parent) : QAbstractTableModel(parent)
 {
     connect(&plugin, &PluginHost::sent, this, [this](const HostMessage &message) { append(true, message); });
     connect(&plugin, &PluginHost::received, this,
             [this](const HostMessage &message) { append(false, message); });
 }
 
-int JournalModel::rowCount(const QModelIndex &parent) const
+int MessageLogModel::rowCount(const QModelIndex &parent) const
 {
     return parent.isValid() ? 0 : m_entries.size();
 }
 
-int JournalModel::columnCount(const QModelIndex &parent) const
+int MessageLogModel::columnCount(const QModelIndex &parent) const
 {
     return parent.isValid() ? 0 : ColumnCount;
 }
 
-QVariant JournalModel::data(const QModelIndex &index, int role) const
+QVariant MessageLogModel::data(const QModelIndex &index, int role) const
 {
     if (!checkIndex(index, CheckIndexOption::IndexIsValid))
         return {};
@@ -70,14 +70,14 @@ QVariant JournalModel::data(const QModelIndex &index, int role) const
     }
 }
 
-QVariant JournalModel::headerData(int section, Qt::Orientation orientation, int role) const
+QVariant MessageLogModel::headerData(int section, Qt::Orientation orientation, int role) const
 {
     if (role != Qt::DisplayRole || orientation != Qt::Horizontal || section < 0 || section >= ColumnCount)
         return {};
     return QStringList {tr("Время"), tr("Куда"), tr("Модуль"), tr("Событие"), tr("Байт")}.at(section);
 }
 
-void JournalModel::clear()
+void MessageLogModel::clear()
 {
     beginResetModel();
     m_entries.clear();
@@ -85,7 +85,7 @@ void JournalModel::clear()
     endResetModel();
 }
 
-QString JournalModel::save(const QString &fileName) const
+QString MessageLogModel::save(const QString &fileName) const
 {
     QSaveFile file(fileName);
     if (!file.open(QIODevice::WriteOnly))
@@ -95,7 +95,7 @@ QString JournalModel::save(const QString &fileName) const
     return file.commit() ? QString() : file.errorString();
 }
 
-void JournalModel::append(bool toPlugin, const HostMessage &message)
+void MessageLogModel::append(bool toPlugin, const HostMessage &message)
 {
     if (m_entries.size() >= mostEntries || m_bytes >= mostBytes)
         dropOldest();
@@ -106,9 +106,9 @@ void JournalModel::append(bool toPlugin, const HostMessage &message)
     endInsertRows();
 }
 
-void JournalModel::dropOldest()
+void MessageLogModel::dropOldest()
 {
-    // A tenth at once, so that a full journal is not moved up for each message.
+    // A tenth at once: removing single entries would move the whole vector for each message.
     const int count = (m_entries.size() + 9) / 10;
     beginRemoveRows({}, 0, count - 1);
     for (int row = 0; row < count; ++row)

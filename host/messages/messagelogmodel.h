@@ -8,9 +8,9 @@
 
 class PluginHost;
 
-/// The messages between host and plug-in, the latest at the bottom; the oldest go when they take too much
-/// room.
-class JournalModel final : public QAbstractTableModel
+/// The messages between host and plug-in, oldest first. Removes the oldest tenth at 20,000 messages or 8 MiB
+/// of payload.
+class MessageLogModel final : public QAbstractTableModel
 {
     Q_OBJECT
 public:
@@ -22,7 +22,7 @@ public:
         bool toPlugin;
         QString module;
         QString event;
-        QByteArray payload; // compact JSON; as objects it would take a multiple of the memory
+        QByteArray payload; // compact JSON; a QJsonObject needs a multiple of the memory
 
         QJsonObject data() const;
         /// As HostMessage::toJsonLine().
@@ -31,7 +31,7 @@ public:
         QByteArray toStampedJsonLine() const;
     };
 
-    explicit JournalModel(PluginHost &plugin, QObject *parent = nullptr);
+    explicit MessageLogModel(PluginHost &plugin, QObject *parent = nullptr);
 
     int rowCount(const QModelIndex &parent = {}) const override;
     int columnCount(const QModelIndex &parent = {}) const override;

@@ -40,43 +40,43 @@ QPlainTextEdit *makeJsonEdit(const QString &name)
 
 } // namespace
 
-JournalFilter::JournalFilter(JournalModel &journal, QObject *parent)
-    : QSortFilterProxyModel(parent), m_journal(journal)
+MessageLogFilter::MessageLogFilter(MessageLogModel &log, QObject *parent)
+    : QSortFilterProxyModel(parent), m_log(log)
 {
-    setSourceModel(&journal);
+    setSourceModel(&log);
 }
 
-void JournalFilter::setEvent(const QString &event)
+void MessageLogFilter::setEvent(const QString &event)
 {
     m_event = event;
     invalidateFilter();
 }
 
-void JournalFilter::setText(const QString &text)
+void MessageLogFilter::setText(const QString &text)
 {
     m_text = text;
     invalidateFilter();
 }
 
-bool JournalFilter::filterAcceptsRow(int sourceRow, const QModelIndex &sourceParent) const
+bool MessageLogFilter::filterAcceptsRow(int sourceRow, const QModelIndex &sourceParent) const
 {
     if (sourceParent.isValid())
         return false;
-    const JournalModel::Entry &entry = m_journal.entry(sourceRow);
+    const MessageLogModel::Entry &entry = m_log.entry(sourceRow);
     if (!m_event.isEmpty() && entry.event != m_event)
         return false;
     return m_text.isEmpty() || QString::fromUtf8(entry.toJsonLine()).contains(m_text, Qt::CaseInsensitive);
 }
 
-JournalPanel::JournalPanel(JournalModel &journal, PluginHost &plugin, QWidget *parent)
+MessageLogPanel::MessageLogPanel(MessageLogModel &log, PluginHost &plugin, QWidget *parent)
     : QWidget(parent)
-    , m_journal(journal)
+    , m_log(log)
     , m_plugin(plugin)
-    , m_filter(journal)
+    , m_filter(log)
     , m_table(new QTableView)
-    , m_details(makeJsonEdit(QStringLiteral("journalDetails")))
+    , m_details(makeJsonEdit(QStringLiteral("messageLogDetails")))
 {
-    m_table->setObjectName(QStringLiteral("journalTable"));
+    m_table->setObjectName(QStringLiteral("messageLogTable"));
     m_table->setModel(&m_filter);
     m_table->setSelectionBehavior(QAbstractItemView::SelectRows);
     m_table->setSelectionMode(QAbstractItemView::SingleSelection);
@@ -90,7 +90,7 @@ JournalPanel::JournalPanel(JournalModel &journal, PluginHost &plugin, QWidget *p
 
     auto *side = new QSplitter(Qt::Vertical);
     side->addWidget(m_details);
-    side->addWidget(makeSendDesk());
+    side->addWidget(makeSendBox());
     side->setStretchFactor(0, 3);
     side->setStretchFactor(1, 2);
     auto *splitter = new QSplitter;
@@ -102,18 +102,18 @@ JournalPanel::JournalPanel(JournalModel &journal, PluginHost &plugin, QWidget *p
     layout->addWidget(splitter, 1);
 
     connect(m_table->selectionModel(), &QItemSelectionModel::currentChanged, this,
-            &JournalPanel::showCurrent);
-    connect(&m_journal, &QAbstractItemModel::rowsInserted, this, [this](const QModelIndex &, int first) {
+            &MessageLogPanel::showCurrent);
+    connect(&m_log, &QAbstractItemModel::rowsInserted, this, [this](const QModelIndex &, int first) {
         rememberEvent(first);
         followTail();
     });
-    for (int row = 0; row < m_journal.rowCount(); ++row)
+    for (int row = 0; row < m_log.rowCount(); ++row)
         rememberEvent(row);
 }
 
-JournalPanel::~JournalPanel() = default;
+MessageLogPanel::~MessageLogPanel() = default;
 
-QWidget *JournalPanel::makeFilterRow()
+QWidget *MessageLogPanel::makeFilterRow()
 {
     auto *row = new QWidget;
     auto *layout = new QHBoxLayout(row);
@@ -127,85 +127,87 @@ QWidget *JournalPanel::makeFilterRow()
     text->setPlaceholderText(tr("Найти в сообщении"));
     layout->addWidget(m_eventFilter);
     layout->addWidget(text, 1);
-    const auto addButton = [&](const QString &caption, const char *name, void (JournalPanel::*slot)()) {
+    const auto addButton = [&](const QString &caption, const char *name, void (MessageLogPanel::*slot)()) {
         auto *button = new QPushButton(caption);
         button->setObjectName(QLatin1String(name));
         connect(button, &QPushButton::clicked, this, slot);
         layout->addWidget(button);
         return button;
     };
-    enableWithSelection(*addButton(tr("Копировать"), "copyPushButton", &JournalPanel::copyCurrent), *m_table);
-    addButton(tr("Сохранить…"), "savePushButton", &JournalPanel::chooseAndSave);
-    addButton(tr("Воспроизвести…"), "replayPushButton", &JournalPanel::chooseAndReplay);
+    enableWithSelection(*addButton(tr("Копировать"), "copyPushButton", &MessageLogPanel::copyCurrent),
+                        *m_table);
+    addButton(tr("Сохранить…"), "savePushButton", &MessageLogPanel::chooseAndSave);
+    addButton(tr("Воспроизвести…"), "replayPushButton", &MessageLogPanel::chooseAndReplay);
     auto *clear = new QPushButton(tr("Очистить"));
     layout->addWidget(clear);
 
-    connect(clear, &QPushButton::clicked, &m_journal, &JournalModel::clear);
-    connect(text, &QLineEdit::textChanged, &m_filter, &JournalFilter::setText);
+    connect(clear, &QPushButton::clicked, &m_log, &MessageLogModel::clear);
+    connect(text, &QLineEdit::textChanged, &m_filter, &MessageLogFilter::setText);
     connect(m_eventFilter, QOverload<int>::of(&QComboBox::currentIndexChanged), this,
             [this](int index) { m_filter.setEvent(index > 0 ? m_eventFilter->itemText(index) : QString()); });
     return row;
 }
 
-QWidget *JournalPanel::makeSendDesk()
+QWidget *MessageLogPanel::makeSendBox()
 {
-    auto *desk = new QWidget;
-    auto *layout = new QVBoxLayout(desk);
+    auto *box = new QWidget;
+    auto *layout = new QVBoxLayout(box);
     layout->setContentsMargins(0, 0, 0, 0);
     auto *row = new QHBoxLayout;
     m_eventToSend = new QComboBox;
     m_eventToSend->setObjectName(QStringLiteral("eventToSendComboBox"));
     m_eventToSend->setEditable(true);
-    m_eventToSend->setInsertPolicy(QComboBox::NoInsert); // Enter would put an empty example over the data
+    m_eventToSend->setInsertPolicy(
+        QComboBox::NoInsert); // Enter would replace the data by those of a new, empty item
     for (const EventExample &example : eventExamples())
         m_eventToSend->addItem(example.event, example.data);
     auto *send = new QPushButton(tr("Отправить"));
     send->setObjectName(QStringLiteral("sendPushButton"));
     m_dataToSend = makeJsonEdit(QStringLiteral("dataToSendPlainTextEdit"));
     m_dataToSend->setPlainText(m_eventToSend->currentData().toString());
-    m_complaint = new QLabel;
-    m_complaint->setObjectName(QStringLiteral("sendComplaintLabel"));
-    m_complaint->setStyleSheet(QStringLiteral("color: #b00020"));
-    m_complaint->hide();
+    m_errorLabel = new QLabel;
+    m_errorLabel->setObjectName(QStringLiteral("sendErrorLabel"));
+    m_errorLabel->setStyleSheet(QStringLiteral("color: #b00020"));
+    m_errorLabel->hide();
     row->addWidget(new QLabel(tr("Событие плагину")));
     row->addWidget(m_eventToSend, 1);
     row->addWidget(send);
     layout->addLayout(row);
     layout->addWidget(m_dataToSend, 1);
-    layout->addWidget(m_complaint);
+    layout->addWidget(m_errorLabel);
 
     connect(m_eventToSend, QOverload<int>::of(&QComboBox::activated), this,
             [this] { m_dataToSend->setPlainText(m_eventToSend->currentData().toString()); });
-    connect(send, &QPushButton::clicked, this, &JournalPanel::sendByHand);
-    return desk;
+    connect(send, &QPushButton::clicked, this, &MessageLogPanel::sendByHand);
+    return box;
 }
 
-void JournalPanel::showCurrent()
+void MessageLogPanel::showCurrent()
 {
     const QModelIndex index = m_filter.mapToSource(m_table->currentIndex());
-    const QJsonObject payload = index.isValid() ? m_journal.entry(index.row()).data() : QJsonObject();
+    const QJsonObject payload = index.isValid() ? m_log.entry(index.row()).data() : QJsonObject();
     m_details->setPlainText(index.isValid() ? QString::fromUtf8(QJsonDocument(payload).toJson()) : QString());
 }
 
-void JournalPanel::copyCurrent()
+void MessageLogPanel::copyCurrent()
 {
     const QModelIndex index = m_filter.mapToSource(m_table->currentIndex());
     if (index.isValid())
-        QApplication::clipboard()->setText(QString::fromUtf8(m_journal.entry(index.row()).toJsonLine()));
+        QApplication::clipboard()->setText(QString::fromUtf8(m_log.entry(index.row()).toJsonLine()));
 }
 
-void JournalPanel::chooseAndSave()
+void MessageLogPanel::chooseAndSave()
 {
     const QString fileName = QFileDialog::getSaveFileName(
-        this, tr("Сохранить журнал"), QStringLiteral("garage-journal.jsonl"), tr("Строки JSON (*.jsonl)"));
+        this, tr("Сохранить журнал"), QStringLiteral("garage-log.jsonl"), tr("Строки JSON (*.jsonl)"));
     if (fileName.isEmpty())
         return;
-    const QString error = m_journal.save(fileName);
+    const QString error = m_log.save(fileName);
     if (!error.isEmpty())
         QMessageBox::warning(this, tr("Журнал не сохранён"), error);
 }
 
-void JournalPanel::chooseAndReplay()
+void MessageLogPanel::chooseAndReplay()
 {
     const QString fileName = QFileDialog::getOpenFileName(this, tr("Воспроизвести журнал"), QString(),
                                                           tr("Строки JSON (*.jsonl);;Все файлы (*)"));
@@ -213,7 +215,7 @@ void JournalPanel::chooseAndReplay()
         replay(fileName);
 }
 
-void JournalPanel::replay(const QString &fileName)
+void MessageLogPanel::replay(const QString &fileName)
 {
     m_player = std::make_unique<EventPlayer>(m_plugin);
     const QString error = m_player->load(fileName);
@@ -231,34 +233,34 @@ void JournalPanel::replay(const QString &fileName)
     m_player->start();
 }
 
-void JournalPanel::sendByHand()
+void MessageLogPanel::sendByHand()
 {
     QJsonParseError error {};
     const QByteArray text = m_dataToSend->toPlainText().toUtf8();
     const QJsonDocument payload = QJsonDocument::fromJson(text, &error);
     const QString event = m_eventToSend->currentText().trimmed();
     const bool isSendable = !event.isEmpty() && payload.isObject();
-    m_complaint->setVisible(!isSendable);
+    m_errorLabel->setVisible(!isSendable);
     if (isSendable)
         m_plugin.send(event, payload.object());
     else if (event.isEmpty())
-        m_complaint->setText(tr("Не указано событие"));
+        m_errorLabel->setText(tr("Не указано событие"));
     else
-        m_complaint->setText(error.error == QJsonParseError::NoError
-                                 ? tr("Данные должны быть объектом JSON")
-                                 : tr("Данные не являются JSON: ошибка после символа %1")
-                                       .arg(QString::fromUtf8(text.left(error.offset)).size()));
+        m_errorLabel->setText(error.error == QJsonParseError::NoError
+                                  ? tr("Данные должны быть объектом JSON")
+                                  : tr("Данные не являются JSON: ошибка после символа %1")
+                                        .arg(QString::fromUtf8(text.left(error.offset)).size()));
 }
 
-void JournalPanel::rememberEvent(int row)
+void MessageLogPanel::rememberEvent(int row)
 {
-    const QString event = m_journal.entry(row).event;
+    const QString event = m_log.entry(row).event;
     if (m_eventFilter->findText(event) < 0)
         m_eventFilter->addItem(event);
 }
 
-/// Whoever looks at the latest message keeps seeing the latest.
-void JournalPanel::followTail()
+/// Keeps the latest message visible if it was visible before.
+void MessageLogPanel::followTail()
 {
     const QScrollBar *bar = m_table->verticalScrollBar();
     if (bar->value() == bar->maximum())

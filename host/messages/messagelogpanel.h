@@ -6,7 +6,7 @@
 #include <memory>
 
 class EventPlayer;
-class JournalModel;
+class MessageLogModel;
 class PluginHost;
 class QComboBox;
 class QLabel;
@@ -14,14 +14,14 @@ class QLineEdit;
 class QPlainTextEdit;
 class QTableView;
 
-/// Shows the journal by event name and by text found anywhere in the message.
-class JournalFilter final : public QSortFilterProxyModel
+/// Filters the message log by event name and by text anywhere in the message.
+class MessageLogFilter final : public QSortFilterProxyModel
 {
     Q_OBJECT
 public:
-    explicit JournalFilter(JournalModel &journal, QObject *parent = nullptr);
+    explicit MessageLogFilter(MessageLogModel &log, QObject *parent = nullptr);
 
-    /// An empty name or text lets everything through.
+    /// An empty name or text matches every message.
     void setEvent(const QString &event);
     void setText(const QString &text);
 
@@ -29,25 +29,25 @@ protected:
     bool filterAcceptsRow(int sourceRow, const QModelIndex &sourceParent) const override;
 
 private:
-    const JournalModel &m_journal;
+    const MessageLogModel &m_log;
     QString m_event;
     QString m_text;
 };
 
-/// The protocol at work: the journal, one message in full, and a desk to send any event by hand.
-class JournalPanel final : public QWidget
+/// Shows the message log and the data of the current message, and sends events entered by hand.
+class MessageLogPanel final : public QWidget
 {
     Q_OBJECT
 public:
-    JournalPanel(JournalModel &journal, PluginHost &plugin, QWidget *parent = nullptr);
-    ~JournalPanel() override;
+    MessageLogPanel(MessageLogModel &log, PluginHost &plugin, QWidget *parent = nullptr);
+    ~MessageLogPanel() override;
 
-    /// Plays a file of JSON lines, with progress and a way to stop it.
+    /// Plays a file of JSON lines, with a progress dialog that can stop it.
     void replay(const QString &fileName);
 
 private:
     QWidget *makeFilterRow();
-    QWidget *makeSendDesk();
+    QWidget *makeSendBox();
     void showCurrent();
     void copyCurrent();
     void chooseAndSave();
@@ -56,14 +56,14 @@ private:
     void rememberEvent(int row);
     void followTail();
 
-    JournalModel &m_journal;
+    MessageLogModel &m_log;
     PluginHost &m_plugin;
-    JournalFilter m_filter;
+    MessageLogFilter m_filter;
     QTableView *m_table;
     QPlainTextEdit *m_details;
     QComboBox *m_eventFilter = nullptr;
     QComboBox *m_eventToSend = nullptr;
     QPlainTextEdit *m_dataToSend = nullptr;
-    QLabel *m_complaint = nullptr;
+    QLabel *m_errorLabel = nullptr;
     std::unique_ptr<EventPlayer> m_player;
 };

@@ -7,7 +7,7 @@
 
 namespace {
 
-constexpr int shortestQuiet = 400; // milliseconds
+constexpr int shortestIdleTime = 400; // milliseconds
 
 bool hasRemoteRecords(const QJsonObject &data)
 {
@@ -27,53 +27,53 @@ bool makesReload(const HostMessage &message)
 
 } // namespace
 
-AnswerWatch::AnswerWatch(PluginHost &plugin, QObject *parent) : QObject(parent)
+AnswerWatcher::AnswerWatcher(PluginHost &plugin, QObject *parent) : QObject(parent)
 {
-    m_quiet.setSingleShot(true);
-    m_limit.setSingleShot(true);
-    connect(&plugin, &PluginHost::sent, this, &AnswerWatch::onSent);
-    connect(&plugin, &PluginHost::received, this, &AnswerWatch::onReceived);
-    connect(&m_quiet, &QTimer::timeout, this, [this] { finish(true); });
-    connect(&m_limit, &QTimer::timeout, this, [this] { finish(false); });
+    m_idleTimer.setSingleShot(true);
+    m_limitTimer.setSingleShot(true);
+    connect(&plugin, &PluginHost::sent, this, &AnswerWatcher::onSent);
+    connect(&plugin, &PluginHost::received, this, &AnswerWatcher::onReceived);
+    connect(&m_idleTimer, &QTimer::timeout, this, [this] { finish(true); });
+    connect(&m_limitTimer, &QTimer::timeout, this, [this] { finish(false); });
 }
 
-void AnswerWatch::finishWhenQuiet(int limitMilliseconds)
+void AnswerWatcher::finishWhenIdle(int limitMilliseconds)
 {
     m_finishing = true;
-    m_limit.start(limitMilliseconds);
+    m_limitTimer.start(limitMilliseconds);
     restart();
 }
 
-void AnswerWatch::onSent(const HostMessage &message)
+void AnswerWatcher::onSent(const HostMessage &message)
 {
     if (makesReload(message)) {
-        m_owesReload = true;
+        m_awaitsReload = true;
         m_sinceReload.start();
     }
     restart();
 }
 
-void AnswerWatch::onReceived(const HostMessage &message)
+void AnswerWatcher::onReceived(const HostMessage &message)
 {
-    if (message.event == QLatin1String("update_pending_service") && m_owesReload) {
-        m_owesReload = false;
+    if (message.event == QLatin1String("update_pending_service") && m_awaitsReload) {
+        m_awaitsReload = false;
         m_reloadDuration = m_sinceReload.elapsed();
     }
     restart();
 }
 
-void AnswerWatch::restart()
+void AnswerWatcher::restart()
 {
-    m_quiet.stop();
-    // One answer may belong to an earlier request: the quiet must be longer than a reload takes.
-    if (m_finishing && !m_owesReload)
-        m_quiet.start(int(std::max<qint64>(shortestQuiet, 2 * m_reloadDuration)));
+    m_idleTimer.stop();
+    // The answer may belong to an earlier request: the idle time must be longer than a reload.
+    if (m_finishing && !m_awaitsReload)
+        m_idleTimer.start(int(std::max<qint64>(shortestIdleTime, 2 * m_reloadDuration)));
 }
 
-void AnswerWatch::finish(bool allAnswered)
+void AnswerWatcher::finish(bool allAnswered)
 {
     m_finishing = false;
-    m_quiet.stop();
-    m_limit.stop();
+    m_idleTimer.stop();
+    m_limitTimer.stop();
     emit finished(allAnswered);
 }

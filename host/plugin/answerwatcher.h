@@ -8,15 +8,15 @@
 
 class PluginHost;
 
-/// Watches the talk and tells when the plug-in owes no answer and has been quiet for a while.
-class AnswerWatch final : public QObject
+/// Watches the messages and reports when the plug-in has no request left to answer and has been idle.
+class AnswerWatcher final : public QObject
 {
     Q_OBJECT
 public:
-    explicit AnswerWatch(PluginHost &plugin, QObject *parent = nullptr);
+    explicit AnswerWatcher(PluginHost &plugin, QObject *parent = nullptr);
 
-    /// Emits finished() once, as soon as all is quiet, or when an answer stays away for `limitMilliseconds`.
-    void finishWhenQuiet(int limitMilliseconds = 60000);
+    /// Emits finished(true) once the plug-in is idle, or finished(false) after `limitMilliseconds`.
+    void finishWhenIdle(int limitMilliseconds = 60000);
 
 signals:
     void finished(bool allAnswered);
@@ -27,10 +27,10 @@ private:
     void restart();
     void finish(bool allAnswered);
 
-    QTimer m_quiet;
-    QTimer m_limit;
+    QTimer m_idleTimer;
+    QTimer m_limitTimer;
     QElapsedTimer m_sinceReload;
     qint64 m_reloadDuration = 0;
-    bool m_owesReload = false;
+    bool m_awaitsReload = false;
     bool m_finishing = false;
 };

@@ -16,7 +16,7 @@ QByteArray HostMessage::toJsonLine() const
 
 QByteArray HostMessage::toJsonLine(const QString &module, const QString &event, const QByteArray &payload)
 {
-    // Written by hand around the payload so that the keys stand in the order in which people read them.
+    // Concatenated by hand: QJsonObject sorts its keys, and "module" is to come before "data".
     const auto quoted = [](const QString &text) {
         const QByteArray list = QJsonDocument(QJsonArray {text}).toJson(QJsonDocument::Compact);
         return list.mid(1, list.size() - 2);

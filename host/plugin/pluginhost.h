@@ -7,7 +7,7 @@
 
 class TrivexPluginInterface;
 
-/// Loads one plug-in library and carries the messages between it and the host's rooms. GUI thread.
+/// Loads one plug-in library and connects it to the host's controllers by messages. GUI thread only.
 class PluginHost final : public QObject
 {
     Q_OBJECT
@@ -17,19 +17,19 @@ public:
 
     /// An error text, or empty.
     QString load(const QString &fileName);
-    /// Destroys the plug-in and lets go of its library; the host must have let go of its pages before.
+    /// Destroys the plug-in and unloads its library. The plug-in's widgets must be detached before.
     void unload();
     bool isLoaded() const { return m_plugin != nullptr; }
     /// Null unless loaded.
     TrivexPluginInterface *plugin() const { return m_plugin; }
-    /// How the plug-in calls itself on tabs and pages.
+    /// The plug-in's caption on tabs and pages; empty unless loaded.
     QString caption() const;
 
-    /// Hands one message to the plug-in.
+    /// Calls the plug-in's slot with the message; does nothing unless loaded.
     void send(const QString &event, const QJsonObject &data = {});
     void send(const HostMessage &message);
 
-    /// Where the library lies beside this executable, in the build tree or installed; empty if nowhere.
+    /// Path of the library beside this executable, in the build tree or installed; empty if it is missing.
     static QString defaultLibrary();
 
 signals:

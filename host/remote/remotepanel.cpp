@@ -24,7 +24,7 @@
 namespace {
 
 constexpr int shownRecords = 300;
-constexpr int diaryLines = 500;
+constexpr int logLines = 500;
 constexpr int refillDelay = 150; // milliseconds
 
 QTableView *makeView(QStandardItemModel *model, const char *name)
@@ -59,10 +59,10 @@ QString idList(const QVector<int> &ids)
 
 } // namespace
 
-RemotePanel::RemotePanel(RemoteSide &remote, FleetDesk &desk, QWidget *parent)
+RemotePanel::RemotePanel(RemoteSide &remote, FleetController &fleet, QWidget *parent)
     : QWidget(parent)
     , m_remote(remote)
-    , m_desk(desk)
+    , m_fleet(fleet)
     , m_pending(new QStandardItemModel(this))
     , m_records(new QStandardItemModel(this))
     , m_pendingView(makeView(m_pending, "pendingTableView"))
@@ -72,7 +72,7 @@ RemotePanel::RemotePanel(RemoteSide &remote, FleetDesk &desk, QWidget *parent)
     , m_car(new QComboBox)
     , m_comment(new QLineEdit)
     , m_check(new QLabel)
-    , m_diary(new QPlainTextEdit)
+    , m_log(new QPlainTextEdit)
 {
     m_pending->setHorizontalHeaderLabels({tr("Карт"), tr("Модель"), tr("Операция"), tr("Последний раз")});
     m_records->setHorizontalHeaderLabels(
@@ -87,11 +87,11 @@ RemotePanel::RemotePanel(RemoteSide &remote, FleetDesk &desk, QWidget *parent)
     connect(&m_recordsTimer, &QTimer::timeout, this, &RemotePanel::refillRecords);
     connect(&m_remote, &RemoteSide::recordsChanged, &m_recordsTimer, QOverload<>::of(&QTimer::start));
     connect(&m_remote, &RemoteSide::pendingChanged, this, &RemotePanel::refillPending);
-    connect(&m_remote, &RemoteSide::noted, m_diary, [this](const QString &text) {
-        m_diary->appendPlainText(QTime::currentTime().toString(QStringLiteral("hh:mm:ss  ")) + text);
+    connect(&m_remote, &RemoteSide::logged, m_log, [this](const QString &text) {
+        m_log->appendPlainText(QTime::currentTime().toString(QStringLiteral("hh:mm:ss  ")) + text);
     });
-    connect(&m_desk, &FleetDesk::carsAnnounced, this, &RemotePanel::refillCars);
-    connect(&m_desk, &FleetDesk::peopleAnnounced, this, &RemotePanel::refillPeople);
+    connect(&m_fleet, &FleetController::carsAnnounced, this, &RemotePanel::refillCars);
+    connect(&m_fleet, &FleetController::peopleAnnounced, this, &RemotePanel::refillPeople);
     refillPending();
     refillRecords();
     refillPeople();
@@ -154,9 +154,9 @@ QWidget *RemotePanel::makeRecordsBox()
     send->setObjectName(QStringLiteral("sendWaitingPushButton"));
     m_check->setObjectName(QStringLiteral("archiveCheckLabel"));
     m_check->setWordWrap(true);
-    m_diary->setObjectName(QStringLiteral("remoteDiaryPlainTextEdit"));
-    m_diary->setReadOnly(true);
-    m_diary->setMaximumBlockCount(diaryLines);
+    m_log->setObjectName(QStringLiteral("remoteLogPlainTextEdit"));
+    m_log->setReadOnly(true);
+    m_log->setMaximumBlockCount(logLines);
     auto *row = new QHBoxLayout;
     row->addWidget(atOnce);
     row->addStretch();
@@ -164,7 +164,7 @@ QWidget *RemotePanel::makeRecordsBox()
     layout->addWidget(m_recordsView, 3);
     layout->addLayout(row);
     layout->addWidget(m_check);
-    layout->addWidget(m_diary, 1);
+    layout->addWidget(m_log, 1);
     connect(atOnce, &QCheckBox::toggled, &m_remote, &RemoteSide::setSendsAtOnce);
     connect(send, &QPushButton::clicked, &m_remote, [this] { m_remote.sendWaiting(); });
     return box;
@@ -189,7 +189,7 @@ void RemotePanel::refillRecords()
 {
     const QStringList states = {tr("на трассе"), tr("ждёт"), tr("отправлена"), tr("в архиве"), tr("удалена")};
     QHash<int, QString> numbers;
-    for (const FleetCar &car : m_desk.fleet().cars())
+    for (const FleetCar &car : m_fleet.fleet().cars())
         numbers.insert(car.id, car.number);
     m_records->removeRows(0, m_records->rowCount());
     for (const RemoteRecord &record : m_remote.store().latest(shownRecords))
@@ -203,7 +203,7 @@ void RemotePanel::refillPeople()
 {
     const int chosen = m_person->currentIndex();
     m_person->clear();
-    for (const FleetPerson &person : m_desk.fleet().people())
+    for (const FleetPerson &person : m_fleet.fleet().people())
         m_person->addItem(tr("%1 %2 (код %3)").arg(person.lastName, person.firstName, person.serviceCode));
     m_person->setCurrentIndex(qBound(m_person->count() > 0 ? 0 : -1, chosen, m_person->count() - 1));
 }
@@ -212,7 +212,7 @@ void RemotePanel::refillCars()
 {
     const int chosen = m_car->currentData().toInt();
     m_car->clear();
-    for (const FleetCar &car : m_desk.fleet().cars())
+    for (const FleetCar &car : m_fleet.fleet().cars())
         m_car->addItem(
             tr("%1 — %2 (%3)").arg(car.number, car.model, car.available ? tr("в работе") : tr("не в работе")),
             car.id);
@@ -222,7 +222,7 @@ void RemotePanel::refillCars()
 void RemotePanel::completeCurrent()
 {
     const int row = m_pendingView->currentIndex().row();
-    const QVector<FleetPerson> people = m_desk.fleet().people();
+    const QVector<FleetPerson> people = m_fleet.fleet().people();
     if (row < 0 || row >= m_shownPending.size())
         return;
     const PendingService work = m_shownPending.at(row);
@@ -239,8 +239,8 @@ void RemotePanel::showCheck()
         parts.append(tr("не удалась, %1").arg(findings.errorText));
     if (!findings.missing.isEmpty())
         parts.append(tr("в базе нет архивных записей: %1").arg(idList(findings.missing)));
-    if (!findings.undead.isEmpty())
-        parts.append(tr("в базе остались удалённые записи: %1").arg(idList(findings.undead)));
+    if (!findings.notDeleted.isEmpty())
+        parts.append(tr("в базе остались удалённые записи: %1").arg(idList(findings.notDeleted)));
     m_check->setStyleSheet(findings.isGood() ? QStringLiteral("color: #1b7a2f")
                                              : QStringLiteral("color: #b00020"));
     m_check->setText(findings.isGood() ? tr("Сверка: в архиве %1, все есть в базе").arg(findings.archived)

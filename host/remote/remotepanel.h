@@ -5,7 +5,7 @@
 #include <QTimer>
 #include <QWidget>
 
-class FleetDesk;
+class FleetController;
 class QComboBox;
 class QLabel;
 class QLineEdit;
@@ -13,12 +13,12 @@ class QPlainTextEdit;
 class QStandardItemModel;
 class QTableView;
 
-/// The remote side's window: what waits for service, who did it, the records, the diary.
+/// Shows the remote side: the due list, the form to complete a service, the records, the log.
 class RemotePanel final : public QWidget
 {
     Q_OBJECT
 public:
-    RemotePanel(RemoteSide &remote, FleetDesk &desk, QWidget *parent = nullptr);
+    RemotePanel(RemoteSide &remote, FleetController &fleet, QWidget *parent = nullptr);
 
 private:
     QWidget *makePendingBox();
@@ -32,7 +32,7 @@ private:
     void showCheck();
 
     RemoteSide &m_remote;
-    FleetDesk &m_desk;
+    FleetController &m_fleet;
     QVector<PendingService> m_shownPending;
     QTimer m_recordsTimer;
     QStandardItemModel *m_pending;
@@ -44,5 +44,5 @@ private:
     QComboBox *m_car;
     QLineEdit *m_comment;
     QLabel *m_check;
-    QPlainTextEdit *m_diary;
+    QPlainTextEdit *m_log;
 };

@@ -13,7 +13,7 @@ namespace {
 
 QString nowText()
 {
-    return TimestampText().of(QDateTime::currentMSecsSinceEpoch());
+    return TimestampFormatter().format(QDateTime::currentMSecsSinceEpoch());
 }
 
 /// The plug-in writes minutes only, with a blank or a "T" and with or without the zone.
@@ -24,7 +24,7 @@ QString fullTime(QString text)
     const QDateTime time = QDateTime::fromString(text, Qt::ISODate);
     if (!time.isValid())
         return nowText();
-    return TimestampText().of(QDateTime(time.date(), time.time(), Qt::UTC).toMSecsSinceEpoch());
+    return TimestampFormatter().format(QDateTime(time.date(), time.time(), Qt::UTC).toMSecsSinceEpoch());
 }
 
 QVector<int> idsOf(const QVector<RemoteRecord> &records)
@@ -40,8 +40,8 @@ QVector<int> idsOf(const QVector<RemoteRecord> &records)
 RemoteSide::RemoteSide(const QString &recordsPath, HostConnection &track, PluginHost &plugin, QObject *parent)
     : QObject(parent), m_store(recordsPath), m_track(track), m_plugin(plugin)
 {
-    // Queued: the plug-in has finished what it was saying before it hears the answer.
-    connect(&plugin, &PluginHost::received, this, &RemoteSide::take, Qt::QueuedConnection);
+    // Queued: the plug-in must return from its signal before it gets an answer.
+    connect(&plugin, &PluginHost::received, this, &RemoteSide::handleMessage, Qt::QueuedConnection);
 }
 
 QString RemoteSide::prepare()
@@ -54,7 +54,7 @@ bool RemoteSide::complete(const PendingService &work, const FleetPerson &by, con
 {
     const std::optional<bool> isOpen = isOpenAtTrack(work.localId);
     if (!isOpen) {
-        emit noted(tr("Не отмечено, база трассы не читается: %1").arg(m_track.errorText()));
+        emit logged(tr("Не отмечено, база трассы не читается: %1").arg(m_track.errorText()));
         return false;
     }
     RemoteRecord record;
@@ -66,8 +66,8 @@ bool RemoteSide::complete(const PendingService &work, const FleetPerson &by, con
     record.operatorName = QStringList {by.lastName, by.firstName}.join(QLatin1Char(' ')).trimmed();
     record.serviceCode = by.serviceCode;
     record.comment = comment;
-    // The due list names the last record also where that is done and only overrun; closing "it" would move
-    // the old record instead of adding one.
+    // The due list names the last record also where that is done and only overrun; closing that
+    // record would change it instead of adding one.
     record.localId = *isOpen ? work.localId : -1;
     m_store.add(record);
     emit recordsChanged();
@@ -87,7 +87,7 @@ void RemoteSide::sendWaiting(Channel channel)
     QJsonObject data {
         {QStringLiteral("data"), QString::fromUtf8(QJsonDocument(array).toJson(QJsonDocument::Compact))}};
     m_store.setState(idsOf(waiting), RemoteRecord::Sent);
-    emit noted(tr("Отправлено записей: %1").arg(waiting.size()));
+    emit logged(tr("Отправлено записей: %1").arg(waiting.size()));
     if (channel == Channel::Service) {
         m_plugin.send(QStringLiteral("remote_service_data"), data);
     } else {
@@ -130,28 +130,28 @@ ArchiveFindings RemoteSide::checkArchive()
     }
     for (const RemoteRecord &record : m_store.inState(RemoteRecord::Deleted)) {
         if (remoteIds.contains(record.id))
-            findings.undead.append(record.id);
+            findings.notDeleted.append(record.id);
     }
     return findings;
 }
 
-void RemoteSide::take(const HostMessage &message)
+void RemoteSide::handleMessage(const HostMessage &message)
 {
-    static const QHash<QString, void (RemoteSide::*)(const QJsonObject &)> takers = {
-        {QStringLiteral("add_remote_service"), &RemoteSide::takeRecord},
-        {QStringLiteral("remote_service_delete"), &RemoteSide::takeDeletion},
-        {QStringLiteral("remote_service_move_to_archive"), &RemoteSide::takeArchive},
-        {QStringLiteral("update_pending_service"), &RemoteSide::takePending},
-        {QStringLiteral("service_ops_changed"), &RemoteSide::takeOperations},
-        {QStringLiteral("remote_control_answer"), &RemoteSide::takeAnswer},
+    static const QHash<QString, void (RemoteSide::*)(const QJsonObject &)> handlers = {
+        {QStringLiteral("add_remote_service"), &RemoteSide::handleRecord},
+        {QStringLiteral("remote_service_delete"), &RemoteSide::handleDeletion},
+        {QStringLiteral("remote_service_move_to_archive"), &RemoteSide::handleArchive},
+        {QStringLiteral("update_pending_service"), &RemoteSide::handlePending},
+        {QStringLiteral("service_ops_changed"), &RemoteSide::handleOperations},
+        {QStringLiteral("remote_control_answer"), &RemoteSide::handleAnswer},
     };
     if (message.event == QLatin1String("update_remote_service"))
         sendWaiting();
-    else if (const auto taker = takers.value(message.event))
-        (this->*taker)(message.data);
+    else if (const auto handler = handlers.value(message.event))
+        (this->*handler)(message.data);
 }
 
-void RemoteSide::takeRecord(const QJsonObject &data)
+void RemoteSide::handleRecord(const QJsonObject &data)
 {
     const bool isDoneHere = data.value(QLatin1String("updateFromLocal")).toBool();
     RemoteRecord record;
@@ -165,34 +165,34 @@ void RemoteSide::takeRecord(const QJsonObject &data)
     record.operatorId = data.value(isDoneHere ? QLatin1String("operatorId") : QLatin1String("pId")).toInt(-1);
     record.operatorName =
         data.value(isDoneHere ? QLatin1String("operatorName") : QLatin1String("pName")).toString();
-    // Marking a journal record done stores nothing at the track: it waits for the record to come back.
+    // The module stores a record marked done in its window only when the remote side sends it back.
     record.state = isDoneHere ? RemoteRecord::Waiting : RemoteRecord::Kept;
     const int id = m_store.add(record);
-    emit noted(tr("Принята запись %1: %2").arg(id).arg(record.opName.simplified()));
+    emit logged(tr("Принята запись %1: %2").arg(id).arg(record.opName.simplified()));
     emit recordsChanged();
     if (isDoneHere && m_sendsAtOnce)
         sendWaiting();
 }
 
-void RemoteSide::takeDeletion(const QJsonObject &data)
+void RemoteSide::handleDeletion(const QJsonObject &data)
 {
     const int localId = data.value(QLatin1String("localId")).toInt(-1);
     m_store.markDeleted(data.value(QLatin1String("remoteId")).toInt(-1), localId);
-    emit noted(tr("На трассе удалена запись %1").arg(localId));
+    emit logged(tr("На трассе удалена запись %1").arg(localId));
     emit recordsChanged();
 }
 
-void RemoteSide::takeArchive(const QJsonObject &data)
+void RemoteSide::handleArchive(const QJsonObject &data)
 {
     QVector<int> ids;
     for (const QJsonValue id : data.value(QLatin1String("idList")).toArray())
         ids.append(id.toInt(-1));
     m_store.setState(ids, RemoteRecord::Archived);
-    emit noted(tr("В архив: %1").arg(ids.size()));
+    emit logged(tr("В архив: %1").arg(ids.size()));
     emit recordsChanged();
 }
 
-void RemoteSide::takePending(const QJsonObject &data)
+void RemoteSide::handlePending(const QJsonObject &data)
 {
     m_pending.clear();
     for (const QJsonValue value : data.value(QLatin1String("servicePendingList")).toArray()) {
@@ -210,7 +210,7 @@ void RemoteSide::takePending(const QJsonObject &data)
     emit pendingChanged();
 }
 
-void RemoteSide::takeOperations(const QJsonObject &data)
+void RemoteSide::handleOperations(const QJsonObject &data)
 {
     m_operations.clear();
     for (const QJsonValue value : data.value(QLatin1String("opsList")).toArray()) {
@@ -218,10 +218,10 @@ void RemoteSide::takeOperations(const QJsonObject &data)
         m_operations.insert(operation.value(QLatin1String("id")).toInt(-1),
                             operation.value(QLatin1String("opName")).toString());
     }
-    emit noted(tr("Список операций изменён, операций: %1").arg(m_operations.size()));
+    emit logged(tr("Список операций изменён, операций: %1").arg(m_operations.size()));
 }
 
-void RemoteSide::takeAnswer(const QJsonObject &data)
+void RemoteSide::handleAnswer(const QJsonObject &data)
 {
     const QJsonObject answer = data.value(QLatin1String("req_answ")).toObject();
     const bool available = answer.value(QLatin1String("carAvailable")).toBool();
@@ -230,8 +230,8 @@ void RemoteSide::takeAnswer(const QJsonObject &data)
         cars.append(carNumber(id.toInt(-1)));
     if (answer.contains(QLatin1String("carId")))
         cars.append(carNumber(answer.value(QLatin1String("carId")).toInt(-1)));
-    emit noted(tr("Ответ пультам: карт %1 %2")
-                   .arg(cars.join(QLatin1String(", ")), available ? tr("в работе") : tr("не в работе")));
+    emit logged(tr("Ответ пультам: карт %1 %2")
+                    .arg(cars.join(QLatin1String(", ")), available ? tr("в работе") : tr("не в работе")));
 }
 
 QString RemoteSide::carNumber(int carId)

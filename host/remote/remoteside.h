@@ -23,19 +23,19 @@ struct PendingService
     int localId = -1;
 };
 
-/// What a check of the remote side's archive against the track's database found.
+/// Result of comparing the remote side's archive with the track's database.
 struct ArchiveFindings
 {
     QString errorText; // why the check could not be made, or empty
     int archived = 0;
-    QVector<int> missing; // archived here, no row there
-    QVector<int> undead; // deleted here, a row there
+    QVector<int> missing; // archived here, no row in the track's database
+    QVector<int> notDeleted; // deleted here, a row in the track's database
 
-    bool isGood() const { return errorText.isEmpty() && missing.isEmpty() && undead.isEmpty(); }
+    bool isGood() const { return errorText.isEmpty() && missing.isEmpty() && notDeleted.isEmpty(); }
 };
 
-/// Stands in for the web service and the remote controls: keeps records of its own, takes what the plug-in
-/// tells the remote side, and sends done work and availability requests.
+/// Simulates the web service and the remote controls: stores records of its own, handles the plug-in's
+/// messages to the remote side, sends completed services and availability requests.
 class RemoteSide final : public QObject
 {
     Q_OBJECT
@@ -53,12 +53,13 @@ public:
     /// Operation names by id, as last announced.
     const QMap<int, QString> &operations() const { return m_operations; }
 
-    /// Marks the work done now by the person and sends it. False if the track's database cannot be read.
+    /// Records the service as done now by the person and sends it. False if the track's database is
+    /// unreadable.
     bool complete(const PendingService &work, const FleetPerson &by, const QString &comment, Channel channel);
-    /// Sends everything that waits.
+    /// Sends every waiting record in one message.
     void sendWaiting(Channel channel = Channel::Service);
     void switchAvailability(int carId);
-    /// Whether work comes back to the track as soon as it is known here; otherwise it waits to be asked for.
+    /// Whether completed services are sent at once or with the next sendWaiting().
     void setSendsAtOnce(bool atOnce) { m_sendsAtOnce = atOnce; }
 
     ArchiveFindings checkArchive();
@@ -66,18 +67,18 @@ public:
 signals:
     void pendingChanged();
     void recordsChanged();
-    /// Something worth a line in the remote side's diary.
-    void noted(const QString &text);
+    /// A line for the remote side's log.
+    void logged(const QString &text);
 
 private:
-    void take(const HostMessage &message);
-    void takeRecord(const QJsonObject &data);
-    void takeDeletion(const QJsonObject &data);
-    void takeArchive(const QJsonObject &data);
-    void takePending(const QJsonObject &data);
-    void takeOperations(const QJsonObject &data);
-    void takeAnswer(const QJsonObject &data);
-    /// The number that people know the car by.
+    void handleMessage(const HostMessage &message);
+    void handleRecord(const QJsonObject &data);
+    void handleDeletion(const QJsonObject &data);
+    void handleArchive(const QJsonObject &data);
+    void handlePending(const QJsonObject &data);
+    void handleOperations(const QJsonObject &data);
+    void handleAnswer(const QJsonObject &data);
+    /// The car's number, or a text with the id if the car is unknown.
     QString carNumber(int carId);
     /// Nothing if the track's database cannot be read.
     std::optional<bool> isOpenAtTrack(int localId);

@@ -33,7 +33,7 @@ QString RemoteStore::prepare(int usedRemoteId)
     initResources();
     if (!m_connection.isOpen() || !m_connection.execScript(QStringLiteral(":/host/remotetables.sql")))
         return m_connection.errorText();
-    // A record under an id that the track knows already would overwrite the older one there.
+    // A new record with an id that the track's database knows would overwrite the older one.
     const int last =
         m_connection.value(QStringLiteral("SELECT seq FROM sqlite_sequence WHERE name='remote_records'"))
             .toInt();
@@ -71,8 +71,8 @@ void RemoteStore::markDeleted(int remoteId, int localId)
         m_connection.exec(QStringLiteral("UPDATE remote_records SET state=? WHERE id=?"),
                           {RemoteRecord::Deleted, remoteId});
     if (localId >= 0) {
-        // What is still on its way finds nothing to close there: it will be stored as a record of its own,
-        // which another word of this deletion does not concern.
+        // A record already sent finds no local record to close: the module stores it as a new one, to which
+        // this deletion does not apply.
         m_connection.exec(
             QStringLiteral("UPDATE remote_records SET local_id=-1 WHERE local_id=? AND state=?"),
             {localId, RemoteRecord::Sent});

@@ -6,11 +6,11 @@
 #include <QJsonObject>
 #include <QVector>
 
-/// A service record as the remote side keeps it.
+/// A service record of the remote side.
 struct RemoteRecord
 {
     enum State {
-        Kept, // done and stored at the track; here for the books only
+        Kept, // stored in the track's database already
         Waiting, // to be sent to the track
         Sent, // not yet archived
         Archived, // the track has stored it
@@ -33,19 +33,19 @@ struct RemoteRecord
     QJsonObject toJson() const;
 };
 
-/// The remote side's file of records.
+/// The remote side's records in their SQLite file.
 class RemoteStore final
 {
 public:
     explicit RemoteStore(const QString &path);
 
-    /// An error text, or empty. `usedRemoteId` is the highest id that the track already knows.
+    /// An error text, or empty. `usedRemoteId` is the highest id in the track's database.
     QString prepare(int usedRemoteId);
 
     /// Stores the record under a new id, which it returns.
     int add(const RemoteRecord &record);
     void setState(const QVector<int> &ids, RemoteRecord::State state);
-    /// Marks whatever belongs to the deleted local record.
+    /// Marks the records that belong to the deleted local record.
     void markDeleted(int remoteId, int localId);
 
     /// Latest first; at most `limit`.

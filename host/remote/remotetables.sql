@@ -1,4 +1,4 @@
--- The remote side's own records, in a file of its own: it is another party, not a room of the host's.
+-- The remote side's records. They have a file of their own because the remote side is another system.
 CREATE TABLE IF NOT EXISTS remote_records (
     id            INTEGER PRIMARY KEY AUTOINCREMENT,
     car_id        INTEGER,

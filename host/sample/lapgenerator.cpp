@@ -8,23 +8,22 @@
 namespace {
 constexpr int openingHour = 10;
 constexpr qint64 openMilliseconds = 12 * 3600 * 1000LL;
-constexpr qint64 quietBeforeNow = 10 * 60 * 1000LL; // the last run has ended when the demonstration begins
+constexpr qint64 quietBeforeNow = 10 * 60 * 1000LL; // the last run ends before the program starts
 } // namespace
 
-DrivingHistory::DrivingHistory(const DrivingPlan &plan, const QVector<int> &lapTimes,
-                               QRandomGenerator &random)
+LapGenerator::LapGenerator(const DrivingPlan &plan, const QVector<int> &lapTimes, QRandomGenerator &random)
     : m_plan(plan), m_lapTimes(lapTimes), m_random(random), m_runs(lapTimes.size()), m_order(lapTimes.size())
 {
     std::iota(m_order.begin(), m_order.end(), 0);
 }
 
-int DrivingHistory::expectedLaps() const
+int LapGenerator::expectedLaps() const
 {
     const int all = m_plan.days * m_plan.runsPerDay * m_plan.carsPerRun * m_plan.lapsPerRun;
     return m_plan.lapCount > 0 ? m_plan.lapCount : all;
 }
 
-bool DrivingHistory::drive(const QDateTime &now, const LapWriter &write)
+bool LapGenerator::generate(const QDateTime &now, const LapWriter &write)
 {
     const qint64 lastFinish = now.toMSecsSinceEpoch() - quietBeforeNow;
     const qint64 pause = openMilliseconds / m_plan.runsPerDay;
@@ -34,14 +33,14 @@ bool DrivingHistory::drive(const QDateTime &now, const LapWriter &write)
             const qint64 start = opening.toMSecsSinceEpoch() + run * pause;
             if (start + pause > lastFinish)
                 break;
-            if (!driveRun(start, write))
+            if (!generateRun(start, write))
                 return false;
         }
     }
     return true;
 }
 
-bool DrivingHistory::driveRun(qint64 start, const LapWriter &write)
+bool LapGenerator::generateRun(qint64 start, const LapWriter &write)
 {
     ++m_runId;
     const QVector<int> cars = chooseCars();
@@ -62,7 +61,7 @@ bool DrivingHistory::driveRun(qint64 start, const LapWriter &write)
     return true;
 }
 
-QVector<int> DrivingHistory::chooseCars()
+QVector<int> LapGenerator::chooseCars()
 {
     const int count = std::min(m_plan.carsPerRun, m_order.size());
     for (int place = 0; place < count; ++place)

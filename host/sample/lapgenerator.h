@@ -7,17 +7,17 @@
 class QDateTime;
 class QRandomGenerator;
 
-/// How much a season of driving holds.
+/// The extent of the generated laps.
 struct DrivingPlan
 {
     int days;
     int runsPerDay;
     int carsPerRun;
     int lapsPerRun;
-    int lapCount; // stop here; 0 = drive all days to their end
+    int lapCount; // the maximum; 0 = no maximum
 };
 
-/// What one car drove in one run. Times are milliseconds since the epoch, UTC.
+/// The share of one car in one run. Times are milliseconds since the epoch, UTC.
 struct CarRun
 {
     qint64 start;
@@ -26,7 +26,7 @@ struct CarRun
 };
 
 /// A finished lap.
-struct DrivenLap
+struct GeneratedLap
 {
     int carIndex;
     int runId;
@@ -34,25 +34,25 @@ struct DrivenLap
     int milliseconds;
 };
 
-/// Drives karts up and down the past: days of opening hours, runs one after the other, laps that differ.
-class DrivingHistory final
+/// Generates the laps of past days: runs one after the other during opening hours, with varying lap times.
+class LapGenerator final
 {
 public:
-    /// Called for each lap in time order; false stops the driving.
-    using LapWriter = std::function<bool(const DrivenLap &lap, int lapsSoFar)>;
+    /// Called for each lap in time order; false stops the generation.
+    using LapWriter = std::function<bool(const GeneratedLap &lap, int lapsSoFar)>;
 
-    DrivingHistory(const DrivingPlan &plan, const QVector<int> &lapTimes, QRandomGenerator &random);
+    LapGenerator(const DrivingPlan &plan, const QVector<int> &lapTimes, QRandomGenerator &random);
 
-    /// Drives until `now`. False if the writer stopped it.
-    bool drive(const QDateTime &now, const LapWriter &write);
+    /// Generates the laps until `now`. False if the writer stopped it.
+    bool generate(const QDateTime &now, const LapWriter &write);
 
     int lapCount() const { return m_laps; }
-    /// About how many laps there will be.
+    /// The approximate number of laps of generate().
     int expectedLaps() const;
     const QVector<CarRun> &runsOf(int carIndex) const { return m_runs.at(carIndex); }
 
 private:
-    bool driveRun(qint64 start, const LapWriter &write);
+    bool generateRun(qint64 start, const LapWriter &write);
     QVector<int> chooseCars();
     bool isFull() const { return m_plan.lapCount > 0 && m_laps >= m_plan.lapCount; }
 

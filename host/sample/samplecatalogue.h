@@ -3,7 +3,7 @@
 #include <QString>
 #include <QVector>
 
-/// The names and figures from which sample data are made.
+/// The names and figures of the sample data.
 namespace SampleCatalogue {
 
 struct Operation
@@ -17,7 +17,7 @@ struct Operation
 struct Model
 {
     QString name;
-    double endurance; // how much more than the catalogue's limits it may drive
+    double endurance; // factor on the operations' limits
     int lapMilliseconds; // a typical lap
 };
 

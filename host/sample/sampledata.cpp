@@ -27,7 +27,7 @@ struct SampleSize
     int limitFactor;
     int openComplaints;
     int openOperations;
-    int resting; // karts out of work
+    int resting; // karts not available for runs
     int history; // records per kart and operation at most
     int recordCount; // fill up to so many; 0 = leave as it comes
     DrivingPlan driving;
@@ -53,11 +53,11 @@ struct ServiceRecord
     QString comment;
 };
 
-class SampleMaker
+class SampleGenerator final
 {
 public:
-    SampleMaker(HostConnection &connection, const SampleSize &size, quint32 seed, const QDateTime &now,
-                const SampleProgress &progress)
+    SampleGenerator(HostConnection &connection, const SampleSize &size, quint32 seed, const QDateTime &now,
+                    const SampleProgress &progress)
         : m_connection(connection)
         , m_size(size)
         , m_now(now)
@@ -65,7 +65,7 @@ public:
         , m_random(seed)
         , m_models(SampleCatalogue::models())
         , m_operations(SampleCatalogue::operations(size.operations))
-        , m_driving(size.driving, lapTimes(), m_random)
+        , m_laps(size.driving, lapTimes(), m_random)
     {
     }
 
@@ -96,12 +96,12 @@ private:
     QRandomGenerator m_random;
     const QVector<SampleCatalogue::Model> m_models;
     const QVector<SampleCatalogue::Operation> m_operations;
-    DrivingHistory m_driving;
+    LapGenerator m_laps;
     QVector<ServiceRecord> m_services;
     bool m_cancelled = false;
 };
 
-QVector<int> SampleMaker::lapTimes() const
+QVector<int> SampleGenerator::lapTimes() const
 {
     QVector<int> times;
     for (int car = 0; car < m_size.cars; ++car)
@@ -109,8 +109,8 @@ QVector<int> SampleMaker::lapTimes() const
     return times;
 }
 
-/// Limits are round numbers, as people set them.
-int SampleMaker::limit(int catalogueLimit, int model) const
+/// Rounds limits to the precision in which users enter them.
+int SampleGenerator::limit(int catalogueLimit, int model) const
 {
     const int unit = catalogueLimit >= 1800 ? 360 : (catalogueLimit >= 100 ? 10 : 1);
     const double value = catalogueLimit * m_size.limitFactor * m_models.at(model).endurance;
@@ -118,7 +118,7 @@ int SampleMaker::limit(int catalogueLimit, int model) const
 }
 
 /// True if one of the limits is used up to the given share.
-bool SampleMaker::isOverrun(int carIndex, int operation, const Driven &driven, double share) const
+bool SampleGenerator::isOverrun(int carIndex, int operation, const Driven &driven, double share) const
 {
     const int model = modelOf(carIndex);
     const SampleCatalogue::Operation &rule = m_operations.at(operation);
@@ -128,7 +128,7 @@ bool SampleMaker::isOverrun(int carIndex, int operation, const Driven &driven, d
         || reaches(driven.laps, limit(rule.lapsLimit, model));
 }
 
-SampleOutcome SampleMaker::make()
+SampleOutcome SampleGenerator::make()
 {
     HostTransaction transaction(m_connection);
     const bool written =
@@ -138,10 +138,10 @@ SampleOutcome SampleMaker::make()
     planServices();
     planOpenWork();
     fillUpHistory();
-    return writeServices() && transaction.commit() ? SampleOutcome::Made : SampleOutcome::Failed;
+    return writeServices() && transaction.commit() ? SampleOutcome::Done : SampleOutcome::Failed;
 }
 
-bool SampleMaker::writeCars()
+bool SampleGenerator::writeCars()
 {
     for (int car = 0; car < m_size.cars; ++car) {
         const int id = firstCarId + car;
@@ -157,7 +157,7 @@ bool SampleMaker::writeCars()
     return true;
 }
 
-bool SampleMaker::writePeople()
+bool SampleGenerator::writePeople()
 {
     int number = 0;
     for (const SampleCatalogue::Person &person : SampleCatalogue::people()) {
@@ -174,7 +174,7 @@ bool SampleMaker::writePeople()
     return true;
 }
 
-bool SampleMaker::writeSchedule()
+bool SampleGenerator::writeSchedule()
 {
     for (int operation = 0; operation < m_operations.size(); ++operation) {
         const SampleCatalogue::Operation &rule = m_operations.at(operation);
@@ -194,9 +194,9 @@ bool SampleMaker::writeSchedule()
     return true;
 }
 
-bool SampleMaker::writeLaps()
+bool SampleGenerator::writeLaps()
 {
-    // Three million laps go in twice as fast when the index is made afterwards.
+    // Inserting three million laps takes half the time if the index is created afterwards.
     const QString index =
         m_connection.value(QStringLiteral("SELECT sql FROM sqlite_master WHERE name='laps_by_car'"))
             .toString();
@@ -204,12 +204,12 @@ bool SampleMaker::writeLaps()
         return false;
     QSqlQuery insert = m_connection.prepared(
         QStringLiteral("INSERT INTO laps (car_id,run_id,lap_timestamp,sum_sectors) VALUES (?,?,?,?)"));
-    TimestampText timestamp;
-    const int expected = m_driving.expectedLaps();
-    const bool driven = m_driving.drive(m_now, [&](const DrivenLap &lap, int lapsSoFar) {
+    TimestampFormatter timestamp;
+    const int expected = m_laps.expectedLaps();
+    const bool driven = m_laps.generate(m_now, [&](const GeneratedLap &lap, int lapsSoFar) {
         insert.bindValue(0, firstCarId + lap.carIndex);
         insert.bindValue(1, lap.runId);
-        insert.bindValue(2, timestamp.of(lap.finished));
+        insert.bindValue(2, timestamp.format(lap.finished));
         insert.bindValue(3, lap.milliseconds);
         if (!m_connection.exec(insert))
             return false;
@@ -221,7 +221,7 @@ bool SampleMaker::writeLaps()
     return driven && (index.isEmpty() || m_connection.exec(index));
 }
 
-void SampleMaker::planServices()
+void SampleGenerator::planServices()
 {
     for (int car = 0; car < m_size.cars; ++car) {
         for (int operation = 0; operation < m_operations.size(); ++operation) {
@@ -232,11 +232,11 @@ void SampleMaker::planServices()
     }
 }
 
-/// Walks back from today: the last service lies some share of the limit ago, the ones before about a whole
-/// one.
-void SampleMaker::planServicesOf(int carIndex, int operation)
+/// Goes back from today: the last service is a share of the limit ago, the earlier ones about a whole limit
+/// apart.
+void SampleGenerator::planServicesOf(int carIndex, int operation)
 {
-    const QVector<CarRun> &runs = m_driving.runsOf(carIndex);
+    const QVector<CarRun> &runs = m_laps.runsOf(carIndex);
     const bool overdue = m_random.bounded(100) < 15;
     double share = overdue ? 1.1 + m_random.generateDouble() * 0.4 : 0.1 + m_random.generateDouble() * 0.65;
     Driven driven;
@@ -258,7 +258,7 @@ void SampleMaker::planServicesOf(int carIndex, int operation)
             {carIndex, operation + 1, runs.first().start - mechanicsDelay, doneState, QString()});
 }
 
-void SampleMaker::planOpenWork()
+void SampleGenerator::planOpenWork()
 {
     const qint64 now = m_now.toMSecsSinceEpoch();
     const qint64 hour = 3600 * 1000;
@@ -267,8 +267,8 @@ void SampleMaker::planOpenWork()
         const int car = number * m_size.cars / m_size.openComplaints + 1;
         m_services.append({car, complaintOperation, now - (number * 7 + 2) * hour, openState,
                            complaints.at(number % complaints.size())});
-        const int healed = (car + 3) % m_size.cars;
-        m_services.append({healed, complaintOperation, now - (number * 11 + 30) * hour, doneState,
+        const int repaired = (car + 3) % m_size.cars;
+        m_services.append({repaired, complaintOperation, now - (number * 11 + 30) * hour, doneState,
                            complaints.at((number + 3) % complaints.size())});
     }
     for (int number = 0; number < m_size.openOperations; ++number) {
@@ -278,8 +278,8 @@ void SampleMaker::planOpenWork()
     }
 }
 
-/// Closed complaints of long ago, until the journal is as long as it is meant to be.
-void SampleMaker::fillUpHistory()
+/// Adds old closed complaints until the service log has the planned number of records.
+void SampleGenerator::fillUpHistory()
 {
     const qint64 oldest = m_now.addDays(-m_size.driving.days).toMSecsSinceEpoch();
     while (m_services.size() < m_size.recordCount) {
@@ -289,12 +289,12 @@ void SampleMaker::fillUpHistory()
     }
 }
 
-bool SampleMaker::writeServices()
+bool SampleGenerator::writeServices()
 {
     std::stable_sort(m_services.begin(), m_services.end(),
                      [](const ServiceRecord &a, const ServiceRecord &b) { return a.time < b.time; });
     const QVector<SampleCatalogue::Person> people = SampleCatalogue::people();
-    TimestampText timestamp;
+    TimestampFormatter timestamp;
     for (const ServiceRecord &record : qAsConst(m_services)) {
         const int person = m_random.bounded(people.size());
         const SampleCatalogue::Person &by = people.at(person);
@@ -303,7 +303,7 @@ bool SampleMaker::writeServices()
         if (!m_connection.exec(
                 QStringLiteral("INSERT INTO maintainance (car_id,operation_id,operation_time,person_id,"
                                "person_name,comment,operation_state) VALUES (?,?,?,?,?,?,?)"),
-                {firstCarId + record.carIndex, record.operation, timestamp.of(record.time),
+                {firstCarId + record.carIndex, record.operation, timestamp.format(record.time),
                  firstPersonId + person, name, record.comment, record.state}))
             return false;
     }
@@ -312,11 +312,11 @@ bool SampleMaker::writeServices()
 
 } // namespace
 
-SampleOutcome makeSampleData(HostConnection &connection, SampleKind kind, quint32 seed, const QDateTime &now,
-                             const SampleProgress &progress)
+SampleOutcome generateSampleData(HostConnection &connection, SampleKind kind, quint32 seed,
+                                 const QDateTime &now, const SampleProgress &progress)
 {
     if (kind == SampleKind::Empty)
-        return SampleOutcome::Made;
+        return SampleOutcome::Done;
     const SampleSize &size = kind == SampleKind::Season ? seasonSize : sampleSize;
-    return SampleMaker(connection, size, seed, now, progress).make();
+    return SampleGenerator(connection, size, seed, now, progress).make();
 }

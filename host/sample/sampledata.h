@@ -16,13 +16,13 @@ enum class SampleKind {
     Season // 60 karts, 3,000,000 laps, 20,000 records
 };
 
-enum class SampleOutcome { Made, Cancelled, Failed };
+enum class SampleOutcome { Done, Cancelled, Failed };
 Q_DECLARE_METATYPE(SampleOutcome)
 
-/// Told how far the making is, in per cent; false cancels it and leaves the file as it was.
+/// Called with the progress in per cent; returning false cancels and leaves the file unchanged.
 using SampleProgress = std::function<bool(int percent)>;
 
-/// Fills a blank database with a kart track's believable past. The same kind, seed and `now` give the same
-/// data. Runs in the thread of the connection.
-SampleOutcome makeSampleData(HostConnection &connection, SampleKind kind, quint32 seed, const QDateTime &now,
-                             const SampleProgress &progress);
+/// Fills a blank database with the plausible past of a kart track. The same kind, seed and `now` give the
+/// same data. Call in the thread of the connection.
+SampleOutcome generateSampleData(HostConnection &connection, SampleKind kind, quint32 seed,
+                                 const QDateTime &now, const SampleProgress &progress);

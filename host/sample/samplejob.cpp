@@ -19,14 +19,14 @@ SampleJob::~SampleJob()
 
 void SampleJob::start()
 {
-    m_thread.reset(QThread::create([this] { emit finished(make()); }));
+    m_thread.reset(QThread::create([this] { emit finished(generate()); }));
     m_thread->start();
 }
 
-SampleOutcome SampleJob::make()
+SampleOutcome SampleJob::generate()
 {
     HostConnection connection(m_path);
-    // A new file holds nothing that a power cut could spoil.
+    // Durability is not needed for a new file: after a power failure it is generated again.
     connection.exec(QStringLiteral("PRAGMA synchronous=OFF"));
     const auto report = [this, last = -1](int percent) mutable {
         if (std::exchange(last, percent) != percent)
@@ -34,7 +34,7 @@ SampleOutcome SampleJob::make()
         return !m_cancelled;
     };
     const SampleOutcome outcome =
-        makeSampleData(connection, m_kind, m_seed, QDateTime::currentDateTimeUtc(), report);
+        generateSampleData(connection, m_kind, m_seed, QDateTime::currentDateTimeUtc(), report);
     m_errorText = connection.errorText();
     return outcome;
 }

@@ -8,7 +8,7 @@
 #include <atomic>
 #include <memory>
 
-/// Makes sample data in a thread and a connection of its own. Destroying the job cancels it.
+/// Generates sample data in a thread and a connection of its own. The destructor cancels it.
 class SampleJob final : public QObject
 {
     Q_OBJECT
@@ -17,7 +17,7 @@ public:
     ~SampleJob() override;
 
     void start();
-    /// Asks for an early end; finished() still comes.
+    /// Requests an early end; finished() is still emitted.
     void cancel() { m_cancelled = true; }
     /// Why it failed; valid after finished().
     QString errorText() const { return m_errorText; }
@@ -27,7 +27,7 @@ signals:
     void finished(SampleOutcome outcome);
 
 private:
-    SampleOutcome make();
+    SampleOutcome generate();
 
     const QString m_path;
     const SampleKind m_kind;

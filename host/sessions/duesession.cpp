@@ -5,19 +5,19 @@
 #include "host/terminal/console.h"
 #include "host/terminal/exitcode.h"
 
-DueSession::DueSession(DemoHost &host) : m_host(host), m_watch(host.plugin())
+DueSession::DueSession(DemoHost &host) : m_host(host), m_watcher(host.plugin())
 {
     connect(&host.plugin(), &PluginHost::received, this, [this](const HostMessage &message) {
         if (message.event == QLatin1String("update_pending_service"))
             m_pending = message.data;
     });
-    connect(&m_watch, &AnswerWatch::finished, this, &DueSession::print);
+    connect(&m_watcher, &AnswerWatcher::finished, this, &DueSession::print);
 }
 
 void DueSession::start()
 {
-    m_host.fleet().playStart();
-    m_watch.finishWhenQuiet();
+    m_host.fleet().sendStartSequence();
+    m_watcher.finishWhenIdle();
 }
 
 void DueSession::print(bool allAnswered)
@@ -26,7 +26,7 @@ void DueSession::print(bool allAnswered)
         for (const QString &line : DueTable(m_host.connection()).lines(m_pending))
             Console::writeLine(line);
     } else {
-        Console::complain(tr("плагин не ответил"));
+        Console::writeError(tr("плагин не ответил"));
     }
     emit finished(allAnswered ? ExitCode::Ok : ExitCode::NoAnswer);
 }

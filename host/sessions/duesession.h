@@ -5,7 +5,7 @@
 
 class DemoHost;
 
-/// Prints what the first reload reports as due.
+/// Prints the services that the first reload reports as due.
 class DueSession final : public HostSession
 {
     Q_OBJECT
@@ -18,6 +18,6 @@ private:
     void print(bool allAnswered);
 
     DemoHost &m_host;
-    AnswerWatch m_watch;
+    AnswerWatcher m_watcher;
     QJsonObject m_pending;
 };

@@ -5,14 +5,14 @@
 
 class HostConnection;
 
-/// Writes the data of "update_pending_service" for people: what is due, on which kart, and why.
+/// Formats the data of "update_pending_service" as a table: the operation due, the kart, the limit exceeded.
 class DueTable final
 {
 public:
-    /// The connection is asked for the limits.
+    /// Reads the limits through the connection.
     explicit DueTable(HostConnection &connection) : m_connection(connection) { }
 
-    /// Heading, aligned rows and a closing count, a line each.
+    /// Heading, aligned rows and the total, one line each.
     QStringList lines(const QJsonObject &pendingService) const;
 
 private:

@@ -2,7 +2,7 @@
 
 #include <QObject>
 
-/// One way of running the host, from the start sequence to an exit code.
+/// One kind of run of the program, from the start sequence to an exit code.
 class HostSession : public QObject
 {
     Q_OBJECT

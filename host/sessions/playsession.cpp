@@ -5,12 +5,12 @@
 #include "host/terminal/console.h"
 #include "host/terminal/exitcode.h"
 
-PlaySession::PlaySession(DemoHost &host, const HostHome &home, const QString &fileName,
+PlaySession::PlaySession(DemoHost &host, const DataFolder &home, const QString &fileName,
                          const QString &screenshots)
     : m_host(host)
     , m_window(host, home)
     , m_player(host.plugin())
-    , m_watch(host.plugin())
+    , m_watcher(host.plugin())
     , m_fileName(fileName)
     , m_screenshots(screenshots)
 {
@@ -19,9 +19,9 @@ PlaySession::PlaySession(DemoHost &host, const HostHome &home, const QString &fi
     connect(&m_player, &EventPlayer::screenshotWanted, this, &PlaySession::saveScreenshot);
     connect(&m_player, &EventPlayer::finished, this, [this](bool allAnswered) {
         m_allAnswered = allAnswered;
-        m_watch.finishWhenQuiet();
+        m_watcher.finishWhenIdle();
     });
-    connect(&m_watch, &AnswerWatch::finished, this, [this](bool allAnswered) {
+    connect(&m_watcher, &AnswerWatcher::finished, this, [this](bool allAnswered) {
         m_allAnswered = m_allAnswered && allAnswered;
         end();
     });
@@ -31,7 +31,7 @@ void PlaySession::start()
 {
     const QString error = m_player.load(m_fileName);
     if (!error.isEmpty()) {
-        Console::complain(error);
+        Console::writeError(error);
         emit finished(ExitCode::BadInput);
         return;
     }
@@ -44,14 +44,14 @@ void PlaySession::saveScreenshot(const QString &name)
     const QString error = Screenshot::save(m_window, m_screenshots, name);
     if (error.isEmpty())
         return;
-    m_allPhotographed = false;
-    Console::complain(error);
+    m_allSaved = false;
+    Console::writeError(error);
 }
 
 void PlaySession::end()
 {
-    const int pictureCode = m_allPhotographed ? ExitCode::Ok : ExitCode::NoPicture;
+    const int pictureCode = m_allSaved ? ExitCode::Ok : ExitCode::NoPicture;
     if (!m_allAnswered)
-        Console::complain(tr("плагин не ответил"));
+        Console::writeError(tr("плагин не ответил"));
     emit finished(m_allAnswered ? pictureCode : ExitCode::NoAnswer);
 }

@@ -4,12 +4,12 @@
 #include "host/messages/eventplayer.h"
 #include "host/sessions/hostsession.h"
 
-/// Plays a file of events to the plug-in, with the window shown, and prints what the plug-in says.
+/// Shows the window, plays a file of events to the plug-in and prints the plug-in's messages.
 class PlaySession final : public HostSession
 {
     Q_OBJECT
 public:
-    PlaySession(DemoHost &host, const HostHome &home, const QString &fileName, const QString &screenshots);
+    PlaySession(DemoHost &host, const DataFolder &home, const QString &fileName, const QString &screenshots);
 
     void start() override;
 
@@ -20,9 +20,9 @@ private:
     DemoHost &m_host;
     HostWindow m_window;
     EventPlayer m_player;
-    AnswerWatch m_watch;
+    AnswerWatcher m_watcher;
     const QString m_fileName;
     const QString m_screenshots;
     bool m_allAnswered = true;
-    bool m_allPhotographed = true;
+    bool m_allSaved = true;
 };

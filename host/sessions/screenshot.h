@@ -7,8 +7,8 @@ class QWidget;
 
 namespace Screenshot {
 
-/// Saves what the window shows, or the dialog in front of it, as `folder`/`name`.png: with an open menu, and
-/// if `part` is not null that part of it only. An error text, or empty.
+/// Saves a picture of the window, or of the modal dialog, as `folder`/`name`.png with its open menu.
+/// `part` limits the picture unless it is null. An error text, or empty.
 QString save(QWidget &window, const QString &folder, const QString &name, const QRect &part = QRect());
 
 } // namespace Screenshot

@@ -19,11 +19,11 @@
 
 namespace {
 
-enum HostTab { TrackTab, FleetTab, RemoteTab, JournalTab, HostTabs };
-constexpr const char *hostTabNames[] = {"track", "fleet", "remote", "journal"};
+enum HostTab { TrackTab, FleetTab, RemoteTab, MessagesTab, HostTabs };
+constexpr const char *hostTabNames[] = {"track", "fleet", "remote", "messages"};
 static_assert(std::size(hostTabNames) == HostTabs, "one name per tab");
 constexpr int workDone = 4;
-const QSize photographed(1500, 900);
+const QSize windowSize(1500, 900);
 constexpr int liveMilliseconds = 4000;
 constexpr int liveSpeed = 300;
 constexpr int dialogMilliseconds = 500;
@@ -31,14 +31,14 @@ enum GarageTab { MaintenanceTab = 1, ServiceLogTab = 2 };
 constexpr int numberColumn = 2;
 constexpr int firstOperationColumn = 3;
 
-/// So that the picture shows a message beside the journal.
+/// Selects the latest message, so that the picture shows its data.
 void showLatestMessage(const QWidget &window)
 {
-    auto *table = window.findChild<QTableView *>(QStringLiteral("journalTable"));
+    auto *table = window.findChild<QTableView *>(QStringLiteral("messageLogTable"));
     table->selectRow(table->model()->rowCount() - 1);
 }
 
-/// The plug-in asks in dialogs and menus of its own; the next stop waits behind them.
+/// Closes the plug-in's open menu or modal dialog.
 void closeDialog()
 {
     if (QWidget *menu = QApplication::activePopupWidget())
@@ -47,10 +47,10 @@ void closeDialog()
         dialog->close();
 }
 
-/// Dialogs and menus keep their caller waiting, so they are asked for from the event loop.
-template<typename Ask> void askLater(QObject *context, Ask ask)
+/// Opening a dialog or menu blocks its caller, so it is opened from the event loop.
+template<typename Open> void openLater(QObject *context, Open open)
 {
-    QTimer::singleShot(0, context, ask);
+    QTimer::singleShot(0, context, open);
 }
 
 } // namespace
@@ -62,16 +62,16 @@ ScreenshotTour::ScreenshotTour(DemoHost &host, HostWindow &window, const QString
     , m_window(window)
     , m_folder(folder)
     , m_mayWrite(mayWrite)
-    , m_watch(host.plugin())
+    , m_watcher(host.plugin())
 {
-    connect(&m_watch, &AnswerWatch::finished, this, &ScreenshotTour::photograph);
+    connect(&m_watcher, &AnswerWatcher::finished, this, &ScreenshotTour::saveScreenshot);
 }
 
 void ScreenshotTour::start()
 {
-    m_window.resize(photographed);
+    m_window.resize(windowSize);
     m_window.openGarage();
-    // The plug-in's window is known from here on.
+    // openGarage() makes the plug-in insert its window, which these stops need.
     addPluginStops();
     addSettingsStops();
     addHostStops();
@@ -130,8 +130,8 @@ void ScreenshotTour::addPluginStops()
     if (auto *table = garage->findChild<QTreeView *>(QStringLiteral("tvMaintainanceTable")))
         addMaintenanceStops(*inner, *table);
     addComplaintStop();
-    if (auto *journal = garage->findChild<QTreeView *>(QStringLiteral("tvServiceLog")))
-        addJournalStops(*inner, *journal);
+    if (auto *log = garage->findChild<QTreeView *>(QStringLiteral("tvServiceLog")))
+        addServiceLogStops(*inner, *log);
 }
 
 void ScreenshotTour::addMaintenanceStops(QTabWidget &tabs, QTreeView &table)
@@ -142,15 +142,15 @@ void ScreenshotTour::addMaintenanceStops(QTabWidget &tabs, QTreeView &table)
     m_stops.append({QStringLiteral("colours"), [&tabs] { tabs.setCurrentIndex(MaintenanceTab); },
                     dialogMilliseconds, closeUp});
     m_stops.append({QStringLiteral("service-button"),
-                    [&table, cell] { ViewPointer::moveOver(table, cell(firstOperationColumn)); },
+                    [&table, cell] { SimulatedMouse::moveTo(table, cell(firstOperationColumn)); },
                     dialogMilliseconds, closeUp});
     m_stops.append({QStringLiteral("attention-button"),
-                    [&table, cell] { ViewPointer::moveOver(table, cell(numberColumn)); }, dialogMilliseconds,
+                    [&table, cell] { SimulatedMouse::moveTo(table, cell(numberColumn)); }, dialogMilliseconds,
                     closeUp});
     m_stops.append({QStringLiteral("service-dialog"),
                     [this, &table, cell] {
-                        askLater(this, [&table, cell] {
-                            if (auto *button = ViewPointer::moveOver(table, cell(firstOperationColumn)))
+                        openLater(this, [&table, cell] {
+                            if (auto *button = SimulatedMouse::moveTo(table, cell(firstOperationColumn)))
                                 button->click();
                         });
                     },
@@ -162,34 +162,34 @@ void ScreenshotTour::addComplaintStop()
     m_stops.append({QStringLiteral("complaint-dialog"),
                     [this] {
                         closeDialog();
-                        askLater(this, [this] { openComplaintDialog(); });
+                        openLater(this, [this] { openComplaintDialog(); });
                     },
                     dialogMilliseconds});
 }
 
-void ScreenshotTour::addJournalStops(QTabWidget &tabs, QTreeView &journal)
+void ScreenshotTour::addServiceLogStops(QTabWidget &tabs, QTreeView &log)
 {
-    m_stops.append({QStringLiteral("journal-menu"),
-                    [this, &tabs, &journal] {
+    m_stops.append({QStringLiteral("service-log-menu"),
+                    [this, &tabs, &log] {
                         closeDialog();
                         tabs.setCurrentIndex(ServiceLogTab);
-                        askLater(this, [&journal] {
-                            ViewPointer::openContextMenu(journal, journal.model()->index(1, numberColumn));
+                        openLater(this, [&log] {
+                            SimulatedMouse::openContextMenu(log, log.model()->index(1, numberColumn));
                         });
                     },
                     dialogMilliseconds,
-                    [this, &journal] {
-                        return topLeftOf(journal, {860, 230});
+                    [this, &log] {
+                        return topLeftOf(log, {860, 230});
                     }});
-    const auto askAbout = [this, &journal](const QString &action) {
+    const auto trigger = [this, &log](const QString &action) {
         closeDialog();
-        if (auto *ask = journal.window()->findChild<QAction *>(action))
-            askLater(this, [ask] { ask->trigger(); });
+        if (auto *ask = log.window()->findChild<QAction *>(action))
+            openLater(this, [ask] { ask->trigger(); });
     };
     m_stops.append({QStringLiteral("done-dialog"),
-                    [askAbout] { askAbout(QStringLiteral("actionDoneOperation")); }, dialogMilliseconds});
+                    [trigger] { trigger(QStringLiteral("actionDoneOperation")); }, dialogMilliseconds});
     m_stops.append({QStringLiteral("delete-question"),
-                    [askAbout] { askAbout(QStringLiteral("actionDeleteMaintainanceItem")); },
+                    [trigger] { trigger(QStringLiteral("actionDeleteMaintainanceItem")); },
                     dialogMilliseconds});
 }
 
@@ -200,11 +200,11 @@ void ScreenshotTour::addSettingsStops()
                         m_window.openSettings();
                     }});
     m_stops.append({QStringLiteral("settings-menu"),
-                    [this] { askLater(this, [this] { openSettingsMenu(); }); }, dialogMilliseconds});
+                    [this] { openLater(this, [this] { openSettingsMenu(); }); }, dialogMilliseconds});
     m_stops.append({QStringLiteral("limits-dialog"),
                     [this] {
                         closeDialog();
-                        askLater(this, [this] { openLimitsDialog(); });
+                        openLater(this, [this] { openLimitsDialog(); });
                     },
                     dialogMilliseconds});
 }
@@ -212,13 +212,13 @@ void ScreenshotTour::addSettingsStops()
 void ScreenshotTour::openSettingsMenu()
 {
     if (auto *operations = m_window.findChild<QTreeView *>(QStringLiteral("tvServiceOperations")))
-        ViewPointer::openContextMenu(*operations, operations->model()->index(1, 1));
+        SimulatedMouse::openContextMenu(*operations, operations->model()->index(1, 1));
 }
 
 void ScreenshotTour::openLimitsDialog()
 {
     if (auto *schedule = m_window.findChild<QTreeView *>(QStringLiteral("tvServiceReglament")))
-        ViewPointer::doubleClick(*schedule, schedule->model()->index(0, firstOperationColumn));
+        SimulatedMouse::doubleClick(*schedule, schedule->model()->index(0, firstOperationColumn));
 }
 
 /// In the window's coordinates, the titles of the columns included.
@@ -242,13 +242,13 @@ void ScreenshotTour::visit()
     }
     const Stop &stop = m_stops.at(m_position);
     stop.go();
-    if (stop.stay > 0)
-        QTimer::singleShot(stop.stay, this, [this] { photograph(true); });
+    if (stop.delay > 0)
+        QTimer::singleShot(stop.delay, this, [this] { saveScreenshot(true); });
     else
-        m_watch.finishWhenQuiet();
+        m_watcher.finishWhenIdle();
 }
 
-void ScreenshotTour::photograph(bool allAnswered)
+void ScreenshotTour::saveScreenshot(bool allAnswered)
 {
     const QString name =
         QStringLiteral("%1-%2").arg(m_position + 1, 2, 10, QLatin1Char('0')).arg(m_stops.at(m_position).name);

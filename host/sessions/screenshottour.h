@@ -13,13 +13,13 @@ class HostWindow;
 class QTabWidget;
 class QTreeView;
 
-/// Walks through the window, waits at each place until the plug-in has answered, and saves what is to be
-/// seen.
+/// Opens each page, dialog and menu of the window in turn, waits until the plug-in is idle, and saves a
+/// screenshot.
 class ScreenshotTour final : public QObject
 {
     Q_OBJECT
 public:
-    /// Karts drive and work is done on the way only if the tour `mayWrite`.
+    /// Only a tour that `mayWrite` simulates runs and completes services on the way.
     ScreenshotTour(DemoHost &host, HostWindow &window, const QString &folder, bool mayWrite,
                    QObject *parent = nullptr);
 
@@ -35,14 +35,14 @@ private:
     {
         QString name;
         std::function<void()> go;
-        int stay = 0; // milliseconds before the picture; 0 = until all is quiet
+        int delay = 0; // milliseconds before the picture; 0 = until the plug-in is idle
         std::function<QRect()> part = {}; // of the window; empty = all of it
     };
 
     void addPluginStops();
     void addMaintenanceStops(QTabWidget &tabs, QTreeView &table);
     void addComplaintStop();
-    void addJournalStops(QTabWidget &tabs, QTreeView &journal);
+    void addServiceLogStops(QTabWidget &tabs, QTreeView &log);
     void addSettingsStops();
     void addHostStops();
     void showHostTab(int tab);
@@ -52,13 +52,13 @@ private:
     void openLimitsDialog();
     QRect topLeftOf(QWidget &view, const QSize &size) const;
     void visit();
-    void photograph(bool allAnswered);
+    void saveScreenshot(bool allAnswered);
 
     DemoHost &m_host;
     HostWindow &m_window;
     const QString m_folder;
     const bool m_mayWrite;
-    AnswerWatch m_watch;
+    AnswerWatcher m_watcher;
     QVector<Stop> m_stops;
     int m_position = 0;
 };

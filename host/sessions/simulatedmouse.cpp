@@ -20,7 +20,7 @@ void sendMouse(QWidget &viewport, QEvent::Type type, const QPoint &point)
 
 } // namespace
 
-QPushButton *ViewPointer::moveOver(QAbstractItemView &view, const QModelIndex &cell)
+QPushButton *SimulatedMouse::moveTo(QAbstractItemView &view, const QModelIndex &cell)
 {
     sendMouse(*view.viewport(), QEvent::MouseMove, view.visualRect(cell).center());
     for (QPushButton *button : view.viewport()->findChildren<QPushButton *>()) {
@@ -30,7 +30,7 @@ QPushButton *ViewPointer::moveOver(QAbstractItemView &view, const QModelIndex &c
     return nullptr;
 }
 
-void ViewPointer::doubleClick(QAbstractItemView &view, const QModelIndex &cell)
+void SimulatedMouse::doubleClick(QAbstractItemView &view, const QModelIndex &cell)
 {
     const QPoint point = view.visualRect(cell).center();
     const QPointer<QWidget> viewport = view.viewport();
@@ -41,7 +41,7 @@ void ViewPointer::doubleClick(QAbstractItemView &view, const QModelIndex &cell)
     }
 }
 
-void ViewPointer::openContextMenu(QAbstractItemView &view, const QModelIndex &cell)
+void SimulatedMouse::openContextMenu(QAbstractItemView &view, const QModelIndex &cell)
 {
     view.setCurrentIndex(cell);
     const QPoint point = view.visualRect(cell).center();

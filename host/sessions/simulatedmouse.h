@@ -5,14 +5,14 @@
 class QAbstractItemView;
 class QPushButton;
 
-/// A mouse in a view of the plug-in, for a host that shows what a user would do there.
-namespace ViewPointer {
+/// Sends mouse events to a view of the plug-in.
+namespace SimulatedMouse {
 
-/// Moves over the cell. Returns the button that the view offers there, or null.
-QPushButton *moveOver(QAbstractItemView &view, const QModelIndex &cell);
+/// Moves to the cell. Returns the button that the view shows there, or null.
+QPushButton *moveTo(QAbstractItemView &view, const QModelIndex &cell);
 
-/// Both of these return when the dialog or menu that they open is closed.
+/// Both return when the dialog or menu that they open is closed.
 void doubleClick(QAbstractItemView &view, const QModelIndex &cell);
 void openContextMenu(QAbstractItemView &view, const QModelIndex &cell);
 
-} // namespace ViewPointer
+} // namespace SimulatedMouse

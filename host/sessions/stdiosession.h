@@ -6,9 +6,9 @@
 
 class DemoHost;
 
-/// Lets another program talk to the plug-in: messages in on standard input, out on standard output, one JSON
-/// object a line. The other program plays the remote side. Ends some quiet time after the input has ended and
-/// all is answered.
+/// Connects another program to the plug-in: messages to the plug-in on standard input, messages of the
+/// plug-in on standard output, one JSON object per line. The other program simulates the remote side.
+/// Finishes when the input has ended and the plug-in is idle.
 class StdioSession final : public HostSession
 {
     Q_OBJECT
@@ -18,12 +18,12 @@ public:
     void start() override;
 
 private:
-    void handOver(const QByteArray &line);
+    void sendLine(const QByteArray &line);
     void end(bool allAnswered);
 
     DemoHost &m_host;
-    AnswerWatch m_watch;
-    StandardLines m_input;
+    AnswerWatcher m_watcher;
+    StandardInputReader m_input;
     int m_lineNumber = 0;
     bool m_inputWasBad = false;
 };

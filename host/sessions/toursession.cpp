@@ -5,7 +5,7 @@
 #include "host/sessions/duetable.h"
 #include "host/terminal/console.h"
 
-TourSession::TourSession(DemoHost &host, const HostHome &home, const QString &screenshots)
+TourSession::TourSession(DemoHost &host, const DataFolder &home, const QString &screenshots)
     : m_host(host), m_window(host, home), m_tour(host, m_window, screenshots, !home.isUserDocuments())
 {
     connect(&host.plugin(), &PluginHost::received, this, &TourSession::printDue);
@@ -13,7 +13,7 @@ TourSession::TourSession(DemoHost &host, const HostHome &home, const QString &sc
             [](const QString &fileName) { Console::writeLine(tr("Снимок: %1").arg(fileName)); });
     connect(&m_tour, &ScreenshotTour::finished, this, [this](int exitCode, const QString &error) {
         if (!error.isEmpty())
-            Console::complain(error);
+            Console::writeError(error);
         emit finished(exitCode);
     });
 }

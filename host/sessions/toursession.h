@@ -4,12 +4,12 @@
 #include "host/sessions/hostsession.h"
 #include "host/sessions/screenshottour.h"
 
-/// For a machine without a display, or on request: prints what is due, saves pictures of the whole window.
+/// The run without a display, or with --screenshots: prints the due services and saves screenshots.
 class TourSession final : public HostSession
 {
     Q_OBJECT
 public:
-    TourSession(DemoHost &host, const HostHome &home, const QString &screenshots);
+    TourSession(DemoHost &host, const DataFolder &home, const QString &screenshots);
 
     void start() override;
 

@@ -3,12 +3,12 @@
 #include "host/app/hostwindow.h"
 #include "host/sessions/hostsession.h"
 
-/// The window, until somebody closes it.
+/// Shows the window until the user closes it.
 class WindowSession final : public HostSession
 {
     Q_OBJECT
 public:
-    WindowSession(DemoHost &host, const HostHome &home);
+    WindowSession(DemoHost &host, const DataFolder &home);
 
     void start() override { m_window.start(); }
 

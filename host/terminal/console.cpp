@@ -23,7 +23,7 @@ void Console::writeLine(const QString &line)
     write(stdout, line.toUtf8());
 }
 
-void Console::complain(const QString &text)
+void Console::writeError(const QString &text)
 {
     write(stderr, "garage-host: " + text.toUtf8());
 }

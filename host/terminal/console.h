@@ -3,13 +3,13 @@
 #include <QByteArray>
 #include <QString>
 
-/// What the program says on its terminal; UTF-8 whatever the locale.
+/// Output to the terminal, in UTF-8 in every locale.
 namespace Console {
 
-/// One line on standard output, written at once.
+/// Writes one line to standard output and flushes it.
 void writeLine(const QByteArray &line);
 void writeLine(const QString &line);
-/// One line on standard error, after the program's name.
-void complain(const QString &text);
+/// Writes one line to standard error, prefixed by the program's name, and flushes it.
+void writeError(const QString &text);
 
 } // namespace Console

@@ -2,13 +2,13 @@
 
 #include <unistd.h>
 
-StandardLines::StandardLines(QObject *parent)
+StandardInputReader::StandardInputReader(QObject *parent)
     : QObject(parent), m_notifier(STDIN_FILENO, QSocketNotifier::Read)
 {
-    connect(&m_notifier, &QSocketNotifier::activated, this, &StandardLines::read);
+    connect(&m_notifier, &QSocketNotifier::activated, this, &StandardInputReader::read);
 }
 
-void StandardLines::read()
+void StandardInputReader::read()
 {
     char piece[65536];
     const ssize_t size = ::read(STDIN_FILENO, piece, sizeof piece);
@@ -25,7 +25,7 @@ void StandardLines::read()
     }
 }
 
-void StandardLines::end()
+void StandardInputReader::end()
 {
     m_notifier.setEnabled(false);
     if (!m_buffer.trimmed().isEmpty())

@@ -4,12 +4,12 @@
 #include <QObject>
 #include <QSocketNotifier>
 
-/// Standard input, line by line, without blocking the event loop.
-class StandardLines final : public QObject
+/// Reads standard input line by line without blocking the event loop. Skips empty lines.
+class StandardInputReader final : public QObject
 {
     Q_OBJECT
 public:
-    explicit StandardLines(QObject *parent = nullptr);
+    explicit StandardInputReader(QObject *parent = nullptr);
 
 signals:
     void line(const QByteArray &text);

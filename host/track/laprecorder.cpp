@@ -26,7 +26,7 @@ void LapRecorder::record(const QVector<RecordedLap> &laps, const QVector<int> &f
 {
     m_waiting += laps;
     m_waitingRuns += finishedRuns;
-    // Each attempt on a locked file takes seconds: what comes in meanwhile joins the next one.
+    // An attempt on a locked file blocks this thread for seconds: new laps join the next attempt.
     if (!m_retry.isActive())
         saveWaiting();
 }
@@ -54,7 +54,7 @@ bool LapRecorder::open()
     if (!m_connection)
         m_connection = std::make_unique<HostConnection>(m_path);
     const QVariant last = m_connection->value(QStringLiteral("SELECT ifnull(max(run_id),0) FROM laps"));
-    // Ids that start over would mix new runs with old ones.
+    // Run ids continue those in the file, so that new runs do not mix with old ones.
     if (last.isValid())
         m_lastRunId = last.toInt();
     return last.isValid();
@@ -65,11 +65,11 @@ bool LapRecorder::writeWaiting()
     HostTransaction transaction(*m_connection);
     if (!transaction.isActive())
         return false;
-    TimestampText timestamp;
+    TimestampFormatter timestamp;
     for (const RecordedLap &lap : qAsConst(m_waiting)) {
         if (!m_connection->exec(
                 QStringLiteral("INSERT INTO laps (car_id,run_id,lap_timestamp,sum_sectors) VALUES (?,?,?,?)"),
-                {lap.carId, runIdOf(lap.runNumber), timestamp.of(lap.finished), lap.milliseconds}))
+                {lap.carId, runIdOf(lap.runNumber), timestamp.format(lap.finished), lap.milliseconds}))
             return false;
     }
     if (!transaction.commit())

@@ -14,14 +14,14 @@ class HostConnection;
 struct RecordedLap
 {
     int carId;
-    int runNumber; // the recorder's caller tells runs apart by it; the file gets ids that nobody has used
+    int runNumber; // the caller's number; the file gets an unused run id for each
     qint64 finished; // milliseconds since the epoch, UTC
     int milliseconds; // lap time
 };
 Q_DECLARE_METATYPE(QVector<RecordedLap>)
 
-/// Writes laps as a timing system does: in a thread and a connection of its own, in short transactions. Laps
-/// that meet a locked database are kept and tried again by itself.
+/// Writes laps in short transactions on a connection of its own. Lives in a worker thread. Keeps laps while
+/// the database is locked and retries every 500 ms.
 class LapRecorder final : public QObject
 {
     Q_OBJECT
@@ -32,10 +32,11 @@ public:
     void record(const QVector<RecordedLap> &laps, const QVector<int> &finishedRuns);
 
 signals:
-    /// Laps are in the file.
+    /// A batch of laps is committed.
     void lapsSaved(int count);
-    /// All laps of the run are in the file.
+    /// Every lap of the run is committed.
     void runSaved(int runId);
+    /// A batch could not be written; the recorder retries.
     void failed(const QString &reason);
 
 private:

@@ -9,17 +9,17 @@ struct SimulatedLap
     int carId;
     int runNumber; // counted from 1
     int milliseconds; // lap time
-    double stepShare; // when in the step it was finished: 0 = start, 1 = end
+    double stepShare; // time of the finish within the step: 0 = start, 1 = end
 };
 
-/// Karts on the track: one run after the other, each with some of the available karts. Only time that it is
-/// given passes.
+/// Simulates runs, one after the other, each with some of the available karts. Has no clock of its own: time
+/// passes in advance() only.
 class RaceSimulation final
 {
 public:
     explicit RaceSimulation(quint32 seed) : m_random(seed) { }
 
-    /// Who may drive from the next run on.
+    /// The karts for the next and later runs.
     void setAvailableCars(const QVector<int> &carIds) { m_available = carIds; }
 
     struct Step
@@ -27,7 +27,7 @@ public:
         QVector<SimulatedLap> laps;
         QVector<int> finishedRuns;
     };
-    /// Lets some simulated time pass.
+    /// Advances the simulation and returns the laps and runs finished meanwhile.
     Step advance(qint64 milliseconds);
 
     /// Karts on the track now, with the laps they have driven in this run.

@@ -7,12 +7,13 @@
 
 namespace {
 constexpr int tickMilliseconds = 200;
-constexpr int longestTick = 1000; // after a hold-up of the program karts do not make up for it
+constexpr int longestTick = 1000; // longer pauses of the GUI thread are not simulated afterwards
 } // namespace
 
-Track::Track(const QString &databasePath, FleetDesk &desk, PluginHost &plugin, quint32 seed, QObject *parent)
+Track::Track(const QString &databasePath, FleetController &fleet, PluginHost &plugin, quint32 seed,
+             QObject *parent)
     : QObject(parent)
-    , m_desk(desk)
+    , m_fleet(fleet)
     , m_plugin(plugin)
     , m_simulation(seed)
     , m_recorder(new LapRecorder(databasePath))
@@ -34,16 +35,16 @@ Track::Track(const QString &databasePath, FleetDesk &desk, PluginHost &plugin, q
 
     m_clock.setInterval(tickMilliseconds);
     connect(&m_clock, &QTimer::timeout, this, &Track::tick);
-    connect(&desk, &FleetDesk::carsAnnounced, this, &Track::refreshCars);
+    connect(&fleet, &FleetController::carsAnnounced, this, &Track::refreshCars);
     connect(&plugin, &PluginHost::received, this, [this](const HostMessage &message) {
         if (message.event == QLatin1String("update_pending_service"))
-            onAnswer();
+            onReloadFinished();
     });
 }
 
 Track::~Track()
 {
-    // Queued behind the laps that the recorder has not taken yet.
+    // Queued behind the calls of record(), which must run before the thread quits.
     QMetaObject::invokeMethod(
         m_recorder, [this] { m_thread.quit(); }, Qt::QueuedConnection);
     m_thread.wait();
@@ -71,9 +72,9 @@ void Track::setSpeed(int factor)
 void Track::recordRun(const QVector<int> &carIds, int laps, int lapMilliseconds)
 {
     const qint64 now = QDateTime::currentMSecsSinceEpoch();
-    const int run = -++m_handRuns; // live runs count upwards
+    const int run = -++m_manualRuns; // live runs count upwards
     QVector<RecordedLap> recorded;
-    // Counted back from now: every lap is at least a millisecond apart and none lies in the future.
+    // Counted back from now: laps are one millisecond apart, and none is later than now.
     for (int lap = 0; lap < laps; ++lap) {
         for (const int car : carIds)
             recorded.append({car, run, now - (laps - 1 - lap), lapMilliseconds});
@@ -97,7 +98,7 @@ void Track::tick()
 void Track::refreshCars()
 {
     QVector<int> ids;
-    for (const FleetCar &car : m_desk.fleet().cars()) {
+    for (const FleetCar &car : m_fleet.fleet().cars()) {
         if (car.available)
             ids.append(car.id);
     }
@@ -108,9 +109,9 @@ void Track::onRunSaved(int)
 {
     ++m_savedRuns;
     m_plugin.send(QStringLiteral("run_closed"));
-    // At high speed runs end faster than a reload takes: then one message stands for several runs.
+    // At high speed a run is shorter than a reload. Runs that end during a reload share the next message.
     if (m_awaitsReload)
-        m_hasNews = true;
+        m_hasUnannouncedRun = true;
     else
         announceRun();
     emit changed();
@@ -118,14 +119,14 @@ void Track::onRunSaved(int)
 
 void Track::announceRun()
 {
-    m_hasNews = false;
+    m_hasUnannouncedRun = false;
     m_awaitsReload = true;
     m_plugin.send(QStringLiteral("run_saved_to_db"));
 }
 
-void Track::onAnswer()
+void Track::onReloadFinished()
 {
     m_awaitsReload = false;
-    if (m_hasNews)
+    if (m_hasUnannouncedRun)
         announceRun();
 }

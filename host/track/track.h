@@ -8,11 +8,11 @@
 #include <QThread>
 #include <QTimer>
 
-class FleetDesk;
+class FleetController;
 class PluginHost;
 
-/// The race track: runs recorded by hand or driven live at an adjustable speed. Tells the plug-in of each run
-/// that is in the database.
+/// The race track: manually entered runs and a live simulation at an adjustable speed. Announces each run to
+/// the plug-in once its laps are committed.
 class Track final : public QObject
 {
     Q_OBJECT
@@ -20,26 +20,26 @@ public:
     static constexpr int slowest = 1;
     static constexpr int fastest = 1000;
 
-    Track(const QString &databasePath, FleetDesk &desk, PluginHost &plugin, quint32 seed,
+    Track(const QString &databasePath, FleetController &fleet, PluginHost &plugin, quint32 seed,
           QObject *parent = nullptr);
     ~Track() override;
 
     bool isLive() const { return m_clock.isActive(); }
     void setLive(bool live);
-    /// How much faster than the clock on the wall karts drive; laps are stamped with the real time, so that
-    /// work recorded now comes after them.
+    /// Simulated time per real time. Laps get real time stamps, so that a service recorded now is later than
+    /// every lap.
     void setSpeed(int factor);
     int speed() const { return m_speed; }
     const RaceSimulation &simulation() const { return m_simulation; }
 
-    /// A run that has just ended: each car has driven so many laps of about the given time.
+    /// Records a run that ends now: each car drives `laps` laps of `lapMilliseconds`.
     void recordRun(const QVector<int> &carIds, int laps, int lapMilliseconds);
 
     int savedLaps() const { return m_savedLaps; }
     int savedRuns() const { return m_savedRuns; }
 
 signals:
-    /// Something was driven or saved.
+    /// The state of the simulation or a counter of saved laps and runs has changed.
     void changed();
     /// Laps wait to be saved; saved() follows.
     void failed(const QString &reason);
@@ -51,19 +51,19 @@ private:
     void refreshCars();
     void onRunSaved(int runId);
     void announceRun();
-    void onAnswer();
+    void onReloadFinished();
 
-    FleetDesk &m_desk;
+    FleetController &m_fleet;
     PluginHost &m_plugin;
     RaceSimulation m_simulation;
-    LapRecorder *m_recorder; // lives and ends in the thread
+    LapRecorder *m_recorder; // lives in m_thread, deleted when it finishes
     QThread m_thread;
     QTimer m_clock;
     QElapsedTimer m_sinceTick;
     int m_speed = 60;
-    int m_handRuns = 0;
+    int m_manualRuns = 0;
     int m_savedLaps = 0;
     int m_savedRuns = 0;
     bool m_awaitsReload = false;
-    bool m_hasNews = false;
+    bool m_hasUnannouncedRun = false;
 };

@@ -40,10 +40,10 @@ QSpinBox *makeSpinBox(const char *name, int least, int most, int value)
 
 } // namespace
 
-TrackPanel::TrackPanel(Track &track, FleetDesk &desk, QWidget *parent)
+TrackPanel::TrackPanel(Track &track, FleetController &fleet, QWidget *parent)
     : QWidget(parent)
     , m_track(track)
-    , m_desk(desk)
+    , m_fleet(fleet)
     , m_cars(new QListWidget)
     , m_laps(makeSpinBox("lapsSpinBox", 1, 500, 12))
     , m_lapSeconds(makeSpinBox("lapSecondsSpinBox", 10, 600, 42))
@@ -52,22 +52,23 @@ TrackPanel::TrackPanel(Track &track, FleetDesk &desk, QWidget *parent)
     , m_speed(new QLabel)
     , m_state(new QLabel)
     , m_onTrack(new QLabel)
-    , m_complaint(new QLabel)
+    , m_errorLabel(new QLabel)
 {
     auto *layout = new QHBoxLayout(this);
-    layout->addWidget(makeHandDesk(), 1);
-    layout->addWidget(makeLiveDesk(), 1);
+    layout->addWidget(makeManualRunBox(), 1);
+    layout->addWidget(makeLiveBox(), 1);
 
-    connect(&m_desk, &FleetDesk::carsAnnounced, this, &TrackPanel::refillCars);
+    connect(&m_fleet, &FleetController::carsAnnounced, this, &TrackPanel::refillCars);
     connect(&m_track, &Track::changed, this, &TrackPanel::showState);
-    connect(&m_track, &Track::failed, m_complaint,
-            [this](const QString &reason) { m_complaint->setText(tr("Круги ждут записи: %1").arg(reason)); });
-    connect(&m_track, &Track::saved, m_complaint, &QLabel::clear);
+    connect(&m_track, &Track::failed, m_errorLabel, [this](const QString &reason) {
+        m_errorLabel->setText(tr("Круги ждут записи: %1").arg(reason));
+    });
+    connect(&m_track, &Track::saved, m_errorLabel, &QLabel::clear);
     refillCars();
     showState();
 }
 
-QWidget *TrackPanel::makeHandDesk()
+QWidget *TrackPanel::makeManualRunBox()
 {
     auto *box = new QGroupBox(tr("Записать заезд вручную"));
     auto *layout = new QFormLayout(box);
@@ -84,7 +85,7 @@ QWidget *TrackPanel::makeHandDesk()
     return box;
 }
 
-QWidget *TrackPanel::makeLiveDesk()
+QWidget *TrackPanel::makeLiveBox()
 {
     auto *box = new QGroupBox(tr("Карты едут сами"));
     auto *layout = new QFormLayout(box);
@@ -100,8 +101,8 @@ QWidget *TrackPanel::makeLiveDesk()
     m_speed->setMinimumWidth(fontMetrics().horizontalAdvance(QStringLiteral("1000×")));
     m_onTrack->setWordWrap(true);
     m_onTrack->setObjectName(QStringLiteral("onTrackLabel"));
-    m_complaint->setWordWrap(true);
-    m_complaint->setObjectName(QStringLiteral("trackComplaintLabel"));
+    m_errorLabel->setWordWrap(true);
+    m_errorLabel->setObjectName(QStringLiteral("trackErrorLabel"));
     auto *speedRow = new QHBoxLayout;
     speedRow->addWidget(m_slider, 1);
     speedRow->addWidget(m_speed);
@@ -109,7 +110,7 @@ QWidget *TrackPanel::makeLiveDesk()
     layout->addRow(tr("Скорость"), speedRow);
     layout->addRow(tr("Записано"), m_state);
     layout->addRow(tr("На трассе"), m_onTrack);
-    layout->addRow(m_complaint);
+    layout->addRow(m_errorLabel);
 
     connect(m_live, &QPushButton::toggled, this, [this](bool live) { m_track.setLive(live); });
     connect(m_slider, &QSlider::valueChanged, this, [this](int position) {
@@ -127,7 +128,7 @@ void TrackPanel::refillCars()
             chosen.insert(m_cars->item(row)->data(Qt::UserRole).toInt());
     }
     m_cars->clear();
-    for (const FleetCar &car : m_desk.fleet().cars()) {
+    for (const FleetCar &car : m_fleet.fleet().cars()) {
         if (!car.available)
             continue;
         auto *item = new QListWidgetItem(tr("%1 — %2").arg(car.number, car.model), m_cars);
@@ -155,7 +156,7 @@ void TrackPanel::showState()
     m_state->setText(tr("заездов %1, кругов %2").arg(m_track.savedRuns()).arg(m_track.savedLaps()));
     QStringList karts;
     QHash<int, QString> numbers;
-    for (const FleetCar &car : m_desk.fleet().cars())
+    for (const FleetCar &car : m_fleet.fleet().cars())
         numbers.insert(car.id, car.number);
     for (const RaceSimulation::OnTrack &kart : m_track.simulation().onTrack())
         karts.append(tr("№ %1: %2").arg(numbers.value(kart.carId, tr("удалён")), QString::number(kart.laps)));

@@ -2,7 +2,7 @@
 
 #include <QWidget>
 
-class FleetDesk;
+class FleetController;
 class QLabel;
 class QListWidget;
 class QPushButton;
@@ -10,22 +10,22 @@ class QSlider;
 class QSpinBox;
 class Track;
 
-/// The track's controls: a run by hand, and karts that drive by themselves.
+/// Controls of the track: a form for a manual run, start and speed of the live simulation.
 class TrackPanel final : public QWidget
 {
     Q_OBJECT
 public:
-    TrackPanel(Track &track, FleetDesk &desk, QWidget *parent = nullptr);
+    TrackPanel(Track &track, FleetController &fleet, QWidget *parent = nullptr);
 
 private:
-    QWidget *makeHandDesk();
-    QWidget *makeLiveDesk();
+    QWidget *makeManualRunBox();
+    QWidget *makeLiveBox();
     void refillCars();
     void recordRun();
     void showState();
 
     Track &m_track;
-    FleetDesk &m_desk;
+    FleetController &m_fleet;
     QListWidget *m_cars;
     QSpinBox *m_laps;
     QSpinBox *m_lapSeconds;
@@ -34,5 +34,5 @@ private:
     QLabel *m_speed;
     QLabel *m_state;
     QLabel *m_onTrack;
-    QLabel *m_complaint;
+    QLabel *m_errorLabel;
 };

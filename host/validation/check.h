@@ -3,30 +3,30 @@
 #include <QString>
 #include <QVector>
 
-class CheckStage;
+class CheckContext;
 
-/// One thing that a garage plug-in must do, tried from outside. run() returns if all is well and throws
+/// One requirement on a garage plug-in, tested from outside. run() returns if the plug-in meets it and throws
 /// CheckFailed or CheckSkipped otherwise.
 struct Check
 {
     QString name; // for the command line
-    QString title; // what holds if it passes, in plain words
-    void (*run)(CheckStage &stage);
+    QString title; // the requirement as a sentence
+    void (*run)(CheckContext &context);
 };
 
-/// Why the plug-in does not pass.
+/// Thrown by a check that the plug-in fails.
 struct CheckFailed
 {
     QString reason;
 };
 
-/// Why the check says nothing about this plug-in.
+/// Thrown by a check that cannot be made.
 struct CheckSkipped
 {
     QString reason;
 };
 
-/// Every check in the order of the report; the first says whether the library loads at all.
+/// Every check in the order of the report. The first tests whether the library loads.
 const QVector<Check> &allChecks();
 /// The check of that name, or null.
 const Check *findCheck(const QString &name);

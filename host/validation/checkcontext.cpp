@@ -19,7 +19,7 @@ constexpr int longestAnswer = 15000; // milliseconds
 
 QString tr(const char *text)
 {
-    return QCoreApplication::translate("CheckStage", text);
+    return QCoreApplication::translate("CheckContext", text);
 }
 
 QStringList eventsOf(const QVector<HostMessage> &messages)
@@ -30,14 +30,15 @@ QStringList eventsOf(const QVector<HostMessage> &messages)
     return events;
 }
 
-QString listed(const QStringList &words)
+QString listed(const QStringList &events)
 {
-    return words.isEmpty() ? tr("nothing") : words.join(QLatin1String(", "));
+    return events.isEmpty() ? tr("nothing") : events.join(QLatin1String(", "));
 }
 
 QString jsonText(const QJsonValue &value)
 {
-    // Without its brackets, the array around it shows any value as it is.
+    // QJsonDocument holds arrays and objects only: the value is wrapped in an array, whose brackets are
+    // removed.
     const QByteArray text = QJsonDocument(QJsonArray {value}).toJson(QJsonDocument::Compact);
     return QString::fromUtf8(text.mid(1, text.size() - 2));
 }
@@ -81,15 +82,15 @@ QJsonObject remoteRecords(const char *arrayText)
     return {{QStringLiteral("data"), QString::fromUtf8(arrayText)}};
 }
 
-CheckStage::CheckStage(const QString &library, const HostHome &home) : m_library(library), m_home(home)
+CheckContext::CheckContext(const QString &library, const DataFolder &home) : m_library(library), m_home(home)
 {
     connect(&m_plugin, &PluginHost::received, this,
             [this](const HostMessage &message) { m_messages.append(message); });
 }
 
-CheckStage::~CheckStage() = default;
+CheckContext::~CheckContext() = default;
 
-void CheckStage::makeDatabase()
+void CheckContext::makeDatabase()
 {
     const QString error = HostDatabase::prepare(m_home);
     if (!error.isEmpty())
@@ -116,41 +117,41 @@ void CheckStage::makeDatabase()
     expect(transaction.commit(), m_database->errorText());
 }
 
-void CheckStage::exec(const QString &statement, const QVariantList &values)
+void CheckContext::exec(const QString &statement, const QVariantList &values)
 {
     if (!m_database->exec(statement, values))
         throw CheckSkipped {tr("the scratch database: %1").arg(m_database->errorText())};
 }
 
-int CheckStage::count(const QString &table, const QString &condition)
+int CheckContext::count(const QString &table, const QString &condition)
 {
     return m_database
         ->value(QLatin1String("SELECT count(*) FROM ") + table + QLatin1String(" WHERE ") + condition)
         .toInt();
 }
 
-void CheckStage::load()
+void CheckContext::load()
 {
     const QString error = m_plugin.load(m_library);
     expect(error.isEmpty(), error);
 }
 
-void CheckStage::unload()
+void CheckContext::unload()
 {
     m_plugin.unload();
 }
 
-TrivexPluginInterface &CheckStage::plugin()
+TrivexPluginInterface &CheckContext::plugin()
 {
     return *m_plugin.plugin();
 }
 
-void CheckStage::send(const QString &event, const QJsonObject &data)
+void CheckContext::send(const QString &event, const QJsonObject &data)
 {
     m_plugin.send(event, data);
 }
 
-QVector<HostMessage> CheckStage::ask(const QString &event, const QJsonObject &data)
+QVector<HostMessage> CheckContext::ask(const QString &event, const QJsonObject &data)
 {
     const int before = m_messages.size();
     send(event, data);
@@ -159,7 +160,7 @@ QVector<HostMessage> CheckStage::ask(const QString &event, const QJsonObject &da
     return answer;
 }
 
-HostMessage CheckStage::await(const QString &event)
+HostMessage CheckContext::await(const QString &event)
 {
     const QDeadlineTimer deadline(longestAnswer);
     for (;;) {
@@ -175,20 +176,20 @@ HostMessage CheckStage::await(const QString &event)
     }
 }
 
-void CheckStage::wait(int milliseconds)
+void CheckContext::wait(int milliseconds)
 {
     QEventLoop loop;
     QTimer::singleShot(milliseconds, &loop, &QEventLoop::quit);
     loop.exec();
 }
 
-void CheckStage::expectSilence(int milliseconds)
+void CheckContext::expectSilence(int milliseconds)
 {
     wait(milliseconds);
     expect(m_messages.isEmpty(), tr("it sent %1 unasked").arg(listed(eventsOf(m_messages))));
 }
 
-QWidget &CheckStage::widget(const QJsonValue &address)
+QWidget &CheckContext::widget(const QJsonValue &address)
 {
     QWidget *widget = widgetAt(address);
     expect(QApplication::allWidgets().contains(widget),
@@ -196,7 +197,7 @@ QWidget &CheckStage::widget(const QJsonValue &address)
     return *widget;
 }
 
-QWidget &CheckStage::garageWindow()
+QWidget &CheckContext::garageWindow()
 {
     const QVector<HostMessage> answer =
         ask(QStringLiteral("clicked"), {{QStringLiteral("key"), QStringLiteral("show_garage")}});

@@ -15,17 +15,17 @@ class HostConnection;
 class QWidget;
 class TrivexPluginInterface;
 
-/// What a check works with: the library, a scratch database known to the last row, and the plug-in's
-/// messages. Whatever does not go as it must throws CheckFailed.
-class CheckStage final : public QObject
+/// The environment of a check: the library, a scratch database with fixed contents, and the plug-in's
+/// messages. Functions that find a fault of the plug-in throw CheckFailed.
+class CheckContext final : public QObject
 {
     Q_OBJECT
 public:
-    CheckStage(const QString &library, const HostHome &home);
-    ~CheckStage() override;
+    CheckContext(const QString &library, const DataFolder &home);
+    ~CheckContext() override;
 
     QString library() const { return m_library; }
-    const HostHome &home() const { return m_home; }
+    const DataFolder &home() const { return m_home; }
 
     /// Two cars of one model (car 1 is due, car 2 has an open complaint), an operation, a person.
     void makeDatabase();
@@ -38,27 +38,27 @@ public:
     TrivexPluginInterface &plugin();
 
     void send(const QString &event, const QJsonObject &data = {});
-    /// Sends, and gives what the plug-in sent in direct answer.
+    /// Sends the message and returns the messages that the plug-in sent from within the call.
     QVector<HostMessage> ask(const QString &event, const QJsonObject &data = {});
     /// The next message of that event; earlier ones of other events are dropped.
     HostMessage await(const QString &event);
-    /// Lets the plug-in go on.
+    /// Runs the event loop.
     void wait(int milliseconds);
-    /// Fails if the plug-in has said, or says within that time, anything.
+    /// Fails if the plug-in has sent, or sends within that time, any message.
     void expectSilence(int milliseconds = 300);
-    void forgetMessages() { m_messages.clear(); }
+    void discardMessages() { m_messages.clear(); }
 
     /// The widget at the address, if there is one.
     QWidget &widget(const QJsonValue &address);
-    /// The garage window, as a host gets it.
+    /// Requests the garage window as a host does.
     QWidget &garageWindow();
 
 private:
     const QString m_library;
-    const HostHome m_home;
+    const DataFolder m_home;
     std::unique_ptr<HostConnection> m_database;
     PluginHost m_plugin;
-    QVector<HostMessage> m_messages; // not yet asked for
+    QVector<HostMessage> m_messages; // not yet returned by ask() or await()
 };
 
 void expect(bool holds, const QString &reason);

@@ -14,7 +14,7 @@ namespace {
 
 const QLatin1String outcomeKey("outcome");
 const QLatin1String reasonKey("reason");
-const QLatin1String resultFile("/result.json"); // not the output: a plug-in may print there as well
+const QLatin1String resultFile("/result.json"); // standard output may hold the plug-in's own lines
 
 QString tr(const char *text)
 {
@@ -45,8 +45,8 @@ QProcessEnvironment quietEnvironment()
     return environment;
 }
 
-/// What the process's end says; a plug-in may crash after its check went well.
-CheckResult judge(const QProcess &process, const QString &home)
+/// Evaluates the end of the process: a plug-in may crash after its check has passed.
+CheckResult resultOf(const QProcess &process, const QString &home)
 {
     CheckResult result = readResult(home);
     if (process.exitStatus() == QProcess::CrashExit)
@@ -56,10 +56,10 @@ CheckResult judge(const QProcess &process, const QString &home)
     return result;
 }
 
-CheckResult perform(const Check &check, CheckStage &stage)
+CheckResult perform(const Check &check, CheckContext &context)
 {
     try {
-        check.run(stage);
+        check.run(context);
         return {CheckResult::Passed, QString(), 0};
     } catch (const CheckFailed &failed) {
         return {CheckResult::Failed, failed.reason, 0};
@@ -86,7 +86,7 @@ CheckResult CheckProcess::run(const Check &check, const QString &library, int li
     if (!process.waitForStarted()) {
         result = {CheckResult::Skipped, process.errorString(), 0};
     } else if (process.waitForFinished(limitMilliseconds)) {
-        result = judge(process, home.path());
+        result = resultOf(process, home.path());
     } else {
         process.kill();
         process.waitForFinished();
@@ -96,9 +96,9 @@ CheckResult CheckProcess::run(const Check &check, const QString &library, int li
     return result;
 }
 
-int CheckProcess::carryOut(const Check &check, const QString &library, const HostHome &home)
+int CheckProcess::runHere(const Check &check, const QString &library, const DataFolder &home)
 {
-    CheckStage stage(library, home);
-    const CheckResult result = perform(check, stage);
+    CheckContext context(library, home);
+    const CheckResult result = perform(check, context);
     return writeResult(home.path(), result) ? ExitCode::Ok : ExitCode::ValidationFailed;
 }

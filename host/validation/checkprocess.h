@@ -3,7 +3,7 @@
 #include "host/database/datafolder.h"
 #include "host/validation/check.h"
 
-/// What the report says of one check.
+/// The outcome of one check.
 struct CheckResult
 {
     enum Outcome { Passed, Failed, Skipped } outcome = Failed;
@@ -11,14 +11,15 @@ struct CheckResult
     qint64 milliseconds = 0;
 };
 
-/// Each check has a process and a home of its own: a plug-in that crashes or hangs takes nothing with it.
+/// Each check runs in a process and a data folder of its own: a plug-in that crashes or hangs ends only its
+/// check.
 namespace CheckProcess {
 
-/// Starts this program for the check and waits for its end, at most that long.
+/// Starts this program for the check and waits for its end; kills it after `limitMilliseconds`.
 CheckResult run(const Check &check, const QString &library, int limitMilliseconds);
 
-/// In that process: carries out the check and leaves its result in the home. Needs the application object.
-/// An exit code.
-int carryOut(const Check &check, const QString &library, const HostHome &home);
+/// Called in that process: runs the check and writes its result into the folder. Needs the application
+/// object. Returns an exit code.
+int runHere(const Check &check, const QString &library, const DataFolder &home);
 
 } // namespace CheckProcess

@@ -10,10 +10,10 @@
 #include <QWidget>
 #include <QtEndian>
 
-// What it does to the file, and what a file in trouble does to it.
+// The plug-in's writes to the database, and its behaviour when the database is locked or missing.
 namespace {
 
-const QString journal = QStringLiteral("maintainance");
+const QString serviceLog = QStringLiteral("maintainance");
 const QString remoteData = QStringLiteral("remote_service_data");
 const QString archived = QStringLiteral("remote_service_move_to_archive");
 const QString pending = QStringLiteral("update_pending_service");
@@ -25,112 +25,112 @@ QString tr(const char *text)
     return QCoreApplication::translate("DatabaseChecks", text);
 }
 
-void begin(CheckStage &stage)
+void begin(CheckContext &context)
 {
-    stage.makeDatabase();
-    stage.load();
+    context.makeDatabase();
+    context.load();
 }
 
-void store(CheckStage &stage, const char *records)
+void store(CheckContext &context, const char *records)
 {
-    stage.send(remoteData, remoteRecords(records));
+    context.send(remoteData, remoteRecords(records));
 }
 
-void checkRemoteRecord(CheckStage &stage)
+void checkRemoteRecord(CheckContext &context)
 {
-    begin(stage);
-    store(stage, oneRecord);
-    const HostMessage reload = stage.await(pending); // before the archive's message
+    begin(context);
+    store(context, oneRecord);
+    const HostMessage reload = context.await(pending); // before the archive's message
     expectEqual(tr("the number of services due after the record"),
                 reload.data.value(QLatin1String("servicePendingList")).toArray().size(), 1);
-    expectMessage(stage.await(archived), QStringLiteral("garage_stats_updater"),
+    expectMessage(context.await(archived), QStringLiteral("garage_stats_updater"),
                   jsonObject(R"({"idList": [900]})"));
     expectEqual(tr("the number of records stored as sent"),
-                stage.count(journal,
-                            QStringLiteral("remote_id=900 AND car_id=1 AND operation_id=1 AND "
-                                           "operation_time='2026-02-01T10:00:00.000Z' AND person_id=12 AND "
-                                           "person_name='Ким' AND comment='замена' AND operation_state=1")),
+                context.count(serviceLog,
+                              QStringLiteral("remote_id=900 AND car_id=1 AND operation_id=1 AND "
+                                             "operation_time='2026-02-01T10:00:00.000Z' AND person_id=12 AND "
+                                             "person_name='Ким' AND comment='замена' AND operation_state=1")),
                 1);
-    expectEqual(tr("the number of records"), stage.count(journal), 4);
+    expectEqual(tr("the number of records"), context.count(serviceLog), 4);
 }
 
-void checkRemoteAgain(CheckStage &stage)
+void checkRemoteAgain(CheckContext &context)
 {
-    begin(stage);
+    begin(context);
     for (int time = 0; time < 2; ++time) {
-        store(stage, oneRecord);
-        stage.await(archived);
+        store(context, oneRecord);
+        context.await(archived);
     }
     expectEqual(tr("the number of records of one remote id"),
-                stage.count(journal, QStringLiteral("remote_id=900")), 1);
+                context.count(serviceLog, QStringLiteral("remote_id=900")), 1);
 }
 
-void checkRemoteCompletion(CheckStage &stage)
+void checkRemoteCompletion(CheckContext &context)
 {
-    begin(stage);
+    begin(context);
     QJsonObject request = remoteRecords(R"([{"id": 901, "carId": 2, "opId": -1, "localId": 3,
         "opDoneDateTime": "2026-02-01T10:00:00.000Z"}])");
     request.insert(QStringLiteral("msg"), QStringLiteral("service_operation_done"));
-    expectEvents(stage.ask(QStringLiteral("remote_control_data"), request), {});
-    stage.await(archived);
-    expectEqual(tr("the number of records"), stage.count(journal), 3);
+    expectEvents(context.ask(QStringLiteral("remote_control_data"), request), {});
+    context.await(archived);
+    expectEqual(tr("the number of records"), context.count(serviceLog), 3);
     expectEqual(tr("the state of the completed complaint"),
-                stage.count(journal, QStringLiteral("id=3 AND operation_state=1")), 1);
+                context.count(serviceLog, QStringLiteral("id=3 AND operation_state=1")), 1);
 }
 
 /// SQLite counts the transactions that changed a file in its header. Read only while nobody holds a lock:
 /// closing the file drops the locks of this whole process.
-quint32 changeCounter(const CheckStage &stage)
+quint32 changeCounter(const CheckContext &context)
 {
-    QFile file(stage.home().databasePath());
+    QFile file(context.home().databasePath());
     constexpr int counterOffset = 24;
     if (!file.open(QIODevice::ReadOnly) || !file.seek(counterOffset))
         throw CheckSkipped {file.errorString()};
     return qFromBigEndian<quint32>(file.read(sizeof(quint32)).constData());
 }
 
-void checkTransaction(CheckStage &stage)
+void checkTransaction(CheckContext &context)
 {
-    begin(stage);
-    const quint32 before = changeCounter(stage);
-    store(stage, R"([{"id": 901, "carId": 1, "opId": 1, "opDoneDateTime": "2026-02-01T10:00:00.000Z"},
+    begin(context);
+    const quint32 before = changeCounter(context);
+    store(context, R"([{"id": 901, "carId": 1, "opId": 1, "opDoneDateTime": "2026-02-01T10:00:00.000Z"},
                      {"id": 902, "carId": 2, "opId": 1, "opDoneDateTime": "2026-02-01T11:00:00.000Z"},
                      {"id": 903, "carId": 2, "opId": -1, "opDoneDateTime": "2026-02-01T12:00:00.000Z"}])");
-    const HostMessage message = stage.await(archived);
-    stage.wait(500);
-    expectEqual(tr("the number of transactions for three records"), int(changeCounter(stage) - before), 1);
+    const HostMessage message = context.await(archived);
+    context.wait(500);
+    expectEqual(tr("the number of transactions for three records"), int(changeCounter(context) - before), 1);
     expectEqual(tr("the list of archived records"), message.data,
                 jsonObject(R"({"idList": [901, 902, 903]})"));
-    expectEqual(tr("the number of records"), stage.count(journal), 6);
+    expectEqual(tr("the number of records"), context.count(serviceLog), 6);
 }
 
-void checkLockedDatabase(CheckStage &stage)
+void checkLockedDatabase(CheckContext &context)
 {
     constexpr int patience = 1000; // milliseconds
-    begin(stage);
-    stage.exec(QStringLiteral("BEGIN IMMEDIATE"));
+    begin(context);
+    context.exec(QStringLiteral("BEGIN IMMEDIATE"));
     QElapsedTimer clock;
     clock.start();
-    store(stage, oneRecord);
-    stage.send(QStringLiteral("clicked"), {{QStringLiteral("key"), QStringLiteral("show_garage")}});
+    store(context, oneRecord);
+    context.send(QStringLiteral("clicked"), {{QStringLiteral("key"), QStringLiteral("show_garage")}});
     expect(clock.elapsed() < patience, tr("the host waits %1 ms for a locked database").arg(clock.elapsed()));
-    stage.await(QStringLiteral("insert_tab"));
-    stage.expectSilence(patience); // nothing may be announced before it is stored
-    stage.exec(QStringLiteral("COMMIT"));
-    expectEqual(tr("the list of archived records"), stage.await(archived).data,
+    context.await(QStringLiteral("insert_tab"));
+    context.expectSilence(patience); // nothing may be announced before it is stored
+    context.exec(QStringLiteral("COMMIT"));
+    expectEqual(tr("the list of archived records"), context.await(archived).data,
                 jsonObject(R"({"idList": [900]})"));
-    expectEqual(tr("the number of records once the lock was released"), stage.count(journal), 4);
+    expectEqual(tr("the number of records once the lock was released"), context.count(serviceLog), 4);
 }
 
-void checkMissingDatabase(CheckStage &stage)
+void checkMissingDatabase(CheckContext &context)
 {
-    stage.load();
-    stage.send(QStringLiteral("load_complete"));
-    stage.garageWindow().show();
-    expectEqual(tr("what it reports without a database"), stage.await(pending).data,
+    context.load();
+    context.send(QStringLiteral("load_complete"));
+    context.garageWindow().show();
+    expectEqual(tr("what it reports without a database"), context.await(pending).data,
                 jsonObject(R"({"servicePendingList": [], "maintainanceStatus": []})"));
-    expectEvents(stage.ask(QStringLiteral("send_settings_dialogs")), {QStringLiteral("settings_dialog")});
-    stage.send(QStringLiteral("car_complain"), {{QStringLiteral("carId"), 1}});
+    expectEvents(context.ask(QStringLiteral("send_settings_dialogs")), {QStringLiteral("settings_dialog")});
+    context.send(QStringLiteral("car_complain"), {{QStringLiteral("carId"), 1}});
 }
 
 QStringList foreignConnections()
@@ -143,27 +143,27 @@ QStringList foreignConnections()
     return names;
 }
 
-void checkUnloading(CheckStage &stage)
+void checkUnloading(CheckContext &context)
 {
     constexpr int longestEnd = 10000; // milliseconds
-    begin(stage);
-    const QPointer<QObject> root = &stage.plugin();
-    const QPointer<QWidget> window = &stage.garageWindow();
-    stage.garageWindow().show();
-    store(stage, oneRecord);
+    begin(context);
+    const QPointer<QObject> root = &context.plugin();
+    const QPointer<QWidget> window = &context.garageWindow();
+    context.garageWindow().show();
+    store(context, oneRecord);
     QElapsedTimer clock;
     clock.start();
-    stage.unload();
+    context.unload();
     expect(clock.elapsed() < longestEnd, tr("unloading takes %1 ms").arg(clock.elapsed()));
     expect(!root && !window, tr("its objects are left behind"));
     const QStringList connections = foreignConnections();
     expect(connections.isEmpty(),
            tr("its database connections are left behind: %1").arg(connections.join(QLatin1String(", "))));
     expectEqual(tr("the number of remote records handed over before unloading"),
-                stage.count(journal, QStringLiteral("remote_id=900")), 1);
-    stage.forgetMessages();
-    stage.load();
-    expectEvents(stage.ask(QStringLiteral("send_settings_dialogs")), {QStringLiteral("settings_dialog")});
+                context.count(serviceLog, QStringLiteral("remote_id=900")), 1);
+    context.discardMessages();
+    context.load();
+    expectEvents(context.ask(QStringLiteral("send_settings_dialogs")), {QStringLiteral("settings_dialog")});
 }
 
 } // namespace

@@ -17,7 +17,6 @@ static void initResources()
     Q_INIT_RESOURCE(validation);
 }
 
-// Tells a library from what the rest of the program loads.
 namespace {
 
 const QByteArray metadataMagic("QTMETADATA ");
@@ -33,27 +32,27 @@ QString text(const QByteArray &latin)
 }
 
 /// Past the plug-in loader, as the platform sees the library.
-QFunctionPointer entryPoint(const CheckStage &stage, const char *name)
+QFunctionPointer entryPoint(const CheckContext &context, const char *name)
 {
-    const QFunctionPointer function = QLibrary::resolve(stage.library(), name);
+    const QFunctionPointer function = QLibrary::resolve(context.library(), name);
     expect(function, tr("the library does not export %1").arg(text(name)));
     return function;
 }
 
-QObject *instance(const CheckStage &stage)
+QObject *instance(const CheckContext &context)
 {
-    return reinterpret_cast<QObject *(*)()>(entryPoint(stage, "qt_plugin_instance"))();
+    return reinterpret_cast<QObject *(*)()>(entryPoint(context, "qt_plugin_instance"))();
 }
 
-void checkLoading(CheckStage &stage)
+void checkLoading(CheckContext &context)
 {
-    stage.makeDatabase();
-    stage.load();
+    context.makeDatabase();
+    context.load();
 }
 
-void checkMetadata(CheckStage &stage)
+void checkMetadata(CheckContext &context)
 {
-    QFile file(stage.library());
+    QFile file(context.library());
     expect(file.open(QIODevice::ReadOnly), file.errorString());
     const QByteArray library = file.readAll();
     const int start = library.indexOf(metadataMagic);
@@ -72,26 +71,26 @@ void checkMetadata(CheckStage &stage)
     expectEqual(tr("the number of metadata entries"), entries.size(), 2);
 }
 
-void checkEntryPoints(CheckStage &stage)
+void checkEntryPoints(CheckContext &context)
 {
-    stage.makeDatabase();
-    const auto query = reinterpret_cast<const char *(*)()>(entryPoint(stage, "qt_plugin_query_metadata"));
+    context.makeDatabase();
+    const auto query = reinterpret_cast<const char *(*)()>(entryPoint(context, "qt_plugin_query_metadata"));
     expect(qstrncmp(query(), metadataMagic.constData(), uint(metadataMagic.size())) == 0,
            tr("qt_plugin_query_metadata does not return the metadata block"));
-    const QPointer<QObject> first = instance(stage);
+    const QPointer<QObject> first = instance(context);
     expect(first, tr("qt_plugin_instance returns nothing"));
     expect(!first->parent(), tr("the root object has a parent"));
-    expect(instance(stage) == first, tr("the second call makes another root object"));
+    expect(instance(context) == first, tr("the second call makes another root object"));
     delete first;
-    const QPointer<QObject> second = instance(stage);
+    const QPointer<QObject> second = instance(context);
     expect(second, tr("after its end the root object is not made anew"));
     delete second;
 }
 
-void checkCasts(CheckStage &stage)
+void checkCasts(CheckContext &context)
 {
-    stage.makeDatabase();
-    QObject *root = instance(stage);
+    context.makeDatabase();
+    QObject *root = instance(context);
     expect(root, tr("qt_plugin_instance returns nothing"));
     auto *interface = qobject_cast<TrivexPluginInterface *>(root);
     expect(interface, tr("qobject_cast to the interface gives nothing"));
@@ -106,15 +105,15 @@ void checkCasts(CheckStage &stage)
 }
 
 /// Each slot of the virtual table answers as the function that belongs there.
-void checkVirtualOrder(CheckStage &stage)
+void checkVirtualOrder(CheckContext &context)
 {
-    stage.makeDatabase();
-    stage.load();
-    TrivexPluginInterface &plugin = stage.plugin();
+    context.makeDatabase();
+    context.load();
+    TrivexPluginInterface &plugin = context.plugin();
     QWidget *page = plugin.settingsPage();
-    const QVector<HostMessage> answer = stage.ask(QStringLiteral("send_settings_dialogs"));
+    const QVector<HostMessage> answer = context.ask(QStringLiteral("send_settings_dialogs"));
     expectEvents(answer, {QStringLiteral("settings_dialog")});
-    expect(page && page == &stage.widget(answer.first().data.value(QLatin1String("settingsPagePtr"))),
+    expect(page && page == &context.widget(answer.first().data.value(QLatin1String("settingsPagePtr"))),
            tr("settingsPage() is not the page that \"settings_dialog\" names"));
     expect(!plugin.auxiliaryWidget(), tr("auxiliaryWidget() is not null"));
     expectEqual(tr("caption()"), plugin.caption(), QStringLiteral("Гараж"));
@@ -131,11 +130,11 @@ void expectMethod(const QMetaObject &meta, int index, QMetaMethod::MethodType ty
     expect(method.methodType() == type, tr("%1 is of another kind").arg(text(signature)));
 }
 
-void checkMetaObject(CheckStage &stage)
+void checkMetaObject(CheckContext &context)
 {
-    stage.makeDatabase();
-    stage.load();
-    const QMetaObject &root = *stage.plugin().metaObject();
+    context.makeDatabase();
+    context.load();
+    const QMetaObject &root = *context.plugin().metaObject();
     expectEqual(tr("the class name"), text(root.className()), QStringLiteral("RuvaloGaragePlugin"));
     expectMethod(root, 0, QMetaMethod::Slot, "closeGarage()");
     expect(root.superClass() && qstrcmp(root.superClass()->className(), "TrivexPluginInterface") == 0,
@@ -159,25 +158,25 @@ QJsonArray catalogued(const QJsonObject &catalogue, QLatin1String direction)
     return events;
 }
 
-void checkEventLists(CheckStage &stage)
+void checkEventLists(CheckContext &context)
 {
-    stage.makeDatabase();
-    stage.load();
+    context.makeDatabase();
+    context.load();
     initResources();
     QFile file(QStringLiteral(":/host/events.json"));
     expect(file.open(QIODevice::ReadOnly), file.errorString());
     const QJsonObject catalogue = jsonObject(file.readAll().constData());
-    expectEqual(tr("emittedEvents()"), QJsonArray::fromStringList(stage.plugin().emittedEvents()),
+    expectEqual(tr("emittedEvents()"), QJsonArray::fromStringList(context.plugin().emittedEvents()),
                 catalogued(catalogue, QLatin1String("emitted")));
-    expectEqual(tr("subscribedEvents()"), QJsonArray::fromStringList(stage.plugin().subscribedEvents()),
+    expectEqual(tr("subscribedEvents()"), QJsonArray::fromStringList(context.plugin().subscribedEvents()),
                 catalogued(catalogue, QLatin1String("understood")));
 }
 
-/// The program ends right after this; the process's end tells whether that went well.
-void checkEndWithoutUnloading(CheckStage &stage)
+/// The program ends after this check; resultOf() evaluates the exit code of the process.
+void checkEndWithoutUnloading(CheckContext &context)
 {
-    stage.makeDatabase();
-    auto *plugin = qobject_cast<TrivexPluginInterface *>(instance(stage));
+    context.makeDatabase();
+    auto *plugin = qobject_cast<TrivexPluginInterface *>(instance(context));
     expect(plugin, tr("qobject_cast to the interface gives nothing"));
     plugin->pluginSlot(QStringLiteral("host"), QStringLiteral("run_saved_to_db"), {});
     plugin->settingsPage()->show();

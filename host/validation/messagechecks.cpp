@@ -5,7 +5,7 @@
 #include <QCoreApplication>
 #include <QWidget>
 
-// Every request that a host makes, with its answer.
+// Each request of a host and its answer.
 namespace {
 
 const QString garage = QStringLiteral("garage_plugin");
@@ -20,10 +20,10 @@ QString tr(const char *text)
     return QCoreApplication::translate("MessageChecks", text);
 }
 
-void begin(CheckStage &stage)
+void begin(CheckContext &context)
 {
-    stage.makeDatabase();
-    stage.load();
+    context.makeDatabase();
+    context.load();
 }
 
 qint64 address(const QWidget *widget)
@@ -31,54 +31,54 @@ qint64 address(const QWidget *widget)
     return qint64(reinterpret_cast<quintptr>(widget));
 }
 
-void checkLoadComplete(CheckStage &stage)
+void checkLoadComplete(CheckContext &context)
 {
-    begin(stage);
-    const QVector<HostMessage> answer = stage.ask(QStringLiteral("load_complete"));
+    begin(context);
+    const QVector<HostMessage> answer = context.ask(QStringLiteral("load_complete"));
     expectEvents(answer, {QStringLiteral("read_cars_list"), QStringLiteral("update_remote_service")});
     for (const HostMessage &message : answer)
         expectMessage(message, garage, {});
 }
 
-void checkInsertTab(CheckStage &stage)
+void checkInsertTab(CheckContext &context)
 {
-    begin(stage);
+    begin(context);
     const QJsonObject key = jsonObject(R"({"key": "show_garage"})");
-    const QVector<HostMessage> answer = stage.ask(QStringLiteral("clicked"), key);
+    const QVector<HostMessage> answer = context.ask(QStringLiteral("clicked"), key);
     expectEvents(answer, {QStringLiteral("insert_tab")});
-    QWidget &window = stage.widget(answer.first().data.value(QLatin1String("tabWidget")));
+    QWidget &window = context.widget(answer.first().data.value(QLatin1String("tabWidget")));
     QJsonObject expected =
         jsonObject(R"({"tabCaption": "Гараж", "index": 0, "moduleName": "garage_plugin"})");
     expected.insert(QStringLiteral("tabWidget"), address(&window));
     expectMessage(answer.first(), garage, expected);
-    expectEvents(stage.ask(QStringLiteral("clicked"), jsonObject(R"({"key": "show_track"})")), {});
+    expectEvents(context.ask(QStringLiteral("clicked"), jsonObject(R"({"key": "show_track"})")), {});
 }
 
-void checkCloseTab(CheckStage &stage)
+void checkCloseTab(CheckContext &context)
 {
-    begin(stage);
+    begin(context);
     QJsonObject expected = jsonObject(R"({"moduleName": "garage_plugin", "onlyHide": true})");
-    expected.insert(QStringLiteral("tabWidget"), address(&stage.garageWindow()));
-    expect(QMetaObject::invokeMethod(&stage.plugin(), "closeGarage", Qt::DirectConnection),
+    expected.insert(QStringLiteral("tabWidget"), address(&context.garageWindow()));
+    expect(QMetaObject::invokeMethod(&context.plugin(), "closeGarage", Qt::DirectConnection),
            tr("there is no slot closeGarage()"));
-    expectMessage(stage.await(QStringLiteral("close_tab")), garage, expected);
+    expectMessage(context.await(QStringLiteral("close_tab")), garage, expected);
 }
 
-void checkSettingsDialog(CheckStage &stage)
+void checkSettingsDialog(CheckContext &context)
 {
-    begin(stage);
-    const QVector<HostMessage> answer = stage.ask(QStringLiteral("send_settings_dialogs"));
+    begin(context);
+    const QVector<HostMessage> answer = context.ask(QStringLiteral("send_settings_dialogs"));
     expectEvents(answer, {QStringLiteral("settings_dialog")});
     QJsonObject expected = jsonObject(R"({"moduleName": "garage_plugin", "settingsCaption": "Гараж"})");
-    expected.insert(QStringLiteral("settingsPagePtr"), address(stage.plugin().settingsPage()));
+    expected.insert(QStringLiteral("settingsPagePtr"), address(context.plugin().settingsPage()));
     expectMessage(answer.first(), garage, expected);
 }
 
-void checkReload(CheckStage &stage)
+void checkReload(CheckContext &context)
 {
-    begin(stage);
-    stage.send(runSaved);
-    expectMessage(stage.await(pending), loader, jsonObject(R"({
+    begin(context);
+    context.send(runSaved);
+    expectMessage(context.await(pending), loader, jsonObject(R"({
         "servicePendingList": [
             {"carId": 1, "carNum": "7", "carModel": "Вихрь", "opId": 1, "opName": "Замена масла",
              "opDateTime": "2026-01-01T10:00", "localId": 1},
@@ -89,7 +89,7 @@ void checkReload(CheckStage &stage)
             {"carId": 2, "opsStatus": {
                 "-1": {"tt": 305, "tl": 10, "tr": 2, "dt": "2026-01-02T10:00"},
                 "1": {"tt": 305, "tl": 10, "tr": 2, "dt": "2026-01-01T10:00"}}}]})"));
-    stage.expectSilence();
+    context.expectSilence();
 }
 
 QJsonObject twoCars(bool noStatsUpdate)
@@ -102,80 +102,80 @@ QJsonObject twoCars(bool noStatsUpdate)
     return data;
 }
 
-void checkCarsList(CheckStage &stage)
+void checkCarsList(CheckContext &context)
 {
-    begin(stage);
-    stage.send(carsList, twoCars(false));
-    stage.expectSilence(); // its window is hidden
-    stage.garageWindow().show();
-    stage.await(pending);
-    stage.send(carsList, twoCars(true));
-    stage.expectSilence();
-    stage.send(carsList, twoCars(false));
-    stage.await(pending);
-    stage.expectSilence();
+    begin(context);
+    context.send(carsList, twoCars(false));
+    context.expectSilence(); // its window is hidden
+    context.garageWindow().show();
+    context.await(pending);
+    context.send(carsList, twoCars(true));
+    context.expectSilence();
+    context.send(carsList, twoCars(false));
+    context.await(pending);
+    context.expectSilence();
 }
 
-void checkPersonalList(CheckStage &stage)
+void checkPersonalList(CheckContext &context)
 {
-    begin(stage);
-    expectEvents(stage.ask(QStringLiteral("personal_list"), jsonObject(R"({"personalList": [
+    begin(context);
+    expectEvents(context.ask(QStringLiteral("personal_list"), jsonObject(R"({"personalList": [
         {"id": 12, "lastName": "Ким", "firstName": "Анна", "midName": "Львовна", "serviceCode": "4002"}]})")),
                  {});
-    stage.send(QStringLiteral("remote_service_data"), remoteRecords(R"([
+    context.send(QStringLiteral("remote_service_data"), remoteRecords(R"([
         {"id": 900, "carId": 1, "opId": 1, "opDoneDateTime": "2026-02-01T10:00:00.000Z",
          "serviceCode": "4002", "operatorName": "?"}])"));
-    stage.await(QStringLiteral("remote_service_move_to_archive"));
+    context.await(QStringLiteral("remote_service_move_to_archive"));
     expectEqual(tr("the number of records of the person with the service code"),
-                stage.count(QStringLiteral("maintainance"),
-                            QStringLiteral("person_id=12 AND person_name='Ким Анна Львовна'")),
+                context.count(QStringLiteral("maintainance"),
+                              QStringLiteral("person_id=12 AND person_name='Ким Анна Львовна'")),
                 1);
 }
 
-QVector<HostMessage> toggle(CheckStage &stage, const char *more, bool skipAnswer = false)
+QVector<HostMessage> toggle(CheckContext &context, const char *more, bool skipAnswer = false)
 {
     QJsonObject request = jsonObject(R"({"msg": "switchCarAvailability", "sinkId": 7})");
     request.insert(QStringLiteral("data"), jsonObject(more));
     if (skipAnswer)
         request.insert(QStringLiteral("skipAnswer"), true);
-    return stage.ask(remoteControl, request);
+    return context.ask(remoteControl, request);
 }
 
-void checkAvailability(CheckStage &stage)
+void checkAvailability(CheckContext &context)
 {
-    begin(stage);
-    stage.send(carsList, twoCars(false));
+    begin(context);
+    context.send(carsList, twoCars(false));
     const QStringList both {QStringLiteral("update_cars"), QStringLiteral("remote_control_answer")};
-    QVector<HostMessage> answer = toggle(stage, R"({"carId": 1})");
+    QVector<HostMessage> answer = toggle(context, R"({"carId": 1})");
     expectEvents(answer, both);
     expectMessage(answer.at(0), garage,
                   jsonObject(R"({"carsIdsList": [1], "command": "set_availability", "available": 0})"));
     expectMessage(answer.at(1), garage, jsonObject(R"({"sinkId": -1, "req_answ":
         {"status": "ok", "carId": 1, "carAvailable": false, "sinkId": -1}})"));
-    answer = toggle(stage, R"({"carId": 2})");
+    answer = toggle(context, R"({"carId": 2})");
     expectEvents(answer, both);
     expectMessage(answer.at(0), garage,
                   jsonObject(R"({"carsIdsList": [2], "command": "set_availability", "available": 1})"));
-    expectEvents(toggle(stage, R"({"carId": 1})", true), {both.first()});
-    answer = toggle(stage, R"({"carId": 99})");
+    expectEvents(toggle(context, R"({"carId": 1})", true), {both.first()});
+    answer = toggle(context, R"({"carId": 99})");
     expectEvents(answer, {both.last()});
     expectMessage(answer.at(0), garage, jsonObject(R"({"sinkId": -1, "req_answ":
         {"status": "ok", "carId": 99, "carAvailable": false, "sinkId": -1}})"));
     for (const char *bad : {"{}", R"({"carId": -1})", R"({"carId": "kart"})"})
-        expectEvents(toggle(stage, bad), {});
+        expectEvents(toggle(context, bad), {});
 }
 
-void checkSilentEvents(CheckStage &stage)
+void checkSilentEvents(CheckContext &context)
 {
-    begin(stage);
+    begin(context);
     for (const char *event : {"run_closed", "", "RUN_SAVED_TO_DB", "insert_tab", "no_such_event"})
-        expectEvents(stage.ask(QString::fromLatin1(event), twoCars(false)), {});
-    expectEvents(stage.ask(remoteControl, jsonObject(R"({"msg": "no_such_message", "sinkId": 7})")), {});
-    stage.expectSilence();
+        expectEvents(context.ask(QString::fromLatin1(event), twoCars(false)), {});
+    expectEvents(context.ask(remoteControl, jsonObject(R"({"msg": "no_such_message", "sinkId": 7})")), {});
+    context.expectSilence();
 }
 
 /// Values of every kind under every key that the events read.
-void sendNonsense(CheckStage &stage, const QJsonValue &value)
+void sendNonsense(CheckContext &context, const QJsonValue &value)
 {
     QJsonObject data {{QStringLiteral("noStatsUpdate"), true}};
     for (const char *key : {"key", "cars", "personalList", "msg", "data", "sinkId", "skipAnswer", "carId"})
@@ -186,16 +186,16 @@ void sendNonsense(CheckStage &stage, const QJsonValue &value)
     deep.insert(QStringLiteral("msg"), QStringLiteral("switchCarAvailability"));
     for (const char *event : {"clicked", "cars_list_changed", "personal_list", "remote_control_data",
                               "remote_service_data", "run_closed"}) {
-        stage.send(QString::fromLatin1(event), data);
-        stage.send(QString::fromLatin1(event), deep);
+        context.send(QString::fromLatin1(event), data);
+        context.send(QString::fromLatin1(event), deep);
     }
 }
 
-void checkBadInput(CheckStage &stage)
+void checkBadInput(CheckContext &context)
 {
-    begin(stage);
+    begin(context);
     for (const char *text : {"", "[]", "[{", "{\"id\":1}", "null", "\"text\""})
-        expectEvents(stage.ask(QStringLiteral("remote_service_data"), remoteRecords(text)), {});
+        expectEvents(context.ask(QStringLiteral("remote_service_data"), remoteRecords(text)), {});
     const QJsonArray values {QJsonValue(),
                              true,
                              -1,
@@ -205,14 +205,14 @@ void checkBadInput(CheckStage &stage)
                              QJsonArray {1, QJsonArray()},
                              QJsonObject {{QStringLiteral("carId"), QJsonObject()}}};
     for (const QJsonValue &value : values)
-        sendNonsense(stage, value);
-    stage.send(QStringLiteral("car_complain"));
-    stage.send(QStringLiteral("car_complain"), jsonObject(R"({"carId": 99})"));
-    expectEqual(tr("the number of records after nonsense"), stage.count(QStringLiteral("maintainance")), 3);
-    stage.forgetMessages();
-    expectEvents(stage.ask(QStringLiteral("send_settings_dialogs")), {QStringLiteral("settings_dialog")});
-    stage.send(runSaved);
-    stage.await(pending);
+        sendNonsense(context, value);
+    context.send(QStringLiteral("car_complain"));
+    context.send(QStringLiteral("car_complain"), jsonObject(R"({"carId": 99})"));
+    expectEqual(tr("the number of records after nonsense"), context.count(QStringLiteral("maintainance")), 3);
+    context.discardMessages();
+    expectEvents(context.ask(QStringLiteral("send_settings_dialogs")), {QStringLiteral("settings_dialog")});
+    context.send(runSaved);
+    context.await(pending);
 }
 
 } // namespace

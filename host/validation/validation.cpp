@@ -78,15 +78,15 @@ int Validation::run(const Request &request)
 {
     const QFileInfo file(request.library);
     if (!file.isFile()) {
-        Console::complain(QCoreApplication::translate("PluginHost", "файла %1 нет").arg(request.library));
+        Console::writeError(QCoreApplication::translate("PluginHost", "файла %1 нет").arg(request.library));
         return ExitCode::NoPlugin;
     }
     const QString library = file.absoluteFilePath();
     const Check &loading = allChecks().first();
-    const auto carryOut = [&](const Check &check) {
+    const auto runHere = [&](const Check &check) {
         return CheckProcess::run(check, library, request.timeLimit * 1000);
     };
-    const CheckResult loaded = carryOut(loading);
+    const CheckResult loaded = runHere(loading);
     Report report(request.asJson);
     for (const Check &check : allChecks()) {
         if (!request.checkNames.isEmpty() && !request.checkNames.contains(check.name))
@@ -94,7 +94,7 @@ int Validation::run(const Request &request)
         if (check.name == loading.name)
             report.add(check, loaded);
         else if (loaded.outcome == CheckResult::Passed)
-            report.add(check, carryOut(check));
+            report.add(check, runHere(check));
         else
             report.add(check,
                        {CheckResult::Skipped, tr("the library does not load: %1").arg(loaded.reason), 0});

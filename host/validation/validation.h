@@ -3,7 +3,7 @@
 #include <QString>
 #include <QStringList>
 
-/// Tries a garage plug-in from outside, check by check, and prints a report.
+/// Tests a garage plug-in from outside, check by check, and prints a report.
 namespace Validation {
 
 constexpr int defaultTimeLimit = 30; // seconds for each check

@@ -9,10 +9,10 @@
 #include <QTimer>
 #include <QTreeView>
 
-// What a mechanic does in the garage window, and what the host and the file hear of it.
+// Actions of a mechanic in the garage window: the messages to the host, the rows in the database.
 namespace {
 
-const QString journal = QStringLiteral("maintainance");
+const QString serviceLog = QStringLiteral("maintainance");
 const QString pending = QStringLiteral("update_pending_service");
 
 QString tr(const char *text)
@@ -20,7 +20,7 @@ QString tr(const char *text)
     return QCoreApplication::translate("WindowChecks", text);
 }
 
-/// Says yes or no to the next dialog; the call that opens a dialog returns when it is closed.
+/// Accepts or rejects the next modal dialog, which blocks the call that opens it.
 class DialogAnswer final
 {
 public:
@@ -57,55 +57,56 @@ template<class Kind> Kind &named(QWidget &window, const char *name)
 }
 
 /// The window as the host shows it, filled by its first reload.
-QWidget &openWindow(CheckStage &stage)
+QWidget &openWindow(CheckContext &context)
 {
-    stage.makeDatabase();
-    stage.load();
-    QWidget &window = stage.garageWindow();
+    context.makeDatabase();
+    context.load();
+    QWidget &window = context.garageWindow();
     window.resize(1200, 700);
     window.show();
-    stage.await(pending);
-    stage.expectSilence(200);
+    context.await(pending);
+    context.expectSilence(200);
     return window;
 }
 
-void complain(CheckStage &stage, int carId, bool confirmed)
+void sendComplaint(CheckContext &context, int carId, bool confirmed)
 {
     const DialogAnswer answer(confirmed);
-    stage.send(QStringLiteral("car_complain"), {{QStringLiteral("carId"), carId}});
+    context.send(QStringLiteral("car_complain"), {{QStringLiteral("carId"), carId}});
     expect(answer.hasAnswered(), tr("no dialog opened for car %1").arg(carId));
 }
 
-void checkComplaint(CheckStage &stage)
+void checkComplaint(CheckContext &context)
 {
-    openWindow(stage);
-    complain(stage, 1, false);
-    stage.expectSilence();
-    expectEqual(tr("the number of records after a cancelled complaint"), stage.count(journal), 3);
-    complain(stage, 1, true);
-    stage.await(pending);
-    expectEqual(tr("the number of open complaints about car 1"),
-                stage.count(journal, QStringLiteral("car_id=1 AND operation_id=-1 AND operation_state=0")),
-                1);
-    complain(stage, 2, true);
-    stage.await(pending);
-    expectEqual(tr("the number of records after the open complaint was amended"), stage.count(journal), 4);
+    openWindow(context);
+    sendComplaint(context, 1, false);
+    context.expectSilence();
+    expectEqual(tr("the number of records after a cancelled complaint"), context.count(serviceLog), 3);
+    sendComplaint(context, 1, true);
+    context.await(pending);
+    expectEqual(
+        tr("the number of open complaints about car 1"),
+        context.count(serviceLog, QStringLiteral("car_id=1 AND operation_id=-1 AND operation_state=0")), 1);
+    sendComplaint(context, 2, true);
+    context.await(pending);
+    expectEqual(tr("the number of records after the open complaint was amended"), context.count(serviceLog),
+                4);
 }
 
-void checkAvailabilityButtons(CheckStage &stage)
+void checkAvailabilityButtons(CheckContext &context)
 {
-    QWidget &window = openWindow(stage);
-    stage.send(QStringLiteral("cars_list_changed"), jsonObject(R"({"noStatsUpdate": true, "cars": [
+    QWidget &window = openWindow(context);
+    context.send(QStringLiteral("cars_list_changed"), jsonObject(R"({"noStatsUpdate": true, "cars": [
         {"id": 1, "num": "7", "name": "Вихрь", "available_for_runs": true}]})"));
     named<QTreeView>(window, "tvAvailableCars").selectAll();
     named<QPushButton>(window, "pbRemoveAvailable").click();
     QJsonObject expected = jsonObject(R"({"carsIdsList": [1], "command": "set_availability", "available": 0,
                                           "requestSrc": "ui"})");
-    expectMessage(stage.await(QStringLiteral("update_cars")), QStringLiteral("garage_plugin"), expected);
+    expectMessage(context.await(QStringLiteral("update_cars")), QStringLiteral("garage_plugin"), expected);
     expected.insert(QStringLiteral("req_answ"),
                     jsonObject(R"({"carAvailable": false, "carsIdsList": [1], "status": "ok"})"));
     expected.insert(QStringLiteral("sinkId"), -1);
-    expectMessage(stage.await(QStringLiteral("remote_control_answer")), QStringLiteral("garage_plugin"),
+    expectMessage(context.await(QStringLiteral("remote_control_answer")), QStringLiteral("garage_plugin"),
                   expected);
 }
 
@@ -127,41 +128,41 @@ void pressCellButton(QTreeView &table)
     throw CheckFailed {tr("no button appears over a cell of the maintenance table")};
 }
 
-void checkServiceDone(CheckStage &stage)
+void checkServiceDone(CheckContext &context)
 {
-    QWidget &window = openWindow(stage);
+    QWidget &window = openWindow(context);
     const DialogAnswer answer(true);
     pressCellButton(named<QTreeView>(window, "tvMaintainanceTable"));
     expect(answer.hasAnswered(), tr("the service button opens no dialog"));
-    const HostMessage added = stage.await(QStringLiteral("add_remote_service"));
+    const HostMessage added = context.await(QStringLiteral("add_remote_service"));
     expectEqual(tr("the keys of \"add_remote_service\""), QJsonArray::fromStringList(added.data.keys()),
                 QJsonArray::fromStringList({QStringLiteral("carId"), QStringLiteral("comment"),
                                             QStringLiteral("opId"), QStringLiteral("opName"),
                                             QStringLiteral("opTime"), QStringLiteral("pId"),
                                             QStringLiteral("pName")}));
-    stage.await(pending);
+    context.await(pending);
     expectEqual(tr("the number of new done records"),
-                stage.count(journal,
-                            QStringLiteral("id>3 AND operation_state=1 AND car_id=%1 AND operation_id=%2")
-                                .arg(added.data.value(QLatin1String("carId")).toInt())
-                                .arg(added.data.value(QLatin1String("opId")).toInt())),
+                context.count(serviceLog,
+                              QStringLiteral("id>3 AND operation_state=1 AND car_id=%1 AND operation_id=%2")
+                                  .arg(added.data.value(QLatin1String("carId")).toInt())
+                                  .arg(added.data.value(QLatin1String("opId")).toInt())),
                 1);
 }
 
-void checkDeletion(CheckStage &stage)
+void checkDeletion(CheckContext &context)
 {
-    QWidget &window = openWindow(stage);
+    QWidget &window = openWindow(context);
     auto &log = named<QTreeView>(window, "tvServiceLog");
     log.setCurrentIndex(log.model()->index(0, 1)); // the latest record: the complaint
     const DialogAnswer answer(true);
     named<QAction>(window, "actionDeleteMaintainanceItem").trigger();
     expect(answer.hasAnswered(), tr("it deletes without asking"));
-    expectMessage(stage.await(QStringLiteral("remote_service_delete")),
+    expectMessage(context.await(QStringLiteral("remote_service_delete")),
                   QStringLiteral("garage_stats_updater"), jsonObject(R"({"localId": 3, "remoteId": -1})"));
-    stage.await(pending);
-    expectEqual(tr("the number of records with the deleted id"), stage.count(journal, QStringLiteral("id=3")),
-                0);
-    expectEqual(tr("the number of records left"), stage.count(journal), 2);
+    context.await(pending);
+    expectEqual(tr("the number of records with the deleted id"),
+                context.count(serviceLog, QStringLiteral("id=3")), 0);
+    expectEqual(tr("the number of records left"), context.count(serviceLog), 2);
 }
 
 } // namespace

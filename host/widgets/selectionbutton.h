@@ -3,5 +3,5 @@
 class QAbstractButton;
 class QAbstractItemView;
 
-/// Lets the button be pressed only while something is selected in the view, which has its model already.
+/// Enables the button while the view has a selection. Call after setModel().
 void enableWithSelection(QAbstractButton &button, const QAbstractItemView &view);

@@ -1,8 +1,8 @@
 #include "support/garagetest.h"
 
+#include "host/database/datafolder.h"
 #include "host/database/hostconnection.h"
 #include "host/database/hostdatabase.h"
-#include "host/database/datafolder.h"
 #include "host/sample/sampledata.h"
 #include "host/sample/samplejob.h"
 
@@ -41,10 +41,10 @@ private:
 SampleOutcome TestSampleData::make(quint32 seed, const SampleProgress &progress)
 {
     QFile::remove(home().databasePath());
-    if (!HostDatabase::prepare(HostHome::userDocuments()).isEmpty())
+    if (!HostDatabase::prepare(DataFolder::userDocuments()).isEmpty())
         return SampleOutcome::Failed;
     HostConnection connection(home().databasePath());
-    return makeSampleData(connection, SampleKind::Sample, seed, noon, progress);
+    return generateSampleData(connection, SampleKind::Sample, seed, noon, progress);
 }
 
 QString TestSampleData::dump() const
@@ -59,7 +59,7 @@ QString TestSampleData::dump() const
 
 void TestSampleData::theSampleHoldsAWholeTrack()
 {
-    QCOMPARE(make(1), SampleOutcome::Made);
+    QCOMPARE(make(1), SampleOutcome::Done);
     const TestDatabase database(home().databasePath(), false);
     const auto count = [&](const QString &what) { return database.value("SELECT " + what).toInt(); };
     QCOMPARE(count("count(*) FROM cars"), 24);
@@ -75,18 +75,18 @@ void TestSampleData::theSampleHoldsAWholeTrack()
 
 void TestSampleData::theSameSeedGivesTheSameTrack()
 {
-    QCOMPARE(make(5), SampleOutcome::Made);
+    QCOMPARE(make(5), SampleOutcome::Done);
     const QString first = dump();
-    QCOMPARE(make(5), SampleOutcome::Made);
+    QCOMPARE(make(5), SampleOutcome::Done);
     QVERIFY(dump() == first);
-    QCOMPARE(make(6), SampleOutcome::Made);
+    QCOMPARE(make(6), SampleOutcome::Done);
     QVERIFY(dump() != first);
 }
 
 void TestSampleData::dueOpenAndGoodStatesAllOccur()
 {
     for (quint32 seed = 0; seed < 8; ++seed) {
-        QCOMPARE(make(seed), SampleOutcome::Made);
+        QCOMPARE(make(seed), SampleOutcome::Done);
         const TestDatabase database(home().databasePath(), false);
         const QStringList states = database.rows(
             "SELECT m.operation_state, "
@@ -112,7 +112,7 @@ void TestSampleData::dueOpenAndGoodStatesAllOccur()
 
 void TestSampleData::everythingLiesInThePastInTheSharedForm()
 {
-    QCOMPARE(make(3), SampleOutcome::Made);
+    QCOMPARE(make(3), SampleOutcome::Done);
     const TestDatabase database(home().databasePath(), false);
     const QString now = noon.toString(Qt::ISODateWithMs);
     QVERIFY(database.value("SELECT max(lap_timestamp) FROM laps").toString() < now);
@@ -129,14 +129,14 @@ void TestSampleData::everythingLiesInThePastInTheSharedForm()
 void TestSampleData::cancellingLeavesTheFileBlank()
 {
     QCOMPARE(make(1, [](int) { return false; }), SampleOutcome::Cancelled);
-    QVERIFY(HostDatabase::isBlank(HostHome::userDocuments()));
+    QVERIFY(HostDatabase::isBlank(DataFolder::userDocuments()));
     const TestDatabase connection(home().databasePath(), false);
     QCOMPARE(connection.value("SELECT count(*) FROM sqlite_master WHERE name='laps_by_car'").toInt(), 1);
 }
 
 void TestSampleData::aJobInTheBackgroundCanBeCancelled()
 {
-    QCOMPARE(HostDatabase::prepare(HostHome::userDocuments()), QString());
+    QCOMPARE(HostDatabase::prepare(DataFolder::userDocuments()), QString());
     SampleJob job(home().databasePath(), SampleKind::Season, 1);
     QSignalSpy finished(&job, &SampleJob::finished);
     QSignalSpy progress(&job, &SampleJob::progress);
@@ -148,7 +148,7 @@ void TestSampleData::aJobInTheBackgroundCanBeCancelled()
     QVERIFY(finished.wait(30000));
     QCOMPARE(finished.first().first().value<SampleOutcome>(), SampleOutcome::Cancelled);
     QVERIFY(progress.count() >= 2);
-    QVERIFY(HostDatabase::isBlank(HostHome::userDocuments()));
+    QVERIFY(HostDatabase::isBlank(DataFolder::userDocuments()));
 }
 
 void TestSampleData::aJobThatCannotWriteSaysWhy()

@@ -1,8 +1,8 @@
 #include "support/garagetest.h"
 
 #include "host/app/demohost.h"
-#include "host/database/hostdatabase.h"
 #include "host/database/datafolder.h"
+#include "host/database/hostdatabase.h"
 #include "host/sample/sampledata.h"
 
 #include <QJsonArray>
@@ -41,20 +41,20 @@ private:
 
 std::unique_ptr<DemoHost> TestRemoteLoop::makeHost()
 {
-    const HostHome documents = HostHome::userDocuments();
+    const DataFolder documents = DataFolder::userDocuments();
     if (!HostDatabase::prepare(documents).isEmpty())
         qFatal("no database");
     if (HostDatabase::isBlank(documents)) {
         HostConnection connection(documents.databasePath());
-        makeSampleData(connection, SampleKind::Sample, 1, QDateTime::currentDateTimeUtc(),
-                       [](int) { return true; });
+        generateSampleData(connection, SampleKind::Sample, 1, QDateTime::currentDateTimeUtc(),
+                           [](int) { return true; });
     }
     auto host = std::make_unique<DemoHost>(documents, 1);
     const QString error = host->plugin().load(GARAGE_PLUGIN);
     if (!error.isEmpty() || !host->remote().prepare().isEmpty())
         qFatal("%s", qPrintable(error));
     QSignalSpy pending(&host->remote(), &RemoteSide::pendingChanged);
-    host->fleet().playStart();
+    host->fleet().sendStartSequence();
     if (!pending.wait())
         qFatal("no due list");
     return host;
@@ -71,9 +71,9 @@ const PendingService *TestRemoteLoop::find(DemoHost &host, bool complaint)
 
 QJsonObject TestRemoteLoop::lastHeard(DemoHost &host, const QString &event)
 {
-    for (int row = host.journal().rowCount() - 1; row >= 0; --row) {
-        if (host.journal().entry(row).event == event)
-            return host.journal().entry(row).data();
+    for (int row = host.messageLog().rowCount() - 1; row >= 0; --row) {
+        if (host.messageLog().entry(row).event == event)
+            return host.messageLog().entry(row).data();
     }
     return {};
 }
@@ -244,7 +244,7 @@ void TestRemoteLoop::carsAreSwitchedFromAfar()
 {
     const std::unique_ptr<DemoHost> host = makeHost();
     const FleetCar before = host->fleet().fleet().cars().first();
-    QSignalSpy notes(&host->remote(), &RemoteSide::noted);
+    QSignalSpy notes(&host->remote(), &RemoteSide::logged);
     host->remote().switchAvailability(before.id);
     QTRY_COMPARE(host->fleet().fleet().cars().first().available, !before.available);
     const QJsonObject answer = lastHeard(*host, "remote_control_answer").value("req_answ").toObject();
