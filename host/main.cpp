@@ -74,18 +74,17 @@ SampleOutcome runSampleJob(SampleJob &job, bool takesLong)
     return outcome;
 }
 
-int fillDatabase(const HostOptions &options, const DataFolder &home)
+int fillDatabase(const HostOptions &options, const DataFolder &folder)
 {
     if (options.fresh)
-        home.removeDatabases();
-    const QString error = HostDatabase::prepare(home);
-    if (!error.isEmpty()) {
-        Console::writeError(tr("база данных не готова: %1").arg(error));
+        folder.removeDatabases();
+    if (const Result result = HostDatabase::prepare(folder); !result) {
+        Console::writeError(tr("база данных не готова: %1").arg(result.errorText()));
         return ExitCode::NoDatabase;
     }
-    if (options.documents || !HostDatabase::isBlank(home))
+    if (options.documents || !HostDatabase::isBlank(folder))
         return ExitCode::Ok;
-    SampleJob job(home.databasePath(), options.data, options.seed);
+    SampleJob job(folder.databasePath(), options.data, options.seed);
     const SampleOutcome outcome = runSampleJob(job, options.data == SampleKind::Season);
     if (outcome == SampleOutcome::Done)
         return ExitCode::Ok;
@@ -97,37 +96,36 @@ int fillDatabase(const HostOptions &options, const DataFolder &home)
     return ExitCode::NoDatabase;
 }
 
-/// An error text, or empty.
-QString loadPlugin(const HostOptions &options, PluginHost &plugin)
+Result loadPlugin(const HostOptions &options, PluginHost &plugin)
 {
     const QString library = options.pluginFile.isEmpty() ? PluginHost::defaultLibrary() : options.pluginFile;
-    return library.isEmpty() ? tr("libruvalogarage.so рядом с программой не найдена") : plugin.load(library);
+    return library.isEmpty() ? Result::error(tr("libruvalogarage.so рядом с программой не найдена"))
+                             : plugin.load(library);
 }
 
-std::unique_ptr<HostSession> makeSession(const HostOptions &options, const DataFolder &home, DemoHost &host)
+std::unique_ptr<HostSession> makeSession(const HostOptions &options, const DataFolder &folder, DemoHost &host)
 {
-    const QString folder =
-        options.screenshotsFolder.isEmpty() ? home.screenshotsPath() : options.screenshotsFolder;
+    const QString screenshots =
+        options.screenshotsFolder.isEmpty() ? folder.screenshotsPath() : options.screenshotsFolder;
     if (options.stdio)
         return std::make_unique<StdioSession>(host);
     if (options.due)
         return std::make_unique<DueSession>(host);
     if (!options.playFile.isEmpty())
-        return std::make_unique<PlaySession>(host, home, options.playFile, folder);
+        return std::make_unique<PlaySession>(host, folder, options.playFile, screenshots);
     if (isHeadless() || !options.screenshotsFolder.isEmpty())
-        return std::make_unique<TourSession>(host, home, folder);
-    return std::make_unique<WindowSession>(host, home);
+        return std::make_unique<TourSession>(host, folder, screenshots);
+    return std::make_unique<WindowSession>(host, folder);
 }
 
-int run(const HostOptions &options, const DataFolder &home)
+int run(const HostOptions &options, const DataFolder &folder)
 {
-    DemoHost host(home, options.seed);
-    const QString error = loadPlugin(options, host.plugin());
-    if (!error.isEmpty()) {
-        Console::writeError(tr("плагин не загружен: %1").arg(error));
+    DemoHost host(folder, options.seed);
+    if (const Result result = loadPlugin(options, host.plugin()); !result) {
+        Console::writeError(tr("плагин не загружен: %1").arg(result.errorText()));
         return ExitCode::NoPlugin;
     }
-    const std::unique_ptr<HostSession> session = makeSession(options, home, host);
+    const std::unique_ptr<HostSession> session = makeSession(options, folder, host);
     QObject::connect(session.get(), &HostSession::finished, qApp, &QApplication::exit, Qt::QueuedConnection);
     session->start();
     return QApplication::exec();
@@ -158,9 +156,9 @@ int main(int argc, char **argv)
         const QCoreApplication application(argc, argv);
         return Validation::run(options.validation);
     }
-    const DataFolder home =
+    const DataFolder folder =
         options.documents ? DataFolder::userDocuments() : DataFolder::own(options.homeFolder);
-    home.applyToEnvironment();
+    folder.applyToEnvironment();
     chooseDisplay();
     int programNameOnly = 1; // Qt has a --plugin option of its own
     const QApplication application(programNameOnly, argv);
@@ -169,9 +167,9 @@ int main(int argc, char **argv)
         useDesktopFontSize();
     if (options.checksHere) {
         return CheckProcess::runHere(*findCheck(options.validation.checkNames.first()),
-                                     options.validation.library, home);
+                                     options.validation.library, folder);
     }
-    if (const int failure = fillDatabase(options, home))
+    if (const int failure = fillDatabase(options, folder))
         return failure;
-    return run(options, home);
+    return run(options, folder);
 }

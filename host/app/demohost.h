@@ -15,7 +15,7 @@ class DemoHost final
 {
     Q_DISABLE_COPY(DemoHost)
 public:
-    DemoHost(const DataFolder &home, quint32 seed);
+    DemoHost(const DataFolder &folder, quint32 seed);
 
     HostConnection &connection() { return m_connection; }
     PluginHost &plugin() { return m_plugin; }

@@ -1,7 +1,6 @@
 #include "host/app/hostsettingsdialog.h"
 
 #include "host/plugin/pluginhost.h"
-#include "host/plugin/widgetaddress.h"
 
 #include <QDialogButtonBox>
 #include <QPushButton>
@@ -42,7 +41,7 @@ HostSettingsDialog::~HostSettingsDialog()
 void HostSettingsDialog::handleMessage(const HostMessage &message)
 {
     QWidget *page = message.event == QLatin1String("settings_dialog")
-        ? widgetAt(message.data.value(QLatin1String("settingsPagePtr")))
+        ? message.widget(QLatin1String("settingsPagePtr"))
         : nullptr;
     if (!page || m_tabs->indexOf(page) >= 0)
         return;

@@ -8,17 +8,32 @@
 #include "host/remote/remotepanel.h"
 #include "host/track/trackpanel.h"
 
+#include <QApplication>
 #include <QCloseEvent>
-#include <QGuiApplication>
+#include <QDir>
 #include <QLabel>
 #include <QMessageBox>
+#include <QPainter>
+#include <QPixmap>
 #include <QScreen>
 #include <QStyle>
 #include <QTabWidget>
 #include <QToolBar>
 #include <QVBoxLayout>
 
-HostWindow::HostWindow(DemoHost &host, const DataFolder &home)
+namespace {
+
+QPixmap grabWithMenu(QWidget &window)
+{
+    QPixmap picture = window.grab();
+    if (QWidget *menu = QApplication::activePopupWidget())
+        QPainter(&picture).drawPixmap(window.mapFromGlobal(menu->pos()), menu->grab());
+    return picture;
+}
+
+} // namespace
+
+HostWindow::HostWindow(DemoHost &host, const DataFolder &folder)
     : m_host(host), m_tabs(new QTabWidget), m_pluginTabs(host.plugin(), *m_tabs)
 {
     setWindowTitle(tr("Картодром — демонстрация гаража"));
@@ -32,7 +47,7 @@ HostWindow::HostWindow(DemoHost &host, const DataFolder &home)
 
     auto *central = new QWidget;
     auto *layout = new QVBoxLayout(central);
-    layout->addWidget(makeBanner(home));
+    layout->addWidget(makeBanner(folder));
     layout->addWidget(m_tabs, 1);
     setCentralWidget(central);
     makeToolBar();
@@ -44,12 +59,12 @@ HostWindow::~HostWindow()
     m_pluginTabs.releaseWindows();
 }
 
-QWidget *HostWindow::makeBanner(const DataFolder &home)
+QWidget *HostWindow::makeBanner(const DataFolder &folder)
 {
-    const bool isReal = home.isUserDocuments();
+    const bool isReal = folder.isUserDocuments();
     auto *banner = new QLabel(
-        isReal ? tr("Внимание: это настоящие документы пользователя. Файл: %1").arg(home.databasePath())
-               : tr("Демонстрационные данные. Файл: %1").arg(home.databasePath()));
+        isReal ? tr("Внимание: это настоящие документы пользователя. Файл: %1").arg(folder.databasePath())
+               : tr("Демонстрационные данные. Файл: %1").arg(folder.databasePath()));
     banner->setObjectName(QStringLiteral("bannerLabel"));
     banner->setTextInteractionFlags(Qt::TextSelectableByMouse);
     banner->setWordWrap(true);
@@ -76,9 +91,8 @@ void HostWindow::makeToolBar()
 
 void HostWindow::start()
 {
-    const QString error = m_host.remote().prepare();
-    if (!error.isEmpty())
-        QMessageBox::warning(this, tr("Удалённая сторона не работает"), error);
+    if (const Result result = m_host.remote().prepare(); !result)
+        QMessageBox::warning(this, tr("Удалённая сторона не работает"), result.errorText());
     show();
     m_host.fleet().sendStartSequence();
 }
@@ -101,6 +115,16 @@ void HostWindow::closeSettings()
 {
     if (m_settings)
         m_settings->close();
+}
+
+Result HostWindow::saveScreenshot(const QString &folder, const QString &name, const QRect &part)
+{
+    QWidget *dialog = QApplication::activeModalWidget();
+    const QPixmap picture = grabWithMenu(dialog ? *dialog : *this);
+    const QString fileName = QDir(folder).filePath(name + QLatin1String(".png"));
+    const bool isSaved =
+        QDir().mkpath(folder) && (part.isNull() ? picture : picture.copy(part)).save(fileName);
+    return isSaved ? Result::success() : Result::error(tr("снимок %1 не записан").arg(fileName));
 }
 
 void HostWindow::closeEvent(QCloseEvent *event)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "host/app/plugintabs.h"
+#include "host/result.h"
 
 #include <QMainWindow>
 
@@ -14,7 +15,7 @@ class HostWindow final : public QMainWindow
 {
     Q_OBJECT
 public:
-    HostWindow(DemoHost &host, const DataFolder &home);
+    HostWindow(DemoHost &host, const DataFolder &folder);
     ~HostWindow() override;
 
     /// Opens the remote side's records, shows the window and sends the start sequence to the plug-in.
@@ -23,6 +24,9 @@ public:
     void openSettings();
     void closeSettings();
     QTabWidget &tabs() { return *m_tabs; }
+    /// Saves a picture of the window, or of the modal dialog, as `folder`/`name`.png with its open menu.
+    /// `part` limits the picture unless it is null.
+    Result saveScreenshot(const QString &folder, const QString &name, const QRect &part = QRect());
 
 signals:
     void closed();
@@ -31,7 +35,7 @@ protected:
     void closeEvent(QCloseEvent *event) override;
 
 private:
-    QWidget *makeBanner(const DataFolder &home);
+    QWidget *makeBanner(const DataFolder &folder);
     void makeToolBar();
 
     DemoHost &m_host;

@@ -1,7 +1,6 @@
 #include "host/app/plugintabs.h"
 
 #include "host/plugin/pluginhost.h"
-#include "host/plugin/widgetaddress.h"
 
 #include <QTabWidget>
 
@@ -25,27 +24,27 @@ void PluginTabs::releaseWindows()
 void PluginTabs::handleMessage(const HostMessage &message)
 {
     if (message.event == QLatin1String("insert_tab"))
-        insert(message.data);
+        insert(message);
     else if (message.event == QLatin1String("close_tab"))
-        close(message.data);
+        close(message);
 }
 
-void PluginTabs::insert(const QJsonObject &data)
+void PluginTabs::insert(const HostMessage &message)
 {
-    QWidget *window = widgetAt(data.value(QLatin1String("tabWidget")));
+    QWidget *window = message.widget(QLatin1String("tabWidget"));
     if (!window)
         return;
     if (m_tabs.indexOf(window) < 0) {
-        m_tabs.insertTab(data.value(QLatin1String("index")).toInt(), window,
-                         data.value(QLatin1String("tabCaption")).toString());
+        m_tabs.insertTab(message.data.value(QLatin1String("index")).toInt(), window,
+                         message.data.value(QLatin1String("tabCaption")).toString());
         m_windows.append(window);
     }
     m_tabs.setCurrentWidget(window);
 }
 
-void PluginTabs::close(const QJsonObject &data)
+void PluginTabs::close(const HostMessage &message)
 {
-    const QWidget *window = widgetAt(data.value(QLatin1String("tabWidget")));
+    const QWidget *window = message.widget(QLatin1String("tabWidget"));
     for (const QPointer<QWidget> &known : qAsConst(m_windows)) {
         if (known && known == window)
             m_tabs.removeTab(m_tabs.indexOf(known));

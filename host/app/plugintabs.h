@@ -23,8 +23,8 @@ public:
 
 private:
     void handleMessage(const HostMessage &message);
-    void insert(const QJsonObject &data);
-    void close(const QJsonObject &data);
+    void insert(const HostMessage &message);
+    void close(const HostMessage &message);
 
     QTabWidget &m_tabs;
     QVector<QPointer<QWidget>> m_windows;

@@ -43,7 +43,9 @@ QSqlQuery HostConnection::query(const QString &statement, const QVariantList &va
         return query; // running it would replace this error by a less specific one
     for (const QVariant &bound : values)
         query.addBindValue(bound);
-    exec(query);
+    const bool isActive = exec(query);
+    Q_ASSERT(isActive == query.isActive());
+    Q_UNUSED(isActive)
     return query;
 }
 
@@ -88,24 +90,5 @@ bool HostConnection::execScript(const QString &resourcePath)
         if (!statement.trimmed().isEmpty() && !exec(statement.trimmed()))
             return false;
     }
-    return true;
-}
-
-HostTransaction::HostTransaction(HostConnection &connection)
-    : m_connection(connection), m_active(connection.exec(QStringLiteral("BEGIN IMMEDIATE")))
-{
-}
-
-HostTransaction::~HostTransaction()
-{
-    if (m_active)
-        m_connection.rollback();
-}
-
-bool HostTransaction::commit()
-{
-    if (!m_active || !m_connection.exec(QStringLiteral("COMMIT")))
-        return false;
-    m_active = false;
     return true;
 }

@@ -20,41 +20,24 @@ public:
     QString errorText() const { return m_errorText; }
 
     /// Runs one statement with the values bound to its "?" placeholders.
-    bool exec(const QString &statement, const QVariantList &values = {});
+    [[nodiscard]] bool exec(const QString &statement, const QVariantList &values = {});
     /// As exec(); the query is inactive if the statement failed.
     QSqlQuery query(const QString &statement, const QVariantList &values = {});
     /// First column of the first row; invalid if there is none.
     QVariant value(const QString &statement, const QVariantList &values = {});
     /// A statement to be bound and run many times.
     QSqlQuery prepared(const QString &statement);
-    bool exec(QSqlQuery &prepared);
+    [[nodiscard]] bool exec(QSqlQuery &prepared);
     /// Undoes the open transaction; errorText() keeps the reason of the failure in it.
     void rollback();
     /// Id of the row that the last exec() inserted.
     int lastInsertId() const { return m_lastInsertId; }
     /// Runs every statement of a script; stops at the first that fails.
-    bool execScript(const QString &resourcePath);
+    [[nodiscard]] bool execScript(const QString &resourcePath);
 
 private:
     const QString m_name;
     QSqlDatabase m_database;
     QString m_errorText;
     int m_lastInsertId = -1;
-};
-
-/// A write transaction: acquires the write lock in the constructor, rolls back in the destructor unless
-/// commit() succeeded.
-class HostTransaction final
-{
-    Q_DISABLE_COPY(HostTransaction)
-public:
-    explicit HostTransaction(HostConnection &connection);
-    ~HostTransaction();
-
-    bool isActive() const { return m_active; }
-    bool commit();
-
-private:
-    HostConnection &m_connection;
-    bool m_active = false;
 };

@@ -1,6 +1,7 @@
 #include "host/database/hostdatabase.h"
 
 #include "host/database/hostconnection.h"
+#include "host/database/hosttransaction.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -18,37 +19,34 @@ QString tr(const char *text)
     return QCoreApplication::translate("HostDatabase", text);
 }
 
-QString makeTables(HostConnection &connection)
+Result makeTables(HostConnection &connection)
 {
     const bool hasSharedTables =
         connection.value(QStringLiteral("SELECT count(*) FROM sqlite_master WHERE name='cars'")).toInt() > 0;
     if (!connection.errorText().isEmpty())
-        return connection.errorText();
-    HostTransaction transaction(connection);
-    if (!transaction.isActive())
-        return connection.errorText();
-    if (!hasSharedTables && !connection.execScript(QStringLiteral(":/host/schema.sql")))
-        return connection.errorText();
-    if (!connection.execScript(QStringLiteral(":/host/hosttables.sql")) || !transaction.commit())
-        return connection.errorText();
-    return {};
+        return Result::error(connection.errorText());
+    return HostTransaction::run(connection, [&] {
+        return (hasSharedTables || connection.execScript(QStringLiteral(":/host/schema.sql")))
+            && connection.execScript(QStringLiteral(":/host/hosttables.sql"));
+    });
 }
 
 } // namespace
 
-QString HostDatabase::prepare(const DataFolder &home)
+Result HostDatabase::prepare(const DataFolder &folder)
 {
     initResources();
-    if (!QDir().mkpath(home.databaseFolder()))
-        return tr("не удаётся создать папку %1").arg(home.databaseFolder());
-    HostConnection connection(home.databasePath());
-    const QString reason = connection.isOpen() ? makeTables(connection) : connection.errorText();
-    return reason.isEmpty() ? QString() : tr("файл %1: %2").arg(home.databasePath(), reason);
+    if (!QDir().mkpath(folder.databaseFolder()))
+        return Result::error(tr("не удаётся создать папку %1").arg(folder.databaseFolder()));
+    HostConnection connection(folder.databasePath());
+    const Result result =
+        connection.isOpen() ? makeTables(connection) : Result::error(connection.errorText());
+    return result ? result : Result::error(tr("файл %1: %2").arg(folder.databasePath(), result.errorText()));
 }
 
-bool HostDatabase::isBlank(const DataFolder &home)
+bool HostDatabase::isBlank(const DataFolder &folder)
 {
-    HostConnection connection(home.databasePath());
+    HostConnection connection(folder.databasePath());
     const QVariant isUsed = connection.value(QStringLiteral(
         "SELECT EXISTS (SELECT 1 FROM cars) OR EXISTS (SELECT 1 FROM personal) OR EXISTS (SELECT 1 FROM "
         "service_operations) OR EXISTS (SELECT 1 FROM maintainance) OR EXISTS (SELECT 1 FROM laps)"));

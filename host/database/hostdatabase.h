@@ -1,16 +1,15 @@
 #pragma once
 
 #include "host/database/datafolder.h"
-
-#include <QString>
+#include "host/result.h"
 
 /// The host's side of the shared database file: it owns the file and its schema.
 namespace HostDatabase {
 
-/// Creates the folder, the file and the missing tables. An error text, or empty.
-QString prepare(const DataFolder &home);
+/// Creates the folder, the file and the missing tables.
+Result prepare(const DataFolder &folder);
 
 /// True if every shared table is empty. False if the file cannot be read.
-bool isBlank(const DataFolder &home);
+bool isBlank(const DataFolder &folder);
 
 } // namespace HostDatabase

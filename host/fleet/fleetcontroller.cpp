@@ -3,7 +3,7 @@
 #include "host/plugin/pluginhost.h"
 
 FleetController::FleetController(HostConnection &connection, PluginHost &plugin, QObject *parent)
-    : QObject(parent), m_fleet(connection), m_plugin(plugin)
+    : QObject(parent), m_cars(connection), m_people(connection), m_plugin(plugin)
 {
     // Queued: the plug-in must return from its signal before it gets an answer.
     connect(&plugin, &PluginHost::received, this, &FleetController::handleMessage, Qt::QueuedConnection);
@@ -19,8 +19,8 @@ void FleetController::sendStartSequence()
 
 void FleetController::announceCars(bool withStatistics)
 {
-    m_fleet.refreshCars();
-    QJsonObject data = m_fleet.carsMessage();
+    m_cars.refresh();
+    QJsonObject data = m_cars.message();
     if (!withStatistics)
         data.insert(QStringLiteral("noStatsUpdate"), true);
     m_plugin.send(QStringLiteral("cars_list_changed"), data);
@@ -29,8 +29,8 @@ void FleetController::announceCars(bool withStatistics)
 
 void FleetController::announcePeople()
 {
-    m_fleet.refreshPeople();
-    m_plugin.send(QStringLiteral("personal_list"), m_fleet.peopleMessage());
+    m_people.refresh();
+    m_plugin.send(QStringLiteral("personal_list"), m_people.message());
     emit peopleAnnounced();
 }
 
@@ -38,6 +38,6 @@ void FleetController::handleMessage(const HostMessage &message)
 {
     if (message.event == QLatin1String("read_cars_list"))
         announceCars();
-    else if (message.event == QLatin1String("update_cars") && m_fleet.applyUpdate(message.data))
+    else if (message.event == QLatin1String("update_cars") && m_cars.applyUpdate(message.data))
         announceCars(false);
 }

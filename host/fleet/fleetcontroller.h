@@ -1,6 +1,7 @@
 #pragma once
 
-#include "host/fleet/fleet.h"
+#include "host/fleet/carstore.h"
+#include "host/fleet/personstore.h"
 #include "host/plugin/hostmessage.h"
 
 #include <QObject>
@@ -14,19 +15,22 @@ class FleetController final : public QObject
 public:
     FleetController(HostConnection &connection, PluginHost &plugin, QObject *parent = nullptr);
 
-    Fleet &fleet() { return m_fleet; }
+    CarStore &cars() { return m_cars; }
+    PersonStore &people() { return m_people; }
     /// Sends the messages that a host sends after loading its plug-ins.
     void sendStartSequence();
     void announceCars(bool withStatistics = true);
     void announcePeople();
 
 signals:
+    /// The list has been read and sent to the plug-in.
     void carsAnnounced();
     void peopleAnnounced();
 
 private:
     void handleMessage(const HostMessage &message);
 
-    Fleet m_fleet;
+    CarStore m_cars;
+    PersonStore m_people;
     PluginHost &m_plugin;
 };

@@ -1,11 +1,10 @@
 #include "host/fleet/fleetpanel.h"
 
 #include "host/fleet/fleetcontroller.h"
-#include "host/widgets/selectionbutton.h"
+#include "host/widgets/tableviews.h"
 
 #include <QGroupBox>
 #include <QHBoxLayout>
-#include <QHeaderView>
 #include <QLabel>
 #include <QPushButton>
 #include <QScopedValueRollback>
@@ -21,18 +20,6 @@ namespace {
 enum CarColumn { NumberColumn, ModelColumn, AvailableColumn };
 enum PersonColumn { LastNameColumn, FirstNameColumn, MidNameColumn, ServiceCodeColumn };
 
-QTableView *makeView(QStandardItemModel *model, const char *name)
-{
-    auto *view = new QTableView;
-    view->setObjectName(QLatin1String(name));
-    view->setModel(model);
-    view->setSelectionBehavior(QAbstractItemView::SelectRows);
-    view->setAlternatingRowColors(true);
-    view->verticalHeader()->hide();
-    view->horizontalHeader()->setStretchLastSection(true);
-    return view;
-}
-
 int idAt(const QStandardItemModel &model, int row)
 {
     return row < 0 ? -1 : model.item(row, 0)->data().toInt();
@@ -40,9 +27,7 @@ int idAt(const QStandardItemModel &model, int row)
 
 QList<QStandardItem *> makeRow(int id, const QStringList &texts)
 {
-    QList<QStandardItem *> row;
-    for (const QString &text : texts)
-        row.append(new QStandardItem(text));
+    QList<QStandardItem *> row = TableViews::makeRow(texts);
     row.first()->setData(id);
     return row;
 }
@@ -54,8 +39,8 @@ FleetPanel::FleetPanel(FleetController &fleet, QWidget *parent)
     , m_fleet(fleet)
     , m_cars(new QStandardItemModel(this))
     , m_people(new QStandardItemModel(this))
-    , m_carsView(makeView(m_cars, "hostCarsTableView"))
-    , m_peopleView(makeView(m_people, "hostPeopleTableView"))
+    , m_carsView(TableViews::make(m_cars, "hostCarsTableView"))
+    , m_peopleView(TableViews::make(m_people, "hostPeopleTableView"))
     , m_errorLabel(new QLabel)
 {
     m_cars->setHorizontalHeaderLabels({tr("Номер"), tr("Модель"), tr("В работе")});
@@ -100,7 +85,7 @@ QWidget *FleetPanel::makeTable(const QString &title, QTableView *view, void (Fle
     layout->addLayout(buttons);
     connect(addButton, &QPushButton::clicked, this, add);
     connect(removeButton, &QPushButton::clicked, this, remove);
-    enableWithSelection(*removeButton, *view);
+    TableViews::enableWithSelection(*removeButton, *view);
     return box;
 }
 
@@ -109,7 +94,7 @@ void FleetPanel::refillCars()
     const QScopedValueRollback<bool> refilling(m_refilling, true);
     const int scrolled = m_carsView->verticalScrollBar()->value();
     m_cars->removeRows(0, m_cars->rowCount());
-    for (const FleetCar &car : m_fleet.fleet().cars()) {
+    for (const HostCar &car : m_fleet.cars().list()) {
         QList<QStandardItem *> row = makeRow(car.id, {car.number, car.model, QString()});
         row.at(AvailableColumn)->setCheckable(true);
         row.at(AvailableColumn)->setEditable(false);
@@ -123,7 +108,7 @@ void FleetPanel::refillPeople()
 {
     const QScopedValueRollback<bool> refilling(m_refilling, true);
     m_people->removeRows(0, m_people->rowCount());
-    for (const FleetPerson &person : m_fleet.fleet().people())
+    for (const HostPerson &person : m_fleet.people().list())
         m_people->appendRow(
             makeRow(person.id, {person.lastName, person.firstName, person.midName, person.serviceCode}));
 }
@@ -133,12 +118,12 @@ void FleetPanel::storeCar(QStandardItem *changed)
     if (m_refilling)
         return;
     const int row = changed->row();
-    FleetCar car;
+    HostCar car;
     car.id = idAt(*m_cars, row);
     car.number = m_cars->item(row, NumberColumn)->text();
     car.model = m_cars->item(row, ModelColumn)->text();
     car.available = m_cars->item(row, AvailableColumn)->checkState() == Qt::Checked;
-    showResult(m_fleet.fleet().store(car));
+    showResult(m_fleet.cars().store(car));
     // Queued: announcing refills the table, in which an editor may still be open.
     QMetaObject::invokeMethod(
         &m_fleet, [this] { m_fleet.announceCars(); }, Qt::QueuedConnection);
@@ -151,21 +136,21 @@ void FleetPanel::storePerson(QStandardItem *changed)
     const int row = changed->row();
     const auto text = [&](int column) { return m_people->item(row, column)->text(); };
     showResult(
-        m_fleet.fleet().store(FleetPerson {idAt(*m_people, row), text(LastNameColumn), text(FirstNameColumn),
+        m_fleet.people().store(HostPerson {idAt(*m_people, row), text(LastNameColumn), text(FirstNameColumn),
                                            text(MidNameColumn), text(ServiceCodeColumn)}));
     QMetaObject::invokeMethod(&m_fleet, &FleetController::announcePeople, Qt::QueuedConnection);
 }
 
 void FleetPanel::addCar()
 {
-    FleetCar car;
+    HostCar car;
     int highest = 0;
     for (int row = 0; row < m_cars->rowCount(); ++row)
         highest = std::max(highest, m_cars->item(row, NumberColumn)->text().toInt());
     car.number = QString::number(highest + 1);
     car.model = m_cars->rowCount() > 0 ? m_cars->item(m_cars->rowCount() - 1, ModelColumn)->text()
                                        : tr("Новая модель");
-    if (!showResult(m_fleet.fleet().store(car)))
+    if (!showResult(m_fleet.cars().store(car)))
         return;
     m_fleet.announceCars();
     m_carsView->scrollToBottom();
@@ -175,27 +160,27 @@ void FleetPanel::addCar()
 void FleetPanel::removeCar()
 {
     const int id = idAt(*m_cars, m_carsView->currentIndex().row());
-    if (id >= 0 && showResult(m_fleet.fleet().removeCar(id)))
+    if (id >= 0 && showResult(m_fleet.cars().remove(id)))
         m_fleet.announceCars();
 }
 
 void FleetPanel::addPerson()
 {
     if (showResult(
-            m_fleet.fleet().store(FleetPerson {-1, tr("Новый"), tr("Сотрудник"), QString(), QString()})))
+            m_fleet.people().store(HostPerson {-1, tr("Новый"), tr("Сотрудник"), QString(), QString()})))
         m_fleet.announcePeople();
 }
 
 void FleetPanel::removePerson()
 {
     const int id = idAt(*m_people, m_peopleView->currentIndex().row());
-    if (id >= 0 && showResult(m_fleet.fleet().removePerson(id)))
+    if (id >= 0 && showResult(m_fleet.people().remove(id)))
         m_fleet.announcePeople();
 }
 
-bool FleetPanel::showResult(bool isStored)
+bool FleetPanel::showResult(const Result &result)
 {
-    m_errorLabel->setVisible(!isStored);
-    m_errorLabel->setText(isStored ? QString() : tr("Не записано: %1").arg(m_fleet.fleet().errorText()));
-    return isStored;
+    m_errorLabel->setVisible(!result);
+    m_errorLabel->setText(result ? QString() : tr("Не записано: %1").arg(result.errorText()));
+    return result.isOk();
 }

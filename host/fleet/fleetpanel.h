@@ -1,5 +1,7 @@
 #pragma once
 
+#include "host/result.h"
+
 #include <QWidget>
 
 class FleetController;
@@ -26,8 +28,8 @@ private:
     void removeCar();
     void addPerson();
     void removePerson();
-    /// Shows or hides the error of the last change; returns `isStored`.
-    bool showResult(bool isStored);
+    /// Shows the error of the last change, or hides the label. True on success.
+    bool showResult(const Result &result);
 
     FleetController &m_fleet;
     QStandardItemModel *m_cars;

@@ -16,19 +16,19 @@ EventPlayer::EventPlayer(PluginHost &plugin, QObject *parent)
     });
 }
 
-QString EventPlayer::load(const QString &fileName)
+Result EventPlayer::load(const QString &fileName)
 {
     QFile file(fileName);
     if (!file.open(QIODevice::ReadOnly))
-        return tr("файл %1 не читается: %2").arg(fileName, file.errorString());
+        return Result::error(tr("файл %1 не читается: %2").arg(fileName, file.errorString()));
     m_steps.clear();
     m_position = 0;
     for (int number = 1; !file.atEnd(); ++number) {
         const QByteArray line = file.readLine().trimmed();
         if (!line.isEmpty() && !addStep(line))
-            return tr("файл %1, строка %2 не является событием").arg(fileName).arg(number);
+            return Result::error(tr("файл %1, строка %2 не является событием").arg(fileName).arg(number));
     }
-    return {};
+    return Result::success();
 }
 
 bool EventPlayer::addStep(const QByteArray &line)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "host/plugin/answerwatcher.h"
+#include "host/result.h"
 
 #include <QObject>
 #include <QTimer>
@@ -17,8 +18,8 @@ class EventPlayer final : public QObject
 public:
     explicit EventPlayer(PluginHost &plugin, QObject *parent = nullptr);
 
-    /// Reads the file. An error text that names the first bad line, or empty.
-    QString load(const QString &fileName);
+    /// Reads the file. The error names the first line that is not a step.
+    Result load(const QString &fileName);
     int stepCount() const { return m_steps.size(); }
     void start();
     /// Stops before the next step; finished() is still emitted.

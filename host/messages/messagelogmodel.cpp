@@ -85,14 +85,14 @@ void MessageLogModel::clear()
     endResetModel();
 }
 
-QString MessageLogModel::save(const QString &fileName) const
+Result MessageLogModel::save(const QString &fileName) const
 {
     QSaveFile file(fileName);
     if (!file.open(QIODevice::WriteOnly))
-        return file.errorString();
+        return Result::error(file.errorString());
     for (const Entry &saved : m_entries)
         file.write(saved.toStampedJsonLine() + '\n');
-    return file.commit() ? QString() : file.errorString();
+    return file.commit() ? Result::success() : Result::error(file.errorString());
 }
 
 void MessageLogModel::append(bool toPlugin, const HostMessage &message)

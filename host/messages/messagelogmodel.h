@@ -1,6 +1,7 @@
 #pragma once
 
 #include "host/plugin/hostmessage.h"
+#include "host/result.h"
 
 #include <QAbstractTableModel>
 #include <QDateTime>
@@ -40,8 +41,8 @@ public:
 
     const Entry &entry(int row) const { return m_entries.at(row); }
     void clear();
-    /// Writes all entries, a line each. An error text, or empty.
-    QString save(const QString &fileName) const;
+    /// Writes every entry, one line each.
+    Result save(const QString &fileName) const;
 
 private:
     void append(bool toPlugin, const HostMessage &message);

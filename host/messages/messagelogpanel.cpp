@@ -4,8 +4,7 @@
 #include "host/messages/eventplayer.h"
 #include "host/messages/messagelogmodel.h"
 #include "host/plugin/pluginhost.h"
-#include "host/widgets/columnwidths.h"
-#include "host/widgets/selectionbutton.h"
+#include "host/widgets/tableviews.h"
 
 #include <QApplication>
 #include <QClipboard>
@@ -40,34 +39,6 @@ QPlainTextEdit *makeJsonEdit(const QString &name)
 
 } // namespace
 
-MessageLogFilter::MessageLogFilter(MessageLogModel &log, QObject *parent)
-    : QSortFilterProxyModel(parent), m_log(log)
-{
-    setSourceModel(&log);
-}
-
-void MessageLogFilter::setEvent(const QString &event)
-{
-    m_event = event;
-    invalidateFilter();
-}
-
-void MessageLogFilter::setText(const QString &text)
-{
-    m_text = text;
-    invalidateFilter();
-}
-
-bool MessageLogFilter::filterAcceptsRow(int sourceRow, const QModelIndex &sourceParent) const
-{
-    if (sourceParent.isValid())
-        return false;
-    const MessageLogModel::Entry &entry = m_log.entry(sourceRow);
-    if (!m_event.isEmpty() && entry.event != m_event)
-        return false;
-    return m_text.isEmpty() || QString::fromUtf8(entry.toJsonLine()).contains(m_text, Qt::CaseInsensitive);
-}
-
 MessageLogPanel::MessageLogPanel(MessageLogModel &log, PluginHost &plugin, QWidget *parent)
     : QWidget(parent)
     , m_log(log)
@@ -83,9 +54,10 @@ MessageLogPanel::MessageLogPanel(MessageLogModel &log, PluginHost &plugin, QWidg
     m_table->verticalHeader()->hide();
     m_table->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 6);
     m_table->horizontalHeader()->setStretchLastSection(true);
-    setColumnWidths(*m_table,
-                    {QStringLiteral("00:00:00.000"), tr("→ плагину"), QStringLiteral("garage_stats_updater"),
-                     QStringLiteral("remote_service_move_to_archive"), QStringLiteral("0 000 000")});
+    TableViews::setColumnWidths(
+        *m_table,
+        {QStringLiteral("00:00:00.000"), tr("→ плагину"), QStringLiteral("garage_stats_updater"),
+         QStringLiteral("remote_service_move_to_archive"), QStringLiteral("0 000 000")});
     m_details->setReadOnly(true);
 
     auto *side = new QSplitter(Qt::Vertical);
@@ -134,8 +106,8 @@ QWidget *MessageLogPanel::makeFilterRow()
         layout->addWidget(button);
         return button;
     };
-    enableWithSelection(*addButton(tr("Копировать"), "copyPushButton", &MessageLogPanel::copyCurrent),
-                        *m_table);
+    TableViews::enableWithSelection(
+        *addButton(tr("Копировать"), "copyPushButton", &MessageLogPanel::copyCurrent), *m_table);
     addButton(tr("Сохранить…"), "savePushButton", &MessageLogPanel::chooseAndSave);
     addButton(tr("Воспроизвести…"), "replayPushButton", &MessageLogPanel::chooseAndReplay);
     auto *clear = new QPushButton(tr("Очистить"));
@@ -202,9 +174,8 @@ void MessageLogPanel::chooseAndSave()
         this, tr("Сохранить журнал"), QStringLiteral("garage-log.jsonl"), tr("Строки JSON (*.jsonl)"));
     if (fileName.isEmpty())
         return;
-    const QString error = m_log.save(fileName);
-    if (!error.isEmpty())
-        QMessageBox::warning(this, tr("Журнал не сохранён"), error);
+    if (const Result result = m_log.save(fileName); !result)
+        QMessageBox::warning(this, tr("Журнал не сохранён"), result.errorText());
 }
 
 void MessageLogPanel::chooseAndReplay()
@@ -218,9 +189,8 @@ void MessageLogPanel::chooseAndReplay()
 void MessageLogPanel::replay(const QString &fileName)
 {
     m_player = std::make_unique<EventPlayer>(m_plugin);
-    const QString error = m_player->load(fileName);
-    if (!error.isEmpty()) {
-        QMessageBox::warning(this, tr("Журнал не воспроизводится"), error);
+    if (const Result result = m_player->load(fileName); !result) {
+        QMessageBox::warning(this, tr("Журнал не воспроизводится"), result.errorText());
         return;
     }
     auto *progress =

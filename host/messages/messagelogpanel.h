@@ -1,6 +1,7 @@
 #pragma once
 
-#include <QSortFilterProxyModel>
+#include "host/messages/messagelogfilter.h"
+
 #include <QWidget>
 
 #include <memory>
@@ -13,26 +14,6 @@ class QLabel;
 class QLineEdit;
 class QPlainTextEdit;
 class QTableView;
-
-/// Filters the message log by event name and by text anywhere in the message.
-class MessageLogFilter final : public QSortFilterProxyModel
-{
-    Q_OBJECT
-public:
-    explicit MessageLogFilter(MessageLogModel &log, QObject *parent = nullptr);
-
-    /// An empty name or text matches every message.
-    void setEvent(const QString &event);
-    void setText(const QString &text);
-
-protected:
-    bool filterAcceptsRow(int sourceRow, const QModelIndex &sourceParent) const override;
-
-private:
-    const MessageLogModel &m_log;
-    QString m_event;
-    QString m_text;
-};
 
 /// Shows the message log and the data of the current message, and sends events entered by hand.
 class MessageLogPanel final : public QWidget

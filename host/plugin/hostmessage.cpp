@@ -2,6 +2,7 @@
 
 #include <QJsonArray>
 #include <QJsonDocument>
+#include <QVariant>
 
 namespace {
 const QLatin1String moduleKey("module");
@@ -34,4 +35,10 @@ std::optional<HostMessage> HostMessage::fromJsonLine(const QByteArray &line)
     if (event.isEmpty())
         return std::nullopt;
     return HostMessage {object.value(moduleKey).toString(), event, object.value(dataKey).toObject()};
+}
+
+QWidget *HostMessage::widget(QLatin1String key) const
+{
+    const QJsonValue address = data.value(key);
+    return address.isDouble() ? reinterpret_cast<QWidget *>(address.toVariant().toLongLong()) : nullptr;
 }

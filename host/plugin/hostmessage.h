@@ -6,6 +6,8 @@
 
 #include <optional>
 
+class QWidget;
+
 /// One message between host and plug-in, in either direction.
 struct HostMessage
 {
@@ -17,6 +19,8 @@ struct HostMessage
     QByteArray toJsonLine() const;
     /// The same of a payload that is text already.
     static QByteArray toJsonLine(const QString &module, const QString &event, const QByteArray &payload);
+    /// The widget whose address the data hold under the key; null if that is not a number.
+    QWidget *widget(QLatin1String key) const;
     /// Nothing if the line is not a JSON object with a non-empty "event"; other keys may be missing.
     static std::optional<HostMessage> fromJsonLine(const QByteArray &line);
 };

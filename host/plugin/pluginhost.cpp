@@ -19,26 +19,27 @@ PluginHost::~PluginHost()
     unload();
 }
 
-QString PluginHost::load(const QString &fileName)
+Result PluginHost::load(const QString &fileName)
 {
     const QFileInfo library(fileName);
     if (!library.exists())
-        return tr("файла %1 нет").arg(fileName);
+        return Result::error(tr("файла %1 нет").arg(fileName));
     m_loader.setFileName(library.absoluteFilePath());
     QObject *root = m_loader.instance();
     if (!root)
-        return m_loader.errorString();
+        return Result::error(m_loader.errorString());
     m_plugin = qobject_cast<TrivexPluginInterface *>(root);
     if (!m_plugin) {
         m_loader.unload();
-        return tr("%1 не является плагином с интерфейсом %2")
-            .arg(fileName, QString::fromLatin1(qobject_interface_iid<TrivexPluginInterface *>()));
+        return Result::error(
+            tr("%1 не является плагином с интерфейсом %2")
+                .arg(fileName, QString::fromLatin1(qobject_interface_iid<TrivexPluginInterface *>())));
     }
     connect(m_plugin, &TrivexPluginInterface::pluginSignal, this,
             [this](const QString &module, const QString &event, const QJsonObject &data) {
                 emit received({module, event, data});
             });
-    return {};
+    return Result::success();
 }
 
 void PluginHost::unload()

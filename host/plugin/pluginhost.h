@@ -1,6 +1,7 @@
 #pragma once
 
 #include "host/plugin/hostmessage.h"
+#include "host/result.h"
 
 #include <QObject>
 #include <QPluginLoader>
@@ -15,8 +16,7 @@ public:
     explicit PluginHost(QObject *parent = nullptr);
     ~PluginHost() override;
 
-    /// An error text, or empty.
-    QString load(const QString &fileName);
+    Result load(const QString &fileName);
     /// Destroys the plug-in and unloads its library. The plug-in's widgets must be detached before.
     void unload();
     bool isLoaded() const { return m_plugin != nullptr; }

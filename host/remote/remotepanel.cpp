@@ -3,8 +3,7 @@
 #include "host/database/timestamp.h"
 #include "host/fleet/fleetcontroller.h"
 #include "host/remote/remoteside.h"
-#include "host/widgets/columnwidths.h"
-#include "host/widgets/selectionbutton.h"
+#include "host/widgets/tableviews.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -12,7 +11,6 @@
 #include <QFormLayout>
 #include <QGroupBox>
 #include <QHBoxLayout>
-#include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
@@ -27,26 +25,20 @@ constexpr int shownRecords = 300;
 constexpr int logLines = 500;
 constexpr int refillDelay = 150; // milliseconds
 
-QTableView *makeView(QStandardItemModel *model, const char *name)
+QTableView *makeReadOnlyTable(QStandardItemModel *model, const char *name)
 {
-    auto *view = new QTableView;
-    view->setObjectName(QLatin1String(name));
-    view->setModel(model);
+    QTableView *view = TableViews::make(model, name);
     view->setEditTriggers(QAbstractItemView::NoEditTriggers);
-    view->setSelectionBehavior(QAbstractItemView::SelectRows);
     view->setSelectionMode(QAbstractItemView::SingleSelection);
-    view->setAlternatingRowColors(true);
-    view->verticalHeader()->hide();
-    view->horizontalHeader()->setStretchLastSection(true);
     return view;
 }
 
-QList<QStandardItem *> makeRow(const QStringList &texts)
+/// Comments and names may hold line breaks, which a row has no space for.
+QList<QStandardItem *> makeSingleLineRow(QStringList texts)
 {
-    QList<QStandardItem *> row;
-    for (const QString &text : texts)
-        row.append(new QStandardItem(text.simplified()));
-    return row;
+    for (QString &text : texts)
+        text = text.simplified();
+    return TableViews::makeRow(texts);
 }
 
 QString idList(const QVector<int> &ids)
@@ -65,8 +57,8 @@ RemotePanel::RemotePanel(RemoteSide &remote, FleetController &fleet, QWidget *pa
     , m_fleet(fleet)
     , m_pending(new QStandardItemModel(this))
     , m_records(new QStandardItemModel(this))
-    , m_pendingView(makeView(m_pending, "pendingTableView"))
-    , m_recordsView(makeView(m_records, "remoteRecordsTableView"))
+    , m_pendingView(makeReadOnlyTable(m_pending, "pendingTableView"))
+    , m_recordsView(makeReadOnlyTable(m_records, "remoteRecordsTableView"))
     , m_person(new QComboBox)
     , m_channel(new QComboBox)
     , m_car(new QComboBox)
@@ -102,7 +94,8 @@ QWidget *RemotePanel::makePendingBox()
 {
     auto *box = new QGroupBox(tr("Ждёт обслуживания"));
     auto *layout = new QVBoxLayout(box);
-    setColumnWidths(*m_pendingView, {tr("Карт "), QStringLiteral("Молния+"), tr("Замена цепи и звёзд++")});
+    TableViews::setColumnWidths(*m_pendingView,
+                                {tr("Карт "), QStringLiteral("Молния+"), tr("Замена цепи и звёзд++")});
     m_person->setObjectName(QStringLiteral("remotePersonComboBox"));
     m_channel->setObjectName(QStringLiteral("remoteChannelComboBox"));
     m_comment->setObjectName(QStringLiteral("remoteCommentLineEdit"));
@@ -119,7 +112,7 @@ QWidget *RemotePanel::makePendingBox()
     layout->addLayout(form);
     layout->addWidget(makeCarRow());
     connect(done, &QPushButton::clicked, this, &RemotePanel::completeCurrent);
-    enableWithSelection(*done, *m_pendingView);
+    TableViews::enableWithSelection(*done, *m_pendingView);
     return box;
 }
 
@@ -144,9 +137,9 @@ QWidget *RemotePanel::makeRecordsBox()
 {
     auto *box = new QGroupBox(tr("Записи удалённой стороны"));
     auto *layout = new QVBoxLayout(box);
-    setColumnWidths(*m_recordsView,
-                    {QStringLiteral("0000"), tr("Карт "), tr("Замена цепи и звёзд++"),
-                     QStringLiteral("00.00.0000 00:00"), tr("Кузнецов Алексей")});
+    TableViews::setColumnWidths(*m_recordsView,
+                                {QStringLiteral("0000"), tr("Карт "), tr("Замена цепи и звёзд++"),
+                                 QStringLiteral("00.00.0000 00:00"), tr("Кузнецов Алексей")});
     auto *atOnce = new QCheckBox(tr("Отправлять сразу"));
     atOnce->setChecked(true);
     atOnce->setObjectName(QStringLiteral("sendAtOnceCheckBox"));
@@ -179,7 +172,7 @@ void RemotePanel::refillPending()
     for (const PendingService &service : qAsConst(m_shownPending)) {
         const QString name = service.opId < 0 ? tr("Жалоба: %1").arg(service.opName) : service.opName;
         m_pending->appendRow(
-            makeRow({service.carNumber, service.carModel, name, localTimeText(service.since)}));
+            makeSingleLineRow({service.carNumber, service.carModel, name, localTimeText(service.since)}));
         if (service.carId == chosen.carId && service.opId == chosen.opId)
             m_pendingView->selectRow(m_pending->rowCount() - 1);
     }
@@ -189,13 +182,13 @@ void RemotePanel::refillRecords()
 {
     const QStringList states = {tr("на трассе"), tr("ждёт"), tr("отправлена"), tr("в архиве"), tr("удалена")};
     QHash<int, QString> numbers;
-    for (const FleetCar &car : m_fleet.fleet().cars())
+    for (const HostCar &car : m_fleet.cars().list())
         numbers.insert(car.id, car.number);
     m_records->removeRows(0, m_records->rowCount());
     for (const RemoteRecord &record : m_remote.store().latest(shownRecords))
-        m_records->appendRow(
-            makeRow({QString::number(record.id), numbers.value(record.carId), record.opName,
-                     localTimeText(record.doneTime), record.operatorName, states.value(record.state)}));
+        m_records->appendRow(makeSingleLineRow({QString::number(record.id), numbers.value(record.carId),
+                                                record.opName, localTimeText(record.doneTime),
+                                                record.operatorName, states.value(record.state)}));
     showCheck();
 }
 
@@ -203,7 +196,7 @@ void RemotePanel::refillPeople()
 {
     const int chosen = m_person->currentIndex();
     m_person->clear();
-    for (const FleetPerson &person : m_fleet.fleet().people())
+    for (const HostPerson &person : m_fleet.people().list())
         m_person->addItem(tr("%1 %2 (код %3)").arg(person.lastName, person.firstName, person.serviceCode));
     m_person->setCurrentIndex(qBound(m_person->count() > 0 ? 0 : -1, chosen, m_person->count() - 1));
 }
@@ -212,7 +205,7 @@ void RemotePanel::refillCars()
 {
     const int chosen = m_car->currentData().toInt();
     m_car->clear();
-    for (const FleetCar &car : m_fleet.fleet().cars())
+    for (const HostCar &car : m_fleet.cars().list())
         m_car->addItem(
             tr("%1 — %2 (%3)").arg(car.number, car.model, car.available ? tr("в работе") : tr("не в работе")),
             car.id);
@@ -222,7 +215,7 @@ void RemotePanel::refillCars()
 void RemotePanel::completeCurrent()
 {
     const int row = m_pendingView->currentIndex().row();
-    const QVector<FleetPerson> people = m_fleet.fleet().people();
+    const QVector<HostPerson> people = m_fleet.people().list();
     if (row < 0 || row >= m_shownPending.size())
         return;
     const PendingService work = m_shownPending.at(row);

@@ -2,6 +2,7 @@
 
 #include "host/database/hostconnection.h"
 #include "host/database/timestamp.h"
+#include "host/fleet/personstore.h"
 #include "host/plugin/pluginhost.h"
 
 #include <QDateTime>
@@ -44,12 +45,12 @@ RemoteSide::RemoteSide(const QString &recordsPath, HostConnection &track, Plugin
     connect(&plugin, &PluginHost::received, this, &RemoteSide::handleMessage, Qt::QueuedConnection);
 }
 
-QString RemoteSide::prepare()
+Result RemoteSide::prepare()
 {
     return m_store.prepare(m_track.value(QStringLiteral("SELECT max(remote_id) FROM maintainance")).toInt());
 }
 
-bool RemoteSide::complete(const PendingService &work, const FleetPerson &by, const QString &comment,
+bool RemoteSide::complete(const PendingService &work, const HostPerson &by, const QString &comment,
                           Channel channel)
 {
     const std::optional<bool> isOpen = isOpenAtTrack(work.localId);
@@ -86,7 +87,7 @@ void RemoteSide::sendWaiting(Channel channel)
         array.append(record.toJson());
     QJsonObject data {
         {QStringLiteral("data"), QString::fromUtf8(QJsonDocument(array).toJson(QJsonDocument::Compact))}};
-    m_store.setState(idsOf(waiting), RemoteRecord::Sent);
+    logFailure(m_store.setState(idsOf(waiting), RemoteRecord::Sent));
     emit logged(tr("Отправлено записей: %1").arg(waiting.size()));
     if (channel == Channel::Service) {
         m_plugin.send(QStringLiteral("remote_service_data"), data);
@@ -177,7 +178,7 @@ void RemoteSide::handleRecord(const QJsonObject &data)
 void RemoteSide::handleDeletion(const QJsonObject &data)
 {
     const int localId = data.value(QLatin1String("localId")).toInt(-1);
-    m_store.markDeleted(data.value(QLatin1String("remoteId")).toInt(-1), localId);
+    logFailure(m_store.markDeleted(data.value(QLatin1String("remoteId")).toInt(-1), localId));
     emit logged(tr("На трассе удалена запись %1").arg(localId));
     emit recordsChanged();
 }
@@ -187,7 +188,7 @@ void RemoteSide::handleArchive(const QJsonObject &data)
     QVector<int> ids;
     for (const QJsonValue id : data.value(QLatin1String("idList")).toArray())
         ids.append(id.toInt(-1));
-    m_store.setState(ids, RemoteRecord::Archived);
+    logFailure(m_store.setState(ids, RemoteRecord::Archived));
     emit logged(tr("В архив: %1").arg(ids.size()));
     emit recordsChanged();
 }
@@ -232,6 +233,12 @@ void RemoteSide::handleAnswer(const QJsonObject &data)
         cars.append(carNumber(answer.value(QLatin1String("carId")).toInt(-1)));
     emit logged(tr("Ответ пультам: карт %1 %2")
                     .arg(cars.join(QLatin1String(", ")), available ? tr("в работе") : tr("не в работе")));
+}
+
+void RemoteSide::logFailure(const Result &result)
+{
+    if (!result)
+        emit logged(tr("Записи удалённой стороны не обновлены: %1").arg(result.errorText()));
 }
 
 QString RemoteSide::carNumber(int carId)

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "host/fleet/fleet.h"
 #include "host/plugin/hostmessage.h"
 #include "host/remote/remotestore.h"
+#include "host/result.h"
 
 #include <QObject>
 
@@ -10,6 +10,7 @@
 
 class HostConnection;
 class PluginHost;
+struct HostPerson;
 
 /// One line of the due list that the plug-in publishes.
 struct PendingService
@@ -45,8 +46,8 @@ public:
     RemoteSide(const QString &recordsPath, HostConnection &track, PluginHost &plugin,
                QObject *parent = nullptr);
 
-    /// Opens the records. An error text, or empty.
-    QString prepare();
+    /// Opens the records.
+    Result prepare();
 
     const QVector<PendingService> &pending() const { return m_pending; }
     RemoteStore &store() { return m_store; }
@@ -55,7 +56,7 @@ public:
 
     /// Records the service as done now by the person and sends it. False if the track's database is
     /// unreadable.
-    bool complete(const PendingService &work, const FleetPerson &by, const QString &comment, Channel channel);
+    bool complete(const PendingService &work, const HostPerson &by, const QString &comment, Channel channel);
     /// Sends every waiting record in one message.
     void sendWaiting(Channel channel = Channel::Service);
     void switchAvailability(int carId);
@@ -72,6 +73,8 @@ signals:
 
 private:
     void handleMessage(const HostMessage &message);
+    /// Logs the error of a failed write to the records.
+    void logFailure(const Result &result);
     void handleRecord(const QJsonObject &data);
     void handleDeletion(const QJsonObject &data);
     void handleArchive(const QJsonObject &data);

@@ -1,6 +1,10 @@
 #include "host/remote/remotestore.h"
 
+#include "host/database/hosttransaction.h"
+
 #include <QStringList>
+
+#include <algorithm>
 
 /// The linker drops a static library's resources unless they are asked for by name.
 static void initResources()
@@ -28,22 +32,23 @@ RemoteStore::RemoteStore(const QString &path) : m_connection(path)
 {
 }
 
-QString RemoteStore::prepare(int usedRemoteId)
+Result RemoteStore::prepare(int usedRemoteId)
 {
     initResources();
     if (!m_connection.isOpen() || !m_connection.execScript(QStringLiteral(":/host/remotetables.sql")))
-        return m_connection.errorText();
+        return Result::error(m_connection.errorText());
     // A new record with an id that the track's database knows would overwrite the older one.
     const int last =
         m_connection.value(QStringLiteral("SELECT seq FROM sqlite_sequence WHERE name='remote_records'"))
             .toInt();
-    if (last < usedRemoteId) {
-        m_connection.exec(QStringLiteral("DELETE FROM sqlite_sequence WHERE name='remote_records'"));
-        m_connection.exec(
-            QStringLiteral("INSERT INTO sqlite_sequence (name,seq) VALUES ('remote_records',?)"),
-            {usedRemoteId});
-    }
-    return m_connection.errorText();
+    if (last >= usedRemoteId)
+        return Result::success();
+    return HostTransaction::run(m_connection, [&] {
+        return m_connection.exec(QStringLiteral("DELETE FROM sqlite_sequence WHERE name='remote_records'"))
+            && m_connection.exec(
+                QStringLiteral("INSERT INTO sqlite_sequence (name,seq) VALUES ('remote_records',?)"),
+                {usedRemoteId});
+    });
 }
 
 int RemoteStore::add(const RemoteRecord &record)
@@ -56,30 +61,34 @@ int RemoteStore::add(const RemoteRecord &record)
     return added ? m_connection.lastInsertId() : -1;
 }
 
-void RemoteStore::setState(const QVector<int> &ids, RemoteRecord::State state)
+Result RemoteStore::setState(const QVector<int> &ids, RemoteRecord::State state)
 {
-    HostTransaction transaction(m_connection);
-    for (const int id : ids)
-        m_connection.exec(QStringLiteral("UPDATE remote_records SET state=? WHERE id=?"), {state, id});
-    transaction.commit();
+    return HostTransaction::run(m_connection, [&] {
+        return std::all_of(ids.begin(), ids.end(), [&](int id) {
+            return m_connection.exec(QStringLiteral("UPDATE remote_records SET state=? WHERE id=?"),
+                                     {state, id});
+        });
+    });
 }
 
-void RemoteStore::markDeleted(int remoteId, int localId)
+Result RemoteStore::markDeleted(int remoteId, int localId)
 {
-    HostTransaction transaction(m_connection);
-    if (remoteId >= 0)
-        m_connection.exec(QStringLiteral("UPDATE remote_records SET state=? WHERE id=?"),
-                          {RemoteRecord::Deleted, remoteId});
-    if (localId >= 0) {
+    const auto markRemote = [&] {
+        return remoteId < 0
+            || m_connection.exec(QStringLiteral("UPDATE remote_records SET state=? WHERE id=?"),
+                                 {RemoteRecord::Deleted, remoteId});
+    };
+    const auto markLocal = [&] {
         // A record already sent finds no local record to close: the module stores it as a new one, to which
         // this deletion does not apply.
-        m_connection.exec(
-            QStringLiteral("UPDATE remote_records SET local_id=-1 WHERE local_id=? AND state=?"),
-            {localId, RemoteRecord::Sent});
-        m_connection.exec(QStringLiteral("UPDATE remote_records SET state=? WHERE local_id=?"),
-                          {RemoteRecord::Deleted, localId});
-    }
-    transaction.commit();
+        return localId < 0
+            || (m_connection.exec(
+                    QStringLiteral("UPDATE remote_records SET local_id=-1 WHERE local_id=? AND state=?"),
+                    {localId, RemoteRecord::Sent})
+                && m_connection.exec(QStringLiteral("UPDATE remote_records SET state=? WHERE local_id=?"),
+                                     {RemoteRecord::Deleted, localId}));
+    };
+    return HostTransaction::run(m_connection, [&] { return markRemote() && markLocal(); });
 }
 
 QVector<RemoteRecord> RemoteStore::latest(int limit)

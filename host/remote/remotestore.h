@@ -1,6 +1,7 @@
 #pragma once
 
 #include "host/database/hostconnection.h"
+#include "host/result.h"
 
 #include <QJsonArray>
 #include <QJsonObject>
@@ -39,14 +40,14 @@ class RemoteStore final
 public:
     explicit RemoteStore(const QString &path);
 
-    /// An error text, or empty. `usedRemoteId` is the highest id in the track's database.
-    QString prepare(int usedRemoteId);
+    /// Creates the missing table. `usedRemoteId` is the highest id in the track's database.
+    Result prepare(int usedRemoteId);
 
     /// Stores the record under a new id, which it returns.
     int add(const RemoteRecord &record);
-    void setState(const QVector<int> &ids, RemoteRecord::State state);
+    Result setState(const QVector<int> &ids, RemoteRecord::State state);
     /// Marks the records that belong to the deleted local record.
-    void markDeleted(int remoteId, int localId);
+    Result markDeleted(int remoteId, int localId);
 
     /// Latest first; at most `limit`.
     QVector<RemoteRecord> latest(int limit);

@@ -1,6 +1,7 @@
 #include "host/sample/sampledata.h"
 
 #include "host/database/hostconnection.h"
+#include "host/database/hosttransaction.h"
 #include "host/database/timestamp.h"
 #include "host/sample/lapgenerator.h"
 

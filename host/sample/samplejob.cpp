@@ -27,7 +27,7 @@ SampleOutcome SampleJob::generate()
 {
     HostConnection connection(m_path);
     // Durability is not needed for a new file: after a power failure it is generated again.
-    connection.exec(QStringLiteral("PRAGMA synchronous=OFF"));
+    connection.query(QStringLiteral("PRAGMA synchronous=OFF"));
     const auto report = [this, last = -1](int percent) mutable {
         if (std::exchange(last, percent) != percent)
             emit progress(percent);

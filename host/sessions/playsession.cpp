@@ -1,14 +1,13 @@
 #include "host/sessions/playsession.h"
 
 #include "host/app/demohost.h"
-#include "host/sessions/screenshot.h"
 #include "host/terminal/console.h"
 #include "host/terminal/exitcode.h"
 
-PlaySession::PlaySession(DemoHost &host, const DataFolder &home, const QString &fileName,
+PlaySession::PlaySession(DemoHost &host, const DataFolder &folder, const QString &fileName,
                          const QString &screenshots)
     : m_host(host)
-    , m_window(host, home)
+    , m_window(host, folder)
     , m_player(host.plugin())
     , m_watcher(host.plugin())
     , m_fileName(fileName)
@@ -29,9 +28,8 @@ PlaySession::PlaySession(DemoHost &host, const DataFolder &home, const QString &
 
 void PlaySession::start()
 {
-    const QString error = m_player.load(m_fileName);
-    if (!error.isEmpty()) {
-        Console::writeError(error);
+    if (const Result result = m_player.load(m_fileName); !result) {
+        Console::writeError(result.errorText());
         emit finished(ExitCode::BadInput);
         return;
     }
@@ -41,11 +39,11 @@ void PlaySession::start()
 
 void PlaySession::saveScreenshot(const QString &name)
 {
-    const QString error = Screenshot::save(m_window, m_screenshots, name);
-    if (error.isEmpty())
+    const Result result = m_window.saveScreenshot(m_screenshots, name);
+    if (result)
         return;
     m_allSaved = false;
-    Console::writeError(error);
+    Console::writeError(result.errorText());
 }
 
 void PlaySession::end()

@@ -9,7 +9,8 @@ class PlaySession final : public HostSession
 {
     Q_OBJECT
 public:
-    PlaySession(DemoHost &host, const DataFolder &home, const QString &fileName, const QString &screenshots);
+    PlaySession(DemoHost &host, const DataFolder &folder, const QString &fileName,
+                const QString &screenshots);
 
     void start() override;
 

@@ -3,7 +3,7 @@
 #include "host/app/demohost.h"
 #include "host/app/hostsettingsdialog.h"
 #include "host/app/hostwindow.h"
-#include "host/sessions/screenshot.h"
+#include "host/plugin/garagewidgets.h"
 #include "host/sessions/simulatedmouse.h"
 #include "host/terminal/exitcode.h"
 
@@ -109,7 +109,7 @@ void ScreenshotTour::showHostTab(int tab)
 void ScreenshotTour::doSomeWork()
 {
     const QVector<PendingService> pending = m_host.remote().pending();
-    const QVector<FleetPerson> people = m_host.fleet().fleet().people();
+    const QVector<HostPerson> people = m_host.fleet().people().list();
     for (int number = 0; number < std::min(workDone, pending.size()); ++number)
         m_host.remote().complete(pending.at(number), people.value(number), tr("сделано по заявке"),
                                  RemoteSide::Channel::Service);
@@ -127,10 +127,10 @@ void ScreenshotTour::addPluginStops()
     for (int tab = 0; tab < inner->count(); ++tab)
         m_stops.append(
             {QStringLiteral("garage-%1").arg(tab + 1), [inner, tab] { inner->setCurrentIndex(tab); }});
-    if (auto *table = garage->findChild<QTreeView *>(QStringLiteral("tvMaintainanceTable")))
+    if (auto *table = garage->findChild<QTreeView *>(QLatin1String(GarageWidgets::maintenanceView)))
         addMaintenanceStops(*inner, *table);
     addComplaintStop();
-    if (auto *log = garage->findChild<QTreeView *>(QStringLiteral("tvServiceLog")))
+    if (auto *log = garage->findChild<QTreeView *>(QLatin1String(GarageWidgets::serviceLogView)))
         addServiceLogStops(*inner, *log);
 }
 
@@ -181,15 +181,14 @@ void ScreenshotTour::addServiceLogStops(QTabWidget &tabs, QTreeView &log)
                     [this, &log] {
                         return topLeftOf(log, {860, 230});
                     }});
-    const auto trigger = [this, &log](const QString &action) {
+    const auto trigger = [this, &log](const char *action) {
         closeDialog();
-        if (auto *ask = log.window()->findChild<QAction *>(action))
+        if (auto *ask = log.window()->findChild<QAction *>(QLatin1String(action)))
             openLater(this, [ask] { ask->trigger(); });
     };
-    m_stops.append({QStringLiteral("done-dialog"),
-                    [trigger] { trigger(QStringLiteral("actionDoneOperation")); }, dialogMilliseconds});
-    m_stops.append({QStringLiteral("delete-question"),
-                    [trigger] { trigger(QStringLiteral("actionDeleteMaintainanceItem")); },
+    m_stops.append({QStringLiteral("done-dialog"), [trigger] { trigger(GarageWidgets::doneAction); },
+                    dialogMilliseconds});
+    m_stops.append({QStringLiteral("delete-question"), [trigger] { trigger(GarageWidgets::deleteAction); },
                     dialogMilliseconds});
 }
 
@@ -211,13 +210,13 @@ void ScreenshotTour::addSettingsStops()
 
 void ScreenshotTour::openSettingsMenu()
 {
-    if (auto *operations = m_window.findChild<QTreeView *>(QStringLiteral("tvServiceOperations")))
+    if (auto *operations = m_window.findChild<QTreeView *>(QLatin1String(GarageWidgets::operationsView)))
         SimulatedMouse::openContextMenu(*operations, operations->model()->index(1, 1));
 }
 
 void ScreenshotTour::openLimitsDialog()
 {
-    if (auto *schedule = m_window.findChild<QTreeView *>(QStringLiteral("tvServiceReglament")))
+    if (auto *schedule = m_window.findChild<QTreeView *>(QLatin1String(GarageWidgets::scheduleView)))
         SimulatedMouse::doubleClick(*schedule, schedule->model()->index(0, firstOperationColumn));
 }
 
@@ -229,7 +228,7 @@ QRect ScreenshotTour::topLeftOf(QWidget &view, const QSize &size) const
 
 void ScreenshotTour::openComplaintDialog()
 {
-    const QVector<FleetCar> cars = m_host.fleet().fleet().cars();
+    const QVector<HostCar> cars = m_host.fleet().cars().list();
     if (!cars.isEmpty())
         m_host.plugin().send(QStringLiteral("car_complain"), {{QStringLiteral("carId"), cars.value(1).id}});
 }
@@ -258,9 +257,8 @@ void ScreenshotTour::saveScreenshot(bool allAnswered)
     }
     const Stop &stop = m_stops.at(m_position);
     const QRect part = stop.part ? stop.part() : QRect();
-    const QString error = Screenshot::save(m_window, m_folder, name, part);
-    if (!error.isEmpty()) {
-        emit finished(ExitCode::NoPicture, error);
+    if (const Result result = m_window.saveScreenshot(m_folder, name, part); !result) {
+        emit finished(ExitCode::NoPicture, result.errorText());
         return;
     }
     emit saved(m_folder + QLatin1Char('/') + name + QLatin1String(".png"));

@@ -5,8 +5,8 @@
 #include "host/sessions/duetable.h"
 #include "host/terminal/console.h"
 
-TourSession::TourSession(DemoHost &host, const DataFolder &home, const QString &screenshots)
-    : m_host(host), m_window(host, home), m_tour(host, m_window, screenshots, !home.isUserDocuments())
+TourSession::TourSession(DemoHost &host, const DataFolder &folder, const QString &screenshots)
+    : m_host(host), m_window(host, folder), m_tour(host, m_window, screenshots, !folder.isUserDocuments())
 {
     connect(&host.plugin(), &PluginHost::received, this, &TourSession::printDue);
     connect(&m_tour, &ScreenshotTour::saved, this,

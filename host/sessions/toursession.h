@@ -9,7 +9,7 @@ class TourSession final : public HostSession
 {
     Q_OBJECT
 public:
-    TourSession(DemoHost &host, const DataFolder &home, const QString &screenshots);
+    TourSession(DemoHost &host, const DataFolder &folder, const QString &screenshots);
 
     void start() override;
 

@@ -2,7 +2,7 @@
 
 #include "host/terminal/exitcode.h"
 
-WindowSession::WindowSession(DemoHost &host, const DataFolder &home) : m_window(host, home)
+WindowSession::WindowSession(DemoHost &host, const DataFolder &folder) : m_window(host, folder)
 {
     connect(&m_window, &HostWindow::closed, this, [this] { emit finished(ExitCode::Ok); });
 }

@@ -8,7 +8,7 @@ class WindowSession final : public HostSession
 {
     Q_OBJECT
 public:
-    WindowSession(DemoHost &host, const DataFolder &home);
+    WindowSession(DemoHost &host, const DataFolder &folder);
 
     void start() override { m_window.start(); }
 

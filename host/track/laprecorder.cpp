@@ -1,6 +1,7 @@
 #include "host/track/laprecorder.h"
 
 #include "host/database/hostconnection.h"
+#include "host/database/hosttransaction.h"
 #include "host/database/timestamp.h"
 
 #include <utility>

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QHash>
-#include <QMetaType>
 #include <QObject>
 #include <QTimer>
 #include <QVector>
@@ -18,7 +17,6 @@ struct RecordedLap
     qint64 finished; // milliseconds since the epoch, UTC
     int milliseconds; // lap time
 };
-Q_DECLARE_METATYPE(QVector<RecordedLap>)
 
 /// Writes laps in short transactions on a connection of its own. Lives in a worker thread. Keeps laps while
 /// the database is locked and retries every 500 ms.

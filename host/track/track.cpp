@@ -18,17 +18,13 @@ Track::Track(const QString &databasePath, FleetController &fleet, PluginHost &pl
     , m_simulation(seed)
     , m_recorder(new LapRecorder(databasePath))
 {
-    qRegisterMetaType<QVector<RecordedLap>>("QVector<RecordedLap>");
-    qRegisterMetaType<QVector<int>>("QVector<int>");
-
     m_recorder->moveToThread(&m_thread);
     connect(&m_thread, &QThread::finished, m_recorder, &QObject::deleteLater);
-    connect(this, &Track::recordRequested, m_recorder, &LapRecorder::record);
     connect(m_recorder, &LapRecorder::runSaved, this, &Track::onRunSaved);
     connect(m_recorder, &LapRecorder::failed, this, &Track::failed);
     connect(m_recorder, &LapRecorder::lapsSaved, this, [this](int count) {
         m_savedLaps += count;
-        emit saved();
+        emit lapsSaved();
         emit changed();
     });
     m_thread.start();
@@ -79,7 +75,7 @@ void Track::recordRun(const QVector<int> &carIds, int laps, int lapMilliseconds)
         for (const int car : carIds)
             recorded.append({car, run, now - (laps - 1 - lap), lapMilliseconds});
     }
-    emit recordRequested(recorded, {run});
+    record(recorded, {run});
 }
 
 void Track::tick()
@@ -91,14 +87,21 @@ void Track::tick()
     for (const SimulatedLap &lap : step.laps)
         laps.append(
             {lap.carId, lap.runNumber, now - wall + qint64(lap.stepShare * double(wall)), lap.milliseconds});
-    emit recordRequested(laps, step.finishedRuns);
+    record(laps, step.finishedRuns);
     emit changed();
+}
+
+void Track::record(const QVector<RecordedLap> &laps, const QVector<int> &finishedRuns)
+{
+    QMetaObject::invokeMethod(
+        m_recorder, [this, laps, finishedRuns] { m_recorder->record(laps, finishedRuns); },
+        Qt::QueuedConnection);
 }
 
 void Track::refreshCars()
 {
     QVector<int> ids;
-    for (const FleetCar &car : m_fleet.fleet().cars()) {
+    for (const HostCar &car : m_fleet.cars().list()) {
         if (car.available)
             ids.append(car.id);
     }

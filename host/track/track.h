@@ -41,13 +41,14 @@ public:
 signals:
     /// The state of the simulation or a counter of saved laps and runs has changed.
     void changed();
-    /// Laps wait to be saved; saved() follows.
+    /// Laps could not be written and are retried; lapsSaved() follows.
     void failed(const QString &reason);
-    void saved();
-    void recordRequested(const QVector<RecordedLap> &laps, const QVector<int> &finishedRuns);
+    /// A batch of laps is committed; a failure reported before is over.
+    void lapsSaved();
 
 private:
     void tick();
+    void record(const QVector<RecordedLap> &laps, const QVector<int> &finishedRuns);
     void refreshCars();
     void onRunSaved(int runId);
     void announceRun();

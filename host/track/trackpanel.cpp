@@ -63,7 +63,7 @@ TrackPanel::TrackPanel(Track &track, FleetController &fleet, QWidget *parent)
     connect(&m_track, &Track::failed, m_errorLabel, [this](const QString &reason) {
         m_errorLabel->setText(tr("Круги ждут записи: %1").arg(reason));
     });
-    connect(&m_track, &Track::saved, m_errorLabel, &QLabel::clear);
+    connect(&m_track, &Track::lapsSaved, m_errorLabel, &QLabel::clear);
     refillCars();
     showState();
 }
@@ -128,7 +128,7 @@ void TrackPanel::refillCars()
             chosen.insert(m_cars->item(row)->data(Qt::UserRole).toInt());
     }
     m_cars->clear();
-    for (const FleetCar &car : m_fleet.fleet().cars()) {
+    for (const HostCar &car : m_fleet.cars().list()) {
         if (!car.available)
             continue;
         auto *item = new QListWidgetItem(tr("%1 — %2").arg(car.number, car.model), m_cars);
@@ -156,7 +156,7 @@ void TrackPanel::showState()
     m_state->setText(tr("заездов %1, кругов %2").arg(m_track.savedRuns()).arg(m_track.savedLaps()));
     QStringList karts;
     QHash<int, QString> numbers;
-    for (const FleetCar &car : m_fleet.fleet().cars())
+    for (const HostCar &car : m_fleet.cars().list())
         numbers.insert(car.id, car.number);
     for (const RaceSimulation::OnTrack &kart : m_track.simulation().onTrack())
         karts.append(tr("№ %1: %2").arg(numbers.value(kart.carId, tr("удалён")), QString::number(kart.laps)));

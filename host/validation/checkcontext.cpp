@@ -2,7 +2,7 @@
 
 #include "host/database/hostconnection.h"
 #include "host/database/hostdatabase.h"
-#include "host/plugin/widgetaddress.h"
+#include "host/database/hosttransaction.h"
 #include "trivexplugininterface.h"
 
 #include <QApplication>
@@ -82,7 +82,8 @@ QJsonObject remoteRecords(const char *arrayText)
     return {{QStringLiteral("data"), QString::fromUtf8(arrayText)}};
 }
 
-CheckContext::CheckContext(const QString &library, const DataFolder &home) : m_library(library), m_home(home)
+CheckContext::CheckContext(const QString &library, const DataFolder &folder)
+    : m_library(library), m_folder(folder)
 {
     connect(&m_plugin, &PluginHost::received, this,
             [this](const HostMessage &message) { m_messages.append(message); });
@@ -92,10 +93,9 @@ CheckContext::~CheckContext() = default;
 
 void CheckContext::makeDatabase()
 {
-    const QString error = HostDatabase::prepare(m_home);
-    if (!error.isEmpty())
-        throw CheckSkipped {tr("the scratch database cannot be made: %1").arg(error)};
-    m_database = std::make_unique<HostConnection>(m_home.databasePath());
+    if (const Result result = HostDatabase::prepare(m_folder); !result)
+        throw CheckSkipped {tr("the scratch database cannot be made: %1").arg(result.errorText())};
+    m_database = std::make_unique<HostConnection>(m_folder.databasePath());
     HostTransaction transaction(*m_database);
     for (const char *statement :
          {"INSERT INTO cars (id,num,name) VALUES (1,'7','Вихрь'),(2,'8','Вихрь')",
@@ -132,8 +132,8 @@ int CheckContext::count(const QString &table, const QString &condition)
 
 void CheckContext::load()
 {
-    const QString error = m_plugin.load(m_library);
-    expect(error.isEmpty(), error);
+    const Result result = m_plugin.load(m_library);
+    expect(result.isOk(), result.errorText());
 }
 
 void CheckContext::unload()
@@ -189,11 +189,11 @@ void CheckContext::expectSilence(int milliseconds)
     expect(m_messages.isEmpty(), tr("it sent %1 unasked").arg(listed(eventsOf(m_messages))));
 }
 
-QWidget &CheckContext::widget(const QJsonValue &address)
+QWidget &CheckContext::widget(const HostMessage &message, const char *key)
 {
-    QWidget *widget = widgetAt(address);
+    QWidget *widget = message.widget(QLatin1String(key));
     expect(QApplication::allWidgets().contains(widget),
-           tr("%1 is not the address of a widget").arg(jsonText(address)));
+           tr("%1 is not the address of a widget").arg(jsonText(message.data.value(QLatin1String(key)))));
     return *widget;
 }
 
@@ -202,5 +202,5 @@ QWidget &CheckContext::garageWindow()
     const QVector<HostMessage> answer =
         ask(QStringLiteral("clicked"), {{QStringLiteral("key"), QStringLiteral("show_garage")}});
     expectEvents(answer, {QStringLiteral("insert_tab")});
-    return widget(answer.first().data.value(QLatin1String("tabWidget")));
+    return widget(answer.first(), "tabWidget");
 }

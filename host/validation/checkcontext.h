@@ -21,11 +21,11 @@ class CheckContext final : public QObject
 {
     Q_OBJECT
 public:
-    CheckContext(const QString &library, const DataFolder &home);
+    CheckContext(const QString &library, const DataFolder &folder);
     ~CheckContext() override;
 
     QString library() const { return m_library; }
-    const DataFolder &home() const { return m_home; }
+    const DataFolder &folder() const { return m_folder; }
 
     /// Two cars of one model (car 1 is due, car 2 has an open complaint), an operation, a person.
     void makeDatabase();
@@ -48,14 +48,14 @@ public:
     void expectSilence(int milliseconds = 300);
     void discardMessages() { m_messages.clear(); }
 
-    /// The widget at the address, if there is one.
-    QWidget &widget(const QJsonValue &address);
+    /// The widget whose address the message holds under the key.
+    QWidget &widget(const HostMessage &message, const char *key);
     /// Requests the garage window as a host does.
     QWidget &garageWindow();
 
 private:
     const QString m_library;
-    const DataFolder m_home;
+    const DataFolder m_folder;
     std::unique_ptr<HostConnection> m_database;
     PluginHost m_plugin;
     QVector<HostMessage> m_messages; // not yet returned by ask() or await()

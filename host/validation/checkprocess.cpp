@@ -21,9 +21,9 @@ QString tr(const char *text)
     return QCoreApplication::translate("CheckProcess", text);
 }
 
-CheckResult readResult(const QString &home)
+CheckResult readResult(const QString &folder)
 {
-    QFile file(home + resultFile);
+    QFile file(folder + resultFile);
     if (!file.open(QIODevice::ReadOnly))
         return {CheckResult::Failed, tr("it ended the program before the check was through"), 0};
     const QJsonObject result = QJsonDocument::fromJson(file.readAll()).object();
@@ -31,9 +31,9 @@ CheckResult readResult(const QString &home)
             result.value(reasonKey).toString(), 0};
 }
 
-bool writeResult(const QString &home, const CheckResult &result)
+bool writeResult(const QString &folder, const CheckResult &result)
 {
-    QFile file(home + resultFile);
+    QFile file(folder + resultFile);
     const QJsonObject json {{outcomeKey, result.outcome}, {reasonKey, result.reason}};
     return file.open(QIODevice::WriteOnly) && file.write(QJsonDocument(json).toJson()) > 0;
 }
@@ -46,9 +46,9 @@ QProcessEnvironment quietEnvironment()
 }
 
 /// Evaluates the end of the process: a plug-in may crash after its check has passed.
-CheckResult resultOf(const QProcess &process, const QString &home)
+CheckResult resultOf(const QProcess &process, const QString &folder)
 {
-    CheckResult result = readResult(home);
+    CheckResult result = readResult(folder);
     if (process.exitStatus() == QProcess::CrashExit)
         return {CheckResult::Failed, tr("it crashed with signal %1").arg(process.exitCode()), 0};
     if (process.exitCode() != ExitCode::Ok && result.outcome != CheckResult::Failed)
@@ -72,7 +72,7 @@ CheckResult perform(const Check &check, CheckContext &context)
 
 CheckResult CheckProcess::run(const Check &check, const QString &library, int limitMilliseconds)
 {
-    const QTemporaryDir home;
+    const QTemporaryDir folder;
     QProcess process;
     process.setProcessEnvironment(quietEnvironment());
     process.setStandardOutputFile(QProcess::nullDevice());
@@ -81,12 +81,12 @@ CheckResult CheckProcess::run(const Check &check, const QString &library, int li
     clock.start();
     process.start(QCoreApplication::applicationFilePath(),
                   {QStringLiteral("--validate"), library, QStringLiteral("--check"), check.name,
-                   QStringLiteral("--in-this-process"), QStringLiteral("--home"), home.path()});
+                   QStringLiteral("--in-this-process"), QStringLiteral("--home"), folder.path()});
     CheckResult result;
     if (!process.waitForStarted()) {
         result = {CheckResult::Skipped, process.errorString(), 0};
     } else if (process.waitForFinished(limitMilliseconds)) {
-        result = resultOf(process, home.path());
+        result = resultOf(process, folder.path());
     } else {
         process.kill();
         process.waitForFinished();
@@ -96,9 +96,9 @@ CheckResult CheckProcess::run(const Check &check, const QString &library, int li
     return result;
 }
 
-int CheckProcess::runHere(const Check &check, const QString &library, const DataFolder &home)
+int CheckProcess::runHere(const Check &check, const QString &library, const DataFolder &folder)
 {
-    CheckContext context(library, home);
+    CheckContext context(library, folder);
     const CheckResult result = perform(check, context);
-    return writeResult(home.path(), result) ? ExitCode::Ok : ExitCode::ValidationFailed;
+    return writeResult(folder.path(), result) ? ExitCode::Ok : ExitCode::ValidationFailed;
 }

@@ -6,7 +6,10 @@
 /// The outcome of one check.
 struct CheckResult
 {
-    enum Outcome { Passed, Failed, Skipped } outcome = Failed;
+    enum Outcome { Passed, Failed, Skipped };
+    static constexpr std::size_t OutcomeCount = 3;
+
+    Outcome outcome = Failed;
     QString reason; // empty if passed
     qint64 milliseconds = 0;
 };
@@ -20,6 +23,6 @@ CheckResult run(const Check &check, const QString &library, int limitMillisecond
 
 /// Called in that process: runs the check and writes its result into the folder. Needs the application
 /// object. Returns an exit code.
-int runHere(const Check &check, const QString &library, const DataFolder &home);
+int runHere(const Check &check, const QString &library, const DataFolder &folder);
 
 } // namespace CheckProcess

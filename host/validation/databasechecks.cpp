@@ -82,7 +82,7 @@ void checkRemoteCompletion(CheckContext &context)
 /// closing the file drops the locks of this whole process.
 quint32 changeCounter(const CheckContext &context)
 {
-    QFile file(context.home().databasePath());
+    QFile file(context.folder().databasePath());
     constexpr int counterOffset = 24;
     if (!file.open(QIODevice::ReadOnly) || !file.seek(counterOffset))
         throw CheckSkipped {file.errorString()};

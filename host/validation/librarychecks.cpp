@@ -113,7 +113,7 @@ void checkVirtualOrder(CheckContext &context)
     QWidget *page = plugin.settingsPage();
     const QVector<HostMessage> answer = context.ask(QStringLiteral("send_settings_dialogs"));
     expectEvents(answer, {QStringLiteral("settings_dialog")});
-    expect(page && page == &context.widget(answer.first().data.value(QLatin1String("settingsPagePtr"))),
+    expect(page && page == &context.widget(answer.first(), "settingsPagePtr"),
            tr("settingsPage() is not the page that \"settings_dialog\" names"));
     expect(!plugin.auxiliaryWidget(), tr("auxiliaryWidget() is not null"));
     expectEqual(tr("caption()"), plugin.caption(), QStringLiteral("Гараж"));

@@ -46,7 +46,7 @@ void checkInsertTab(CheckContext &context)
     const QJsonObject key = jsonObject(R"({"key": "show_garage"})");
     const QVector<HostMessage> answer = context.ask(QStringLiteral("clicked"), key);
     expectEvents(answer, {QStringLiteral("insert_tab")});
-    QWidget &window = context.widget(answer.first().data.value(QLatin1String("tabWidget")));
+    QWidget &window = context.widget(answer.first(), "tabWidget");
     QJsonObject expected =
         jsonObject(R"({"tabCaption": "Гараж", "index": 0, "moduleName": "garage_plugin"})");
     expected.insert(QStringLiteral("tabWidget"), address(&window));

@@ -1,12 +1,11 @@
+#include "host/plugin/garagewidgets.h"
 #include "host/validation/checkcontext.h"
+#include "host/validation/dialogresponder.h"
 
 #include <QAction>
 #include <QApplication>
-#include <QDialog>
-#include <QMessageBox>
 #include <QMouseEvent>
 #include <QPushButton>
-#include <QTimer>
 #include <QTreeView>
 
 // Actions of a mechanic in the garage window: the messages to the host, the rows in the database.
@@ -19,34 +18,6 @@ QString tr(const char *text)
 {
     return QCoreApplication::translate("WindowChecks", text);
 }
-
-/// Accepts or rejects the next modal dialog, which blocks the call that opens it.
-class DialogAnswer final
-{
-public:
-    explicit DialogAnswer(bool yes)
-    {
-        m_poll.setInterval(50);
-        QObject::connect(&m_poll, &QTimer::timeout, &m_poll, [this, yes] {
-            auto *dialog = qobject_cast<QDialog *>(QApplication::activeModalWidget());
-            if (!dialog)
-                return;
-            m_poll.stop();
-            m_answered = true;
-            auto *question = qobject_cast<QMessageBox *>(dialog);
-            if (question && yes)
-                question->button(QMessageBox::Yes)->click();
-            else
-                dialog->done(yes ? QDialog::Accepted : QDialog::Rejected);
-        });
-        m_poll.start();
-    }
-    bool hasAnswered() const { return m_answered; }
-
-private:
-    QTimer m_poll;
-    bool m_answered = false;
-};
 
 template<class Kind> Kind &named(QWidget &window, const char *name)
 {
@@ -71,9 +42,9 @@ QWidget &openWindow(CheckContext &context)
 
 void sendComplaint(CheckContext &context, int carId, bool confirmed)
 {
-    const DialogAnswer answer(confirmed);
+    const DialogResponder responder(confirmed);
     context.send(QStringLiteral("car_complain"), {{QStringLiteral("carId"), carId}});
-    expect(answer.hasAnswered(), tr("no dialog opened for car %1").arg(carId));
+    expect(responder.hasResponded(), tr("no dialog opened for car %1").arg(carId));
 }
 
 void checkComplaint(CheckContext &context)
@@ -98,8 +69,8 @@ void checkAvailabilityButtons(CheckContext &context)
     QWidget &window = openWindow(context);
     context.send(QStringLiteral("cars_list_changed"), jsonObject(R"({"noStatsUpdate": true, "cars": [
         {"id": 1, "num": "7", "name": "Вихрь", "available_for_runs": true}]})"));
-    named<QTreeView>(window, "tvAvailableCars").selectAll();
-    named<QPushButton>(window, "pbRemoveAvailable").click();
+    named<QTreeView>(window, GarageWidgets::availableCarsView).selectAll();
+    named<QPushButton>(window, GarageWidgets::removeAvailableButton).click();
     QJsonObject expected = jsonObject(R"({"carsIdsList": [1], "command": "set_availability", "available": 0,
                                           "requestSrc": "ui"})");
     expectMessage(context.await(QStringLiteral("update_cars")), QStringLiteral("garage_plugin"), expected);
@@ -131,9 +102,9 @@ void pressCellButton(QTreeView &table)
 void checkServiceDone(CheckContext &context)
 {
     QWidget &window = openWindow(context);
-    const DialogAnswer answer(true);
-    pressCellButton(named<QTreeView>(window, "tvMaintainanceTable"));
-    expect(answer.hasAnswered(), tr("the service button opens no dialog"));
+    const DialogResponder responder(true);
+    pressCellButton(named<QTreeView>(window, GarageWidgets::maintenanceView));
+    expect(responder.hasResponded(), tr("the service button opens no dialog"));
     const HostMessage added = context.await(QStringLiteral("add_remote_service"));
     expectEqual(tr("the keys of \"add_remote_service\""), QJsonArray::fromStringList(added.data.keys()),
                 QJsonArray::fromStringList({QStringLiteral("carId"), QStringLiteral("comment"),
@@ -152,11 +123,11 @@ void checkServiceDone(CheckContext &context)
 void checkDeletion(CheckContext &context)
 {
     QWidget &window = openWindow(context);
-    auto &log = named<QTreeView>(window, "tvServiceLog");
+    auto &log = named<QTreeView>(window, GarageWidgets::serviceLogView);
     log.setCurrentIndex(log.model()->index(0, 1)); // the latest record: the complaint
-    const DialogAnswer answer(true);
-    named<QAction>(window, "actionDeleteMaintainanceItem").trigger();
-    expect(answer.hasAnswered(), tr("it deletes without asking"));
+    const DialogResponder responder(true);
+    named<QAction>(window, GarageWidgets::deleteAction).trigger();
+    expect(responder.hasResponded(), tr("it deletes without asking"));
     expectMessage(context.await(QStringLiteral("remote_service_delete")),
                   QStringLiteral("garage_stats_updater"), jsonObject(R"({"localId": 3, "remoteId": -1})"));
     context.await(pending);
