@@ -1,5 +1,6 @@
 #include "host/commandline.h"
 
+#include "host/terminal/translation.h"
 #include "host/validation/check.h"
 
 #include <QCommandLineParser>
@@ -10,15 +11,10 @@ namespace {
 
 constexpr int longestTimeLimit = 3600; // seconds
 
-QString tr(const char *text)
-{
-    return QCoreApplication::translate("CommandLine", text);
-}
-
 const QCommandLineOption &helpOption()
 {
     static const QCommandLineOption option({QStringLiteral("h"), QStringLiteral("help")},
-                                           tr("Показать эту справку."));
+                                           CommandLine::tr("Shows this help."));
     return option;
 }
 
@@ -35,44 +31,59 @@ QList<QCommandLineOption> allOptions()
     return {
         helpOption(),
         {QStringLiteral("stdio"),
-         tr("Без окна: каждая строка стандартного ввода {\"module\":…,\"event\":…,\"data\":{…}} передаётся "
-            "плагину, каждое его событие печатается такой же строкой. Завершается в конце ввода.")},
-        {QStringLiteral("due"), tr("Без окна: напечатать, какое обслуживание требуется, и завершиться.")},
+         CommandLine::tr(
+             "Without a window: sends each line of standard input, {\"module\":…,\"event\":…,\"data\":{…}}, "
+             "to the plug-in and prints each of its events as such a line. Ends with the input.")},
+        {QStringLiteral("due"),
+         CommandLine::tr("Without a window: prints which services are due, and exits.")},
         {QStringLiteral("play"),
-         tr("Сыграть плагину события из файла: строки JSON как у --stdio, а также {\"wait\":миллисекунды}, "
-            "{\"wait\":\"answer\"} и {\"screenshot\":\"имя\"}; годится и сохранённый журнал. События плагина "
-            "печатаются. Завершается в конце файла."),
-         tr("ФАЙЛ")},
+         CommandLine::tr("Plays the events of a file to the plug-in: JSON lines as for --stdio, and "
+                         "{\"wait\":milliseconds}, {\"wait\":\"answer\"}, {\"screenshot\":\"name\"}. A saved "
+                         "message log is such a file. Prints the events of the plug-in. Ends with the file."),
+         CommandLine::tr("FILE")},
         {QStringLiteral("screenshots"),
-         tr("Пройти по окну, сохранить снимки в папку и завершиться; вместе с --play — только папка для "
-            "снимков. Без экрана так и происходит, снимки ложатся в папку программы."),
-         tr("ПАПКА")},
+         CommandLine::tr("Saves a screenshot of every page of the window to the folder, prints which "
+                         "services are due, and exits. With --play: the folder of its screenshots. The "
+                         "default without a display, with a folder in the program's data folder."),
+         CommandLine::tr("FOLDER")},
         {QStringLiteral("validate"),
-         tr("Без окна: испытать плагин снаружи, как его видит программа хронометража. Каждая проверка идёт в "
-            "своём процессе со своей временной базой; печатается строка PASSED, FAILED или SKIPPED с "
-            "причиной "
-            "и в конце итог."),
-         tr("ФАЙЛ")},
-        {QStringLiteral("json"), tr("Вместе с --validate: напечатать итог одним объектом JSON.")},
+         CommandLine::tr("Without a window: tests the plug-in from outside, as a timing application uses it. "
+                         "Each check runs in its own process with its own temporary database. Prints a line "
+                         "PASSED, FAILED or SKIPPED with the reason for each check, and the totals."),
+         CommandLine::tr("FILE")},
+        {QStringLiteral("json"), CommandLine::tr("With --validate: prints the report as one JSON object.")},
         {QStringLiteral("check"),
-         tr("Вместе с --validate: только эта проверка, названная как в итоге. Можно повторять."), tr("ИМЯ")},
+         CommandLine::tr("With --validate: runs only this check, named as in the report. Can be repeated."),
+         CommandLine::tr("NAME")},
         {QStringLiteral("time-limit"),
-         tr("Вместе с --validate: сколько секунд даётся каждой проверке. По умолчанию 30."), tr("СЕКУНДЫ")},
+         CommandLine::tr("With --validate: time limit of each check in seconds. The default is 30."),
+         CommandLine::tr("SECONDS")},
         inThisProcessOption(),
         {QStringLiteral("plugin"),
-         tr("Библиотека плагина. По умолчанию libruvalogarage.so рядом с программой."), tr("ФАЙЛ")},
+         CommandLine::tr("Library of the plug-in. The default is libruvalogarage.so beside the program."),
+         CommandLine::tr("FILE")},
         {QStringLiteral("home"),
-         tr("Папка, где программа держит свои данные. По умолчанию garage-host в папке данных пользователя."),
-         tr("ПАПКА")},
+         CommandLine::tr("Data folder of the program. The default is garage-host in the user's data folder."),
+         CommandLine::tr("FOLDER")},
         {QStringLiteral("documents"),
-         tr("Работать с настоящими документами пользователя. Примеры данных туда не записываются.")},
+         CommandLine::tr("Works with the user's real documents. Never writes sample data there.")},
         {QStringLiteral("data"),
-         tr("Чем наполнить новую базу: empty (только таблицы), sample (24 карта, четыре недели) или season "
-            "(60 картов, 3 000 000 кругов, 20 000 записей). По умолчанию sample."),
-         tr("ВИД")},
-        {QStringLiteral("seed"), tr("Число, из которого выводятся примеры данных. По умолчанию 1."),
-         tr("ЧИСЛО")},
-        {QStringLiteral("fresh"), tr("Сначала удалить прежнюю базу из папки программы.")},
+         CommandLine::tr("Contents of a new database: empty (tables only), sample (24 karts, four weeks) or "
+                         "season (60 karts, 3,000,000 laps, 20,000 records). The default is sample."),
+         CommandLine::tr("KIND")},
+        {QStringLiteral("seed"), CommandLine::tr("Seed of the sample data. The default is 1."),
+         CommandLine::tr("NUMBER")},
+        {QStringLiteral("fresh"),
+         CommandLine::tr("Removes the database in the program's data folder first.")},
+        {QStringLiteral("lang"),
+         CommandLine::tr(
+             "Language of the texts: ru or en. The default is ru if the system's language is Russian, "
+             "else en. The garage window is always Russian."),
+         CommandLine::tr("LANGUAGE")},
+        {QStringLiteral("verbose"),
+         CommandLine::tr(
+             "Prints every message of Qt and the plug-in to standard error, not only warnings. The "
+             "log file garage-host.log in the data folder always holds all of them.")},
     };
 }
 
@@ -89,12 +100,11 @@ const QMap<QString, SampleKind> &sampleKinds()
 CommandLine::CommandLine(const QStringList &arguments)
 {
     QCommandLineParser parser;
-    parser.setApplicationDescription(
-        tr("Демонстрационное приложение для модуля «Гараж»: загружает плагин и разговаривает с ним, как это "
-           "делает программа хронометража.\n\n"
-           "Коды завершения: 0 — успех, 1 — неверные параметры, 2 — плагин не загружен, 3 — нет базы данных, "
-           "4 — плагин не ответил, 5 — часть входных строк не разобрана, 6 — работа прервана, "
-           "7 — плагин не прошёл проверку, 8 — снимок не записан."));
+    parser.setApplicationDescription(CommandLine::tr(
+        "Demo host of the garage module: loads the plug-in and exchanges messages with it as a timing "
+        "application does.\n\nExit codes: 0 - success, 1 - invalid options, 2 - plug-in not loaded, 3 - no "
+        "database, 4 - the plug-in did not answer, 5 - some input lines are not messages, 6 - cancelled, 7 - "
+        "the plug-in failed a check, 8 - a screenshot was not saved."));
     parser.addOptions(allOptions());
     m_helpText = parser.helpText();
     if (!parser.parse(arguments)) {
@@ -102,16 +112,17 @@ CommandLine::CommandLine(const QStringList &arguments)
         return;
     }
     if (!parser.positionalArguments().isEmpty()) {
-        m_errorText = tr("лишний параметр: %1").arg(parser.positionalArguments().first());
+        m_errorText = CommandLine::tr("unexpected argument: %1").arg(parser.positionalArguments().first());
         return;
     }
     m_wantsHelp = parser.isSet(helpOption());
     for (const QCommandLineOption &option : allOptions()) {
         if (!option.valueName().isEmpty() && parser.values(option).contains(QString()))
-            m_errorText = tr("у --%1 пустое значение").arg(option.names().first());
+            m_errorText = CommandLine::tr("the value of --%1 is empty").arg(option.names().first());
     }
     if (!m_errorText.isEmpty())
         return;
+    m_options.language = Translation::language(arguments);
     read(parser);
 }
 
@@ -121,6 +132,7 @@ void CommandLine::read(const QCommandLineParser &parser)
     m_options.due = parser.isSet(QStringLiteral("due"));
     m_options.documents = parser.isSet(QStringLiteral("documents"));
     m_options.fresh = parser.isSet(QStringLiteral("fresh"));
+    m_options.verbose = parser.isSet(QStringLiteral("verbose"));
     m_options.playFile = parser.value(QStringLiteral("play"));
     m_options.screenshotsFolder = parser.value(QStringLiteral("screenshots"));
     m_options.pluginFile = parser.value(QStringLiteral("plugin"));
@@ -128,14 +140,17 @@ void CommandLine::read(const QCommandLineParser &parser)
 
     const QString kind = parser.value(QStringLiteral("data"));
     if (!kind.isEmpty() && !sampleKinds().contains(kind))
-        m_errorText = tr("неизвестный вид данных: %1 (есть empty, sample, season)").arg(kind);
+        m_errorText = CommandLine::tr("unknown kind of data: %1 (known are empty, sample, season)").arg(kind);
     m_options.data = sampleKinds().value(kind, SampleKind::Sample);
 
     bool isNumber = true;
     if (parser.isSet(QStringLiteral("seed")))
         m_options.seed = parser.value(QStringLiteral("seed")).toUInt(&isNumber);
     if (!isNumber)
-        m_errorText = tr("--seed должен быть целым числом от 0");
+        m_errorText = CommandLine::tr("--seed must be an integer from 0");
+    const QStringList languages = Translation::languages();
+    if (parser.isSet(QStringLiteral("lang")) && !languages.contains(parser.value(QStringLiteral("lang"))))
+        m_errorText = tr("--lang must be one of: %1").arg(languages.join(QLatin1String(", ")));
     readValidation(parser);
     if (m_errorText.isEmpty())
         checkCombination();
@@ -146,32 +161,34 @@ void CommandLine::readValidation(const QCommandLineParser &parser)
     Validation::Request &request = m_options.validation;
     request.library = parser.value(QStringLiteral("validate"));
     request.asJson = parser.isSet(QStringLiteral("json"));
+    // Machine output is the same in every language.
+    request.language = request.asJson ? QStringLiteral("en") : m_options.language;
     request.checkNames = parser.values(QStringLiteral("check"));
     m_options.checksHere = parser.isSet(inThisProcessOption());
     for (const QString &name : request.checkNames) {
         if (!findCheck(name))
-            m_errorText = tr("неизвестная проверка: %1").arg(name);
+            m_errorText = CommandLine::tr("unknown check: %1").arg(name);
     }
     if (parser.isSet(QStringLiteral("time-limit")))
         request.timeLimit = parser.value(QStringLiteral("time-limit")).toInt();
     if (request.timeLimit < 1 || request.timeLimit > longestTimeLimit)
-        m_errorText = tr("--time-limit должен быть целым числом от 1 до %1").arg(longestTimeLimit);
+        m_errorText = CommandLine::tr("--time-limit must be an integer from 1 to %1").arg(longestTimeLimit);
     const bool hasDetails = request.asJson || !request.checkNames.isEmpty() || m_options.checksHere
         || parser.isSet(QStringLiteral("time-limit"));
     if (hasDetails && request.library.isEmpty())
-        m_errorText = tr("--json, --check и --time-limit нужны только вместе с --validate");
+        m_errorText = CommandLine::tr("--json, --check and --time-limit need --validate");
     if (m_options.checksHere && (request.checkNames.size() != 1 || m_options.homeFolder.isEmpty()))
-        m_errorText = tr("проверке в этом процессе нужны --check и --home");
+        m_errorText = CommandLine::tr("a check in this process needs --check and --home");
 }
 
 void CommandLine::checkCombination()
 {
     if (m_options.documents && (m_options.fresh || !m_options.homeFolder.isEmpty()))
-        m_errorText = tr("--documents не сочетается с --home и --fresh");
+        m_errorText = CommandLine::tr("--documents excludes --home and --fresh");
     const int ways = int(m_options.stdio) + int(m_options.due) + int(!m_options.playFile.isEmpty())
         + int(!m_options.validation.library.isEmpty());
     if (ways > 1)
-        m_errorText = tr("--stdio, --due, --play и --validate исключают друг друга");
+        m_errorText = CommandLine::tr("--stdio, --due, --play and --validate exclude each other");
     if ((m_options.stdio || m_options.due) && !m_options.screenshotsFolder.isEmpty())
-        m_errorText = tr("--screenshots не сочетается с --stdio и --due");
+        m_errorText = CommandLine::tr("--screenshots excludes --stdio and --due");
 }

@@ -3,6 +3,7 @@
 #include "host/sample/sampledata.h"
 #include "host/validation/validation.h"
 
+#include <QCoreApplication>
 #include <QString>
 #include <QStringList>
 
@@ -15,12 +16,14 @@ struct HostOptions
     bool due = false;
     bool documents = false;
     bool fresh = false;
+    bool verbose = false;
     QString playFile;
     QString screenshotsFolder;
     QString pluginFile;
     QString homeFolder;
     Validation::Request validation; // requested if it names a library
     bool checksHere = false; // this process runs one check of a validation
+    QString language; // "ru" or "en"
     quint32 seed = 1;
     SampleKind data = SampleKind::Sample;
 };
@@ -28,6 +31,7 @@ struct HostOptions
 /// Parses the command line. Needs an application object for the program's name.
 class CommandLine final
 {
+    Q_DECLARE_TR_FUNCTIONS(CommandLine)
 public:
     explicit CommandLine(const QStringList &arguments);
 

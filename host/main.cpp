@@ -10,6 +10,8 @@
 #include "host/sessions/windowsession.h"
 #include "host/terminal/console.h"
 #include "host/terminal/exitcode.h"
+#include "host/terminal/messagehandler.h"
+#include "host/terminal/translation.h"
 #include "host/validation/checkprocess.h"
 
 #include <QApplication>
@@ -21,10 +23,10 @@
 
 namespace {
 
-QString tr(const char *text)
+struct Text
 {
-    return QCoreApplication::translate("main", text);
-}
+    Q_DECLARE_TR_FUNCTIONS(main)
+};
 
 void chooseDisplay()
 {
@@ -50,7 +52,7 @@ void useDesktopFontSize()
 void printProgress(int percent)
 {
     if (percent % 10 == 0 && percent < 100)
-        Console::writeError(tr("готовятся примеры данных: %1 %").arg(percent));
+        Console::writeError(Text::tr("generating sample data: %1 %").arg(percent));
 }
 
 SampleOutcome runSampleJob(SampleJob &job, bool takesLong)
@@ -61,7 +63,8 @@ SampleOutcome runSampleJob(SampleJob &job, bool takesLong)
     if (takesLong && isHeadless()) {
         QObject::connect(&job, &SampleJob::progress, &loop, &printProgress);
     } else if (takesLong) {
-        dialog = std::make_unique<QProgressDialog>(tr("Готовятся примеры данных…"), tr("Прервать"), 0, 100);
+        dialog = std::make_unique<QProgressDialog>(Text::tr("Generating sample data…"), Text::tr("Cancel"), 0,
+                                                   100);
         QObject::connect(&job, &SampleJob::progress, dialog.get(), &QProgressDialog::setValue);
         QObject::connect(dialog.get(), &QProgressDialog::canceled, &job, &SampleJob::cancel);
     }
@@ -79,7 +82,7 @@ int fillDatabase(const HostOptions &options, const DataFolder &folder)
     if (options.fresh)
         folder.removeDatabases();
     if (const Result result = HostDatabase::prepare(folder); !result) {
-        Console::writeError(tr("база данных не готова: %1").arg(result.errorText()));
+        Console::writeError(Text::tr("the database is not ready: %1").arg(result.errorText()));
         return ExitCode::NoDatabase;
     }
     if (options.documents || !HostDatabase::isBlank(folder))
@@ -89,17 +92,17 @@ int fillDatabase(const HostOptions &options, const DataFolder &folder)
     if (outcome == SampleOutcome::Done)
         return ExitCode::Ok;
     if (outcome == SampleOutcome::Cancelled) {
-        Console::writeError(tr("подготовка примеров данных прервана"));
+        Console::writeError(Text::tr("the generation of sample data was cancelled"));
         return ExitCode::Cancelled;
     }
-    Console::writeError(tr("примеры данных не записаны: %1").arg(job.errorText()));
+    Console::writeError(Text::tr("sample data not written: %1").arg(job.errorText()));
     return ExitCode::NoDatabase;
 }
 
 Result loadPlugin(const HostOptions &options, PluginHost &plugin)
 {
     const QString library = options.pluginFile.isEmpty() ? PluginHost::defaultLibrary() : options.pluginFile;
-    return library.isEmpty() ? Result::error(tr("libruvalogarage.so рядом с программой не найдена"))
+    return library.isEmpty() ? Result::error(Text::tr("libruvalogarage.so was not found beside the program"))
                              : plugin.load(library);
 }
 
@@ -122,7 +125,7 @@ int run(const HostOptions &options, const DataFolder &folder)
 {
     DemoHost host(folder, options.seed);
     if (const Result result = loadPlugin(options, host.plugin()); !result) {
-        Console::writeError(tr("плагин не загружен: %1").arg(result.errorText()));
+        Console::writeError(Text::tr("plug-in not loaded: %1").arg(result.errorText()));
         return ExitCode::NoPlugin;
     }
     const std::unique_ptr<HostSession> session = makeSession(options, folder, host);
@@ -131,44 +134,59 @@ int run(const HostOptions &options, const DataFolder &folder)
     return QApplication::exec();
 }
 
+/// A check runs without a display; its messages belong to the plug-in under test.
+int runCheck(const HostOptions &options, const DataFolder &folder)
+{
+    const std::optional<Check> check = findCheck(options.validation.checkNames.first());
+    return CheckProcess::runHere(*check, options.validation.library, folder);
+}
+
 /// Uses a temporary application object: the environment must be set before the real one exists.
-CommandLine readArguments(int &argc, char **argv)
+CommandLine parseArguments(int &argc, char **argv)
 {
     const QCoreApplication application(argc, argv);
-    return CommandLine(QCoreApplication::arguments());
+    const QStringList arguments = QCoreApplication::arguments();
+    Translation::install(Translation::language(arguments));
+    CommandLine commandLine(arguments);
+    if (!commandLine.errorText().isEmpty())
+        Console::writeError(commandLine.errorText());
+    else if (commandLine.wantsHelp())
+        Console::writeLine(commandLine.helpText());
+    return commandLine;
+}
+
+int validate(int &argc, char **argv, const Validation::Request &request)
+{
+    const QCoreApplication application(argc, argv);
+    Translation::install(request.language);
+    return Validation::run(request);
 }
 
 } // namespace
 
 int main(int argc, char **argv)
 {
-    const CommandLine commandLine = readArguments(argc, argv);
-    if (!commandLine.errorText().isEmpty()) {
-        Console::writeError(commandLine.errorText());
+    const CommandLine commandLine = parseArguments(argc, argv);
+    if (!commandLine.errorText().isEmpty())
         return ExitCode::BadUsage;
-    }
-    if (commandLine.wantsHelp()) {
-        Console::writeLine(commandLine.helpText());
+    if (commandLine.wantsHelp())
         return ExitCode::Ok;
-    }
     const HostOptions &options = commandLine.options();
-    if (!options.validation.library.isEmpty() && !options.checksHere) {
-        const QCoreApplication application(argc, argv);
-        return Validation::run(options.validation);
-    }
+    if (!options.validation.library.isEmpty() && !options.checksHere)
+        return validate(argc, argv, options.validation);
     const DataFolder folder =
         options.documents ? DataFolder::userDocuments() : DataFolder::own(options.homeFolder);
+    MessageHandler::install(folder.logPath(), options.verbose);
     folder.applyToEnvironment();
     chooseDisplay();
     int programNameOnly = 1; // Qt has a --plugin option of its own
     const QApplication application(programNameOnly, argv);
+    Translation::install(options.language);
     QApplication::setQuitOnLastWindowClosed(false);
     if (isHeadless())
         useDesktopFontSize();
-    if (options.checksHere) {
-        return CheckProcess::runHere(*findCheck(options.validation.checkNames.first()),
-                                     options.validation.library, folder);
-    }
+    if (options.checksHere)
+        return runCheck(options, folder);
     if (const int failure = fillDatabase(options, folder))
         return failure;
     return run(options, folder);

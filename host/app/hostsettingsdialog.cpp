@@ -14,11 +14,11 @@ const QSize usualSize(960, 600);
 HostSettingsDialog::HostSettingsDialog(PluginHost &plugin, QWidget *parent)
     : QDialog(parent), m_tabs(new QTabWidget)
 {
-    setWindowTitle(tr("Настройки"));
+    setWindowTitle(tr("Settings"));
     setObjectName(QStringLiteral("hostSettingsDialog"));
     resize(usualSize.boundedTo(parent ? parent->window()->size() : usualSize));
     auto *buttons = new QDialogButtonBox(QDialogButtonBox::Close);
-    buttons->button(QDialogButtonBox::Close)->setText(tr("Закрыть"));
+    buttons->button(QDialogButtonBox::Close)->setText(tr("Close"));
     auto *layout = new QVBoxLayout(this);
     layout->addWidget(m_tabs, 1);
     layout->addWidget(buttons);

@@ -36,14 +36,14 @@ QPixmap grabWithMenu(QWidget &window)
 HostWindow::HostWindow(DemoHost &host, const DataFolder &folder)
     : m_host(host), m_tabs(new QTabWidget), m_pluginTabs(host.plugin(), *m_tabs)
 {
-    setWindowTitle(tr("Картодром — демонстрация гаража"));
+    setWindowTitle(tr("Kart track: garage module demo"));
     resize(QSize(1280, 800).boundedTo(QGuiApplication::primaryScreen()->availableSize() * 9 / 10));
     setAnimated(false);
     m_tabs->setObjectName(QStringLiteral("hostTabWidget"));
-    m_tabs->addTab(new TrackPanel(host.track(), host.fleet()), tr("Трасса"));
-    m_tabs->addTab(new FleetPanel(host.fleet()), tr("Карты и люди"));
-    m_tabs->addTab(new RemotePanel(host.remote(), host.fleet()), tr("Удалённая сторона"));
-    m_tabs->addTab(new MessageLogPanel(host.messageLog(), host.plugin()), tr("Журнал обмена"));
+    m_tabs->addTab(new TrackPanel(host.track(), host.fleet()), tr("Track"));
+    m_tabs->addTab(new FleetPanel(host.fleet()), tr("Karts and people"));
+    m_tabs->addTab(new RemotePanel(host.remote(), host.fleet()), tr("Remote side"));
+    m_tabs->addTab(new MessageLogPanel(host.messageLog(), host.plugin()), tr("Message log"));
 
     auto *central = new QWidget;
     auto *layout = new QVBoxLayout(central);
@@ -63,8 +63,8 @@ QWidget *HostWindow::makeBanner(const DataFolder &folder)
 {
     const bool isReal = folder.isUserDocuments();
     auto *banner = new QLabel(
-        isReal ? tr("Внимание: это настоящие документы пользователя. Файл: %1").arg(folder.databasePath())
-               : tr("Демонстрационные данные. Файл: %1").arg(folder.databasePath()));
+        isReal ? tr("Attention: these are the user's real documents. File: %1").arg(folder.databasePath())
+               : tr("Demo data. File: %1").arg(folder.databasePath()));
     banner->setObjectName(QStringLiteral("bannerLabel"));
     banner->setTextInteractionFlags(Qt::TextSelectableByMouse);
     banner->setWordWrap(true);
@@ -75,7 +75,7 @@ QWidget *HostWindow::makeBanner(const DataFolder &folder)
 
 void HostWindow::makeToolBar()
 {
-    auto *bar = addToolBar(tr("Разделы"));
+    auto *bar = addToolBar(tr("Sections"));
     bar->setObjectName(QStringLiteral("sectionsToolBar"));
     bar->setMovable(false);
     bar->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
@@ -83,7 +83,7 @@ void HostWindow::makeToolBar()
     QAction *garage = bar->addAction(style()->standardIcon(QStyle::SP_DirHomeIcon), caption);
     garage->setObjectName(QStringLiteral("openGarageAction"));
     QAction *settings =
-        bar->addAction(style()->standardIcon(QStyle::SP_FileDialogDetailedView), tr("Настройки"));
+        bar->addAction(style()->standardIcon(QStyle::SP_FileDialogDetailedView), tr("Settings"));
     settings->setObjectName(QStringLiteral("openSettingsAction"));
     connect(garage, &QAction::triggered, this, &HostWindow::openGarage);
     connect(settings, &QAction::triggered, this, &HostWindow::openSettings);
@@ -92,7 +92,7 @@ void HostWindow::makeToolBar()
 void HostWindow::start()
 {
     if (const Result result = m_host.remote().prepare(); !result)
-        QMessageBox::warning(this, tr("Удалённая сторона не работает"), result.errorText());
+        QMessageBox::warning(this, tr("The remote side is not available"), result.errorText());
     show();
     m_host.fleet().sendStartSequence();
 }
@@ -124,7 +124,7 @@ Result HostWindow::saveScreenshot(const QString &folder, const QString &name, co
     const QString fileName = QDir(folder).filePath(name + QLatin1String(".png"));
     const bool isSaved =
         QDir().mkpath(folder) && (part.isNull() ? picture : picture.copy(part)).save(fileName);
-    return isSaved ? Result::success() : Result::error(tr("снимок %1 не записан").arg(fileName));
+    return isSaved ? Result::success() : Result::error(tr("screenshot %1 not saved").arg(fileName));
 }
 
 void HostWindow::closeEvent(QCloseEvent *event)

@@ -19,6 +19,12 @@ void keepDisplayAuthority()
         setPath("XAUTHORITY", authority);
 }
 
+QString defaultPath()
+{
+    return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation)
+        + QLatin1String("/garage-host");
+}
+
 } // namespace
 
 DataFolder::DataFolder(const QString &path) : m_path(path)
@@ -27,11 +33,7 @@ DataFolder::DataFolder(const QString &path) : m_path(path)
 
 DataFolder DataFolder::own(const QString &path)
 {
-    const QString chosen = path.isEmpty()
-        ? QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation)
-            + QLatin1String("/garage-host")
-        : path;
-    return DataFolder(QDir(chosen).absolutePath());
+    return DataFolder(QDir(path.isEmpty() ? defaultPath() : path).absolutePath());
 }
 
 DataFolder DataFolder::userDocuments()
@@ -63,6 +65,11 @@ QString DataFolder::databasePath() const
 QString DataFolder::remoteRecordsPath() const
 {
     return databaseFolder() + QLatin1String("/garage-host-remote.sqlite");
+}
+
+QString DataFolder::logPath() const
+{
+    return (isUserDocuments() ? defaultPath() : m_path) + QLatin1String("/garage-host.log");
 }
 
 QString DataFolder::screenshotsPath() const

@@ -27,6 +27,8 @@ public:
     QString remoteRecordsPath() const;
     /// Removes both files and their rollback journals. Does nothing for the user's documents.
     void removeDatabases() const;
+    /// The log file of Qt's messages: in the folder, or, for the user's documents, in the default folder.
+    QString logPath() const;
     /// The default folder of screenshots.
     QString screenshotsPath() const;
 

@@ -6,7 +6,7 @@
 #include <QVariantList>
 
 /// One connection to an SQLite file, with a name of its own; belongs to the thread that made it. Queries
-/// obtained from it must be gone before it is.
+/// obtained from it must be destroyed before it.
 class HostConnection final
 {
     Q_DISABLE_COPY(HostConnection)

@@ -14,10 +14,10 @@ static void initResources()
 
 namespace {
 
-QString tr(const char *text)
+struct Text
 {
-    return QCoreApplication::translate("HostDatabase", text);
-}
+    Q_DECLARE_TR_FUNCTIONS(HostDatabase)
+};
 
 Result makeTables(HostConnection &connection)
 {
@@ -37,11 +37,12 @@ Result HostDatabase::prepare(const DataFolder &folder)
 {
     initResources();
     if (!QDir().mkpath(folder.databaseFolder()))
-        return Result::error(tr("не удаётся создать папку %1").arg(folder.databaseFolder()));
+        return Result::error(Text::tr("cannot create the folder %1").arg(folder.databaseFolder()));
     HostConnection connection(folder.databasePath());
     const Result result =
         connection.isOpen() ? makeTables(connection) : Result::error(connection.errorText());
-    return result ? result : Result::error(tr("файл %1: %2").arg(folder.databasePath(), result.errorText()));
+    return result ? result
+                  : Result::error(Text::tr("file %1: %2").arg(folder.databasePath(), result.errorText()));
 }
 
 bool HostDatabase::isBlank(const DataFolder &folder)

@@ -3,7 +3,6 @@
 #include "host/database/hostconnection.h"
 #include "host/database/hosttransaction.h"
 
-#include <QCoreApplication>
 #include <QJsonArray>
 #include <QUuid>
 
@@ -53,7 +52,7 @@ Result CarStore::applyUpdate(const QJsonObject &updateCars)
 {
     const QString command = updateCars.value(QLatin1String("command")).toString();
     if (command != QLatin1String("set_availability"))
-        return Result::error(QCoreApplication::translate("CarStore", "unknown command: %1").arg(command));
+        return Result::error(tr("unknown command: %1").arg(command));
     QVector<int> ids;
     for (const QJsonValue id : updateCars.value(QLatin1String("carsIdsList")).toArray())
         ids.append(id.toInt(-1));

@@ -2,6 +2,7 @@
 
 #include "host/result.h"
 
+#include <QCoreApplication>
 #include <QJsonObject>
 #include <QVector>
 
@@ -19,6 +20,7 @@ struct HostCar
 /// Reads and writes the host's cars. Keeps the cars of the last successful refresh().
 class CarStore final
 {
+    Q_DECLARE_TR_FUNCTIONS(CarStore)
 public:
     explicit CarStore(HostConnection &connection);
 

@@ -43,8 +43,9 @@ FleetPanel::FleetPanel(FleetController &fleet, QWidget *parent)
     , m_peopleView(TableViews::make(m_people, "hostPeopleTableView"))
     , m_errorLabel(new QLabel)
 {
-    m_cars->setHorizontalHeaderLabels({tr("Номер"), tr("Модель"), tr("В работе")});
-    m_people->setHorizontalHeaderLabels({tr("Фамилия"), tr("Имя"), tr("Отчество"), tr("Сервисный код")});
+    m_cars->setHorizontalHeaderLabels({tr("Number"), tr("Model"), tr("Available")});
+    m_people->setHorizontalHeaderLabels(
+        {tr("Last name"), tr("First name"), tr("Middle name"), tr("Service code")});
     m_carsView->setColumnWidth(ModelColumn, 200);
     m_peopleView->setColumnWidth(LastNameColumn, 140);
     m_peopleView->setColumnWidth(MidNameColumn, 140);
@@ -53,9 +54,9 @@ FleetPanel::FleetPanel(FleetController &fleet, QWidget *parent)
     m_errorLabel->setWordWrap(true);
     m_errorLabel->hide();
     auto *tables = new QHBoxLayout;
-    tables->addWidget(makeTable(tr("Карты"), m_carsView, &FleetPanel::addCar, &FleetPanel::removeCar), 1);
-    tables->addWidget(makeTable(tr("Люди"), m_peopleView, &FleetPanel::addPerson, &FleetPanel::removePerson),
-                      1);
+    tables->addWidget(makeTable(tr("Karts"), m_carsView, &FleetPanel::addCar, &FleetPanel::removeCar), 1);
+    tables->addWidget(
+        makeTable(tr("People"), m_peopleView, &FleetPanel::addPerson, &FleetPanel::removePerson), 1);
     auto *layout = new QVBoxLayout(this);
     layout->addLayout(tables, 1);
     layout->addWidget(m_errorLabel);
@@ -74,8 +75,8 @@ QWidget *FleetPanel::makeTable(const QString &title, QTableView *view, void (Fle
     auto *box = new QGroupBox(title);
     auto *layout = new QVBoxLayout(box);
     auto *buttons = new QHBoxLayout;
-    auto *addButton = new QPushButton(tr("Добавить"));
-    auto *removeButton = new QPushButton(tr("Удалить"));
+    auto *addButton = new QPushButton(tr("Add"));
+    auto *removeButton = new QPushButton(tr("Remove"));
     addButton->setObjectName(view->objectName() + QLatin1String("Add"));
     removeButton->setObjectName(view->objectName() + QLatin1String("Remove"));
     buttons->addWidget(addButton);
@@ -148,8 +149,8 @@ void FleetPanel::addCar()
     for (int row = 0; row < m_cars->rowCount(); ++row)
         highest = std::max(highest, m_cars->item(row, NumberColumn)->text().toInt());
     car.number = QString::number(highest + 1);
-    car.model = m_cars->rowCount() > 0 ? m_cars->item(m_cars->rowCount() - 1, ModelColumn)->text()
-                                       : tr("Новая модель");
+    car.model =
+        m_cars->rowCount() > 0 ? m_cars->item(m_cars->rowCount() - 1, ModelColumn)->text() : tr("New model");
     if (!showResult(m_fleet.cars().store(car)))
         return;
     m_fleet.announceCars();
@@ -166,8 +167,7 @@ void FleetPanel::removeCar()
 
 void FleetPanel::addPerson()
 {
-    if (showResult(
-            m_fleet.people().store(HostPerson {-1, tr("Новый"), tr("Сотрудник"), QString(), QString()})))
+    if (showResult(m_fleet.people().store(HostPerson {-1, tr("New"), tr("Employee"), QString(), QString()})))
         m_fleet.announcePeople();
 }
 
@@ -181,6 +181,6 @@ void FleetPanel::removePerson()
 bool FleetPanel::showResult(const Result &result)
 {
     m_errorLabel->setVisible(!result);
-    m_errorLabel->setText(result ? QString() : tr("Не записано: %1").arg(result.errorText()));
+    m_errorLabel->setText(result ? QString() : tr("Not saved: %1").arg(result.errorText()));
     return result.isOk();
 }

@@ -20,13 +20,13 @@ Result EventPlayer::load(const QString &fileName)
 {
     QFile file(fileName);
     if (!file.open(QIODevice::ReadOnly))
-        return Result::error(tr("файл %1 не читается: %2").arg(fileName, file.errorString()));
+        return Result::error(tr("cannot read file %1: %2").arg(fileName, file.errorString()));
     m_steps.clear();
     m_position = 0;
     for (int number = 1; !file.atEnd(); ++number) {
         const QByteArray line = file.readLine().trimmed();
         if (!line.isEmpty() && !addStep(line))
-            return Result::error(tr("файл %1, строка %2 не является событием").arg(fileName).arg(number));
+            return Result::error(tr("file %1, line %2 is not an event").arg(fileName).arg(number));
     }
     return Result::success();
 }

@@ -60,7 +60,7 @@ QVariant MessageLogModel::data(const QModelIndex &index, int role) const
     case TimeColumn:
         return shown.time.toString(QStringLiteral("hh:mm:ss.zzz"));
     case DirectionColumn:
-        return shown.toPlugin ? tr("→ плагину") : tr("← хосту");
+        return shown.toPlugin ? tr("→ plug-in") : tr("← host");
     case ModuleColumn:
         return shown.module;
     case EventColumn:
@@ -74,7 +74,7 @@ QVariant MessageLogModel::headerData(int section, Qt::Orientation orientation, i
 {
     if (role != Qt::DisplayRole || orientation != Qt::Horizontal || section < 0 || section >= ColumnCount)
         return {};
-    return QStringList {tr("Время"), tr("Куда"), tr("Модуль"), tr("Событие"), tr("Байт")}.at(section);
+    return QStringList {tr("Time"), tr("Direction"), tr("Module"), tr("Event"), tr("Bytes")}.at(section);
 }
 
 void MessageLogModel::clear()

@@ -56,7 +56,7 @@ MessageLogPanel::MessageLogPanel(MessageLogModel &log, PluginHost &plugin, QWidg
     m_table->horizontalHeader()->setStretchLastSection(true);
     TableViews::setColumnWidths(
         *m_table,
-        {QStringLiteral("00:00:00.000"), tr("→ плагину"), QStringLiteral("garage_stats_updater"),
+        {QStringLiteral("00:00:00.000"), tr("→ plug-in"), QStringLiteral("garage_stats_updater"),
          QStringLiteral("remote_service_move_to_archive"), QStringLiteral("0 000 000")});
     m_details->setReadOnly(true);
 
@@ -92,11 +92,11 @@ QWidget *MessageLogPanel::makeFilterRow()
     layout->setContentsMargins(0, 0, 0, 0);
     m_eventFilter = new QComboBox;
     m_eventFilter->setObjectName(QStringLiteral("eventFilterComboBox"));
-    m_eventFilter->addItem(tr("Все события"));
+    m_eventFilter->addItem(tr("All events"));
     m_eventFilter->setMinimumContentsLength(26);
     auto *text = new QLineEdit;
     text->setObjectName(QStringLiteral("textFilterLineEdit"));
-    text->setPlaceholderText(tr("Найти в сообщении"));
+    text->setPlaceholderText(tr("Find in message"));
     layout->addWidget(m_eventFilter);
     layout->addWidget(text, 1);
     const auto addButton = [&](const QString &caption, const char *name, void (MessageLogPanel::*slot)()) {
@@ -106,11 +106,11 @@ QWidget *MessageLogPanel::makeFilterRow()
         layout->addWidget(button);
         return button;
     };
-    TableViews::enableWithSelection(
-        *addButton(tr("Копировать"), "copyPushButton", &MessageLogPanel::copyCurrent), *m_table);
-    addButton(tr("Сохранить…"), "savePushButton", &MessageLogPanel::chooseAndSave);
-    addButton(tr("Воспроизвести…"), "replayPushButton", &MessageLogPanel::chooseAndReplay);
-    auto *clear = new QPushButton(tr("Очистить"));
+    TableViews::enableWithSelection(*addButton(tr("Copy"), "copyPushButton", &MessageLogPanel::copyCurrent),
+                                    *m_table);
+    addButton(tr("Save…"), "savePushButton", &MessageLogPanel::chooseAndSave);
+    addButton(tr("Replay…"), "replayPushButton", &MessageLogPanel::chooseAndReplay);
+    auto *clear = new QPushButton(tr("Clear"));
     layout->addWidget(clear);
 
     connect(clear, &QPushButton::clicked, &m_log, &MessageLogModel::clear);
@@ -133,7 +133,7 @@ QWidget *MessageLogPanel::makeSendBox()
         QComboBox::NoInsert); // Enter would replace the data by those of a new, empty item
     for (const EventExample &example : eventExamples())
         m_eventToSend->addItem(example.event, example.data);
-    auto *send = new QPushButton(tr("Отправить"));
+    auto *send = new QPushButton(tr("Send"));
     send->setObjectName(QStringLiteral("sendPushButton"));
     m_dataToSend = makeJsonEdit(QStringLiteral("dataToSendPlainTextEdit"));
     m_dataToSend->setPlainText(m_eventToSend->currentData().toString());
@@ -141,7 +141,7 @@ QWidget *MessageLogPanel::makeSendBox()
     m_errorLabel->setObjectName(QStringLiteral("sendErrorLabel"));
     m_errorLabel->setStyleSheet(QStringLiteral("color: #b00020"));
     m_errorLabel->hide();
-    row->addWidget(new QLabel(tr("Событие плагину")));
+    row->addWidget(new QLabel(tr("Event for the plug-in")));
     row->addWidget(m_eventToSend, 1);
     row->addWidget(send);
     layout->addLayout(row);
@@ -171,17 +171,17 @@ void MessageLogPanel::copyCurrent()
 void MessageLogPanel::chooseAndSave()
 {
     const QString fileName = QFileDialog::getSaveFileName(
-        this, tr("Сохранить журнал"), QStringLiteral("garage-log.jsonl"), tr("Строки JSON (*.jsonl)"));
+        this, tr("Save message log"), QStringLiteral("garage-log.jsonl"), tr("JSON lines (*.jsonl)"));
     if (fileName.isEmpty())
         return;
     if (const Result result = m_log.save(fileName); !result)
-        QMessageBox::warning(this, tr("Журнал не сохранён"), result.errorText());
+        QMessageBox::warning(this, tr("Message log not saved"), result.errorText());
 }
 
 void MessageLogPanel::chooseAndReplay()
 {
-    const QString fileName = QFileDialog::getOpenFileName(this, tr("Воспроизвести журнал"), QString(),
-                                                          tr("Строки JSON (*.jsonl);;Все файлы (*)"));
+    const QString fileName = QFileDialog::getOpenFileName(this, tr("Replay message log"), QString(),
+                                                          tr("JSON lines (*.jsonl);;All files (*)"));
     if (!fileName.isEmpty())
         replay(fileName);
 }
@@ -190,11 +190,11 @@ void MessageLogPanel::replay(const QString &fileName)
 {
     m_player = std::make_unique<EventPlayer>(m_plugin);
     if (const Result result = m_player->load(fileName); !result) {
-        QMessageBox::warning(this, tr("Журнал не воспроизводится"), result.errorText());
+        QMessageBox::warning(this, tr("Message log cannot be replayed"), result.errorText());
         return;
     }
     auto *progress =
-        new QProgressDialog(tr("Воспроизводится журнал…"), tr("Остановить"), 0, m_player->stepCount(), this);
+        new QProgressDialog(tr("Replaying the message log…"), tr("Stop"), 0, m_player->stepCount(), this);
     progress->setMinimumDuration(500);
     connect(progress, &QProgressDialog::canceled, m_player.get(), &EventPlayer::cancel);
     connect(m_player.get(), &EventPlayer::progress, progress, &QProgressDialog::setValue);
@@ -214,11 +214,11 @@ void MessageLogPanel::sendByHand()
     if (isSendable)
         m_plugin.send(event, payload.object());
     else if (event.isEmpty())
-        m_errorLabel->setText(tr("Не указано событие"));
+        m_errorLabel->setText(tr("The event is missing"));
     else
         m_errorLabel->setText(error.error == QJsonParseError::NoError
-                                  ? tr("Данные должны быть объектом JSON")
-                                  : tr("Данные не являются JSON: ошибка после символа %1")
+                                  ? tr("The data must be a JSON object")
+                                  : tr("The data are not JSON: error after character %1")
                                         .arg(QString::fromUtf8(text.left(error.offset)).size()));
 }
 

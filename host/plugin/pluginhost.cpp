@@ -23,7 +23,7 @@ Result PluginHost::load(const QString &fileName)
 {
     const QFileInfo library(fileName);
     if (!library.exists())
-        return Result::error(tr("файла %1 нет").arg(fileName));
+        return Result::error(tr("file %1 does not exist").arg(fileName));
     m_loader.setFileName(library.absoluteFilePath());
     QObject *root = m_loader.instance();
     if (!root)
@@ -32,7 +32,7 @@ Result PluginHost::load(const QString &fileName)
     if (!m_plugin) {
         m_loader.unload();
         return Result::error(
-            tr("%1 не является плагином с интерфейсом %2")
+            tr("%1 is not a plug-in with the interface %2")
                 .arg(fileName, QString::fromLatin1(qobject_interface_iid<TrivexPluginInterface *>())));
     }
     connect(m_plugin, &TrivexPluginInterface::pluginSignal, this,

@@ -66,9 +66,9 @@ RemotePanel::RemotePanel(RemoteSide &remote, FleetController &fleet, QWidget *pa
     , m_check(new QLabel)
     , m_log(new QPlainTextEdit)
 {
-    m_pending->setHorizontalHeaderLabels({tr("Карт"), tr("Модель"), tr("Операция"), tr("Последний раз")});
+    m_pending->setHorizontalHeaderLabels({tr("Kart"), tr("Model"), tr("Operation"), tr("Last done")});
     m_records->setHorizontalHeaderLabels(
-        {tr("№"), tr("Карт"), tr("Операция"), tr("Выполнено"), tr("Исполнитель"), tr("Состояние")});
+        {tr("No."), tr("Kart"), tr("Operation"), tr("Done"), tr("Person"), tr("State")});
     auto *layout = new QHBoxLayout(this);
     layout->addWidget(makePendingBox(), 5);
     layout->addWidget(makeRecordsBox(), 7);
@@ -92,21 +92,22 @@ RemotePanel::RemotePanel(RemoteSide &remote, FleetController &fleet, QWidget *pa
 
 QWidget *RemotePanel::makePendingBox()
 {
-    auto *box = new QGroupBox(tr("Ждёт обслуживания"));
+    auto *box = new QGroupBox(tr("Due services"));
     auto *layout = new QVBoxLayout(box);
-    TableViews::setColumnWidths(*m_pendingView,
-                                {tr("Карт "), QStringLiteral("Молния+"), tr("Замена цепи и звёзд++")});
+    TableViews::setColumnWidths(
+        *m_pendingView,
+        {QStringLiteral("00000"), QStringLiteral("Молния+"), QStringLiteral("Замена цепи и звёзд++")});
     m_person->setObjectName(QStringLiteral("remotePersonComboBox"));
     m_channel->setObjectName(QStringLiteral("remoteChannelComboBox"));
     m_comment->setObjectName(QStringLiteral("remoteCommentLineEdit"));
-    m_channel->addItem(tr("веб-служба (remote_service_data)"), int(RemoteSide::Channel::Service));
-    m_channel->addItem(tr("пульт (remote_control_data)"), int(RemoteSide::Channel::RemoteControl));
-    auto *done = new QPushButton(tr("Выполнено"));
+    m_channel->addItem(tr("web service (remote_service_data)"), int(RemoteSide::Channel::Service));
+    m_channel->addItem(tr("remote control (remote_control_data)"), int(RemoteSide::Channel::RemoteControl));
+    auto *done = new QPushButton(tr("Done"));
     done->setObjectName(QStringLiteral("remoteDonePushButton"));
     auto *form = new QFormLayout;
-    form->addRow(tr("Исполнитель"), m_person);
-    form->addRow(tr("Примечание"), m_comment);
-    form->addRow(tr("Через"), m_channel);
+    form->addRow(tr("Person"), m_person);
+    form->addRow(tr("Comment"), m_comment);
+    form->addRow(tr("Sent by"), m_channel);
     form->addRow(done);
     layout->addWidget(m_pendingView, 1);
     layout->addLayout(form);
@@ -122,7 +123,7 @@ QWidget *RemotePanel::makeCarRow()
     auto *layout = new QHBoxLayout(row);
     layout->setContentsMargins(0, 0, 0, 0);
     m_car->setObjectName(QStringLiteral("remoteCarComboBox"));
-    auto *switchCar = new QPushButton(tr("Сменить доступность"));
+    auto *switchCar = new QPushButton(tr("Switch availability"));
     switchCar->setObjectName(QStringLiteral("switchCarPushButton"));
     layout->addWidget(m_car, 1);
     layout->addWidget(switchCar);
@@ -135,15 +136,16 @@ QWidget *RemotePanel::makeCarRow()
 
 QWidget *RemotePanel::makeRecordsBox()
 {
-    auto *box = new QGroupBox(tr("Записи удалённой стороны"));
+    auto *box = new QGroupBox(tr("Records of the remote side"));
     auto *layout = new QVBoxLayout(box);
     TableViews::setColumnWidths(*m_recordsView,
-                                {QStringLiteral("0000"), tr("Карт "), tr("Замена цепи и звёзд++"),
-                                 QStringLiteral("00.00.0000 00:00"), tr("Кузнецов Алексей")});
-    auto *atOnce = new QCheckBox(tr("Отправлять сразу"));
+                                {QStringLiteral("0000"), QStringLiteral("00000"),
+                                 QStringLiteral("Замена цепи и звёзд++"), QStringLiteral("00.00.0000 00:00"),
+                                 QStringLiteral("Кузнецов Алексей")});
+    auto *atOnce = new QCheckBox(tr("Send at once"));
     atOnce->setChecked(true);
     atOnce->setObjectName(QStringLiteral("sendAtOnceCheckBox"));
-    auto *send = new QPushButton(tr("Отправить ожидающие"));
+    auto *send = new QPushButton(tr("Send waiting"));
     send->setObjectName(QStringLiteral("sendWaitingPushButton"));
     m_check->setObjectName(QStringLiteral("archiveCheckLabel"));
     m_check->setWordWrap(true);
@@ -170,7 +172,7 @@ void RemotePanel::refillPending()
     m_shownPending = m_remote.pending();
     m_pending->removeRows(0, m_pending->rowCount());
     for (const PendingService &service : qAsConst(m_shownPending)) {
-        const QString name = service.opId < 0 ? tr("Жалоба: %1").arg(service.opName) : service.opName;
+        const QString name = service.opId < 0 ? tr("Complaint: %1").arg(service.opName) : service.opName;
         m_pending->appendRow(
             makeSingleLineRow({service.carNumber, service.carModel, name, localTimeText(service.since)}));
         if (service.carId == chosen.carId && service.opId == chosen.opId)
@@ -180,7 +182,7 @@ void RemotePanel::refillPending()
 
 void RemotePanel::refillRecords()
 {
-    const QStringList states = {tr("на трассе"), tr("ждёт"), tr("отправлена"), tr("в архиве"), tr("удалена")};
+    const QStringList states = {tr("at the track"), tr("waiting"), tr("sent"), tr("archived"), tr("deleted")};
     QHash<int, QString> numbers;
     for (const HostCar &car : m_fleet.cars().list())
         numbers.insert(car.id, car.number);
@@ -197,7 +199,7 @@ void RemotePanel::refillPeople()
     const int chosen = m_person->currentIndex();
     m_person->clear();
     for (const HostPerson &person : m_fleet.people().list())
-        m_person->addItem(tr("%1 %2 (код %3)").arg(person.lastName, person.firstName, person.serviceCode));
+        m_person->addItem(tr("%1 %2 (code %3)").arg(person.lastName, person.firstName, person.serviceCode));
     m_person->setCurrentIndex(qBound(m_person->count() > 0 ? 0 : -1, chosen, m_person->count() - 1));
 }
 
@@ -206,9 +208,9 @@ void RemotePanel::refillCars()
     const int chosen = m_car->currentData().toInt();
     m_car->clear();
     for (const HostCar &car : m_fleet.cars().list())
-        m_car->addItem(
-            tr("%1 — %2 (%3)").arg(car.number, car.model, car.available ? tr("в работе") : tr("не в работе")),
-            car.id);
+        m_car->addItem(tr("%1 - %2 (%3)")
+                           .arg(car.number, car.model, car.available ? tr("available") : tr("not available")),
+                       car.id);
     m_car->setCurrentIndex(std::max(0, m_car->findData(chosen)));
 }
 
@@ -229,13 +231,14 @@ void RemotePanel::showCheck()
     const ArchiveFindings findings = m_remote.checkArchive();
     QStringList parts;
     if (!findings.errorText.isEmpty())
-        parts.append(tr("не удалась, %1").arg(findings.errorText));
+        parts.append(tr("failed, %1").arg(findings.errorText));
     if (!findings.missing.isEmpty())
-        parts.append(tr("в базе нет архивных записей: %1").arg(idList(findings.missing)));
+        parts.append(tr("archived records missing from the database: %1").arg(idList(findings.missing)));
     if (!findings.notDeleted.isEmpty())
-        parts.append(tr("в базе остались удалённые записи: %1").arg(idList(findings.notDeleted)));
+        parts.append(tr("deleted records still in the database: %1").arg(idList(findings.notDeleted)));
     m_check->setStyleSheet(findings.isGood() ? QStringLiteral("color: #1b7a2f")
                                              : QStringLiteral("color: #b00020"));
-    m_check->setText(findings.isGood() ? tr("Сверка: в архиве %1, все есть в базе").arg(findings.archived)
-                                       : tr("Сверка: %1").arg(parts.join(QLatin1String("; "))));
+    m_check->setText(findings.isGood()
+                         ? tr("Comparison: %1 archived, all in the database").arg(findings.archived)
+                         : tr("Comparison: %1").arg(parts.join(QLatin1String("; "))));
 }

@@ -55,7 +55,7 @@ bool RemoteSide::complete(const PendingService &work, const HostPerson &by, cons
 {
     const std::optional<bool> isOpen = isOpenAtTrack(work.localId);
     if (!isOpen) {
-        emit logged(tr("Не отмечено, база трассы не читается: %1").arg(m_track.errorText()));
+        emit logged(tr("Not recorded, the track's database cannot be read: %1").arg(m_track.errorText()));
         return false;
     }
     RemoteRecord record;
@@ -88,7 +88,7 @@ void RemoteSide::sendWaiting(Channel channel)
     QJsonObject data {
         {QStringLiteral("data"), QString::fromUtf8(QJsonDocument(array).toJson(QJsonDocument::Compact))}};
     logFailure(m_store.setState(idsOf(waiting), RemoteRecord::Sent));
-    emit logged(tr("Отправлено записей: %1").arg(waiting.size()));
+    emit logged(tr("Records sent: %1").arg(waiting.size()));
     if (channel == Channel::Service) {
         m_plugin.send(QStringLiteral("remote_service_data"), data);
     } else {
@@ -169,7 +169,7 @@ void RemoteSide::handleRecord(const QJsonObject &data)
     // The module stores a record marked done in its window only when the remote side sends it back.
     record.state = isDoneHere ? RemoteRecord::Waiting : RemoteRecord::Kept;
     const int id = m_store.add(record);
-    emit logged(tr("Принята запись %1: %2").arg(id).arg(record.opName.simplified()));
+    emit logged(tr("Record %1 received: %2").arg(id).arg(record.opName.simplified()));
     emit recordsChanged();
     if (isDoneHere && m_sendsAtOnce)
         sendWaiting();
@@ -179,7 +179,7 @@ void RemoteSide::handleDeletion(const QJsonObject &data)
 {
     const int localId = data.value(QLatin1String("localId")).toInt(-1);
     logFailure(m_store.markDeleted(data.value(QLatin1String("remoteId")).toInt(-1), localId));
-    emit logged(tr("На трассе удалена запись %1").arg(localId));
+    emit logged(tr("Record %1 deleted at the track").arg(localId));
     emit recordsChanged();
 }
 
@@ -189,7 +189,7 @@ void RemoteSide::handleArchive(const QJsonObject &data)
     for (const QJsonValue id : data.value(QLatin1String("idList")).toArray())
         ids.append(id.toInt(-1));
     logFailure(m_store.setState(ids, RemoteRecord::Archived));
-    emit logged(tr("В архив: %1").arg(ids.size()));
+    emit logged(tr("Archived: %1").arg(ids.size()));
     emit recordsChanged();
 }
 
@@ -219,7 +219,7 @@ void RemoteSide::handleOperations(const QJsonObject &data)
         m_operations.insert(operation.value(QLatin1String("id")).toInt(-1),
                             operation.value(QLatin1String("opName")).toString());
     }
-    emit logged(tr("Список операций изменён, операций: %1").arg(m_operations.size()));
+    emit logged(tr("List of operations changed, operations: %1").arg(m_operations.size()));
 }
 
 void RemoteSide::handleAnswer(const QJsonObject &data)
@@ -231,20 +231,20 @@ void RemoteSide::handleAnswer(const QJsonObject &data)
         cars.append(carNumber(id.toInt(-1)));
     if (answer.contains(QLatin1String("carId")))
         cars.append(carNumber(answer.value(QLatin1String("carId")).toInt(-1)));
-    emit logged(tr("Ответ пультам: карт %1 %2")
-                    .arg(cars.join(QLatin1String(", ")), available ? tr("в работе") : tr("не в работе")));
+    emit logged(tr("Answer to remote controls: kart %1 %2")
+                    .arg(cars.join(QLatin1String(", ")), available ? tr("available") : tr("not available")));
 }
 
 void RemoteSide::logFailure(const Result &result)
 {
     if (!result)
-        emit logged(tr("Записи удалённой стороны не обновлены: %1").arg(result.errorText()));
+        emit logged(tr("Records of the remote side not updated: %1").arg(result.errorText()));
 }
 
 QString RemoteSide::carNumber(int carId)
 {
     const QVariant number = m_track.value(QStringLiteral("SELECT num FROM cars WHERE id=?"), {carId});
-    return number.isValid() ? number.toString() : tr("с неизвестным id %1").arg(carId);
+    return number.isValid() ? number.toString() : tr("with unknown id %1").arg(carId);
 }
 
 std::optional<bool> RemoteSide::isOpenAtTrack(int localId)

@@ -26,7 +26,7 @@ void DueSession::print(bool allAnswered)
         for (const QString &line : DueTable(m_host.connection()).lines(m_pending))
             Console::writeLine(line);
     } else {
-        Console::writeError(tr("плагин не ответил"));
+        Console::writeError(tr("the plug-in did not answer"));
     }
     emit finished(allAnswered ? ExitCode::Ok : ExitCode::NoAnswer);
 }

@@ -17,27 +17,22 @@ namespace {
 constexpr int widestCell = 44;
 constexpr int complaintOperation = -1;
 
-QString tr(const char *text)
-{
-    return QCoreApplication::translate("DueTable", text);
-}
-
 QString oneLine(const QString &text)
 {
     const QString simple = text.simplified();
     return simple.size() <= widestCell ? simple : simple.left(widestCell - 1) + QChar(0x2026);
 }
 
-/// "3.4 ч, 25 заездов, 310 кругов" without the parts that are 0.
+/// "3.4 h, runs 25, laps 310" without the parts that are 0.
 QString amounts(int seconds, int runs, int laps)
 {
     QStringList parts;
     if (seconds != 0)
-        parts.append(tr("%1 ч").arg(seconds / 3600.0, 0, 'f', 1));
+        parts.append(DueTable::tr("%1 h").arg(seconds / 3600.0, 0, 'f', 1));
     if (runs != 0)
-        parts.append(tr("заездов %1").arg(runs));
+        parts.append(DueTable::tr("runs %1").arg(runs));
     if (laps != 0)
-        parts.append(tr("кругов %1").arg(laps));
+        parts.append(DueTable::tr("laps %1").arg(laps));
     return parts.isEmpty() ? QStringLiteral("—") : parts.join(QLatin1String(", "));
 }
 
@@ -94,14 +89,15 @@ QStringList DueTable::lines(const QJsonObject &pendingService) const
     const QVector<QJsonObject> dueList =
         sorted(pendingService.value(QLatin1String("servicePendingList")).toArray());
     if (dueList.isEmpty())
-        return {tr("Обслуживание не требуется. Картов: %1").arg(status.size())};
+        return {DueTable::tr("No service is due. Karts: %1").arg(status.size())};
 
-    QVector<QStringList> rows = {
-        {tr("Модель"), tr("Карт"), tr("Операция"), tr("Последний раз"), tr("Наработка"), tr("Лимит")}};
+    QVector<QStringList> rows = {{DueTable::tr("Model"), DueTable::tr("Kart"), DueTable::tr("Operation"),
+                                  DueTable::tr("Last done"), DueTable::tr("Driven"), DueTable::tr("Limit")}};
     for (const QJsonObject &due : dueList)
         rows.append(row(due, driven.value(due.value(QLatin1String("carId")).toInt(-1))));
-    return QStringList {tr("Требуется обслуживание"), QString()} + aligned(rows)
-        + QStringList {QString(), tr("Записей: %1, картов всего: %2").arg(dueList.size()).arg(status.size())};
+    return QStringList {DueTable::tr("Services due"), QString()} + aligned(rows)
+        + QStringList {QString(),
+                       DueTable::tr("Entries: %1, karts in all: %2").arg(dueList.size()).arg(status.size())};
 }
 
 QStringList DueTable::row(const QJsonObject &due, const QJsonObject &driven) const
@@ -113,7 +109,7 @@ QStringList DueTable::row(const QJsonObject &due, const QJsonObject &driven) con
     const QString name = oneLine(due.value(QLatin1String("opName")).toString());
     return {model,
             due.value(QLatin1String("carNum")).toString(),
-            isComplaint ? oneLine(tr("Жалоба: %1").arg(name)) : name,
+            isComplaint ? oneLine(DueTable::tr("Complaint: %1").arg(name)) : name,
             localTimeText(due.value(QLatin1String("opDateTime")).toString()),
             amounts(sums.value(QLatin1String("tt")).toInt(), sums.value(QLatin1String("tr")).toInt(),
                     sums.value(QLatin1String("tl")).toInt()),

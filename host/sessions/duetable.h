@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QCoreApplication>
 #include <QJsonObject>
 #include <QStringList>
 
@@ -8,6 +9,7 @@ class HostConnection;
 /// Formats the data of "update_pending_service" as a table: the operation due, the kart, the limit exceeded.
 class DueTable final
 {
+    Q_DECLARE_TR_FUNCTIONS(DueTable)
 public:
     /// Reads the limits through the connection.
     explicit DueTable(HostConnection &connection) : m_connection(connection) { }

@@ -50,6 +50,6 @@ void PlaySession::end()
 {
     const int pictureCode = m_allSaved ? ExitCode::Ok : ExitCode::NoPicture;
     if (!m_allAnswered)
-        Console::writeError(tr("плагин не ответил"));
+        Console::writeError(tr("the plug-in did not answer"));
     emit finished(m_allAnswered ? pictureCode : ExitCode::NoAnswer);
 }

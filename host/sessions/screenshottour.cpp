@@ -111,7 +111,7 @@ void ScreenshotTour::doSomeWork()
     const QVector<PendingService> pending = m_host.remote().pending();
     const QVector<HostPerson> people = m_host.fleet().people().list();
     for (int number = 0; number < std::min(workDone, pending.size()); ++number)
-        m_host.remote().complete(pending.at(number), people.value(number), tr("сделано по заявке"),
+        m_host.remote().complete(pending.at(number), people.value(number), tr("done on request"),
                                  RemoteSide::Channel::Service);
 }
 
@@ -252,7 +252,7 @@ void ScreenshotTour::saveScreenshot(bool allAnswered)
     const QString name =
         QStringLiteral("%1-%2").arg(m_position + 1, 2, 10, QLatin1Char('0')).arg(m_stops.at(m_position).name);
     if (!allAnswered) {
-        emit finished(ExitCode::NoAnswer, tr("плагин не ответил"));
+        emit finished(ExitCode::NoAnswer, tr("the plug-in did not answer"));
         return;
     }
     const Stop &stop = m_stops.at(m_position);
@@ -261,7 +261,6 @@ void ScreenshotTour::saveScreenshot(bool allAnswered)
         emit finished(ExitCode::NoPicture, result.errorText());
         return;
     }
-    emit saved(m_folder + QLatin1Char('/') + name + QLatin1String(".png"));
     ++m_position;
     visit();
 }

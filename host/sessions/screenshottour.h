@@ -26,7 +26,6 @@ public:
     void start();
 
 signals:
-    void saved(const QString &fileName);
     /// With an exit code, and an error text unless that is Ok.
     void finished(int exitCode, const QString &error);
 

@@ -27,15 +27,14 @@ void StdioSession::sendLine(const QByteArray &line)
         return;
     }
     m_inputWasBad = true;
-    Console::writeError(tr("строка %1 не является событием в виде JSON: %2")
-                            .arg(m_lineNumber)
-                            .arg(QString::fromUtf8(line.left(120))));
+    Console::writeError(
+        tr("line %1 is not an event in JSON: %2").arg(m_lineNumber).arg(QString::fromUtf8(line.left(120))));
 }
 
 void StdioSession::end(bool allAnswered)
 {
     if (!allAnswered)
-        Console::writeError(tr("плагин не ответил"));
+        Console::writeError(tr("the plug-in did not answer"));
     const int inputCode = m_inputWasBad ? ExitCode::BadInput : ExitCode::Ok;
     emit finished(allAnswered ? inputCode : ExitCode::NoAnswer);
 }

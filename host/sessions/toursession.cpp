@@ -4,31 +4,42 @@
 #include "host/database/datafolder.h"
 #include "host/sessions/duetable.h"
 #include "host/terminal/console.h"
+#include "host/terminal/exitcode.h"
 
 TourSession::TourSession(DemoHost &host, const DataFolder &folder, const QString &screenshots)
-    : m_host(host), m_window(host, folder), m_tour(host, m_window, screenshots, !folder.isUserDocuments())
+    : m_host(host)
+    , m_window(host, folder)
+    , m_tour(host, m_window, screenshots, !folder.isUserDocuments())
+    , m_folder(screenshots)
 {
-    connect(&host.plugin(), &PluginHost::received, this, &TourSession::printDue);
-    connect(&m_tour, &ScreenshotTour::saved, this,
-            [](const QString &fileName) { Console::writeLine(tr("Снимок: %1").arg(fileName)); });
-    connect(&m_tour, &ScreenshotTour::finished, this, [this](int exitCode, const QString &error) {
-        if (!error.isEmpty())
-            Console::writeError(error);
-        emit finished(exitCode);
-    });
+    connect(&host.plugin(), &PluginHost::received, this, &TourSession::handleMessage);
+    connect(&m_tour, &ScreenshotTour::finished, this, &TourSession::finish);
 }
 
 void TourSession::start()
 {
+    Console::writeLine(tr("Opens every page of the window, saves a screenshot of each, and prints which "
+                          "services are due. This takes about 20 seconds."));
     m_window.start();
     m_tour.start();
 }
 
-void TourSession::printDue(const HostMessage &message)
+void TourSession::handleMessage(const HostMessage &message)
 {
-    if (m_hasPrinted || message.event != QLatin1String("update_pending_service"))
-        return;
-    m_hasPrinted = true;
-    for (const QString &line : DueTable(m_host.connection()).lines(message.data))
-        Console::writeLine(line);
+    if (m_due.isEmpty() && message.event == QLatin1String("update_pending_service"))
+        m_due = DueTable(m_host.connection()).lines(message.data);
+}
+
+void TourSession::finish(int exitCode, const QString &error)
+{
+    if (exitCode != ExitCode::Ok) {
+        Console::writeError(error);
+    } else {
+        Console::writeLine(QByteArray());
+        for (const QString &line : qAsConst(m_due))
+            Console::writeLine(line);
+        Console::writeLine(QByteArray());
+        Console::writeLine(tr("Screenshots: %1").arg(m_folder));
+    }
+    emit finished(exitCode);
 }

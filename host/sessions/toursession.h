@@ -14,10 +14,12 @@ public:
     void start() override;
 
 private:
-    void printDue(const HostMessage &message);
+    void handleMessage(const HostMessage &message);
+    void finish(int exitCode, const QString &error);
 
     DemoHost &m_host;
     HostWindow m_window;
     ScreenshotTour m_tour;
-    bool m_hasPrinted = false;
+    const QString m_folder;
+    QStringList m_due; // lines of the first report
 };

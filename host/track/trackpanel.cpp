@@ -61,7 +61,7 @@ TrackPanel::TrackPanel(Track &track, FleetController &fleet, QWidget *parent)
     connect(&m_fleet, &FleetController::carsAnnounced, this, &TrackPanel::refillCars);
     connect(&m_track, &Track::changed, this, &TrackPanel::showState);
     connect(&m_track, &Track::failed, m_errorLabel, [this](const QString &reason) {
-        m_errorLabel->setText(tr("Круги ждут записи: %1").arg(reason));
+        m_errorLabel->setText(tr("Laps wait to be saved: %1").arg(reason));
     });
     connect(&m_track, &Track::lapsSaved, m_errorLabel, &QLabel::clear);
     refillCars();
@@ -70,16 +70,16 @@ TrackPanel::TrackPanel(Track &track, FleetController &fleet, QWidget *parent)
 
 QWidget *TrackPanel::makeManualRunBox()
 {
-    auto *box = new QGroupBox(tr("Записать заезд вручную"));
+    auto *box = new QGroupBox(tr("Manual run"));
     auto *layout = new QFormLayout(box);
     m_cars->setObjectName(QStringLiteral("runCarsListWidget"));
     m_cars->setAlternatingRowColors(true);
-    auto *record = new QPushButton(tr("Записать заезд"));
+    auto *record = new QPushButton(tr("Record run"));
     record->setObjectName(QStringLiteral("recordRunPushButton"));
-    layout->addRow(new QLabel(tr("Кто ехал")));
+    layout->addRow(new QLabel(tr("Karts of the run")));
     layout->addRow(m_cars);
-    layout->addRow(tr("Кругов"), m_laps);
-    layout->addRow(tr("Время круга, с"), m_lapSeconds);
+    layout->addRow(tr("Laps"), m_laps);
+    layout->addRow(tr("Lap time, s"), m_lapSeconds);
     layout->addRow(record);
     connect(record, &QPushButton::clicked, this, &TrackPanel::recordRun);
     return box;
@@ -87,7 +87,7 @@ QWidget *TrackPanel::makeManualRunBox()
 
 QWidget *TrackPanel::makeLiveBox()
 {
-    auto *box = new QGroupBox(tr("Карты едут сами"));
+    auto *box = new QGroupBox(tr("Live simulation"));
     auto *layout = new QFormLayout(box);
     layout->setLabelAlignment(Qt::AlignLeft | Qt::AlignTop);
     m_live->setObjectName(QStringLiteral("livePushButton"));
@@ -107,9 +107,9 @@ QWidget *TrackPanel::makeLiveBox()
     speedRow->addWidget(m_slider, 1);
     speedRow->addWidget(m_speed);
     layout->addRow(m_live);
-    layout->addRow(tr("Скорость"), speedRow);
-    layout->addRow(tr("Записано"), m_state);
-    layout->addRow(tr("На трассе"), m_onTrack);
+    layout->addRow(tr("Speed"), speedRow);
+    layout->addRow(tr("Saved"), m_state);
+    layout->addRow(tr("On the track"), m_onTrack);
     layout->addRow(m_errorLabel);
 
     connect(m_live, &QPushButton::toggled, this, [this](bool live) { m_track.setLive(live); });
@@ -131,7 +131,7 @@ void TrackPanel::refillCars()
     for (const HostCar &car : m_fleet.cars().list()) {
         if (!car.available)
             continue;
-        auto *item = new QListWidgetItem(tr("%1 — %2").arg(car.number, car.model), m_cars);
+        auto *item = new QListWidgetItem(tr("%1 - %2").arg(car.number, car.model), m_cars);
         item->setData(Qt::UserRole, car.id);
         item->setCheckState(chosen.contains(car.id) ? Qt::Checked : Qt::Unchecked);
     }
@@ -151,18 +151,19 @@ void TrackPanel::recordRun()
 void TrackPanel::showState()
 {
     m_live->setChecked(m_track.isLive());
-    m_live->setText(m_track.isLive() ? tr("Остановить") : tr("Выпустить карты на трассу"));
+    m_live->setText(m_track.isLive() ? tr("Stop") : tr("Start simulation"));
     m_speed->setText(tr("%1×").arg(m_track.speed()));
-    m_state->setText(tr("заездов %1, кругов %2").arg(m_track.savedRuns()).arg(m_track.savedLaps()));
+    m_state->setText(tr("runs %1, laps %2").arg(m_track.savedRuns()).arg(m_track.savedLaps()));
     QStringList karts;
     QHash<int, QString> numbers;
     for (const HostCar &car : m_fleet.cars().list())
         numbers.insert(car.id, car.number);
     for (const RaceSimulation::OnTrack &kart : m_track.simulation().onTrack())
-        karts.append(tr("№ %1: %2").arg(numbers.value(kart.carId, tr("удалён")), QString::number(kart.laps)));
+        karts.append(
+            tr("no. %1: %2").arg(numbers.value(kart.carId, tr("removed")), QString::number(kart.laps)));
     const bool isDriving = m_track.isLive() && !karts.isEmpty();
-    m_onTrack->setText(isDriving ? tr("заезд %1 — номер: круги\n%2")
+    m_onTrack->setText(isDriving ? tr("run %1, number: laps\n%2")
                                        .arg(m_track.simulation().runNumber())
                                        .arg(karts.join(QLatin1String(",  ")))
-                                 : tr("никого"));
+                                 : tr("nobody"));
 }

@@ -3,6 +3,8 @@
 #include <QString>
 #include <QVector>
 
+#include <optional>
+
 class CheckContext;
 
 /// One requirement on a garage plug-in, tested from outside. run() returns if the plug-in meets it and throws
@@ -26,10 +28,11 @@ struct CheckSkipped
     QString reason;
 };
 
-/// Every check in the order of the report. The first tests whether the library loads.
-const QVector<Check> &allChecks();
-/// The check of that name, or null.
-const Check *findCheck(const QString &name);
+/// Every check in the order of the report, with titles in the current language. The first tests whether the
+/// library loads.
+QVector<Check> allChecks();
+/// The check of that name, or nothing.
+std::optional<Check> findCheck(const QString &name);
 
 QVector<Check> libraryChecks();
 QVector<Check> messageChecks();

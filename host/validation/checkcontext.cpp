@@ -17,11 +17,6 @@ namespace {
 
 constexpr int longestAnswer = 15000; // milliseconds
 
-QString tr(const char *text)
-{
-    return QCoreApplication::translate("CheckContext", text);
-}
-
 QStringList eventsOf(const QVector<HostMessage> &messages)
 {
     QStringList events;
@@ -32,7 +27,7 @@ QStringList eventsOf(const QVector<HostMessage> &messages)
 
 QString listed(const QStringList &events)
 {
-    return events.isEmpty() ? tr("nothing") : events.join(QLatin1String(", "));
+    return events.isEmpty() ? CheckContext::tr("nothing") : events.join(QLatin1String(", "));
 }
 
 QString jsonText(const QJsonValue &value)
@@ -53,19 +48,21 @@ void expect(bool holds, const QString &reason)
 
 void expectEqual(const QString &what, const QJsonValue &actual, const QJsonValue &expected)
 {
-    expect(actual == expected, tr("%1 is %2 instead of %3").arg(what, jsonText(actual), jsonText(expected)));
+    expect(actual == expected,
+           CheckContext::tr("%1 is %2 instead of %3").arg(what, jsonText(actual), jsonText(expected)));
 }
 
 void expectEvents(const QVector<HostMessage> &messages, const QStringList &events)
 {
     const QStringList actual = eventsOf(messages);
-    expect(actual == events, tr("it sent %1 instead of %2").arg(listed(actual), listed(events)));
+    expect(actual == events,
+           CheckContext::tr("it sent %1 instead of %2").arg(listed(actual), listed(events)));
 }
 
 void expectMessage(const HostMessage &message, const QString &module, const QJsonObject &data)
 {
-    expectEqual(tr("the module of \"%1\"").arg(message.event), message.module, module);
-    expectEqual(tr("the data of \"%1\"").arg(message.event), message.data, data);
+    expectEqual(CheckContext::tr("the module of \"%1\"").arg(message.event), message.module, module);
+    expectEqual(CheckContext::tr("the data of \"%1\"").arg(message.event), message.data, data);
 }
 
 QJsonObject jsonObject(const char *text)
@@ -94,7 +91,8 @@ CheckContext::~CheckContext() = default;
 void CheckContext::makeDatabase()
 {
     if (const Result result = HostDatabase::prepare(m_folder); !result)
-        throw CheckSkipped {tr("the scratch database cannot be made: %1").arg(result.errorText())};
+        throw CheckSkipped {
+            CheckContext::tr("the scratch database cannot be made: %1").arg(result.errorText())};
     m_database = std::make_unique<HostConnection>(m_folder.databasePath());
     HostTransaction transaction(*m_database);
     for (const char *statement :
@@ -120,7 +118,7 @@ void CheckContext::makeDatabase()
 void CheckContext::exec(const QString &statement, const QVariantList &values)
 {
     if (!m_database->exec(statement, values))
-        throw CheckSkipped {tr("the scratch database: %1").arg(m_database->errorText())};
+        throw CheckSkipped {CheckContext::tr("the scratch database: %1").arg(m_database->errorText())};
 }
 
 int CheckContext::count(const QString &table, const QString &condition)
@@ -171,7 +169,7 @@ HostMessage CheckContext::await(const QString &event)
             return message;
         }
         expect(!deadline.hasExpired(),
-               tr("\"%1\" did not come within %2 s").arg(event).arg(longestAnswer / 1000));
+               CheckContext::tr("\"%1\" did not come within %2 s").arg(event).arg(longestAnswer / 1000));
         wait(5);
     }
 }
@@ -186,14 +184,16 @@ void CheckContext::wait(int milliseconds)
 void CheckContext::expectSilence(int milliseconds)
 {
     wait(milliseconds);
-    expect(m_messages.isEmpty(), tr("it sent %1 unasked").arg(listed(eventsOf(m_messages))));
+    expect(m_messages.isEmpty(),
+           CheckContext::tr("it sent %1 without a request").arg(listed(eventsOf(m_messages))));
 }
 
 QWidget &CheckContext::widget(const HostMessage &message, const char *key)
 {
     QWidget *widget = message.widget(QLatin1String(key));
     expect(QApplication::allWidgets().contains(widget),
-           tr("%1 is not the address of a widget").arg(jsonText(message.data.value(QLatin1String(key)))));
+           CheckContext::tr("%1 is not the address of a widget")
+               .arg(jsonText(message.data.value(QLatin1String(key)))));
     return *widget;
 }
 

@@ -16,16 +16,16 @@ const QLatin1String outcomeKey("outcome");
 const QLatin1String reasonKey("reason");
 const QLatin1String resultFile("/result.json"); // standard output may hold the plug-in's own lines
 
-QString tr(const char *text)
+struct Text
 {
-    return QCoreApplication::translate("CheckProcess", text);
-}
+    Q_DECLARE_TR_FUNCTIONS(CheckProcess)
+};
 
 CheckResult readResult(const QString &folder)
 {
     QFile file(folder + resultFile);
     if (!file.open(QIODevice::ReadOnly))
-        return {CheckResult::Failed, tr("it ended the program before the check was through"), 0};
+        return {CheckResult::Failed, Text::tr("the program ended before the check was complete"), 0};
     const QJsonObject result = QJsonDocument::fromJson(file.readAll()).object();
     return {CheckResult::Outcome(result.value(outcomeKey).toInt(CheckResult::Failed)),
             result.value(reasonKey).toString(), 0};
@@ -50,9 +50,9 @@ CheckResult resultOf(const QProcess &process, const QString &folder)
 {
     CheckResult result = readResult(folder);
     if (process.exitStatus() == QProcess::CrashExit)
-        return {CheckResult::Failed, tr("it crashed with signal %1").arg(process.exitCode()), 0};
+        return {CheckResult::Failed, Text::tr("it crashed with signal %1").arg(process.exitCode()), 0};
     if (process.exitCode() != ExitCode::Ok && result.outcome != CheckResult::Failed)
-        return {CheckResult::Failed, tr("the program ended with code %1").arg(process.exitCode()), 0};
+        return {CheckResult::Failed, Text::tr("the program ended with code %1").arg(process.exitCode()), 0};
     return result;
 }
 
@@ -70,7 +70,8 @@ CheckResult perform(const Check &check, CheckContext &context)
 
 } // namespace
 
-CheckResult CheckProcess::run(const Check &check, const QString &library, int limitMilliseconds)
+CheckResult CheckProcess::run(const Check &check, const QString &library, const QString &language,
+                              int limitMilliseconds)
 {
     const QTemporaryDir folder;
     QProcess process;
@@ -81,7 +82,8 @@ CheckResult CheckProcess::run(const Check &check, const QString &library, int li
     clock.start();
     process.start(QCoreApplication::applicationFilePath(),
                   {QStringLiteral("--validate"), library, QStringLiteral("--check"), check.name,
-                   QStringLiteral("--in-this-process"), QStringLiteral("--home"), folder.path()});
+                   QStringLiteral("--in-this-process"), QStringLiteral("--lang"), language,
+                   QStringLiteral("--home"), folder.path()});
     CheckResult result;
     if (!process.waitForStarted()) {
         result = {CheckResult::Skipped, process.errorString(), 0};
@@ -90,7 +92,7 @@ CheckResult CheckProcess::run(const Check &check, const QString &library, int li
     } else {
         process.kill();
         process.waitForFinished();
-        result.reason = tr("it hangs: the check did not end within %1 s").arg(limitMilliseconds / 1000);
+        result.reason = Text::tr("it hangs: the check did not end within %1 s").arg(limitMilliseconds / 1000);
     }
     result.milliseconds = clock.elapsed();
     return result;

@@ -19,7 +19,7 @@ struct CheckResult
 namespace CheckProcess {
 
 /// Starts this program for the check and waits for its end; kills it after `limitMilliseconds`.
-CheckResult run(const Check &check, const QString &library, int limitMilliseconds);
+CheckResult run(const Check &check, const QString &library, const QString &language, int limitMilliseconds);
 
 /// Called in that process: runs the check and writes its result into the folder. Needs the application
 /// object. Returns an exit code.

@@ -20,10 +20,10 @@ const QString pending = QStringLiteral("update_pending_service");
 const char *const oneRecord = R"([{"id": 900, "carId": 1, "opId": 1, "comment": "замена",
     "opDoneDateTime": "2026-02-01T10:00:00.000Z", "operatorName": "Ким", "operatorId": 12}])";
 
-QString tr(const char *text)
+struct Text
 {
-    return QCoreApplication::translate("DatabaseChecks", text);
-}
+    Q_DECLARE_TR_FUNCTIONS(DatabaseChecks)
+};
 
 void begin(CheckContext &context)
 {
@@ -41,17 +41,17 @@ void checkRemoteRecord(CheckContext &context)
     begin(context);
     store(context, oneRecord);
     const HostMessage reload = context.await(pending); // before the archive's message
-    expectEqual(tr("the number of services due after the record"),
+    expectEqual(Text::tr("the number of services due after the record"),
                 reload.data.value(QLatin1String("servicePendingList")).toArray().size(), 1);
     expectMessage(context.await(archived), QStringLiteral("garage_stats_updater"),
                   jsonObject(R"({"idList": [900]})"));
-    expectEqual(tr("the number of records stored as sent"),
+    expectEqual(Text::tr("the number of records stored as sent"),
                 context.count(serviceLog,
                               QStringLiteral("remote_id=900 AND car_id=1 AND operation_id=1 AND "
                                              "operation_time='2026-02-01T10:00:00.000Z' AND person_id=12 AND "
                                              "person_name='Ким' AND comment='замена' AND operation_state=1")),
                 1);
-    expectEqual(tr("the number of records"), context.count(serviceLog), 4);
+    expectEqual(Text::tr("the number of records"), context.count(serviceLog), 4);
 }
 
 void checkRemoteAgain(CheckContext &context)
@@ -61,7 +61,7 @@ void checkRemoteAgain(CheckContext &context)
         store(context, oneRecord);
         context.await(archived);
     }
-    expectEqual(tr("the number of records of one remote id"),
+    expectEqual(Text::tr("the number of records of one remote id"),
                 context.count(serviceLog, QStringLiteral("remote_id=900")), 1);
 }
 
@@ -73,12 +73,12 @@ void checkRemoteCompletion(CheckContext &context)
     request.insert(QStringLiteral("msg"), QStringLiteral("service_operation_done"));
     expectEvents(context.ask(QStringLiteral("remote_control_data"), request), {});
     context.await(archived);
-    expectEqual(tr("the number of records"), context.count(serviceLog), 3);
-    expectEqual(tr("the state of the completed complaint"),
+    expectEqual(Text::tr("the number of records"), context.count(serviceLog), 3);
+    expectEqual(Text::tr("the state of the completed complaint"),
                 context.count(serviceLog, QStringLiteral("id=3 AND operation_state=1")), 1);
 }
 
-/// SQLite counts the transactions that changed a file in its header. Read only while nobody holds a lock:
+/// SQLite counts the transactions that changed a file in its header. Call only while no lock is held:
 /// closing the file drops the locks of this whole process.
 quint32 changeCounter(const CheckContext &context)
 {
@@ -98,10 +98,11 @@ void checkTransaction(CheckContext &context)
                      {"id": 903, "carId": 2, "opId": -1, "opDoneDateTime": "2026-02-01T12:00:00.000Z"}])");
     const HostMessage message = context.await(archived);
     context.wait(500);
-    expectEqual(tr("the number of transactions for three records"), int(changeCounter(context) - before), 1);
-    expectEqual(tr("the list of archived records"), message.data,
+    expectEqual(Text::tr("the number of transactions for three records"),
+                int(changeCounter(context) - before), 1);
+    expectEqual(Text::tr("the list of archived records"), message.data,
                 jsonObject(R"({"idList": [901, 902, 903]})"));
-    expectEqual(tr("the number of records"), context.count(serviceLog), 6);
+    expectEqual(Text::tr("the number of records"), context.count(serviceLog), 6);
 }
 
 void checkLockedDatabase(CheckContext &context)
@@ -113,13 +114,14 @@ void checkLockedDatabase(CheckContext &context)
     clock.start();
     store(context, oneRecord);
     context.send(QStringLiteral("clicked"), {{QStringLiteral("key"), QStringLiteral("show_garage")}});
-    expect(clock.elapsed() < patience, tr("the host waits %1 ms for a locked database").arg(clock.elapsed()));
+    expect(clock.elapsed() < patience,
+           Text::tr("the host is blocked for %1 ms by a locked database").arg(clock.elapsed()));
     context.await(QStringLiteral("insert_tab"));
     context.expectSilence(patience); // nothing may be announced before it is stored
     context.exec(QStringLiteral("COMMIT"));
-    expectEqual(tr("the list of archived records"), context.await(archived).data,
+    expectEqual(Text::tr("the list of archived records"), context.await(archived).data,
                 jsonObject(R"({"idList": [900]})"));
-    expectEqual(tr("the number of records once the lock was released"), context.count(serviceLog), 4);
+    expectEqual(Text::tr("the number of records after the lock was released"), context.count(serviceLog), 4);
 }
 
 void checkMissingDatabase(CheckContext &context)
@@ -127,7 +129,7 @@ void checkMissingDatabase(CheckContext &context)
     context.load();
     context.send(QStringLiteral("load_complete"));
     context.garageWindow().show();
-    expectEqual(tr("what it reports without a database"), context.await(pending).data,
+    expectEqual(Text::tr("the report without a database"), context.await(pending).data,
                 jsonObject(R"({"servicePendingList": [], "maintainanceStatus": []})"));
     expectEvents(context.ask(QStringLiteral("send_settings_dialogs")), {QStringLiteral("settings_dialog")});
     context.send(QStringLiteral("car_complain"), {{QStringLiteral("carId"), 1}});
@@ -154,12 +156,12 @@ void checkUnloading(CheckContext &context)
     QElapsedTimer clock;
     clock.start();
     context.unload();
-    expect(clock.elapsed() < longestEnd, tr("unloading takes %1 ms").arg(clock.elapsed()));
-    expect(!root && !window, tr("its objects are left behind"));
+    expect(clock.elapsed() < longestEnd, Text::tr("unloading takes %1 ms").arg(clock.elapsed()));
+    expect(!root && !window, Text::tr("objects remain"));
     const QStringList connections = foreignConnections();
     expect(connections.isEmpty(),
-           tr("its database connections are left behind: %1").arg(connections.join(QLatin1String(", "))));
-    expectEqual(tr("the number of remote records handed over before unloading"),
+           Text::tr("database connections remain: %1").arg(connections.join(QLatin1String(", "))));
+    expectEqual(Text::tr("the number of remote records sent before unloading"),
                 context.count(serviceLog, QStringLiteral("remote_id=900")), 1);
     context.discardMessages();
     context.load();
@@ -171,19 +173,19 @@ void checkUnloading(CheckContext &context)
 QVector<Check> databaseChecks()
 {
     return {
-        {QStringLiteral("remote-record"), tr("a remote record is stored, reported and archived"),
+        {QStringLiteral("remote-record"), Text::tr("a remote record is stored, reported and archived"),
          checkRemoteRecord},
-        {QStringLiteral("remote-again"), tr("a remote record that comes twice is stored once"),
+        {QStringLiteral("remote-again"), Text::tr("a remote record received twice is stored once"),
          checkRemoteAgain},
-        {QStringLiteral("remote-completion"), tr("a remote record closes the complaint that it names"),
-         checkRemoteCompletion},
-        {QStringLiteral("transaction"), tr("remote records that come together are stored together"),
-         checkTransaction},
+        {QStringLiteral("remote-completion"),
+         Text::tr("a remote record closes the complaint with its local id"), checkRemoteCompletion},
+        {QStringLiteral("transaction"),
+         Text::tr("remote records of one message are stored in one transaction"), checkTransaction},
         {QStringLiteral("locked-database"),
-         tr("while the database is locked the host goes on, and nothing is lost"), checkLockedDatabase},
-        {QStringLiteral("missing-database"), tr("without a database it answers and reports nothing"),
-         checkMissingDatabase},
-        {QStringLiteral("unloading"), tr("unloading finishes its work and leaves nothing behind"),
+         Text::tr("a locked database neither blocks the host nor loses data"), checkLockedDatabase},
+        {QStringLiteral("missing-database"),
+         Text::tr("without a database it answers and sends an empty report"), checkMissingDatabase},
+        {QStringLiteral("unloading"), Text::tr("unloading completes pending writes and leaves no objects"),
          checkUnloading},
     };
 }

@@ -21,10 +21,10 @@ namespace {
 
 const QByteArray metadataMagic("QTMETADATA ");
 
-QString tr(const char *text)
+struct Text
 {
-    return QCoreApplication::translate("LibraryChecks", text);
-}
+    Q_DECLARE_TR_FUNCTIONS(LibraryChecks)
+};
 
 QString text(const QByteArray &latin)
 {
@@ -35,7 +35,7 @@ QString text(const QByteArray &latin)
 QFunctionPointer entryPoint(const CheckContext &context, const char *name)
 {
     const QFunctionPointer function = QLibrary::resolve(context.library(), name);
-    expect(function, tr("the library does not export %1").arg(text(name)));
+    expect(function, Text::tr("the library does not export %1").arg(text(name)));
     return function;
 }
 
@@ -56,19 +56,19 @@ void checkMetadata(CheckContext &context)
     expect(file.open(QIODevice::ReadOnly), file.errorString());
     const QByteArray library = file.readAll();
     const int start = library.indexOf(metadataMagic);
-    expect(start >= 0, tr("there is no metadata block"));
+    expect(start >= 0, Text::tr("there is no metadata block"));
     // The magic is followed by "!" and four bytes: layout, Qt's major and minor version, kind of build.
     const QCborValue block = QCborValue::fromCbor(library.mid(start + metadataMagic.size() + 5, 4000));
-    expect(block.isMap(), tr("the metadata block is not a map"));
+    expect(block.isMap(), Text::tr("the metadata block is not a map"));
     constexpr int identifierKey = 2;
     constexpr int classNameKey = 3;
     const QCborMap entries = block.toMap();
     const QString identifier = QString::fromLatin1(TRIVEX_PLUGIN_IID);
-    expectEqual(tr("the interface identifier"), entries.value(identifierKey).toString(), identifier);
-    expect(identifier.endsWith(QLatin1String("/v1.0")), tr("%1 does not end in /v1.0").arg(identifier));
-    expectEqual(tr("the class name"), entries.value(classNameKey).toString(),
+    expectEqual(Text::tr("the interface identifier"), entries.value(identifierKey).toString(), identifier);
+    expect(identifier.endsWith(QLatin1String("/v1.0")), Text::tr("%1 does not end in /v1.0").arg(identifier));
+    expectEqual(Text::tr("the class name"), entries.value(classNameKey).toString(),
                 QStringLiteral("RuvaloGaragePlugin"));
-    expectEqual(tr("the number of metadata entries"), entries.size(), 2);
+    expectEqual(Text::tr("the number of metadata entries"), entries.size(), 2);
 }
 
 void checkEntryPoints(CheckContext &context)
@@ -76,14 +76,14 @@ void checkEntryPoints(CheckContext &context)
     context.makeDatabase();
     const auto query = reinterpret_cast<const char *(*)()>(entryPoint(context, "qt_plugin_query_metadata"));
     expect(qstrncmp(query(), metadataMagic.constData(), uint(metadataMagic.size())) == 0,
-           tr("qt_plugin_query_metadata does not return the metadata block"));
+           Text::tr("qt_plugin_query_metadata does not return the metadata block"));
     const QPointer<QObject> first = instance(context);
-    expect(first, tr("qt_plugin_instance returns nothing"));
-    expect(!first->parent(), tr("the root object has a parent"));
-    expect(instance(context) == first, tr("the second call makes another root object"));
+    expect(first, Text::tr("qt_plugin_instance returns null"));
+    expect(!first->parent(), Text::tr("the root object has a parent"));
+    expect(instance(context) == first, Text::tr("the second call creates another root object"));
     delete first;
     const QPointer<QObject> second = instance(context);
-    expect(second, tr("after its end the root object is not made anew"));
+    expect(second, Text::tr("no new root object is created after the first one was deleted"));
     delete second;
 }
 
@@ -91,16 +91,16 @@ void checkCasts(CheckContext &context)
 {
     context.makeDatabase();
     QObject *root = instance(context);
-    expect(root, tr("qt_plugin_instance returns nothing"));
+    expect(root, Text::tr("qt_plugin_instance returns null"));
     auto *interface = qobject_cast<TrivexPluginInterface *>(root);
-    expect(interface, tr("qobject_cast to the interface gives nothing"));
-    expect(static_cast<QObject *>(interface) == root, tr("the cast back gives another object"));
+    expect(interface, Text::tr("qobject_cast to the interface returns null"));
+    expect(static_cast<QObject *>(interface) == root, Text::tr("the cast back returns another object"));
     for (const char *name : {TRIVEX_PLUGIN_IID, "TrivexPluginInterface"}) {
         expect(root->qt_metacast(name) == static_cast<void *>(interface),
-               tr("qt_metacast(\"%1\") gives another address").arg(text(name)));
+               Text::tr("qt_metacast(\"%1\") returns another address").arg(text(name)));
     }
     for (const char *name : {"TrivexPluginInterface", "RuvaloGaragePlugin"})
-        expect(root->inherits(name), tr("the root object is no %1").arg(text(name)));
+        expect(root->inherits(name), Text::tr("the root object does not inherit %1").arg(text(name)));
     delete root;
 }
 
@@ -114,20 +114,20 @@ void checkVirtualOrder(CheckContext &context)
     const QVector<HostMessage> answer = context.ask(QStringLiteral("send_settings_dialogs"));
     expectEvents(answer, {QStringLiteral("settings_dialog")});
     expect(page && page == &context.widget(answer.first(), "settingsPagePtr"),
-           tr("settingsPage() is not the page that \"settings_dialog\" names"));
-    expect(!plugin.auxiliaryWidget(), tr("auxiliaryWidget() is not null"));
-    expectEqual(tr("caption()"), plugin.caption(), QStringLiteral("Гараж"));
-    expectEqual(tr("moduleName()"), plugin.moduleName(), QStringLiteral("garage_plugin"));
-    expectEqual(tr("pluginOrder"), plugin.pluginOrder, 37);
-    expectEqual(tr("fileName"), plugin.fileName, QStringLiteral("fileNameWin"));
+           Text::tr("settingsPage() is not the page that \"settings_dialog\" names"));
+    expect(!plugin.auxiliaryWidget(), Text::tr("auxiliaryWidget() is not null"));
+    expectEqual(Text::tr("caption()"), plugin.caption(), QStringLiteral("Гараж"));
+    expectEqual(Text::tr("moduleName()"), plugin.moduleName(), QStringLiteral("garage_plugin"));
+    expectEqual(Text::tr("pluginOrder"), plugin.pluginOrder, 37);
+    expectEqual(Text::tr("fileName"), plugin.fileName, QStringLiteral("fileNameWin"));
 }
 
 void expectMethod(const QMetaObject &meta, int index, QMetaMethod::MethodType type, const char *signature)
 {
     const QMetaMethod method = meta.method(meta.methodOffset() + index);
-    expectEqual(tr("method %1 of %2").arg(index).arg(text(meta.className())), text(method.methodSignature()),
-                text(signature));
-    expect(method.methodType() == type, tr("%1 is of another kind").arg(text(signature)));
+    expectEqual(Text::tr("method %1 of %2").arg(index).arg(text(meta.className())),
+                text(method.methodSignature()), text(signature));
+    expect(method.methodType() == type, Text::tr("%1 is of another kind").arg(text(signature)));
 }
 
 void checkMetaObject(CheckContext &context)
@@ -135,15 +135,15 @@ void checkMetaObject(CheckContext &context)
     context.makeDatabase();
     context.load();
     const QMetaObject &root = *context.plugin().metaObject();
-    expectEqual(tr("the class name"), text(root.className()), QStringLiteral("RuvaloGaragePlugin"));
+    expectEqual(Text::tr("the class name"), text(root.className()), QStringLiteral("RuvaloGaragePlugin"));
     expectMethod(root, 0, QMetaMethod::Slot, "closeGarage()");
     expect(root.superClass() && qstrcmp(root.superClass()->className(), "TrivexPluginInterface") == 0,
-           tr("the class does not derive from TrivexPluginInterface"));
+           Text::tr("the class does not derive from TrivexPluginInterface"));
     const QMetaObject &interface = *root.superClass();
     expectMethod(interface, 0, QMetaMethod::Signal, "pluginSignal(QString,QString,QJsonObject)");
     expectMethod(interface, 1, QMetaMethod::Slot, "pluginSlot(QString,QString,QJsonObject)");
     const QByteArrayList names = interface.method(interface.methodOffset()).parameterNames();
-    expectEqual(tr("the names of the arguments"), text(names.join(' ')),
+    expectEqual(Text::tr("the names of the arguments"), text(names.join(' ')),
                 QStringLiteral("module event jsonData"));
 }
 
@@ -166,9 +166,9 @@ void checkEventLists(CheckContext &context)
     QFile file(QStringLiteral(":/host/events.json"));
     expect(file.open(QIODevice::ReadOnly), file.errorString());
     const QJsonObject catalogue = jsonObject(file.readAll().constData());
-    expectEqual(tr("emittedEvents()"), QJsonArray::fromStringList(context.plugin().emittedEvents()),
+    expectEqual(Text::tr("emittedEvents()"), QJsonArray::fromStringList(context.plugin().emittedEvents()),
                 catalogued(catalogue, QLatin1String("emitted")));
-    expectEqual(tr("subscribedEvents()"), QJsonArray::fromStringList(context.plugin().subscribedEvents()),
+    expectEqual(Text::tr("subscribedEvents()"), QJsonArray::fromStringList(context.plugin().subscribedEvents()),
                 catalogued(catalogue, QLatin1String("understood")));
 }
 
@@ -177,7 +177,7 @@ void checkEndWithoutUnloading(CheckContext &context)
 {
     context.makeDatabase();
     auto *plugin = qobject_cast<TrivexPluginInterface *>(instance(context));
-    expect(plugin, tr("qobject_cast to the interface gives nothing"));
+    expect(plugin, Text::tr("qobject_cast to the interface returns null"));
     plugin->pluginSlot(QStringLiteral("host"), QStringLiteral("run_saved_to_db"), {});
     plugin->settingsPage()->show();
 }
@@ -187,16 +187,19 @@ void checkEndWithoutUnloading(CheckContext &context)
 QVector<Check> libraryChecks()
 {
     return {
-        {QStringLiteral("loading"), tr("the library loads as a plug-in of this host"), checkLoading},
+        {QStringLiteral("loading"), Text::tr("the library loads as a plug-in of this host"), checkLoading},
         {QStringLiteral("metadata"),
-         tr("its metadata are the interface's identifier and the class name only"), checkMetadata},
+         Text::tr("the metadata are the interface identifier and the class name only"), checkMetadata},
         {QStringLiteral("entry-points"),
-         tr("its entry points give one root object, and a new one after its end"), checkEntryPoints},
-        {QStringLiteral("casts"), tr("its root object is cast to the interface and back"), checkCasts},
-        {QStringLiteral("virtual-order"), tr("the interface's functions and members stand in order"),
+         Text::tr("the entry points return one root object, and a new one after its deletion"),
+         checkEntryPoints},
+        {QStringLiteral("casts"), Text::tr("the root object casts to the interface and back"), checkCasts},
+        {QStringLiteral("virtual-order"), Text::tr("the interface's functions and members are in order"),
          checkVirtualOrder},
-        {QStringLiteral("meta-object"), tr("its messages and its slot are visible by name"), checkMetaObject},
-        {QStringLiteral("event-lists"), tr("it lists its events, all and in order"), checkEventLists},
-        {QStringLiteral("ending"), tr("a host that never unloads it ends well"), checkEndWithoutUnloading},
+        {QStringLiteral("meta-object"), Text::tr("signals and slots are found by name"), checkMetaObject},
+        {QStringLiteral("event-lists"), Text::tr("the event lists are complete and in order"),
+         checkEventLists},
+        {QStringLiteral("ending"), Text::tr("a host that does not unload the library exits normally"),
+         checkEndWithoutUnloading},
     };
 }

@@ -15,10 +15,10 @@ const QString pending = QStringLiteral("update_pending_service");
 const QString carsList = QStringLiteral("cars_list_changed");
 const QString remoteControl = QStringLiteral("remote_control_data");
 
-QString tr(const char *text)
+struct Text
 {
-    return QCoreApplication::translate("MessageChecks", text);
-}
+    Q_DECLARE_TR_FUNCTIONS(MessageChecks)
+};
 
 void begin(CheckContext &context)
 {
@@ -60,7 +60,7 @@ void checkCloseTab(CheckContext &context)
     QJsonObject expected = jsonObject(R"({"moduleName": "garage_plugin", "onlyHide": true})");
     expected.insert(QStringLiteral("tabWidget"), address(&context.garageWindow()));
     expect(QMetaObject::invokeMethod(&context.plugin(), "closeGarage", Qt::DirectConnection),
-           tr("there is no slot closeGarage()"));
+           Text::tr("there is no slot closeGarage()"));
     expectMessage(context.await(QStringLiteral("close_tab")), garage, expected);
 }
 
@@ -126,7 +126,7 @@ void checkPersonalList(CheckContext &context)
         {"id": 900, "carId": 1, "opId": 1, "opDoneDateTime": "2026-02-01T10:00:00.000Z",
          "serviceCode": "4002", "operatorName": "?"}])"));
     context.await(QStringLiteral("remote_service_move_to_archive"));
-    expectEqual(tr("the number of records of the person with the service code"),
+    expectEqual(Text::tr("the number of records of the person with the service code"),
                 context.count(QStringLiteral("maintainance"),
                               QStringLiteral("person_id=12 AND person_name='Ким Анна Львовна'")),
                 1);
@@ -208,7 +208,8 @@ void checkBadInput(CheckContext &context)
         sendNonsense(context, value);
     context.send(QStringLiteral("car_complain"));
     context.send(QStringLiteral("car_complain"), jsonObject(R"({"carId": 99})"));
-    expectEqual(tr("the number of records after nonsense"), context.count(QStringLiteral("maintainance")), 3);
+    expectEqual(Text::tr("the number of records after invalid data"),
+                context.count(QStringLiteral("maintainance")), 3);
     context.discardMessages();
     expectEvents(context.ask(QStringLiteral("send_settings_dialogs")), {QStringLiteral("settings_dialog")});
     context.send(runSaved);
@@ -220,21 +221,24 @@ void checkBadInput(CheckContext &context)
 QVector<Check> messageChecks()
 {
     return {
-        {QStringLiteral("load-complete"), tr("it asks for cars and remote records when all is loaded"),
+        {QStringLiteral("load-complete"), Text::tr("\"load_complete\" requests cars and remote records"),
          checkLoadComplete},
-        {QStringLiteral("insert-tab"), tr("\"clicked\" with \"show_garage\" brings its window"),
+        {QStringLiteral("insert-tab"), Text::tr("\"clicked\" with \"show_garage\" inserts the window"),
          checkInsertTab},
-        {QStringLiteral("close-tab"), tr("it asks to hide its window"), checkCloseTab},
-        {QStringLiteral("settings-dialog"), tr("it gives its settings page on request"), checkSettingsDialog},
-        {QStringLiteral("reload"), tr("after a saved run it reports what is due, and the counters"),
-         checkReload},
-        {QStringLiteral("cars-list"), tr("a new list of cars reloads a visible window only"), checkCarsList},
-        {QStringLiteral("personal-list"), tr("it knows the people by their service codes"),
+        {QStringLiteral("close-tab"), Text::tr("closing the garage requests to hide the window"),
+         checkCloseTab},
+        {QStringLiteral("settings-dialog"), Text::tr("the settings page is sent on request"),
+         checkSettingsDialog},
+        {QStringLiteral("reload"),
+         Text::tr("after a saved run the due services and the counters are reported"), checkReload},
+        {QStringLiteral("cars-list"), Text::tr("\"cars_list_changed\" reloads a visible window only"),
+         checkCarsList},
+        {QStringLiteral("personal-list"), Text::tr("people are identified by their service codes"),
          checkPersonalList},
-        {QStringLiteral("availability"), tr("remote controls switch a car and are answered"),
+        {QStringLiteral("availability"), Text::tr("remote controls switch a car and get an answer"),
          checkAvailability},
-        {QStringLiteral("silent-events"), tr("events that mean nothing to it are ignored"),
+        {QStringLiteral("silent-events"), Text::tr("unknown and empty events are ignored"),
          checkSilentEvents},
-        {QStringLiteral("bad-input"), tr("nonsense does no harm"), checkBadInput},
+        {QStringLiteral("bad-input"), Text::tr("invalid data are ignored"), checkBadInput},
     };
 }

@@ -10,10 +10,10 @@
 
 namespace {
 
-QString tr(const char *text)
+struct Text
 {
-    return QCoreApplication::translate("Validation", text);
-}
+    Q_DECLARE_TR_FUNCTIONS(Validation)
+};
 
 } // namespace
 
@@ -21,17 +21,18 @@ int Validation::run(const Request &request)
 {
     const QFileInfo file(request.library);
     if (!file.isFile()) {
-        Console::writeError(QCoreApplication::translate("PluginHost", "файла %1 нет").arg(request.library));
+        Console::writeError(Text::tr("file %1 does not exist").arg(request.library));
         return ExitCode::NoPlugin;
     }
     const QString library = file.absoluteFilePath();
-    const Check &loading = allChecks().first();
+    const QVector<Check> checks = allChecks();
+    const Check &loading = checks.first();
     const auto runCheck = [&](const Check &check) {
-        return CheckProcess::run(check, library, request.timeLimit * 1000);
+        return CheckProcess::run(check, library, request.language, request.timeLimit * 1000);
     };
     const CheckResult loaded = runCheck(loading);
     ValidationReport report(request.asJson);
-    for (const Check &check : allChecks()) {
+    for (const Check &check : checks) {
         if (!request.checkNames.isEmpty() && !request.checkNames.contains(check.name))
             continue;
         if (check.name == loading.name)
@@ -39,8 +40,9 @@ int Validation::run(const Request &request)
         else if (loaded.outcome == CheckResult::Passed)
             report.add(check, runCheck(check));
         else
-            report.add(check,
-                       {CheckResult::Skipped, tr("the library does not load: %1").arg(loaded.reason), 0});
+            report.add(
+                check,
+                {CheckResult::Skipped, Text::tr("the library does not load: %1").arg(loaded.reason), 0});
     }
     report.finish(library);
     const bool isGood = loaded.outcome == CheckResult::Passed && report.count(CheckResult::Failed) == 0;

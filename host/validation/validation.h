@@ -13,6 +13,7 @@ struct Request
     QString library;
     QStringList checkNames; // empty: all
     int timeLimit = defaultTimeLimit;
+    QString language; // of the reasons
     bool asJson = false;
 };
 

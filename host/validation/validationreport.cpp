@@ -11,10 +11,10 @@ namespace {
 const std::array<QLatin1String, CheckResult::OutcomeCount> outcomeNames {
     QLatin1String("PASSED"), QLatin1String("FAILED"), QLatin1String("SKIPPED")};
 
-QString tr(const char *text)
+struct Text
 {
-    return QCoreApplication::translate("Validation", text);
-}
+    Q_DECLARE_TR_FUNCTIONS(Validation)
+};
 
 QString line(const Check &check, const CheckResult &result)
 {
@@ -50,6 +50,6 @@ void ValidationReport::finish(const QString &library) const
     }
     const int skipped = count(CheckResult::Skipped);
     const QString counts =
-        tr("%1 passed, %2 failed").arg(count(CheckResult::Passed)).arg(count(CheckResult::Failed));
-    Console::writeLine(skipped == 0 ? counts : counts + tr(", %1 skipped").arg(skipped));
+        Text::tr("%1 passed, %2 failed").arg(count(CheckResult::Passed)).arg(count(CheckResult::Failed));
+    Console::writeLine(skipped == 0 ? counts : counts + Text::tr(", %1 skipped").arg(skipped));
 }

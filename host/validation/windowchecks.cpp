@@ -14,16 +14,16 @@ namespace {
 const QString serviceLog = QStringLiteral("maintainance");
 const QString pending = QStringLiteral("update_pending_service");
 
-QString tr(const char *text)
+struct Text
 {
-    return QCoreApplication::translate("WindowChecks", text);
-}
+    Q_DECLARE_TR_FUNCTIONS(WindowChecks)
+};
 
 template<class Kind> Kind &named(QWidget &window, const char *name)
 {
     auto *object = window.findChild<Kind *>(QLatin1String(name));
     if (!object)
-        throw CheckSkipped {tr("its window has no \"%1\" to press").arg(QLatin1String(name))};
+        throw CheckSkipped {Text::tr("the window has no \"%1\"").arg(QLatin1String(name))};
     return *object;
 }
 
@@ -44,7 +44,7 @@ void sendComplaint(CheckContext &context, int carId, bool confirmed)
 {
     const DialogResponder responder(confirmed);
     context.send(QStringLiteral("car_complain"), {{QStringLiteral("carId"), carId}});
-    expect(responder.hasResponded(), tr("no dialog opened for car %1").arg(carId));
+    expect(responder.hasResponded(), Text::tr("no dialog opened for car %1").arg(carId));
 }
 
 void checkComplaint(CheckContext &context)
@@ -52,16 +52,16 @@ void checkComplaint(CheckContext &context)
     openWindow(context);
     sendComplaint(context, 1, false);
     context.expectSilence();
-    expectEqual(tr("the number of records after a cancelled complaint"), context.count(serviceLog), 3);
+    expectEqual(Text::tr("the number of records after a cancelled complaint"), context.count(serviceLog), 3);
     sendComplaint(context, 1, true);
     context.await(pending);
     expectEqual(
-        tr("the number of open complaints about car 1"),
+        Text::tr("the number of open complaints about car 1"),
         context.count(serviceLog, QStringLiteral("car_id=1 AND operation_id=-1 AND operation_state=0")), 1);
     sendComplaint(context, 2, true);
     context.await(pending);
-    expectEqual(tr("the number of records after the open complaint was amended"), context.count(serviceLog),
-                4);
+    expectEqual(Text::tr("the number of records after the open complaint was amended"),
+                context.count(serviceLog), 4);
 }
 
 void checkAvailabilityButtons(CheckContext &context)
@@ -96,7 +96,7 @@ void pressCellButton(QTreeView &table)
             return;
         }
     }
-    throw CheckFailed {tr("no button appears over a cell of the maintenance table")};
+    throw CheckFailed {Text::tr("no button appears over a cell of the maintenance table")};
 }
 
 void checkServiceDone(CheckContext &context)
@@ -104,15 +104,15 @@ void checkServiceDone(CheckContext &context)
     QWidget &window = openWindow(context);
     const DialogResponder responder(true);
     pressCellButton(named<QTreeView>(window, GarageWidgets::maintenanceView));
-    expect(responder.hasResponded(), tr("the service button opens no dialog"));
+    expect(responder.hasResponded(), Text::tr("the service button opens no dialog"));
     const HostMessage added = context.await(QStringLiteral("add_remote_service"));
-    expectEqual(tr("the keys of \"add_remote_service\""), QJsonArray::fromStringList(added.data.keys()),
+    expectEqual(Text::tr("the keys of \"add_remote_service\""), QJsonArray::fromStringList(added.data.keys()),
                 QJsonArray::fromStringList({QStringLiteral("carId"), QStringLiteral("comment"),
                                             QStringLiteral("opId"), QStringLiteral("opName"),
                                             QStringLiteral("opTime"), QStringLiteral("pId"),
                                             QStringLiteral("pName")}));
     context.await(pending);
-    expectEqual(tr("the number of new done records"),
+    expectEqual(Text::tr("the number of new done records"),
                 context.count(serviceLog,
                               QStringLiteral("id>3 AND operation_state=1 AND car_id=%1 AND operation_id=%2")
                                   .arg(added.data.value(QLatin1String("carId")).toInt())
@@ -127,13 +127,13 @@ void checkDeletion(CheckContext &context)
     log.setCurrentIndex(log.model()->index(0, 1)); // the latest record: the complaint
     const DialogResponder responder(true);
     named<QAction>(window, GarageWidgets::deleteAction).trigger();
-    expect(responder.hasResponded(), tr("it deletes without asking"));
+    expect(responder.hasResponded(), Text::tr("no confirmation dialog opens"));
     expectMessage(context.await(QStringLiteral("remote_service_delete")),
                   QStringLiteral("garage_stats_updater"), jsonObject(R"({"localId": 3, "remoteId": -1})"));
     context.await(pending);
-    expectEqual(tr("the number of records with the deleted id"),
+    expectEqual(Text::tr("the number of records with the deleted id"),
                 context.count(serviceLog, QStringLiteral("id=3")), 0);
-    expectEqual(tr("the number of records left"), context.count(serviceLog), 2);
+    expectEqual(Text::tr("the number of records left"), context.count(serviceLog), 2);
 }
 
 } // namespace
@@ -141,13 +141,15 @@ void checkDeletion(CheckContext &context)
 QVector<Check> windowChecks()
 {
     return {
-        {QStringLiteral("complaint"), tr("\"car_complain\" asks for a complaint and keeps one open per car"),
+        {QStringLiteral("complaint"),
+         Text::tr("\"car_complain\" opens the complaint dialog; a car has one open complaint"),
          checkComplaint},
         {QStringLiteral("availability-buttons"),
-         tr("its buttons ask for availability and tell the remote controls"), checkAvailabilityButtons},
-        {QStringLiteral("service-done"), tr("a service recorded in its window is stored and announced"),
+         Text::tr("the availability buttons notify the host and the remote controls"),
+         checkAvailabilityButtons},
+        {QStringLiteral("service-done"), Text::tr("a service recorded in the window is stored and announced"),
          checkServiceDone},
-        {QStringLiteral("deletion"), tr("a record deleted in its window is deleted and announced"),
+        {QStringLiteral("deletion"), Text::tr("a record deleted in the window is deleted and announced"),
          checkDeletion},
     };
 }
