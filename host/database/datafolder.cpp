@@ -19,6 +19,15 @@ void keepDisplayAuthority()
         setPath("XAUTHORITY", authority);
 }
 
+/// Qt warns if the variable is unset, as it is without a desktop session.
+void setRuntimeFolder(const QString &path)
+{
+    if (!qEnvironmentVariableIsEmpty("XDG_RUNTIME_DIR") || !QDir().mkpath(path))
+        return;
+    QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    setPath("XDG_RUNTIME_DIR", path);
+}
+
 QString defaultPath()
 {
     return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation)
@@ -49,6 +58,7 @@ void DataFolder::applyToEnvironment() const
     setPath("HOME", m_path);
     setPath("XDG_CONFIG_HOME", m_path + QLatin1String("/.config"));
     setPath("XDG_DATA_HOME", m_path + QLatin1String("/.local/share"));
+    setRuntimeFolder(m_path + QLatin1String("/.runtime"));
 }
 
 QString DataFolder::databaseFolder() const
