@@ -41,12 +41,14 @@ bool isHeadless()
     return QGuiApplication::platformName() == QLatin1String("offscreen");
 }
 
-/// The offscreen platform's default font is larger than a desktop's and would cut off cells in the pictures.
-void useDesktopFontSize()
+/// For screenshots. The offscreen platform's default font is larger than a desktop's and would cut off cells;
+/// a blinking cursor would make them differ.
+void prepareForScreenshots()
 {
     QFont font = QApplication::font();
     font.setPointSize(10);
     QApplication::setFont(font);
+    QApplication::setCursorFlashTime(0);
 }
 
 void printProgress(int percent)
@@ -184,7 +186,7 @@ int main(int argc, char **argv)
     Translation::install(options.language);
     QApplication::setQuitOnLastWindowClosed(false);
     if (isHeadless())
-        useDesktopFontSize();
+        prepareForScreenshots();
     if (options.checksHere)
         return runCheck(options, folder);
     if (const int failure = fillDatabase(options, folder))

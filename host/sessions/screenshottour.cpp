@@ -24,8 +24,8 @@ constexpr const char *hostTabNames[] = {"track", "fleet", "remote", "messages"};
 static_assert(std::size(hostTabNames) == HostTabs, "one name per tab");
 constexpr int workDone = 4;
 const QSize windowSize(1500, 900);
-constexpr int liveMilliseconds = 4000;
-constexpr int liveSpeed = 300;
+constexpr int simulatedMilliseconds = 20 * 60 * 1000; // two runs and a part of the third
+constexpr int savingMilliseconds = 3000; // the recorder's thread writes the laps
 constexpr int dialogMilliseconds = 500;
 enum GarageTab { MaintenanceTab = 1, ServiceLogTab = 2 };
 constexpr int numberColumn = 2;
@@ -85,13 +85,12 @@ void ScreenshotTour::addHostStops()
                         closeDialog();
                         m_window.closeSettings();
                         showHostTab(TrackTab);
-                        m_host.track().setSpeed(liveSpeed);
-                        m_host.track().setLive(m_mayWrite);
+                        if (m_mayWrite)
+                            m_host.track().simulate(simulatedMilliseconds);
                     },
-                    liveMilliseconds});
+                    savingMilliseconds});
     for (int tab = TrackTab + 1; tab < HostTabs; ++tab) {
         m_stops.append({QLatin1String(hostTabNames[tab]), [this, tab] {
-                            m_host.track().setLive(false);
                             if (tab == RemoteTab && m_mayWrite)
                                 doSomeWork();
                             showHostTab(tab);
@@ -183,8 +182,8 @@ void ScreenshotTour::addServiceLogStops(QTabWidget &tabs, QTreeView &log)
                     }});
     const auto trigger = [this, &log](const char *action) {
         closeDialog();
-        if (auto *ask = log.window()->findChild<QAction *>(QLatin1String(action)))
-            openLater(this, [ask] { ask->trigger(); });
+        if (auto *found = log.window()->findChild<QAction *>(QLatin1String(action)))
+            openLater(this, [found] { found->trigger(); });
     };
     m_stops.append({QStringLiteral("done-dialog"), [trigger] { trigger(GarageWidgets::doneAction); },
                     dialogMilliseconds});

@@ -78,15 +78,26 @@ void Track::recordRun(const QVector<int> &carIds, int laps, int lapMilliseconds)
     record(recorded, {run});
 }
 
+void Track::simulate(qint64 milliseconds)
+{
+    refreshCars();
+    advance(milliseconds, milliseconds);
+}
+
 void Track::tick()
 {
-    const qint64 wall = std::min<qint64>(longestTick, m_sinceTick.restart());
-    const qint64 now = QDateTime::currentMSecsSinceEpoch();
-    const RaceSimulation::Step step = m_simulation.advance(wall * m_speed);
+    const qint64 elapsed = std::min<qint64>(longestTick, m_sinceTick.restart());
+    advance(elapsed * m_speed, elapsed);
+}
+
+void Track::advance(qint64 simulatedTime, qint64 realTime)
+{
+    const qint64 start = QDateTime::currentMSecsSinceEpoch() - realTime;
+    const RaceSimulation::Step step = m_simulation.advance(simulatedTime);
     QVector<RecordedLap> laps;
     for (const SimulatedLap &lap : step.laps)
         laps.append(
-            {lap.carId, lap.runNumber, now - wall + qint64(lap.stepShare * double(wall)), lap.milliseconds});
+            {lap.carId, lap.runNumber, start + qint64(lap.stepShare * double(realTime)), lap.milliseconds});
     record(laps, step.finishedRuns);
     emit changed();
 }

@@ -32,6 +32,9 @@ public:
     int speed() const { return m_speed; }
     const RaceSimulation &simulation() const { return m_simulation; }
 
+    /// Runs the simulation for the given simulated time at once. Its laps get time stamps that end now.
+    void simulate(qint64 milliseconds);
+
     /// Records a run that ends now: each car drives `laps` laps of `lapMilliseconds`.
     void recordRun(const QVector<int> &carIds, int laps, int lapMilliseconds);
 
@@ -48,6 +51,8 @@ signals:
 
 private:
     void tick();
+    /// Advances the simulation; its laps are spread over the last `realTime` milliseconds.
+    void advance(qint64 simulatedTime, qint64 realTime);
     void record(const QVector<RecordedLap> &laps, const QVector<int> &finishedRuns);
     void refreshCars();
     void onRunSaved(int runId);

@@ -161,9 +161,8 @@ void TrackPanel::showState()
     for (const RaceSimulation::OnTrack &kart : m_track.simulation().onTrack())
         karts.append(
             tr("no. %1: %2").arg(numbers.value(kart.carId, tr("removed")), QString::number(kart.laps)));
-    const bool isDriving = m_track.isLive() && !karts.isEmpty();
-    m_onTrack->setText(isDriving ? tr("run %1, number: laps\n%2")
-                                       .arg(m_track.simulation().runNumber())
-                                       .arg(karts.join(QLatin1String(",  ")))
-                                 : tr("nobody"));
+    m_onTrack->setText(!karts.isEmpty() ? tr("run %1, number: laps\n%2")
+                                              .arg(m_track.simulation().runNumber())
+                                              .arg(karts.join(QLatin1String(",  ")))
+                                        : tr("none"));
 }
