@@ -187,15 +187,15 @@ void TestRemoteLoop::aDeletionSparesWhatIsOnItsWay()
     record.state = RemoteRecord::Waiting;
     store.add(record);
 
-    store.markDeleted(-1, 7);
+    QVERIFY(store.markDeleted(-1, 7));
     QCOMPARE(store.count(RemoteRecord::Sent), 1);
     QCOMPARE(store.count(RemoteRecord::Deleted), 1);
 
     // It was stored as a record of its own; that the other is deleted may be said twice.
-    store.setState({sent}, RemoteRecord::Archived);
-    store.markDeleted(-1, 7);
+    QVERIFY(store.setState({sent}, RemoteRecord::Archived));
+    QVERIFY(store.markDeleted(-1, 7));
     QCOMPARE(store.count(RemoteRecord::Archived), 1);
-    store.markDeleted(sent, 8);
+    QVERIFY(store.markDeleted(sent, 8));
     QCOMPARE(store.count(RemoteRecord::Archived), 0);
 }
 
