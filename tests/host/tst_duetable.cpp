@@ -30,7 +30,7 @@ void TestDueTable::anEmptyListIsOneSentence()
 {
     createDatabase();
     QCOMPARE(lines(R"({"maintainanceStatus":[{"carId":1},{"carId":2}]})"),
-             QStringList {"Обслуживание не требуется. Картов: 2"});
+             QStringList {"No service is due. Karts: 2"});
 }
 
 void TestDueTable::rowsAreSortedAlignedAndComplete()
@@ -42,17 +42,17 @@ void TestDueTable::rowsAreSortedAlignedAndComplete()
         "maintainanceStatus":[{"carId":1,"opsStatus":{"3":{"tt":7200,"tl":130,"tr":11}}},{"carId":2}]})");
     QCOMPARE(table.size(), 8);
     QCOMPARE(table.at(4),
-             "Вихрь   9     Замена цепи   01.03.2026 13:00  2.0 ч, заездов 11, кругов 130  "
-             "1.5 ч, кругов 120");
-    QVERIFY(table.at(5).startsWith("Вихрь   10    Жалоба: Стук  01.03.2026 13:00"));
-    QCOMPARE(table.last(), "Записей: 2, картов всего: 2");
+             "Вихрь  9     Замена цепи      01.03.2026 13:00  2.0 h, runs 11, laps 130  "
+             "1.5 h, laps 120");
+    QVERIFY(table.at(5).startsWith("Вихрь  10    Complaint: Стук  01.03.2026 13:00"));
+    QCOMPARE(table.last(), "Entries: 2, karts in all: 2");
 }
 
 void TestDueTable::oddDataStillGivesATable()
 {
     createDatabase();
     const QStringList table = lines(R"({"servicePendingList":[5,{},{"opDateTime":"soon","carId":"x"}]})");
-    QCOMPARE(table.last(), "Записей: 3, картов всего: 0");
+    QCOMPARE(table.last(), "Entries: 3, karts in all: 0");
 }
 
 GARAGE_TEST_WITHOUT_WINDOWS(TestDueTable)

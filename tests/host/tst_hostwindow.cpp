@@ -3,8 +3,8 @@
 #include "host/app/demohost.h"
 #include "host/app/hostsettingsdialog.h"
 #include "host/app/hostwindow.h"
-#include "host/database/hostdatabase.h"
 #include "host/database/datafolder.h"
+#include "host/database/hostdatabase.h"
 #include "host/sample/sampledata.h"
 
 #include <QComboBox>
@@ -70,7 +70,7 @@ private:
 
 QJsonObject TestHostWindow::Stage::lastTold(const QString &event) const
 {
-    const JournalModel &journal = host->journal();
+    const MessageLogModel &journal = host->messageLog();
     for (int row = journal.rowCount() - 1; row >= 0; --row) {
         if (journal.entry(row).toPlugin && journal.entry(row).event == event)
             return journal.entry(row).data();
@@ -81,7 +81,7 @@ QJsonObject TestHostWindow::Stage::lastTold(const QString &event) const
 int TestHostWindow::Stage::countTold(const QString &event) const
 {
     int count = 0;
-    const JournalModel &journal = host->journal();
+    const MessageLogModel &journal = host->messageLog();
     for (int row = 0; row < journal.rowCount(); ++row)
         count += journal.entry(row).toPlugin && journal.entry(row).event == event ? 1 : 0;
     return count;
@@ -89,17 +89,17 @@ int TestHostWindow::Stage::countTold(const QString &event) const
 
 TestHostWindow::Stage TestHostWindow::makeStage()
 {
-    const HostHome documents = HostHome::userDocuments();
+    const DataFolder documents = DataFolder::userDocuments();
     Stage stage;
-    if (!HostDatabase::prepare(documents).isEmpty())
+    if (!HostDatabase::prepare(documents))
         qFatal("no database");
     {
         HostConnection connection(documents.databasePath());
-        makeSampleData(connection, SampleKind::Sample, 1, QDateTime::currentDateTimeUtc(),
-                       [](int) { return true; });
+        generateSampleData(connection, SampleKind::Sample, 1, QDateTime::currentDateTimeUtc(),
+                           [](int) { return true; });
     }
     stage.host = std::make_unique<DemoHost>(documents, 1);
-    if (!stage.host->plugin().load(FAKE_PLUGIN).isEmpty())
+    if (!stage.host->plugin().load(FAKE_PLUGIN))
         qFatal("no plug-in");
     stage.window = std::make_unique<HostWindow>(*stage.host, documents);
     stage.window->start();
@@ -117,7 +117,7 @@ void TestHostWindow::theBannerNamesTheFile()
 {
     const Stage stage = makeStage();
     QVERIFY(stage.find<QLabel>("bannerLabel")->text().contains(home().databasePath()));
-    QVERIFY(stage.find<QLabel>("bannerLabel")->text().contains("настоящие документы"));
+    QVERIFY(stage.find<QLabel>("bannerLabel")->text().contains("real documents"));
 }
 
 void TestHostWindow::thePluginsTabIsHiddenNotDestroyed()
@@ -210,23 +210,23 @@ void TestHostWindow::aRunRecordedByHandReachesTheFile()
 void TestHostWindow::theTrackKeepsItsComplaintAndNumbersWhileKartsDrive()
 {
     const Stage stage = makeStage();
-    const auto *complaint = stage.find<QLabel>("trackComplaintLabel");
+    const auto *complaint = stage.find<QLabel>("trackErrorLabel");
     const auto *onTrack = stage.find<QLabel>("onTrackLabel");
     Track &track = stage.host->track();
     track.setSpeed(1);
     track.setLive(true);
-    QTRY_VERIFY(onTrack->text().contains(QRegularExpression("№.\\d")));
+    QTRY_VERIFY(onTrack->text().contains(QRegularExpression("no\\..\\d")));
     QVector<int> everyCar;
-    for (const FleetCar &car : stage.host->fleet().fleet().cars())
+    for (const HostCar &car : stage.host->fleet().cars().list())
         everyCar.append(car.id);
-    QVERIFY(stage.host->fleet().fleet().setAvailable(everyCar, false));
+    QVERIFY(stage.host->fleet().cars().setAvailable(everyCar, false));
     stage.host->fleet().announceCars();
     emit track.failed("locked");
     emit track.changed();
-    const QRegularExpression id("№.\\d{3}"); // ids are from 101, numbers to 24
+    const QRegularExpression id("no\\..\\d{3}"); // ids are from 101, numbers to 24
     QVERIFY2(!onTrack->text().contains(id), qPrintable(onTrack->text()));
     QVERIFY(complaint->text().contains("locked"));
-    emit track.saved();
+    emit track.lapsSaved();
     QVERIFY(complaint->text().isEmpty());
 }
 
@@ -293,17 +293,17 @@ void TestHostWindow::buttonsWaitForASelection()
     stage.click("hostCarsTableViewRemove");
     QVERIFY(!remove->isEnabled());
 
-    auto *journal = stage.find<QTableView>("journalTable");
+    auto *journal = stage.find<QTableView>("messageLogTable");
     journal->selectRow(0);
     QVERIFY(stage.find<QPushButton>("copyPushButton")->isEnabled());
-    stage.host->journal().clear();
+    stage.host->messageLog().clear();
     QTRY_VERIFY(!stage.find<QPushButton>("copyPushButton")->isEnabled());
 }
 
 void TestHostWindow::aLockedFileKeepsItsCarsAndSaysSo()
 {
     const Stage stage = makeStage();
-    const auto *complaint = stage.find<QLabel>("fleetComplaintLabel");
+    const auto *complaint = stage.find<QLabel>("fleetErrorLabel");
     const auto *cars = stage.find<QTableView>("hostCarsTableView")->model();
     const TestDatabase database(home().databasePath(), false);
     database.exec("BEGIN EXCLUSIVE");
@@ -327,11 +327,11 @@ void TestHostWindow::anyEventCanBeSentByHand()
     QTest::keyClick(stage.find<QComboBox>("eventToSendComboBox"), Qt::Key_Return);
     QCOMPARE(payload->toPlainText(), "[1]");
     stage.click("sendPushButton");
-    QCOMPARE(stage.find<QLabel>("sendComplaintLabel")->text(), "Данные должны быть объектом JSON");
+    QCOMPARE(stage.find<QLabel>("sendErrorLabel")->text(), "The data must be a JSON object");
     payload->setPlainText("{\"a\": 1");
     stage.click("sendPushButton");
     QCOMPARE(stage.countTold("my_event"), 0);
-    QVERIFY(!stage.find<QLabel>("sendComplaintLabel")->text().isEmpty());
+    QVERIFY(!stage.find<QLabel>("sendErrorLabel")->text().isEmpty());
     payload->setPlainText("{\"a\": 1}");
     stage.click("sendPushButton");
     QCOMPARE(stage.lastTold("my_event").value("a").toInt(), 1);
@@ -346,14 +346,14 @@ void TestHostWindow::anyEventCanBeSentByHand()
 void TestHostWindow::theJournalIsFilteredAndShown()
 {
     const Stage stage = makeStage();
-    auto *table = stage.find<QTableView>("journalTable");
+    auto *table = stage.find<QTableView>("messageLogTable");
     const int all = table->model()->rowCount();
     auto *events = stage.find<QComboBox>("eventFilterComboBox");
     events->setCurrentText("personal_list");
     QCOMPARE(table->model()->rowCount(), 1);
     table->selectRow(0);
     QVERIFY(
-        stage.find<QPlainTextEdit>("journalDetails")->toPlainText().contains("\"serviceCode\": \"4001\""));
+        stage.find<QPlainTextEdit>("messageLogDetails")->toPlainText().contains("\"serviceCode\": \"4001\""));
     events->setCurrentIndex(0);
     QVERIFY(table->model()->rowCount() >= all);
     stage.find<QLineEdit>("textFilterLineEdit")->setText("кузнецов");
@@ -364,7 +364,7 @@ void TestHostWindow::theJournalIsFilteredAndShown()
 void TestHostWindow::theJournalNamesEventsInASmallWindow()
 {
     const Stage stage = makeStage();
-    auto *table = stage.find<QTableView>("journalTable");
+    auto *table = stage.find<QTableView>("messageLogTable");
     stage.window->tabs().setCurrentIndex(stage.window->tabs().count() - 1);
     stage.window->resize(900, 600);
     QCoreApplication::processEvents();

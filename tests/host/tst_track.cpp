@@ -1,8 +1,8 @@
 #include "support/garagetest.h"
 
 #include "host/app/demohost.h"
-#include "host/database/hostdatabase.h"
 #include "host/database/datafolder.h"
+#include "host/database/hostdatabase.h"
 
 #include <QSignalSpy>
 
@@ -10,7 +10,7 @@ namespace {
 
 constexpr qint64 hour = 3600 * 1000;
 
-int countEvents(const JournalModel &journal, const QString &event)
+int countEvents(const MessageLogModel &journal, const QString &event)
 {
     int count = 0;
     for (int row = 0; row < journal.rowCount(); ++row)
@@ -138,9 +138,9 @@ void TestTrack::runIdsWaitForALockedFile()
 void TestTrack::lapsOnTheirWayReachTheFileAtTheEnd()
 {
     const std::unique_ptr<TestDatabase> database = createDatabase();
-    QCOMPARE(HostDatabase::prepare(HostHome::userDocuments()), QString());
+    QVERIFY(HostDatabase::prepare(DataFolder::userDocuments()));
     {
-        DemoHost host(HostHome::userDocuments(), 1);
+        DemoHost host(DataFolder::userDocuments(), 1);
         for (int run = 0; run < 50; ++run)
             host.track().recordRun({4}, 1, 43000);
     }
@@ -150,12 +150,12 @@ void TestTrack::lapsOnTheirWayReachTheFileAtTheEnd()
 void TestTrack::aRunByHandIsAnnounced()
 {
     const std::unique_ptr<TestDatabase> database = createDatabase();
-    QCOMPARE(HostDatabase::prepare(HostHome::userDocuments()), QString());
-    DemoHost host(HostHome::userDocuments(), 1);
-    QCOMPARE(host.plugin().load(FAKE_PLUGIN), QString());
+    QVERIFY(HostDatabase::prepare(DataFolder::userDocuments()));
+    DemoHost host(DataFolder::userDocuments(), 1);
+    QVERIFY(host.plugin().load(FAKE_PLUGIN));
     host.track().recordRun({4, 5}, 10, 43000);
-    QTRY_COMPARE(countEvents(host.journal(), "run_saved_to_db"), 1);
-    QCOMPARE(countEvents(host.journal(), "run_closed"), 1);
+    QTRY_COMPARE(countEvents(host.messageLog(), "run_saved_to_db"), 1);
+    QCOMPARE(countEvents(host.messageLog(), "run_closed"), 1);
     QCOMPARE(database->value("SELECT count(*) FROM laps WHERE sum_sectors=43000").toInt(), 20);
     QCOMPARE(database->value("SELECT count(DISTINCT run_id) FROM laps").toInt(), 1);
     QCOMPARE(database->value("SELECT count(DISTINCT lap_timestamp) FROM laps WHERE car_id=4").toInt(), 10);
@@ -166,16 +166,16 @@ void TestTrack::liveRunsAreAnnouncedAndLieInTheRealPast()
     const std::unique_ptr<TestDatabase> database = createDatabase();
     for (int car = 1; car <= 6; ++car)
         database->addCar(car, QString::number(car), "Вихрь");
-    QCOMPARE(HostDatabase::prepare(HostHome::userDocuments()), QString());
-    DemoHost host(HostHome::userDocuments(), 1);
-    QCOMPARE(host.plugin().load(FAKE_PLUGIN), QString());
+    QVERIFY(HostDatabase::prepare(DataFolder::userDocuments()));
+    DemoHost host(DataFolder::userDocuments(), 1);
+    QVERIFY(host.plugin().load(FAKE_PLUGIN));
     host.track().setSpeed(5000);
     QCOMPARE(host.track().speed(), Track::fastest);
     const QString start = QDateTime::currentDateTimeUtc().addSecs(-1).toString(Qt::ISODateWithMs);
     host.track().setLive(true);
     QTRY_VERIFY_WITH_TIMEOUT(host.track().savedRuns() >= 2, 20000);
     host.track().setLive(false);
-    QVERIFY(countEvents(host.journal(), "run_saved_to_db") >= 1);
+    QVERIFY(countEvents(host.messageLog(), "run_saved_to_db") >= 1);
     const QString end = QDateTime::currentDateTimeUtc().toString(Qt::ISODateWithMs);
     QVERIFY(database->value("SELECT min(lap_timestamp) FROM laps").toString() >= start);
     QVERIFY(database->value("SELECT max(lap_timestamp) FROM laps").toString() <= end);
@@ -184,15 +184,15 @@ void TestTrack::liveRunsAreAnnouncedAndLieInTheRealPast()
 void TestTrack::bigNewsIsNotAnnouncedFasterThanItIsAnswered()
 {
     createDatabase();
-    QCOMPARE(HostDatabase::prepare(HostHome::userDocuments()), QString());
-    DemoHost host(HostHome::userDocuments(), 1);
-    QCOMPARE(host.plugin().load(FAKE_PLUGIN), QString());
+    QVERIFY(HostDatabase::prepare(DataFolder::userDocuments()));
+    DemoHost host(DataFolder::userDocuments(), 1);
+    QVERIFY(host.plugin().load(FAKE_PLUGIN));
     for (int run = 0; run < 20; ++run)
         host.track().recordRun({4}, 1, 43000);
     QTRY_COMPARE(host.track().savedRuns(), 20);
-    QTRY_COMPARE(countEvents(host.journal(), "update_pending_service"), 2);
-    QCOMPARE(countEvents(host.journal(), "run_closed"), 20);
-    QCOMPARE(countEvents(host.journal(), "run_saved_to_db"), 2);
+    QTRY_COMPARE(countEvents(host.messageLog(), "update_pending_service"), 2);
+    QCOMPARE(countEvents(host.messageLog(), "run_closed"), 20);
+    QCOMPARE(countEvents(host.messageLog(), "run_saved_to_db"), 2);
 }
 
 GARAGE_TEST(TestTrack)

@@ -60,7 +60,10 @@ private:
 Verdict TestValidation::validate(const QString &library, const QStringList &more)
 {
     QProcess process;
-    process.start(GARAGE_HOST, QStringList {"--validate", library} + more);
+    process.start(
+        GARAGE_HOST,
+        QStringList {QStringLiteral("--lang"), QStringLiteral("en"), QStringLiteral("--validate"), library}
+            + more);
     if (!process.waitForFinished(200000))
         return {};
     return {process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1,

@@ -42,7 +42,7 @@ private:
 std::unique_ptr<DemoHost> TestRemoteLoop::makeHost()
 {
     const DataFolder documents = DataFolder::userDocuments();
-    if (!HostDatabase::prepare(documents).isEmpty())
+    if (!HostDatabase::prepare(documents))
         qFatal("no database");
     if (HostDatabase::isBlank(documents)) {
         HostConnection connection(documents.databasePath());
@@ -50,9 +50,9 @@ std::unique_ptr<DemoHost> TestRemoteLoop::makeHost()
                            [](int) { return true; });
     }
     auto host = std::make_unique<DemoHost>(documents, 1);
-    const QString error = host->plugin().load(GARAGE_PLUGIN);
-    if (!error.isEmpty() || !host->remote().prepare().isEmpty())
-        qFatal("%s", qPrintable(error));
+    const Result loaded = host->plugin().load(GARAGE_PLUGIN);
+    if (!loaded || !host->remote().prepare())
+        qFatal("%s", qPrintable(loaded.errorText()));
     QSignalSpy pending(&host->remote(), &RemoteSide::pendingChanged);
     host->fleet().sendStartSequence();
     if (!pending.wait())
@@ -91,7 +91,7 @@ void TestRemoteLoop::anOpenComplaintDoneRemotelyIsClosedAndArchived()
     const std::unique_ptr<DemoHost> host = makeHost();
     QVERIFY(find(*host, true));
     const PendingService complaint = *find(*host, true);
-    const FleetPerson person = host->fleet().fleet().people().first();
+    const HostPerson person = host->fleet().people().list().first();
     const int rows = openTrack()->value("SELECT count(*) FROM maintainance").toInt();
     host->remote().complete(complaint, person, "исправлено",
                             byRemoteControl ? RemoteSide::Channel::RemoteControl
@@ -118,7 +118,7 @@ void TestRemoteLoop::overdueWorkDoneRemotelyIsANewRecord()
     });
     QVERIFY(overdue != list.end());
     const QStringList before = track->rows("SELECT * FROM maintainance");
-    host->remote().complete(*overdue, host->fleet().fleet().people().first(), QString(),
+    host->remote().complete(*overdue, host->fleet().people().list().first(), QString(),
                             RemoteSide::Channel::Service);
     QTRY_COMPARE(host->remote().store().count(RemoteRecord::Archived), 1);
     const QStringList after = track->rows("SELECT * FROM maintainance");
@@ -225,10 +225,10 @@ void TestRemoteLoop::aLockedTrackIsNeitherJudgedNorGivenWork()
     QVERIFY(!findings.isGood());
     QVERIFY(!findings.errorText.isEmpty());
     QCOMPARE(findings.missing, QVector<int>());
-    QVERIFY(!host->remote().complete(*complaint, FleetPerson(), QString(), RemoteSide::Channel::Service));
+    QVERIFY(!host->remote().complete(*complaint, HostPerson(), QString(), RemoteSide::Channel::Service));
     QCOMPARE(host->remote().store().latest(10).size(), 1);
     track->exec("COMMIT");
-    QVERIFY(host->remote().complete(*complaint, FleetPerson(), QString(), RemoteSide::Channel::Service));
+    QVERIFY(host->remote().complete(*complaint, HostPerson(), QString(), RemoteSide::Channel::Service));
     QCOMPARE(host->remote().store().latest(1).first().localId, complaint->localId);
 }
 
@@ -236,23 +236,23 @@ void TestRemoteLoop::newRecordsNeverTakeAnIdThatTheTrackKnows()
 {
     const std::unique_ptr<DemoHost> first = makeHost();
     openTrack()->exec("UPDATE maintainance SET remote_id=500 WHERE id=1");
-    QCOMPARE(first->remote().prepare(), QString());
+    QVERIFY(first->remote().prepare());
     QCOMPARE(first->remote().store().add(RemoteRecord()), 501);
 }
 
 void TestRemoteLoop::carsAreSwitchedFromAfar()
 {
     const std::unique_ptr<DemoHost> host = makeHost();
-    const FleetCar before = host->fleet().fleet().cars().first();
+    const HostCar before = host->fleet().cars().list().first();
     QSignalSpy notes(&host->remote(), &RemoteSide::logged);
     host->remote().switchAvailability(before.id);
-    QTRY_COMPARE(host->fleet().fleet().cars().first().available, !before.available);
+    QTRY_COMPARE(host->fleet().cars().list().first().available, !before.available);
     const QJsonObject answer = lastHeard(*host, "remote_control_answer").value("req_answ").toObject();
     QCOMPARE(answer.value("carId").toInt(), before.id);
     QCOMPARE(answer.value("carAvailable").toBool(), !before.available);
     QTRY_VERIFY(notes.count() > 0);
     const QString note = notes.last().first().toString();
-    QVERIFY2(note.contains(tr("карт %1 ").arg(before.number)), qPrintable(note)); // not by its id
+    QVERIFY2(note.contains(tr("kart %1 ").arg(before.number)), qPrintable(note)); // not by its id
     const QJsonArray cars = lastHeard(*host, "cars_list_changed").value("cars").toArray();
     QCOMPARE(cars.first().toObject().value("available_for_runs").toBool(), !before.available);
 }

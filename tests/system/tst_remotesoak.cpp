@@ -2,8 +2,8 @@
 #include "support/resources.h"
 
 #include "host/app/demohost.h"
-#include "host/database/hostdatabase.h"
 #include "host/database/datafolder.h"
+#include "host/database/hostdatabase.h"
 #include "host/sample/sampledata.h"
 
 #include <QAction>
@@ -100,11 +100,11 @@ void TestRemoteSoak::completeSome(DemoHost &host)
     const QVector<PendingService> &list = host.remote().pending();
     if (list.isEmpty())
         return;
-    const QVector<FleetPerson> people = host.fleet().fleet().people();
+    const QVector<HostPerson> people = host.fleet().people().list();
     const auto channel =
         m_random.bounded(2) == 0 ? RemoteSide::Channel::Service : RemoteSide::Channel::RemoteControl;
     const PendingService work = list.at(m_random.bounded(list.size()));
-    const FleetPerson &person = people.at(m_random.bounded(people.size()));
+    const HostPerson &person = people.at(m_random.bounded(people.size()));
     if (host.remote().complete(work, person, "сделано", channel)) // not on a locked file
         ++m_completions;
 }
@@ -112,7 +112,7 @@ void TestRemoteSoak::completeSome(DemoHost &host)
 /// A car that has no open complaint gets one, as if somebody had typed it in.
 void TestRemoteSoak::complain(const TestDatabase &track, DemoHost &host)
 {
-    const int car = host.fleet().fleet().cars().at(m_random.bounded(24)).id;
+    const int car = host.fleet().cars().list().at(m_random.bounded(24)).id;
     const QVariant open = track.value(
         "SELECT id FROM maintainance WHERE car_id=? AND operation_id=-1 AND operation_state=0", {car});
     if (open.isValid())
@@ -223,7 +223,7 @@ void TestRemoteSoak::act(DemoHost &host)
         deleteRecord();
         break;
     case 6:
-        host.remote().switchAvailability(host.fleet().fleet().cars().at(m_random.bounded(24)).id);
+        host.remote().switchAvailability(host.fleet().cars().list().at(m_random.bounded(24)).id);
         break;
     default:
         host.remote().setSendsAtOnce(m_random.bounded(2) == 0);
@@ -234,23 +234,23 @@ void TestRemoteSoak::act(DemoHost &host)
 
 void TestRemoteSoak::theBooksAgreeAfterRandomActions()
 {
-    const HostHome documents = HostHome::userDocuments();
-    QCOMPARE(HostDatabase::prepare(documents), QString());
+    const DataFolder documents = DataFolder::userDocuments();
+    QVERIFY(HostDatabase::prepare(documents));
     {
         HostConnection connection(documents.databasePath());
-        QCOMPARE(makeSampleData(connection, SampleKind::Sample, 1, QDateTime::currentDateTimeUtc(),
-                                [](int) { return true; }),
-                 SampleOutcome::Made);
+        QCOMPARE(generateSampleData(connection, SampleKind::Sample, 1, QDateTime::currentDateTimeUtc(),
+                                    [](int) { return true; }),
+                 SampleOutcome::Done);
     }
     m_track = std::make_unique<TestDatabase>(home().databasePath(), false);
     m_rowsBefore = count("1");
     m_lastIdBefore = m_track->value("SELECT max(id) FROM maintainance").toInt();
     DemoHost host(documents, 1);
-    QCOMPARE(host.plugin().load(GARAGE_PLUGIN), QString());
-    QCOMPARE(host.remote().prepare(), QString());
+    QVERIFY(host.plugin().load(GARAGE_PLUGIN));
+    QVERIFY(host.remote().prepare());
     connect(&host.plugin(), &PluginHost::received, this, &TestRemoteSoak::hear);
     connect(&host.plugin(), &PluginHost::sent, this, [this] { ++m_events; });
-    host.fleet().playStart();
+    host.fleet().sendStartSequence();
     host.plugin().send("clicked", {{"key", "show_garage"}});
     QVERIFY(m_garage);
     // Each of them ends with a reload, and each reload with one message.
@@ -313,7 +313,7 @@ void TestRemoteSoak::checkBooks(const ArchiveFindings &findings, int remoteRecor
         m_events, m_rowsBefore, rows, m_recorded, m_complaints, m_deleted.size(), remoteRecords,
         findings.archived);
     QCOMPARE(findings.missing, QVector<int>());
-    QCOMPARE(findings.undead, QVector<int>());
+    QCOMPARE(findings.notDeleted, QVector<int>());
     QVERIFY(findings.archived > leastArchived);
     // Each record that was announced, and each that was made there, stands there once.
     QCOMPARE(remoteRecords, m_announced + m_completions);
