@@ -100,7 +100,7 @@ const QMap<QString, SampleKind> &sampleKinds()
 CommandLine::CommandLine(const QStringList &arguments)
 {
     QCommandLineParser parser;
-    parser.setApplicationDescription(CommandLine::tr(
+    parser.setApplicationDescription(tr(
         "Demo host of the garage module: loads the plug-in and exchanges messages with it as a timing "
         "application does.\n\nExit codes: 0 - success, 1 - invalid options, 2 - plug-in not loaded, 3 - no "
         "database, 4 - the plug-in did not answer, 5 - some input lines are not messages, 6 - cancelled, 7 - "
@@ -112,13 +112,13 @@ CommandLine::CommandLine(const QStringList &arguments)
         return;
     }
     if (!parser.positionalArguments().isEmpty()) {
-        m_errorText = CommandLine::tr("unexpected argument: %1").arg(parser.positionalArguments().first());
+        m_errorText = tr("unexpected argument: %1").arg(parser.positionalArguments().first());
         return;
     }
     m_wantsHelp = parser.isSet(helpOption());
     for (const QCommandLineOption &option : allOptions()) {
         if (!option.valueName().isEmpty() && parser.values(option).contains(QString()))
-            m_errorText = CommandLine::tr("the value of --%1 is empty").arg(option.names().first());
+            m_errorText = tr("the value of --%1 is empty").arg(option.names().first());
     }
     if (!m_errorText.isEmpty())
         return;
@@ -140,14 +140,14 @@ void CommandLine::read(const QCommandLineParser &parser)
 
     const QString kind = parser.value(QStringLiteral("data"));
     if (!kind.isEmpty() && !sampleKinds().contains(kind))
-        m_errorText = CommandLine::tr("unknown kind of data: %1 (known are empty, sample, season)").arg(kind);
+        m_errorText = tr("unknown kind of data: %1 (known are empty, sample, season)").arg(kind);
     m_options.data = sampleKinds().value(kind, SampleKind::Sample);
 
     bool isNumber = true;
     if (parser.isSet(QStringLiteral("seed")))
         m_options.seed = parser.value(QStringLiteral("seed")).toUInt(&isNumber);
     if (!isNumber)
-        m_errorText = CommandLine::tr("--seed must be an integer from 0");
+        m_errorText = tr("--seed must be an integer from 0");
     const QStringList languages = Translation::languages();
     if (parser.isSet(QStringLiteral("lang")) && !languages.contains(parser.value(QStringLiteral("lang"))))
         m_errorText = tr("--lang must be one of: %1").arg(languages.join(QLatin1String(", ")));
@@ -167,28 +167,28 @@ void CommandLine::readValidation(const QCommandLineParser &parser)
     m_options.checksHere = parser.isSet(inThisProcessOption());
     for (const QString &name : request.checkNames) {
         if (!findCheck(name))
-            m_errorText = CommandLine::tr("unknown check: %1").arg(name);
+            m_errorText = tr("unknown check: %1").arg(name);
     }
     if (parser.isSet(QStringLiteral("time-limit")))
         request.timeLimit = parser.value(QStringLiteral("time-limit")).toInt();
     if (request.timeLimit < 1 || request.timeLimit > longestTimeLimit)
-        m_errorText = CommandLine::tr("--time-limit must be an integer from 1 to %1").arg(longestTimeLimit);
+        m_errorText = tr("--time-limit must be an integer from 1 to %1").arg(longestTimeLimit);
     const bool hasDetails = request.asJson || !request.checkNames.isEmpty() || m_options.checksHere
         || parser.isSet(QStringLiteral("time-limit"));
     if (hasDetails && request.library.isEmpty())
-        m_errorText = CommandLine::tr("--json, --check and --time-limit need --validate");
+        m_errorText = tr("--json, --check and --time-limit need --validate");
     if (m_options.checksHere && (request.checkNames.size() != 1 || m_options.homeFolder.isEmpty()))
-        m_errorText = CommandLine::tr("a check in this process needs --check and --home");
+        m_errorText = tr("a check in this process needs --check and --home");
 }
 
 void CommandLine::checkCombination()
 {
     if (m_options.documents && (m_options.fresh || !m_options.homeFolder.isEmpty()))
-        m_errorText = CommandLine::tr("--documents excludes --home and --fresh");
+        m_errorText = tr("--documents excludes --home and --fresh");
     const int ways = int(m_options.stdio) + int(m_options.due) + int(!m_options.playFile.isEmpty())
         + int(!m_options.validation.library.isEmpty());
     if (ways > 1)
-        m_errorText = CommandLine::tr("--stdio, --due, --play and --validate exclude each other");
+        m_errorText = tr("--stdio, --due, --play and --validate exclude each other");
     if ((m_options.stdio || m_options.due) && !m_options.screenshotsFolder.isEmpty())
-        m_errorText = CommandLine::tr("--screenshots excludes --stdio and --due");
+        m_errorText = tr("--screenshots excludes --stdio and --due");
 }

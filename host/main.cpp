@@ -136,7 +136,6 @@ int run(const HostOptions &options, const DataFolder &folder)
     return QApplication::exec();
 }
 
-/// A check runs without a display; its messages belong to the plug-in under test.
 int runCheck(const HostOptions &options, const DataFolder &folder)
 {
     const std::optional<Check> check = findCheck(options.validation.checkNames.first());

@@ -16,7 +16,8 @@ PluginHost::PluginHost(QObject *parent) : QObject(parent)
 
 PluginHost::~PluginHost()
 {
-    unload();
+    if (const Result result = unload(); !result)
+        qWarning("%s", qPrintable(result.errorText()));
 }
 
 Result PluginHost::load(const QString &fileName)
@@ -42,13 +43,12 @@ Result PluginHost::load(const QString &fileName)
     return Result::success();
 }
 
-void PluginHost::unload()
+Result PluginHost::unload()
 {
     if (!m_plugin)
-        return;
-    m_plugin->disconnect(this);
+        return Result::success();
     m_plugin = nullptr;
-    m_loader.unload();
+    return m_loader.unload() ? Result::success() : Result::error(m_loader.errorString());
 }
 
 QString PluginHost::caption() const

@@ -17,8 +17,9 @@ public:
     ~PluginHost() override;
 
     Result load(const QString &fileName);
-    /// Destroys the plug-in and unloads its library. The plug-in's widgets must be detached before.
-    void unload();
+    /// Destroys the plug-in and unloads its library. Messages that the plug-in sends meanwhile are still
+    /// received. The plug-in's widgets must be detached before.
+    Result unload();
     bool isLoaded() const { return m_plugin != nullptr; }
     /// Null unless loaded.
     TrivexPluginInterface *plugin() const { return m_plugin; }

@@ -89,15 +89,14 @@ QStringList DueTable::lines(const QJsonObject &pendingService) const
     const QVector<QJsonObject> dueList =
         sorted(pendingService.value(QLatin1String("servicePendingList")).toArray());
     if (dueList.isEmpty())
-        return {DueTable::tr("No service is due. Karts: %1").arg(status.size())};
+        return {tr("No service is due. Karts: %1").arg(status.size())};
 
-    QVector<QStringList> rows = {{DueTable::tr("Model"), DueTable::tr("Kart"), DueTable::tr("Operation"),
-                                  DueTable::tr("Last done"), DueTable::tr("Driven"), DueTable::tr("Limit")}};
+    QVector<QStringList> rows = {
+        {tr("Model"), tr("Kart"), tr("Operation"), tr("Last done"), tr("Driven"), tr("Limit")}};
     for (const QJsonObject &due : dueList)
         rows.append(row(due, driven.value(due.value(QLatin1String("carId")).toInt(-1))));
-    return QStringList {DueTable::tr("Services due"), QString()} + aligned(rows)
-        + QStringList {QString(),
-                       DueTable::tr("Entries: %1, karts in all: %2").arg(dueList.size()).arg(status.size())};
+    return QStringList {tr("Services due"), QString()} + aligned(rows)
+        + QStringList {QString(), tr("Entries: %1, karts in all: %2").arg(dueList.size()).arg(status.size())};
 }
 
 QStringList DueTable::row(const QJsonObject &due, const QJsonObject &driven) const
@@ -109,7 +108,7 @@ QStringList DueTable::row(const QJsonObject &due, const QJsonObject &driven) con
     const QString name = oneLine(due.value(QLatin1String("opName")).toString());
     return {model,
             due.value(QLatin1String("carNum")).toString(),
-            isComplaint ? oneLine(DueTable::tr("Complaint: %1").arg(name)) : name,
+            isComplaint ? oneLine(tr("Complaint: %1").arg(name)) : name,
             localTimeText(due.value(QLatin1String("opDateTime")).toString()),
             amounts(sums.value(QLatin1String("tt")).toInt(), sums.value(QLatin1String("tr")).toInt(),
                     sums.value(QLatin1String("tl")).toInt()),

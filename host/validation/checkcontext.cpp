@@ -91,8 +91,7 @@ CheckContext::~CheckContext() = default;
 void CheckContext::makeDatabase()
 {
     if (const Result result = HostDatabase::prepare(m_folder); !result)
-        throw CheckSkipped {
-            CheckContext::tr("the scratch database cannot be made: %1").arg(result.errorText())};
+        throw CheckSkipped {tr("the scratch database cannot be made: %1").arg(result.errorText())};
     m_database = std::make_unique<HostConnection>(m_folder.databasePath());
     HostTransaction transaction(*m_database);
     for (const char *statement :
@@ -118,7 +117,7 @@ void CheckContext::makeDatabase()
 void CheckContext::exec(const QString &statement, const QVariantList &values)
 {
     if (!m_database->exec(statement, values))
-        throw CheckSkipped {CheckContext::tr("the scratch database: %1").arg(m_database->errorText())};
+        throw CheckSkipped {tr("the scratch database: %1").arg(m_database->errorText())};
 }
 
 int CheckContext::count(const QString &table, const QString &condition)
@@ -136,7 +135,8 @@ void CheckContext::load()
 
 void CheckContext::unload()
 {
-    m_plugin.unload();
+    const Result result = m_plugin.unload();
+    expect(result.isOk(), result.errorText());
 }
 
 TrivexPluginInterface &CheckContext::plugin()
@@ -169,7 +169,7 @@ HostMessage CheckContext::await(const QString &event)
             return message;
         }
         expect(!deadline.hasExpired(),
-               CheckContext::tr("\"%1\" did not come within %2 s").arg(event).arg(longestAnswer / 1000));
+               tr("\"%1\" did not come within %2 s").arg(event).arg(longestAnswer / 1000));
         wait(5);
     }
 }
@@ -184,16 +184,14 @@ void CheckContext::wait(int milliseconds)
 void CheckContext::expectSilence(int milliseconds)
 {
     wait(milliseconds);
-    expect(m_messages.isEmpty(),
-           CheckContext::tr("it sent %1 without a request").arg(listed(eventsOf(m_messages))));
+    expect(m_messages.isEmpty(), tr("it sent %1 without a request").arg(listed(eventsOf(m_messages))));
 }
 
 QWidget &CheckContext::widget(const HostMessage &message, const char *key)
 {
     QWidget *widget = message.widget(QLatin1String(key));
     expect(QApplication::allWidgets().contains(widget),
-           CheckContext::tr("%1 is not the address of a widget")
-               .arg(jsonText(message.data.value(QLatin1String(key)))));
+           tr("%1 is not the address of a widget").arg(jsonText(message.data.value(QLatin1String(key)))));
     return *widget;
 }
 

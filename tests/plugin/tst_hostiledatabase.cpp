@@ -1,5 +1,5 @@
 #include "support/garagetest.h"
-#include "support/pluginhost.h"
+#include "support/loadedplugin.h"
 
 #include <QComboBox>
 #include <QJsonDocument>
@@ -23,7 +23,7 @@ QJsonObject batch(const QJsonArray &records)
     return {{"data", QString::fromUtf8(QJsonDocument(records).toJson())}};
 }
 
-QJsonObject lastReload(const QVector<PluginHost::Message> &messages)
+QJsonObject lastReload(const QVector<LoadedPlugin::Message> &messages)
 {
     for (auto it = messages.crbegin(); it != messages.crend(); ++it) {
         if (it->event == "update_pending_service")
@@ -42,7 +42,7 @@ bool isPending(const QJsonObject &reload, int carId, int opId)
 }
 
 /// Looks at every tab, sorted and filtered in every way, and at the settings page.
-void lookAtEverything(PluginHost &host)
+void lookAtEverything(LoadedPlugin &host)
 {
     QWidget *window = host.window();
     auto *tabs = window->findChild<QTabWidget *>();
@@ -177,7 +177,7 @@ void TestHostileDatabase::anyContentLeavesTheRestAsItIs()
     for (const QString &statement : statements)
         database->exec(statement);
 
-    PluginHost host;
+    LoadedPlugin host;
     host.showWindow();
     lookAtEverything(host);
     host.send("run_saved_to_db");
@@ -204,7 +204,7 @@ void TestHostileDatabase::tablesMayVanishAndComeBackWhileRunning()
     QFETCH(QString, table);
     const auto database = createDatabase();
     addDueCar(*database);
-    PluginHost host;
+    LoadedPlugin host;
     host.showWindow();
 
     database->exec(QString("ALTER TABLE %1 RENAME TO gone").arg(table));
@@ -244,7 +244,7 @@ void TestHostileDatabase::columnsMayBeRenamedWhileRunning()
     QFETCH(QString, column);
     const auto database = createDatabase();
     addDueCar(*database);
-    PluginHost host;
+    LoadedPlugin host;
     host.showWindow();
 
     database->exec(QString("ALTER TABLE %1 RENAME COLUMN %2 TO other").arg(table, column));
@@ -269,7 +269,7 @@ void TestHostileDatabase::aFileThatTakesTheDatabasesPlaceIsUsed()
 {
     QFETCH(bool, removeFirst);
     createDatabase();
-    PluginHost host;
+    LoadedPlugin host;
     host.showWindow();
     host.settingsPage();
 
@@ -295,7 +295,7 @@ void TestHostileDatabase::aFileThatTakesTheDatabasesPlaceIsUsed()
 void TestHostileDatabase::withoutTheFileTheLibraryGoesOn()
 {
     addDueCar(*createDatabase());
-    PluginHost host;
+    LoadedPlugin host;
     host.showWindow();
     QVERIFY(QFile::remove(home().databasePath()));
 

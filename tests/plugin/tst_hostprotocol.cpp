@@ -1,5 +1,5 @@
 #include "support/garagetest.h"
-#include "support/pluginhost.h"
+#include "support/loadedplugin.h"
 
 #include <QComboBox>
 #include <QDialog>
@@ -90,7 +90,7 @@ private slots:
 void TestHostProtocol::clickedWithShowGarageInsertsTheTab()
 {
     const auto database = createDatabase();
-    PluginHost host;
+    LoadedPlugin host;
     const auto answer = host.ask("clicked", {{"key", "show_garage"}});
     QCOMPARE(answer.size(), 1);
     QCOMPARE(answer.first().module, "garage_plugin");
@@ -116,14 +116,14 @@ void TestHostProtocol::clickedWithAnotherKeyDoesNothing()
 {
     QFETCH(QJsonObject, data);
     const auto database = createDatabase();
-    PluginHost host;
+    LoadedPlugin host;
     QVERIFY(host.ask("clicked", data).isEmpty());
 }
 
 void TestHostProtocol::theCloseButtonsAskToHideTheTab()
 {
     const auto database = createDatabase();
-    PluginHost host;
+    LoadedPlugin host;
     QWidget *window = host.window();
     host.showWindow();
     auto *tabs = in<QTabWidget>(window, "tabWidget");
@@ -133,7 +133,7 @@ void TestHostProtocol::theCloseButtonsAskToHideTheTab()
         host.takeMessages();
         QTest::mouseClick(in<QPushButton>(window, buttons[tab]), Qt::LeftButton);
         const auto messages = host.takeMessages();
-        QCOMPARE(PluginHost::names(messages), QStringList("close_tab"));
+        QCOMPARE(LoadedPlugin::names(messages), QStringList("close_tab"));
         QCOMPARE(messages.first().module, "garage_plugin");
         QCOMPARE(messages.first().data,
                  QJsonObject({{"tabWidget", qint64(quintptr(window))},
@@ -146,10 +146,10 @@ void TestHostProtocol::theCloseButtonsAskToHideTheTab()
 void TestHostProtocol::loadCompleteAsksForCarsAndRemoteService()
 {
     const auto database = createDatabase();
-    PluginHost host;
+    LoadedPlugin host;
     QVERIFY(!host.plugin()->subscribedEvents().contains("load_complete"));
     const auto answer = host.ask("load_complete");
-    QCOMPARE(PluginHost::names(answer), QStringList({"read_cars_list", "update_remote_service"}));
+    QCOMPARE(LoadedPlugin::names(answer), QStringList({"read_cars_list", "update_remote_service"}));
     for (const auto &message : answer) {
         QCOMPARE(message.module, "garage_plugin");
         QVERIFY(message.data.isEmpty());
@@ -159,7 +159,7 @@ void TestHostProtocol::loadCompleteAsksForCarsAndRemoteService()
 void TestHostProtocol::sendSettingsDialogsIsAnsweredWithThePage()
 {
     const auto database = createDatabase();
-    PluginHost host;
+    LoadedPlugin host;
     const auto answer = host.ask("send_settings_dialogs");
     QCOMPARE(answer.size(), 1);
     QCOMPARE(answer.first().module, "garage_plugin");
@@ -174,10 +174,10 @@ void TestHostProtocol::runSavedToDbReloads()
 {
     const auto database = createDatabase();
     database->addCar(1, "10", "Sodi");
-    PluginHost host;
+    LoadedPlugin host;
     host.send("run_saved_to_db"); // the window need not be visible
     const auto messages = host.awaitReload();
-    QCOMPARE(PluginHost::names(messages), QStringList("update_pending_service"));
+    QCOMPARE(LoadedPlugin::names(messages), QStringList("update_pending_service"));
     QCOMPARE(messages.first().module, "garage_stats_updater");
     QCOMPARE(messages.first().data,
              QJsonObject({{"servicePendingList", QJsonArray()},
@@ -197,7 +197,7 @@ void TestHostProtocol::unknownAndIdleEventsDoNothing()
 {
     QFETCH(QByteArray, event);
     const auto database = createDatabase();
-    PluginHost host;
+    LoadedPlugin host;
     QVERIFY(host.ask(event.constData(), carsList()).isEmpty());
     QVERIFY(host.noFurtherReload());
 }
@@ -205,7 +205,7 @@ void TestHostProtocol::unknownAndIdleEventsDoNothing()
 void TestHostProtocol::theModuleNameOfIncomingMessagesIsIgnored()
 {
     const auto database = createDatabase();
-    PluginHost host;
+    LoadedPlugin host;
     for (const char *module : {"", "garage_plugin", "трек"}) {
         host.takeMessages();
         host.send("send_settings_dialogs", {}, module);
@@ -216,7 +216,7 @@ void TestHostProtocol::theModuleNameOfIncomingMessagesIsIgnored()
 void TestHostProtocol::carsListChangedRefreshesListsAndReglament()
 {
     const auto database = createDatabase();
-    PluginHost host;
+    LoadedPlugin host;
     QWidget *window = host.window();
     QWidget *page = host.settingsPage();
     const auto *reglament = in<QTreeView>(page, "tvServiceReglament")->model();
@@ -248,7 +248,7 @@ void TestHostProtocol::carsListChangedReloadsOnlyAVisibleWindow()
     QFETCH(QJsonValue, noStatsUpdate);
     QFETCH(bool, reloads);
     const auto database = createDatabase();
-    PluginHost host;
+    LoadedPlugin host;
     if (visible)
         host.showWindow();
     QJsonObject data = carsList();
@@ -256,7 +256,7 @@ void TestHostProtocol::carsListChangedReloadsOnlyAVisibleWindow()
         data.insert("noStatsUpdate", noStatsUpdate);
     host.send("cars_list_changed", data);
     if (reloads)
-        QCOMPARE(PluginHost::names(host.awaitReload()), QStringList("update_pending_service"));
+        QCOMPARE(LoadedPlugin::names(host.awaitReload()), QStringList("update_pending_service"));
     QVERIFY(host.noFurtherReload());
     QCOMPARE(in<QTreeView>(host.window(), "tvAllCars")->model()->rowCount(), 2);
 }
@@ -264,7 +264,7 @@ void TestHostProtocol::carsListChangedReloadsOnlyAVisibleWindow()
 void TestHostProtocol::theReloadIsAskedForBeforeTheListsAreRefreshed()
 {
     const auto database = createDatabase();
-    PluginHost host;
+    LoadedPlugin host;
     host.showWindow();
     QWidget *window = host.window();
     const auto *cars = in<QTreeView>(window, "tvAllCars")->model();
@@ -297,7 +297,7 @@ void TestHostProtocol::peopleReachTheDialogs()
     QFETCH(bool, shownBefore);
     const auto database = createDatabase();
     database->addCar(1, "10", "Sodi");
-    PluginHost host;
+    LoadedPlugin host;
     if (shownBefore)
         host.showWindow();
     const QJsonArray people {QJsonObject {{"id", 5}, {"lastName", "Ким"}}};
@@ -338,7 +338,7 @@ void TestHostProtocol::remoteTogglesAreCarriedOutAndAnswered()
     QFETCH(int, command);
     QFETCH(bool, answered);
     const auto database = createDatabase();
-    PluginHost host;
+    LoadedPlugin host;
     host.send("cars_list_changed", carsList());
     QJsonObject request = toggleRequest(carId);
     if (!skipAnswer.isNull())
@@ -383,7 +383,7 @@ void TestHostProtocol::otherRemoteMessagesGetNoAnswer()
 {
     QFETCH(QJsonObject, request);
     const auto database = createDatabase();
-    PluginHost host;
+    LoadedPlugin host;
     host.send("cars_list_changed", carsList());
     QVERIFY(host.ask("remote_control_data", request).isEmpty());
     QVERIFY(host.noFurtherReload());
@@ -407,7 +407,7 @@ void TestHostProtocol::remoteServiceDataIsSynchronised()
     QFETCH(QByteArray, event);
     QFETCH(QJsonObject, data);
     const auto database = createDatabase();
-    PluginHost host;
+    LoadedPlugin host;
     host.send(event.constData(), data);
     auto messages = host.awaitReload();
     // The reload's message goes out before the archive's.
@@ -437,7 +437,7 @@ void TestHostProtocol::unusableServiceDataDoesNothing()
 {
     QFETCH(QJsonValue, data);
     const auto database = createDatabase();
-    PluginHost host;
+    LoadedPlugin host;
     QVERIFY(host.ask("remote_service_data", {{"data", data}}).isEmpty());
     QVERIFY(host.noFurtherReload());
     QCOMPARE(database->value("SELECT count(*) FROM maintainance").toInt(), 0);
@@ -446,7 +446,7 @@ void TestHostProtocol::unusableServiceDataDoesNothing()
 void TestHostProtocol::theWindowsButtonsAnswerRemoteControlsToo()
 {
     const auto database = createDatabase();
-    PluginHost host;
+    LoadedPlugin host;
     QWidget *window = host.window();
     host.showWindow();
     in<QTabWidget>(window, "tabWidget")->setCurrentIndex(0);
@@ -455,7 +455,7 @@ void TestHostProtocol::theWindowsButtonsAnswerRemoteControlsToo()
     host.takeMessages();
     QTest::mouseClick(in<QPushButton>(window, "pbSetAvailable"), Qt::LeftButton);
     const auto messages = host.takeMessages();
-    QCOMPARE(PluginHost::names(messages), QStringList({"update_cars", "remote_control_answer"}));
+    QCOMPARE(LoadedPlugin::names(messages), QStringList({"update_cars", "remote_control_answer"}));
     QJsonObject expected {{"carsIdsList", QJsonArray {2, 1}},
                           {"command", "set_availability"},
                           {"available", 1},
@@ -473,7 +473,7 @@ void TestHostProtocol::renamedOperationsAreAnnounced()
 {
     const auto database = createDatabase();
     database->addOperation(3, "Масло");
-    PluginHost host;
+    LoadedPlugin host;
     auto *model = in<QTreeView>(host.settingsPage(), "tvServiceOperations")->model();
     host.takeMessages();
     QVERIFY(model->setData(model->index(0, 1), "Смазка"));
@@ -490,7 +490,7 @@ void TestHostProtocol::reloadsAreTriggeredExactlyAsOftenAsAgreed()
 {
     const auto database = createDatabase();
     database->addCar(1, "10", "Sodi");
-    PluginHost host;
+    LoadedPlugin host;
     QWidget *window = host.window();
     QVERIFY(host.noFurtherReload()); // none by construction
 
@@ -537,7 +537,7 @@ void TestHostProtocol::hostileMessagesDoNoHarm()
 {
     const auto database = createDatabase();
     database->addCar(1, "10", "Sodi");
-    PluginHost host;
+    LoadedPlugin host;
     host.showWindow();
     const QJsonArray values {QJsonValue(),
                              true,

@@ -1,5 +1,5 @@
 #include "support/garagetest.h"
-#include "support/pluginhost.h"
+#include "support/loadedplugin.h"
 #include "support/resources.h"
 
 #include <QSqlDatabase>
@@ -51,7 +51,7 @@ void TestLifeCycle::fill(const TestDatabase &database)
 
 void TestLifeCycle::liveOnce()
 {
-    PluginHost host;
+    LoadedPlugin host;
     host.send("load_complete");
     host.send("personal_list", {{"personalList", QJsonArray {}}});
     host.showWindow();

@@ -4,7 +4,7 @@
 //   laps FILE                      a timing system that records laps
 //   reader FILE                    looks whether batches are ever seen in part
 
-#include "support/pluginhost.h"
+#include "support/loadedplugin.h"
 #include "support/testdatabase.h"
 
 #include <QAction>
@@ -130,7 +130,7 @@ private:
         dialog->accept();
     }
 
-    PluginHost m_host;
+    LoadedPlugin m_host;
     QWidget *const m_window = m_host.window();
     QTimer m_dialogTimer;
     int m_nextId;

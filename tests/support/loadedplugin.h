@@ -1,40 +1,32 @@
 #pragma once
 
+#include "host/plugin/pluginhost.h"
 #include "trivexplugininterface.h"
 
 #include <QJsonArray>
-#include <QJsonObject>
-#include <QPluginLoader>
 #include <QVector>
 #include <QWidget>
 
-/// A host that loads the finished library and knows nothing of it but interface and messages.
-class PluginHost final : public QObject
+/// The finished library, loaded as the demo host loads it. Collects the messages of the plug-in.
+class LoadedPlugin final : public QObject
 {
     Q_OBJECT
 public:
-    struct Message
-    {
-        QString module;
-        QString event;
-        QJsonObject data;
-    };
+    using Message = HostMessage;
 
-    PluginHost();
-    /// Unloads the library if that was not done before.
-    ~PluginHost() override;
+    LoadedPlugin();
 
-    TrivexPluginInterface *plugin() const { return m_plugin; }
-    QPluginLoader &loader() { return m_loader; }
+    TrivexPluginInterface *plugin() const { return m_host.plugin(); }
 
     void send(const char *event, const QJsonObject &data = {}, const char *module = "host");
-    /// Sends, and gives what the plug-in sent in direct answer.
+    /// Sends the message and returns the messages that the plug-in sent from within the call.
     QVector<Message> ask(const char *event, const QJsonObject &data = {});
-    /// Waits for the reload that was asked for before and gives all messages up to then.
+    /// Waits for the reload requested before and returns all messages up to then.
     QVector<Message> awaitReload();
-    /// Waits a little and says whether a reload came that was not awaited.
+    /// Waits 150 ms. True if no reload came that was not awaited.
     bool noFurtherReload();
     QVector<Message> takeMessages();
+    /// Fails the program if the library is not unloaded.
     void unload();
 
     /// The garage window and the settings page, by the addresses that the plug-in sends.
@@ -50,8 +42,7 @@ public:
 private:
     QWidget *widgetFromAnswer(const char *event, const QJsonObject &data, const char *key);
 
-    QPluginLoader m_loader;
-    TrivexPluginInterface *m_plugin = nullptr;
+    PluginHost m_host;
     int m_reloads = 0;
     int m_awaitedReloads = 0;
 };
