@@ -1,6 +1,6 @@
 #include "support/databaselock.h"
 #include "support/garagetest.h"
-#include "support/pluginhost.h"
+#include "support/loadedplugin.h"
 
 #include <QElapsedTimer>
 #include <QMainWindow>
@@ -139,38 +139,38 @@ void TestHostEnd::theEndOfTheApplicationObjectSendsNothing()
 void TestHostEnd::unloadingSendsOnlyWhatWasStored()
 {
     const auto database = createDatabase();
-    PluginHost host;
+    LoadedPlugin host;
     host.send("remote_service_data", oneRemoteRecord);
     awaitLoader();
     host.unload();
-    QCOMPARE(PluginHost::names(host.takeMessages()), QStringList(archived));
+    QCOMPARE(LoadedPlugin::names(host.takeMessages()), QStringList(archived));
 }
 
 void TestHostEnd::unloadingDoesNotRunQueuedCalls()
 {
     const auto database = createDatabase();
-    PluginHost host;
+    LoadedPlugin host;
     QMetaObject::invokeMethod(host.plugin(), "pluginSlot", Qt::QueuedConnection, Q_ARG(QString, QString()),
                               Q_ARG(QString, QString("load_complete")), Q_ARG(QJsonObject, QJsonObject()));
     host.unload();
-    QCOMPARE(PluginHost::names(host.takeMessages()), QStringList());
+    QCOMPARE(LoadedPlugin::names(host.takeMessages()), QStringList());
 }
 
 void TestHostEnd::aParentThatIsWholeDoesNotSilenceTheUnloading()
 {
     const auto database = createDatabase();
     QObject parent;
-    PluginHost host;
+    LoadedPlugin host;
     host.plugin()->setParent(&parent);
     host.send("remote_service_data", oneRemoteRecord);
     host.unload();
-    QCOMPARE(PluginHost::names(host.takeMessages()), QStringList(archived));
+    QCOMPARE(LoadedPlugin::names(host.takeMessages()), QStringList(archived));
 }
 
 void TestHostEnd::aLockHoldsUpQuittingAndUnloadingForTenSecondsTogether()
 {
     const auto database = createDatabase();
-    PluginHost host;
+    LoadedPlugin host;
     host.send("run_saved_to_db");
     host.awaitReload();
     const DatabaseLock lock(home().databasePath(), DatabaseLock::Exclusive, 60000);
@@ -183,7 +183,7 @@ void TestHostEnd::aLockHoldsUpQuittingAndUnloadingForTenSecondsTogether()
     host.unload();
     QVERIFY2(timer.elapsed() < 10000, qPrintable(QString::number(timer.elapsed())));
     QVERIFY(lock.isHeld());
-    QCOMPARE(PluginHost::names(host.takeMessages()), QStringList());
+    QCOMPARE(LoadedPlugin::names(host.takeMessages()), QStringList());
 }
 
 GARAGE_TEST(TestHostEnd)

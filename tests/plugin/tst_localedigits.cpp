@@ -1,6 +1,6 @@
 #include "data/records.h"
 #include "support/garagetest.h"
-#include "support/pluginhost.h"
+#include "support/loadedplugin.h"
 
 #include <QApplication>
 #include <QDateTimeEdit>
@@ -45,7 +45,7 @@ QStringList shownCells(const QTreeView &view)
     return rows;
 }
 
-QString messageText(const PluginHost::Message &message)
+QString messageText(const LoadedPlugin::Message &message)
 {
     return message.event + ' '
         + QString::fromUtf8(QJsonDocument(message.data).toJson(QJsonDocument::Compact));
@@ -90,7 +90,7 @@ void TestLocaleDigits::textsOfOneSession()
     addRecords(*database);
     QStringList texts;
     {
-        PluginHost host;
+        LoadedPlugin host;
         host.showWindow();
         QWidget *window = host.window();
         QWidget *page = host.settingsPage();
@@ -98,7 +98,7 @@ void TestLocaleDigits::textsOfOneSession()
         const auto *table = window->findChild<QTreeView *>("tvMaintainanceTable");
         auto *log = window->findChild<QTreeView *>("tvServiceLog");
         const auto reload = [&] {
-            for (const PluginHost::Message &message : host.awaitReload()) {
+            for (const LoadedPlugin::Message &message : host.awaitReload()) {
                 if (message.event != "remote_service_move_to_archive") // may come later
                     texts.append(messageText(message));
             }
@@ -124,7 +124,7 @@ void TestLocaleDigits::textsOfOneSession()
         log->setCurrentIndex(log->model()->index(0, 0));
         QMetaObject::invokeMethod(window, "on_actionDoneOperation_triggered");
         texts.append(shownDate);
-        for (const PluginHost::Message &message : host.takeMessages())
+        for (const LoadedPlugin::Message &message : host.takeMessages())
             texts.append(messageText(message));
 
         host.send(

@@ -1,6 +1,6 @@
 #include "support/garagetest.h"
+#include "support/loadedplugin.h"
 #include "support/moments.h"
-#include "support/pluginhost.h"
 
 #include <QDateTimeEdit>
 #include <QDialog>
@@ -69,35 +69,35 @@ private slots:
     void anEveningAtTheTrack();
 
 private:
-    static void sendRecords(PluginHost &host, const QJsonArray &records);
+    static void sendRecords(LoadedPlugin &host, const QJsonArray &records);
     /// Sends the records and waits until they are stored, reported and archived.
-    static QJsonArray synchronise(PluginHost &host, const QJsonArray &records);
-    static QJsonArray pending(const QVector<PluginHost::Message> &messages);
+    static QJsonArray synchronise(LoadedPlugin &host, const QJsonArray &records);
+    static QJsonArray pending(const QVector<LoadedPlugin::Message> &messages);
 };
 
-void TestRemoteSynchronisation::sendRecords(PluginHost &host, const QJsonArray &records)
+void TestRemoteSynchronisation::sendRecords(LoadedPlugin &host, const QJsonArray &records)
 {
     host.send("remote_service_data",
               {{"data", QString::fromUtf8(QJsonDocument(records).toJson(QJsonDocument::Compact))}});
 }
 
-QJsonArray TestRemoteSynchronisation::synchronise(PluginHost &host, const QJsonArray &records)
+QJsonArray TestRemoteSynchronisation::synchronise(LoadedPlugin &host, const QJsonArray &records)
 {
     host.takeMessages();
     sendRecords(host, records);
     auto messages = host.awaitReload();
     if (!QTest::qWaitFor([&] {
             messages += host.takeMessages();
-            return PluginHost::names(messages).contains("remote_service_move_to_archive");
+            return LoadedPlugin::names(messages).contains("remote_service_move_to_archive");
         }))
         QTest::qFail("Nothing was archived", __FILE__, __LINE__);
-    if (PluginHost::names(messages)
+    if (LoadedPlugin::names(messages)
         != QStringList({"update_pending_service", "remote_service_move_to_archive"}))
-        QTest::qFail(qPrintable(PluginHost::names(messages).join(',')), __FILE__, __LINE__);
+        QTest::qFail(qPrintable(LoadedPlugin::names(messages).join(',')), __FILE__, __LINE__);
     return messages.last().data.value("idList").toArray();
 }
 
-QJsonArray TestRemoteSynchronisation::pending(const QVector<PluginHost::Message> &messages)
+QJsonArray TestRemoteSynchronisation::pending(const QVector<LoadedPlugin::Message> &messages)
 {
     for (const auto &message : messages) {
         if (message.event == "update_pending_service")
@@ -109,7 +109,7 @@ QJsonArray TestRemoteSynchronisation::pending(const QVector<PluginHost::Message>
 void TestRemoteSynchronisation::aNewRecordIsInsertedAsDone()
 {
     const auto database = createDatabase();
-    PluginHost host;
+    LoadedPlugin host;
     QCOMPARE(synchronise(host, {record(40)}), QJsonArray({40}));
     QCOMPARE(database->rows(everyRecord), QStringList("40|1|2|2026-03-08T09:30Z|5|Пётр|готово|1"));
 }
@@ -117,7 +117,7 @@ void TestRemoteSynchronisation::aNewRecordIsInsertedAsDone()
 void TestRemoteSynchronisation::aRecordSentTwiceUpdatesItsRow()
 {
     const auto database = createDatabase();
-    PluginHost host;
+    LoadedPlugin host;
     synchronise(host, {record(40)});
     synchronise(host, {record(40, {{"comment", "иначе"}, {"carId", 3}})});
     synchronise(host, {record(40), record(40, {{"opId", 9}})});
@@ -128,7 +128,7 @@ void TestRemoteSynchronisation::aLocalIdCompletesTheLocalRecord()
 {
     const auto database = createDatabase();
     const int localId = database->addRecord(1, -1, "2026-03-01T10:00:00.000Z", 0, "Стук");
-    PluginHost host;
+    LoadedPlugin host;
     synchronise(host, {record(40, {{"localId", localId}, {"opId", -1}})});
     // The remote id of a record matched by its local id is not stored.
     QCOMPARE(database->rows(everyRecord), QStringList("NULL|1|-1|2026-03-08T09:30Z|5|Пётр|готово|1"));
@@ -140,7 +140,7 @@ void TestRemoteSynchronisation::bothIdsMayUpdateSeveralRows()
     const int localId = database->addRecord(1, -1, "2026-03-01T10:00Z", 0);
     database->addRecord(7, 7, "2026-03-02T10:00Z", 0);
     database->exec("UPDATE maintainance SET remote_id=40 WHERE car_id=7");
-    PluginHost host;
+    LoadedPlugin host;
     synchronise(host, {record(40, {{"localId", localId}})});
     QCOMPARE(database->rows(everyRecord),
              QStringList(
@@ -176,7 +176,7 @@ void TestRemoteSynchronisation::theServiceCodeNamesThePerson()
     QFETCH(QJsonArray, people);
     QFETCH(QJsonValue, code);
     const auto database = createDatabase();
-    PluginHost host;
+    LoadedPlugin host;
     host.send("personal_list", {{"personalList", people}});
     synchronise(host, {record(40, {{"serviceCode", code}})});
     QTEST(database->rows("SELECT person_id,person_name FROM maintainance").first(), "stored");
@@ -185,7 +185,7 @@ void TestRemoteSynchronisation::theServiceCodeNamesThePerson()
 void TestRemoteSynchronisation::missingKeysTakeTheirDefaults()
 {
     const auto database = createDatabase();
-    PluginHost host;
+    LoadedPlugin host;
     QCOMPARE(synchronise(host, {QJsonObject {{"unknown", 1}}}), QJsonArray({QJsonValue()}));
     QCOMPARE(database->rows(everyRecord), QStringList("-1|-1|-1||-1|||1"));
     // Another one without an id has the same id, -1.
@@ -196,7 +196,7 @@ void TestRemoteSynchronisation::missingKeysTakeTheirDefaults()
 void TestRemoteSynchronisation::elementsThatAreNoRecordsCountAsEmptyOnes()
 {
     const auto database = createDatabase();
-    PluginHost host;
+    LoadedPlugin host;
     QCOMPARE(synchronise(host, {5, "x", QJsonValue(), record(40)}),
              QJsonArray({QJsonValue(), QJsonValue(), QJsonValue(), 40}));
     QCOMPARE(database->rows(everyRecord),
@@ -206,7 +206,7 @@ void TestRemoteSynchronisation::elementsThatAreNoRecordsCountAsEmptyOnes()
 void TestRemoteSynchronisation::idsGoToTheArchiveUnchangedAndInOrder()
 {
     const auto database = createDatabase();
-    PluginHost host;
+    LoadedPlugin host;
     const QJsonArray ids {7, "8", 3.5, 7};
     QJsonArray records;
     for (const QJsonValue &id : ids)
@@ -221,7 +221,7 @@ void TestRemoteSynchronisation::aFailingUpdateInsertsNothing()
     database->exec("UPDATE maintainance SET remote_id=40");
     database->exec("CREATE TRIGGER fault BEFORE UPDATE ON maintainance WHEN new.comment='нет' "
                    "BEGIN SELECT RAISE(ABORT,'injected'); END");
-    PluginHost host;
+    LoadedPlugin host;
     QCOMPARE(synchronise(host, {record(40, {{"comment", "нет"}}), record(41)}), QJsonArray({40, 41}));
     QCOMPARE(
         database->rows(everyRecord),
@@ -233,7 +233,7 @@ void TestRemoteSynchronisation::aFailingInsertLosesOnlyItsOwnRecord()
     const auto database = createDatabase();
     database->exec("CREATE TRIGGER fault BEFORE INSERT ON maintainance WHEN new.remote_id=41 "
                    "BEGIN SELECT RAISE(ABORT,'injected'); END");
-    PluginHost host;
+    LoadedPlugin host;
     synchronise(host, {record(40), record(41), record(42)});
     QCOMPARE(database->value("SELECT group_concat(remote_id) FROM maintainance").toString(), "40,42");
     // A fault that rolls the whole transaction back concerns the whole batch, not half of it.
@@ -245,7 +245,7 @@ void TestRemoteSynchronisation::aFailingInsertLosesOnlyItsOwnRecord()
     auto messages = host.awaitReload();
     host.send("run_saved_to_db");
     messages += host.awaitReload();
-    QVERIFY(!PluginHost::names(messages).contains("remote_service_move_to_archive"));
+    QVERIFY(!LoadedPlugin::names(messages).contains("remote_service_move_to_archive"));
     QCOMPARE(database->value("SELECT group_concat(remote_id) FROM maintainance").toString(), "40,42");
     database->exec("DROP TRIGGER fault");
     synchronise(host, {record(50)});
@@ -256,7 +256,7 @@ void TestRemoteSynchronisation::aBatchIsVisibleAsAWholeOrNotAtAll()
 {
     constexpr int batchSize = 500;
     const auto database = createDatabase();
-    PluginHost host;
+    LoadedPlugin host;
     std::atomic<bool> done {false};
     std::atomic<int> looks {0};
     std::atomic<int> halves {0};
@@ -286,7 +286,7 @@ void TestRemoteSynchronisation::aComplaintGoesRoundBothSides()
 {
     const auto database = createDatabase();
     database->addCar(1, "10", "Sodi");
-    PluginHost host;
+    LoadedPlugin host;
     host.showWindow();
     const auto complain = [&host](const QString &text) {
         QTimer::singleShot(0, &host, [text] {
@@ -333,7 +333,7 @@ void TestRemoteSynchronisation::anEveningAtTheTrack()
     database->addOperation(2, "Масло");
     database->addLimit("Sodi", 2, 0, 0, 2);
     database->addRecord(1, 2, "2026-03-01T10:00:00.000Z", 1);
-    PluginHost host;
+    LoadedPlugin host;
     host.showWindow();
     auto *table = host.window()->findChild<QTreeView *>("tvMaintainanceTable");
 
@@ -365,7 +365,7 @@ void TestRemoteSynchronisation::anEveningAtTheTrack()
     });
     QTest::mouseClick(button, Qt::LeftButton);
     const auto messages = host.awaitReload();
-    QCOMPARE(PluginHost::names(messages), QStringList({"add_remote_service", "update_pending_service"}));
+    QCOMPARE(LoadedPlugin::names(messages), QStringList({"add_remote_service", "update_pending_service"}));
     QCOMPARE(messages.first().module, "garage_plugin");
     QCOMPARE(messages.first().data,
              QJsonObject({{"carId", 1},
