@@ -168,7 +168,8 @@ void checkEventLists(CheckContext &context)
     const QJsonObject catalogue = jsonObject(file.readAll().constData());
     expectEqual(Text::tr("emittedEvents()"), QJsonArray::fromStringList(context.plugin().emittedEvents()),
                 catalogued(catalogue, QLatin1String("emitted")));
-    expectEqual(Text::tr("subscribedEvents()"), QJsonArray::fromStringList(context.plugin().subscribedEvents()),
+    expectEqual(Text::tr("subscribedEvents()"),
+                QJsonArray::fromStringList(context.plugin().subscribedEvents()),
                 catalogued(catalogue, QLatin1String("understood")));
 }
 
