@@ -5,12 +5,19 @@ namespace {
 template<typename IsLimit>
 bool exceedsAnyLimit(const OperationStat &stat, const Limits &limits, IsLimit isLimit)
 {
-    return (isLimit(limits.laps) && stat.laps > limits.laps)
-        || (isLimit(limits.runs) && stat.runs > limits.runs)
-        || (isLimit(limits.seconds) && stat.totalTime > limits.seconds);
+    const auto isExceeded = [&isLimit](int counter, int counterLimit) {
+        return isLimit(counterLimit) && DueRule::excess(counter, counterLimit).value_or(0) > 0;
+    };
+    return isExceeded(stat.laps, limits.laps) || isExceeded(stat.runs, limits.runs)
+        || isExceeded(stat.totalTime, limits.seconds);
 }
 
 } // namespace
+
+std::optional<qint64> DueRule::excess(int counter, int limit)
+{
+    return limit == 0 ? std::nullopt : std::make_optional(qint64(counter) - limit);
+}
 
 bool DueRule::isDue(const OperationStat &stat, const Limits &limits)
 {

@@ -2,8 +2,13 @@
 
 #include "data/records.h"
 
+#include <optional>
+
 /// When a service operation is due again.
 namespace DueRule {
+
+/// By how much a counter is above its limit; 0 or less is what is left. None without a limit, which is 0.
+[[nodiscard]] std::optional<qint64> excess(int counter, int limit);
 
 /// True if at least one counter is strictly above a limit that is not 0: the loader's due list and the
 /// colour of a cell.

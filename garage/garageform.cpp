@@ -64,7 +64,9 @@ void GarageForm::setUpMaintainanceTab()
     // indicator must be on the column of the initial order.
     m_maintainanceFilterProxy.setMaintainanceModel(&m_maintainanceModel);
     m_maintainanceModel.setRowNumberProxy(&m_maintainanceFilterProxy);
-    view->setItemDelegate(new MaintainanceDelegate(view));
+    auto *delegate = new MaintainanceDelegate(view);
+    delegate->setServiceLog(&m_serviceLogModel);
+    view->setItemDelegate(delegate);
     view->setModel(&m_maintainanceFilterProxy);
     view->header()->setSortIndicator(MaintainanceModel::numberColumn, Qt::AscendingOrder);
     view->setSortingEnabled(true);

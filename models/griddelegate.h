@@ -2,8 +2,11 @@
 
 #include <QStyledItemDelegate>
 
+#include <optional>
+
 /// Draws cells with a one-pixel grid in the palette's Midlight colour and never a focus frame. Numbers have
-/// ASCII digits and no group separators. A text that its cell cuts off is shown whole as a tool tip.
+/// ASCII digits and no group separators. A text that is up to 15 % too wide is condensed; a wider one is
+/// elided and shown whole as a tool tip. Text over a background that the model sets is dark in every palette.
 class GridDelegate : public QStyledItemDelegate
 {
     Q_OBJECT
@@ -19,6 +22,7 @@ public:
     void setEditorData(QWidget *editor, const QModelIndex &index) const override;
     /// Writes nothing if the editor's text is the one that it was opened with.
     void setModelData(QWidget *editor, QAbstractItemModel *model, const QModelIndex &index) const override;
+    /// Of a huge text only the beginning, so that its layout is quick and its row not higher than a view.
     QString displayText(const QVariant &value, const QLocale &locale) const override;
     bool helpEvent(QHelpEvent *event, QAbstractItemView *view, const QStyleOptionViewItem &option,
                    const QModelIndex &index) override;
@@ -27,4 +31,13 @@ protected:
     /// Whether the text of the cell must be written again even if it did not change, unless it is empty.
     virtual bool isUnsaved(const QModelIndex &index) const;
     void initStyleOption(QStyleOptionViewItem *option, const QModelIndex &index) const override;
+    /// Qt's styled painting of an option that is complete, condensed if that makes its text fit.
+    static void paintContent(QPainter *painter, QStyleOptionViewItem cell);
+    /// The cell's outline; its pen stays on the painter.
+    static void paintGrid(QPainter *painter, const QStyleOptionViewItem &option);
+    /// What a cell's tool tip says besides a text that is cut off; nothing by default.
+    virtual QString explanation(const QModelIndex &index) const;
+
+private:
+    bool isCut(const QStyleOptionViewItem &option, const QModelIndex &index) const;
 };

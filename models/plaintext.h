@@ -2,15 +2,18 @@
 
 #include <QString>
 
+class QWidget;
+
 /// Texts that users typed, for the places that show them.
 namespace PlainText {
 
-/// A tool tip that shows markup as it was typed and keeps its lines.
-inline QString toolTip(const QString &text)
-{
-    return QLatin1String("<span style=\"white-space:pre-wrap\">") + text.toHtmlEscaped()
-        + QLatin1String("</span>");
-}
+/// A tool tip that shows markup as it was typed and keeps its lines. A long text ends with "…" after about
+/// 20 lines, or after fewer on a small screen, so that the tool tip leaves the pointer free.
+QString toolTip(const QString &text, const QWidget &owner);
+
+/// The first lines of a text, "…" in place of the rest. A line counts once for each `lineLength` characters
+/// that it has or begins.
+QString firstLines(const QString &text, int lines, int lineLength);
 
 /// For places that are one line high.
 inline QString singleLine(QString text)

@@ -28,7 +28,7 @@ void showWhole(QWidget *widget, QEvent *event, const QString &text, int width)
 {
     const bool isCut = elided(widget, text, width) != PlainText::singleLine(text);
     QToolTip::showText(static_cast<QHelpEvent *>(event)->globalPos(),
-                       isCut ? PlainText::toolTip(text) : QString(), widget);
+                       isCut ? PlainText::toolTip(text, *widget) : QString(), widget);
 }
 
 } // namespace
