@@ -1,5 +1,6 @@
 #include "garage/garageform.h"
 
+#include "models/columntitles.h"
 #include "models/columnwidthkeeper.h"
 #include "models/currentrowtracker.h"
 #include "models/maintainancedelegate.h"
@@ -67,6 +68,7 @@ void GarageForm::setUpMaintainanceTab()
     auto *delegate = new MaintainanceDelegate(view);
     delegate->setServiceLog(&m_serviceLogModel);
     view->setItemDelegate(delegate);
+    ColumnTitles::install(view);
     view->setModel(&m_maintainanceFilterProxy);
     view->header()->setSortIndicator(MaintainanceModel::numberColumn, Qt::AscendingOrder);
     view->setSortingEnabled(true);
@@ -82,6 +84,7 @@ void GarageForm::setUpCarsTab()
 {
     const auto setUp = [this](QTreeView *view, CarsListModel &model) {
         view->setItemDelegate(&m_gridDelegate);
+        ColumnTitles::install(view);
         view->setModel(&model);
         model.applyColumnWidths(view);
     };
@@ -93,6 +96,7 @@ void GarageForm::setUpServiceLogTab()
 {
     m_serviceLogFilter.setSourceModel(&m_serviceLogModel);
     m_ui->tvServiceLog->setItemDelegate(&m_gridDelegate);
+    ColumnTitles::install(m_ui->tvServiceLog);
     CurrentRowTracker::install(m_ui->tvServiceLog, &m_serviceLogFilter);
     ActionsMenu::install(m_ui->tvServiceLog);
     m_serviceLogModel.applyColumnWidths(m_ui->tvServiceLog);

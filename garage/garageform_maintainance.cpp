@@ -107,7 +107,7 @@ void GarageForm::addServiceOp(const QModelIndex &index)
     const int file = m_shownFile;
     ModalDialog<ServiceDialog> dialog(this);
     prepareDialog(*dialog, caption(item), columnOpId);
-    dialog->setDateTime(currentMinute());
+    dialog->setDateTime(QDateTime::currentDateTime());
     if (dialog.exec() != QDialog::Accepted || isFileReplaced(file))
         return;
 
@@ -143,7 +143,7 @@ void GarageForm::carComplain(const MaintainanceItem &item)
     ModalDialog<ServiceDialog> dialog(this);
     dialog->setComplaintMode();
     prepareDialog(*dialog, caption(item), complaintOperationId);
-    dialog->setDateTime(currentMinute());
+    dialog->setDateTime(QDateTime::currentDateTime());
     int shownId = noId;
     if (const std::optional<OperationStat> complaint = openComplaint(carId)) {
         shownId = complaint->localId;

@@ -1,6 +1,7 @@
 #include "settings/garagesettingsform.h"
 
 #include "data/scheduletables.h"
+#include "models/columntitles.h"
 #include "models/columnwidthkeeper.h"
 #include "models/currentrowtracker.h"
 #include "settings/actionsmenu.h"
@@ -41,6 +42,7 @@ QSize GarageSettingsForm::sizeHint() const
 void GarageSettingsForm::setUpTable(QTreeView *view, ClearbackgroundTableModel &model)
 {
     view->setItemDelegate(&m_gridDelegate);
+    ColumnTitles::install(view);
     CurrentRowTracker::install(view, &model);
     model.applyColumnWidths(view);
 }
@@ -49,7 +51,6 @@ void GarageSettingsForm::setUpOperationTitles()
 {
     constexpr int mostLines = 3;
     QHeaderView *header = m_ui->tvServiceReglament->header();
-    header->setTextElideMode(Qt::ElideRight);
     header->setMaximumHeight(header->sizeHint().height()
                              + (mostLines - 1) * header->fontMetrics().lineSpacing());
 }

@@ -1,6 +1,7 @@
 #include "settings/reglamentsettingsdialog.h"
 
 #include "models/plaintext.h"
+#include "settings/sizehintminimum.h"
 #include "ui_reglamentsettingsdialog.h"
 
 #include <QPushButton>
@@ -35,6 +36,7 @@ ReglamentSettingsDialog::ReglamentSettingsDialog(QWidget *parent)
     : QDialog(parent), m_ui(std::make_unique<Ui::ReglamentSettingsDialog>())
 {
     m_ui->setupUi(this);
+    new SizeHintMinimum(this);
     setWindowFlag(Qt::WindowContextHelpButtonHint, false);
     m_ui->buttonBox->button(QDialogButtonBox::Ok)->setText(tr("ОК"));
     m_ui->buttonBox->button(QDialogButtonBox::Cancel)->setText(tr("Отмена"));

@@ -1,5 +1,6 @@
 #include "settings/servicedialog.h"
 
+#include "settings/sizehintminimum.h"
 #include "ui_servicedialog.h"
 
 #include <QJsonObject>
@@ -31,6 +32,8 @@ int chosenId(const QComboBox &combo)
 ServiceDialog::ServiceDialog(QWidget *parent) : QDialog(parent), m_ui(std::make_unique<Ui::ServiceDialog>())
 {
     m_ui->setupUi(this);
+    new SizeHintMinimum(this);
+    setWindowFlag(Qt::WindowContextHelpButtonHint, false);
     m_ui->buttonBox->button(QDialogButtonBox::Ok)->setText(tr("ОК"));
     m_ui->buttonBox->button(QDialogButtonBox::Cancel)->setText(tr("Отмена"));
 }
@@ -65,6 +68,7 @@ void ServiceDialog::setDateTime(const QDateTime &dateTime)
 {
     // The field would show, and later read as local, the clock of whatever zone it is given.
     m_ui->deOperationDateTime->setDateTime(dateTime.toLocalTime());
+    m_initialDateTime = m_ui->deOperationDateTime->dateTime();
 }
 
 void ServiceDialog::setComment(const QString &text)
@@ -91,11 +95,20 @@ void ServiceDialog::setComplaintMode()
 {
     m_ui->lComment->setText(tr("Жалоба на карт\nили задание механику"));
     setWindowTitle(tr("Задание"));
+    m_ui->teComments->setFocus();
+}
+
+QDateTime ServiceDialog::chosenDateTime() const
+{
+    QDateTime chosen = m_ui->deOperationDateTime->dateTime();
+    if (chosen != m_initialDateTime)
+        chosen.setTime(QTime(chosen.time().hour(), chosen.time().minute()));
+    return chosen;
 }
 
 void ServiceDialog::accept()
 {
-    m_dateTime = m_ui->deOperationDateTime->dateTime();
+    m_dateTime = chosenDateTime();
     m_personId = chosenId(*m_ui->cbPersonal);
     m_operationId = chosenId(*m_ui->cbOperation);
     m_comment = m_ui->teComments->toPlainText();

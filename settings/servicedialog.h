@@ -27,7 +27,7 @@ public:
     void setPersonal(const QJsonArray &personal);
     /// An id that is not in the list selects "--".
     void setOperation(int opId);
-    /// Shown in local time.
+    /// Shown in local time, to the minute. The seconds stay unless the user chooses another time.
     void setDateTime(const QDateTime &dateTime);
     void setComment(const QString &text);
     /// A name that is not offered changes nothing.
@@ -35,7 +35,7 @@ public:
     void lockOperation();
     /// Appends " - " and the text to the window title.
     void setTitleSuffix(const QString &text);
-    /// Replaces the window title: call it before setTitleSuffix().
+    /// Replaces the window title: call it before setTitleSuffix(). The comment gets the focus.
     void setComplaintMode();
 
     int personId() const { return m_personId; } ///< -1: none
@@ -49,11 +49,14 @@ public slots:
     void accept() override;
 
 private:
+    QDateTime chosenDateTime() const;
+
     int m_personId = noId;
     int m_operationId = noId;
     QString m_operationName;
     QString m_comment;
     QString m_personName;
     QDateTime m_dateTime;
+    QDateTime m_initialDateTime; ///< as the field has it
     const std::unique_ptr<Ui::ServiceDialog> m_ui;
 };

@@ -1,5 +1,6 @@
 #include "settings/singlelinecombobox.h"
 
+#include "models/condensedfont.h"
 #include "models/plaintext.h"
 
 #include <QStylePainter>
@@ -12,9 +13,13 @@ void SingleLineComboBox::paintEvent(QPaintEvent *event)
     const QRect field =
         style()->subControlRect(QStyle::CC_ComboBox, &option, QStyle::SC_ComboBoxEditField, this);
     const QString line = PlainText::singleLine(option.currentText);
-    option.currentText = option.fontMetrics.elidedText(line, Qt::ElideRight, field.width());
-
     QStylePainter painter(this);
+    // Qt's size hint measures the ink of the entries, which is a little narrower than the entries.
+    const std::optional<QFont> condensed = condensedFont(line, font(), field.width());
+    if (condensed)
+        painter.setFont(*condensed);
+    option.currentText =
+        condensed ? line : option.fontMetrics.elidedText(line, Qt::ElideRight, field.width());
     painter.drawComplexControl(QStyle::CC_ComboBox, option);
     painter.drawControl(QStyle::CE_ComboBoxLabel, option);
 }

@@ -56,7 +56,7 @@ class TestServiceRecording : public GarageTest
     Q_OBJECT
 private slots:
     void aServiceIsStoredAnnouncedAndReloaded();
-    void theDialogStartsWithTheClickedOperationAndTheCurrentMinute();
+    void theDialogStartsWithTheClickedOperationAndTheCurrentMoment();
     void acceptingNoOperationStoresOperationMinusOne();
     void aCancelledServiceChangesNothing();
     void anEarlierServiceLeavesTheShownDateUntilTheReload();
@@ -144,7 +144,7 @@ void TestServiceRecording::aServiceIsStoredAnnouncedAndReloaded()
     QCOMPARE(window.find<QTreeView>("tvServiceLog")->model()->rowCount(), 1);
 }
 
-void TestServiceRecording::theDialogStartsWithTheClickedOperationAndTheCurrentMinute()
+void TestServiceRecording::theDialogStartsWithTheClickedOperationAndTheCurrentMoment()
 {
     const auto database = createSample();
     GarageWindow window;
@@ -153,9 +153,7 @@ void TestServiceRecording::theDialogStartsWithTheClickedOperationAndTheCurrentMi
         onNextDialog([expected = operation](QDialog &dialog) {
             QCOMPARE(in<QComboBox>(dialog, "cbOperation")->currentText(), expected);
             const QDateTime shown = in<QDateTimeEdit>(dialog, "deOperationDateTime")->dateTime();
-            QVERIFY(qAbs(shown.secsTo(QDateTime::currentDateTime())) <= 61);
-            QCOMPARE(shown.time().second(), 0);
-            QCOMPARE(shown.time().msec(), 0);
+            QVERIFY(qAbs(shown.secsTo(QDateTime::currentDateTime())) <= 1);
             press(dialog, QDialogButtonBox::Cancel);
         });
         clickCell(window, "9", column);
@@ -280,8 +278,7 @@ void TestServiceRecording::aNewComplaintStartsNowAndMayNameAnOperation()
     window.show();
     onNextDialog([](QDialog &dialog) {
         const QDateTime shown = in<QDateTimeEdit>(dialog, "deOperationDateTime")->dateTime();
-        QVERIFY(qAbs(shown.secsTo(QDateTime::currentDateTime())) <= 61);
-        QCOMPARE(shown.time().second(), 0);
+        QVERIFY(qAbs(shown.secsTo(QDateTime::currentDateTime())) <= 1);
         auto *operation = in<QComboBox>(dialog, "cbOperation");
         QVERIFY(operation->isEnabled());
         operation->setCurrentIndex(operation->findText("Масло"));
