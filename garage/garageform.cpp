@@ -3,6 +3,7 @@
 #include "models/columntitles.h"
 #include "models/columnwidthkeeper.h"
 #include "models/currentrowtracker.h"
+#include "models/hoverlayoutfilter.h"
 #include "models/maintainancedelegate.h"
 #include "resources/garageresources.h"
 #include "settings/actionsmenu.h"
@@ -49,6 +50,8 @@ GarageForm::GarageForm(QWidget *parent)
     m_maintainanceFilterProxy.setObjectName(QStringLiteral("maintaincancFilterProxy"));
 
     m_ui->setupUi(this);
+    for (QTreeView *view : findChildren<QTreeView *>())
+        HoverLayoutFilter::install(view);
     setUpMaintainanceTab();
     setUpCarsTab();
     setUpServiceLogTab();

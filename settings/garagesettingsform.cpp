@@ -4,6 +4,7 @@
 #include "models/columntitles.h"
 #include "models/columnwidthkeeper.h"
 #include "models/currentrowtracker.h"
+#include "models/hoverlayoutfilter.h"
 #include "settings/actionsmenu.h"
 #include "settings/confirmation.h"
 #include "settings/modaldialog.h"
@@ -43,6 +44,7 @@ void GarageSettingsForm::setUpTable(QTreeView *view, ClearbackgroundTableModel &
 {
     view->setItemDelegate(&m_gridDelegate);
     ColumnTitles::install(view);
+    HoverLayoutFilter::install(view);
     CurrentRowTracker::install(view, &model);
     model.applyColumnWidths(view);
 }
