@@ -39,7 +39,7 @@ std::string utf8(const char *englishText, const char *russianText)
     return text(englishText, russianText).toStdString();
 }
 
-/// The parser tells the details in English.
+/// The parser's details are English.
 QString usageMessage(const CLI::ParseError &error)
 {
     const QString detail = QString::fromStdString(error.what());

@@ -2,7 +2,7 @@
 
 #include <QString>
 
-/// What the exit code of the program tells a script.
+/// The exit codes of the program, for scripts.
 enum class ExitCode {
     Ok = 0,
     BadUsage = 1, ///< unknown or contradictory arguments

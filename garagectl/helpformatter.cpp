@@ -63,7 +63,7 @@ std::string HelpFormatter::make_subcommands(const CLI::App *app, CLI::AppFormatM
     for (const CLI::App *command : commands)
         output += make_subcommand(command);
     return output
-        + utf8("\ngaragectl COMMAND --help tells the options of a command.\n",
+        + utf8("\ngaragectl COMMAND --help lists the options of a command.\n",
                "\ngaragectl КОМАНДА --help — ключи команды.\n");
 }
 

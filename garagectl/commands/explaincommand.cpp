@@ -86,7 +86,7 @@ DueRow findRow(const FleetStatus &fleet, const MaintainanceItem &car, const QStr
 CLI::App *ExplainCommand::addTo(CLI::App &program)
 {
     CLI::App *command = program.add_subcommand("explain",
-                                               text("Tells why an operation of a kart is due or is not",
+                                               text("Explains why an operation of a kart is due or is not",
                                                     "Почему операцию карта пора или не пора делать")
                                                    .toStdString());
     command->add_option("car", m_car, text("Number of the kart", "Номер карта").toStdString())

@@ -109,7 +109,7 @@ CLI::App *ForecastCommand::addTo(CLI::App &program)
 {
     CLI::App *command =
         program.add_subcommand("forecast",
-                               text("Tells when each limit will be passed at the present pace",
+                               text("Shows when each limit will be passed at the present pace",
                                     "Когда при нынешнем темпе будет превышен каждый лимит")
                                    .toStdString());
     m_filter.addTo(*command);

@@ -19,7 +19,7 @@ struct LapGroup
     int laps = 0;
     int runs = 0;
     int unreadable = 0; ///< those whose time is no date and time
-    QString first; ///< as it stands in the database
+    QString first; ///< as stored
     QString last;
 };
 
@@ -28,8 +28,8 @@ struct Derivation
 {
     DueRow row; ///< as the module has it
     int recordCount = 0; ///< of this kart and operation
-    int latestCount = 0; ///< of these, how many bear the latest time
-    QString latestTime; ///< as it stands in the database
+    int latestCount = 0; ///< of these, how many have the latest time
+    QString latestTime; ///< as stored
     QString person;
     QVector<LapGroup> laps; ///< empty without a record
     bool isListedByFilter =

@@ -17,7 +17,7 @@ QString key(Meters::Meter meter);
 QJsonObject json(const DueRow &row);
 QStringList csvColumns();
 
-/// The columns that name kart and operation and tell the state, and their cells.
+/// The columns for the kart, the operation and its state, and their cells.
 QVector<TextTable::Column> columns();
 TextTable::Row cells(const DueRow &row);
 

@@ -43,7 +43,7 @@ QString recordSentence(const Derivation &derivation)
                         .arg(derivation.recordCount)
                         .arg(quoted(derivation.latestTime));
     if (derivation.latestCount > 1)
-        sentence += text(" %1 records bear this same time; the database chose one of them.",
+        sentence += text(" %1 records have this same time; the database chose one of them.",
                          " Это время стоит у записей: %1; одну из них выбрала база.")
                         .arg(derivation.latestCount);
     if (!row.stat.lastDone.isValid())

@@ -8,13 +8,13 @@ struct ForecastRow
 {
     DueRow due;
     Pace pace;
-    QDate expectedDay; ///< invalid: due already, or not to be told
+    QDate expectedDay; ///< invalid: due already, or unknown
 
-    /// False also if the day is not to be told.
+    /// False also if the day is unknown.
     bool isDueBy(const QDate &day) const;
 };
 
 /// One row per kart and operation that has a limit: first those that are due already, then by day, at the end
-/// those whose day is not to be told.
+/// those whose day is unknown.
 QVector<ForecastRow> forecastRows(const FleetStatus &fleet, const QVector<DrivingDay> &driving,
                                   const QDate &today);

@@ -22,7 +22,7 @@ struct Share
 };
 
 /// The largest share among the limits above 0; nothing without such a limit. A limit below 0 is exceeded from
-/// the start, so no share of it can be told.
+/// the start, so it has no share.
 std::optional<Share> largestShare(const OperationStat &stat, const Limits &limits);
 
 /// How much may still be driven until the limit is reached; below 0 when it is exceeded. Nothing without a

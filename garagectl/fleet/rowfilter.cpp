@@ -8,7 +8,7 @@
 
 namespace {
 
-template<typename Matches> bool admits(const std::vector<std::string> &wanted, Matches matches)
+template<typename Matches> bool acceptsAny(const std::vector<std::string> &wanted, Matches matches)
 {
     return wanted.empty()
         || std::any_of(wanted.cbegin(), wanted.cend(), [&matches](const std::string &value) {
@@ -38,9 +38,9 @@ void RowFilter::addTo(CLI::App &command)
 bool RowFilter::accepts(const QString &carNumber, const QString &carModel, int opId,
                         const QString &opName) const
 {
-    return admits(cars, [&](const QString &value) { return value == carNumber; })
-        && admits(models, [&](const QString &value) { return value == carModel; })
-        && admits(operations, [&](const QString &value) {
+    return acceptsAny(cars, [&](const QString &value) { return value == carNumber; })
+        && acceptsAny(models, [&](const QString &value) { return value == carModel; })
+        && acceptsAny(operations, [&](const QString &value) {
                return value.compare(opName, Qt::CaseInsensitive) == 0 || value == QString::number(opId);
            });
 }

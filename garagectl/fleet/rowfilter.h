@@ -10,7 +10,7 @@ class App;
 }
 
 /// Which karts and operations a command lists: "--car", "--model" and "--operation". Each may be given
-/// several times; one that is not given admits everything.
+/// several times; one that is not given accepts everything.
 struct RowFilter
 {
     void addTo(CLI::App &command);

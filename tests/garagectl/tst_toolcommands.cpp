@@ -57,7 +57,7 @@ private slots:
     void dueFiltersAndSorts();
     void forecastNeedsSomethingToGoBy();
     void explainDerivesTheVerdict();
-    void explainTellsKartsWithOneNumberApart();
+    void explainSeparatesKartsWithOneNumber();
     void historyFilters_data();
     void historyFilters();
     void eachJsonOutputFollowsItsSchema();
@@ -214,7 +214,7 @@ void TestToolCommands::explainDerivesTheVerdict()
     QVERIFY(QString::fromUtf8(Tool::run({"explain", "8", "2"}).output).contains("never recorded"));
 }
 
-void TestToolCommands::explainTellsKartsWithOneNumberApart()
+void TestToolCommands::explainSeparatesKartsWithOneNumber()
 {
     fill(*createDatabase());
     const Tool::Result both = Tool::run({"explain", "7", "Chain"});
