@@ -64,8 +64,8 @@ QStringList contentOf(const TestDatabase &database)
 {
     QStringList content;
     for (const char *table : {"maintainance", "service_operations", "service_reglament"}) {
-        content.append(QLatin1String(table));
-        content += database.rows(QString("SELECT * FROM %1 ORDER BY 1,2").arg(QLatin1String(table)));
+        content.append(table);
+        content += database.rows(QString("SELECT * FROM %1 ORDER BY 1,2").arg(table));
     }
     return content;
 }
@@ -73,7 +73,7 @@ QStringList contentOf(const TestDatabase &database)
 } // namespace
 
 /// Each write of the module with a fault at each of its steps: afterwards all of it is in the file or
-/// nothing, the file is sound, and the same connection works on.
+/// nothing, the file is sound, and the same connection still works.
 class TestFaultAtAnyStep : public GarageTest
 {
     Q_OBJECT
@@ -207,7 +207,7 @@ void TestFaultAtAnyStep::tryFault(const Write &write, FaultyFiles::Operation ope
     restoreFile();
     GarageDatabase database("module");
     FaultyFiles::fail(operation, k, duration);
-    // A write waits as long as the file is busy, so somebody else must end this.
+    // A write waits as long as the file is busy, so another thread ends this.
     std::thread rescuer;
     if (operation == FaultyFiles::BusyLock && duration == FaultyFiles::UntilCleared) {
         rescuer = std::thread([] {
@@ -275,7 +275,7 @@ void TestFaultAtAnyStep::theOnlyStatementFails_data()
     QTest::addColumn<QString>("raise");
     for (int i = 0; i < writes.size(); ++i) {
         for (const char *raise : {"ABORT", "FAIL", "ROLLBACK"})
-            QTest::addRow("%s, %s", writes.at(i).name, raise) << i << QString::fromLatin1(raise);
+            QTest::addRow("%s, %s", writes.at(i).name, raise) << i << raise;
     }
 }
 
@@ -287,9 +287,9 @@ void TestFaultAtAnyStep::theOnlyStatementFails()
     QStringList triggers;
     for (const char *table : {"maintainance", "service_operations", "service_reglament"}) {
         for (const char *event : {"INSERT", "UPDATE", "DELETE"}) {
-            const QString name = QString("%1_%2").arg(QLatin1String(table), QLatin1String(event));
+            const QString name = QString("%1_%2").arg(table, event);
             check.exec(QString("CREATE TRIGGER %1 BEFORE %2 ON %3 BEGIN SELECT RAISE(%4, 'injected'); END")
-                           .arg(name, QLatin1String(event), QLatin1String(table), raise));
+                           .arg(name, event, table, raise));
             triggers.append(name);
         }
     }
@@ -316,7 +316,7 @@ void TestFaultAtAnyStep::theCommitFails()
     for (const char *table : {"maintainance", "service_operations", "service_reglament"}) {
         for (const char *event : {"INSERT", "UPDATE", "DELETE"}) {
             check.exec(QString("CREATE TRIGGER %1_%2 BEFORE %2 ON %1 BEGIN INSERT INTO child VALUES (7); END")
-                           .arg(QLatin1String(table), QLatin1String(event)));
+                           .arg(table, event));
         }
     }
     GarageDatabase database("module");
@@ -342,7 +342,7 @@ void TestFaultAtAnyStep::theDiskIsFull()
     writes.at(index).run(database);
     const QStringList now = content();
     QVERIFY2(now == m_before || now == after, qPrintable(now.join('\n')));
-    QCOMPARE(now == m_before, QLatin1String(writes.at(index).name) == "a service with a long comment");
+    QCOMPARE(now == m_before, QString(writes.at(index).name) == "a service with a long comment");
 
     database.run("PRAGMA max_page_count=1000000");
     checkSoundAndWorking(database);

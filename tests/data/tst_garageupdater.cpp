@@ -1,5 +1,6 @@
 #include "support/databaselock.h"
 #include "support/garagetest.h"
+#include "support/json.h"
 #include "support/loaderprobe.h"
 
 #include <QDir>
@@ -44,7 +45,7 @@ private slots:
     void remoteRecordsAreStoredThenReportedThenArchived();
     void readsWaitForAnExclusiveLock();
     void writesWaitForALock();
-    void theEndCarriesOutWritesButNoReloads();
+    void destructionRunsPendingWritesButNoReloads();
     void theEndIsNotHeldUpByALock();
     void loadersComeAndGoInTheMiddleOfReloads();
     void typesCrossThreadsUnderTheirNames();
@@ -72,8 +73,7 @@ void TestGarageUpdater::theDueListFollowsTheEleventhLap()
     const int localId = database->addRecord(1, 2, "2026-01-01T10:00:00.000Z", DoneState);
     LoaderProbe probe;
     for (int lap = 1; lap <= 11; ++lap) {
-        database->addLap(1, (lap + 4) / 5,
-                         QString("2026-01-02T10:%1:00.000Z").arg(lap, 2, 10, QLatin1Char('0')), 61500);
+        database->addLap(1, (lap + 4) / 5, QString("2026-01-02T10:%1:00.000Z").arg(lap, 2, 10, '0'), 61500);
         probe.reload();
         const QJsonObject data = probe.last("update_pending_service");
         QJsonArray expectedPending;
@@ -90,7 +90,7 @@ void TestGarageUpdater::theDueListFollowsTheEleventhLap()
             {"tt", lap * 61500 / 1000}, {"tl", lap}, {"tr", (lap + 4) / 5}, {"dt", "2026-01-01T10:00"}};
         const QJsonArray expectedStatus {
             QJsonObject {{"carId", 1}, {"opsStatus", QJsonObject {{"2", status}}}},
-            QJsonObject {{"carId", 2}, {"opsStatus", QJsonObject()}}};
+            json(R"({"carId": 2, "opsStatus": {}})")};
         QCOMPARE(
             data,
             QJsonObject({{"servicePendingList", expectedPending}, {"maintainanceStatus", expectedStatus}}));
@@ -128,7 +128,7 @@ void TestGarageUpdater::aCarWithoutRecordsIsStillReported()
     QCOMPARE(probe.cars.size(), 1);
     QVERIFY(probe.cars.first().ops.isEmpty());
     QCOMPARE(probe.last("update_pending_service").value("maintainanceStatus").toArray(),
-             QJsonArray({QJsonObject({{"carId", 5}, {"opsStatus", QJsonObject()}})}));
+             QJsonArray({json(R"({"carId": 5, "opsStatus": {}})")}));
 }
 
 void TestGarageUpdater::onlyLaterLapsWithATimeCount()
@@ -226,7 +226,7 @@ void TestGarageUpdater::aDatabaseThatCannotBeReadStillAnswers()
     QVERIFY(probe.waitForReloads(3));
     QVERIFY(probe.cars.isEmpty());
     QCOMPARE(probe.last("update_pending_service"),
-             QJsonObject({{"servicePendingList", QJsonArray()}, {"maintainanceStatus", QJsonArray()}}));
+             json(R"({"servicePendingList": [], "maintainanceStatus": []})"));
     QCOMPARE(takeDebugLines().size(), 3 * allMarkers.size());
 }
 
@@ -307,7 +307,7 @@ void TestGarageUpdater::remoteRecordsAreStoredThenReportedThenArchived()
     QCOMPARE(probe.sequence,
              QStringList({"update_pending_service", "garageStatsUpdated", "remote_service_move_to_archive"}));
     QCOMPARE(probe.messages.last().module, "garage_stats_updater");
-    QCOMPARE(probe.messages.last().data, QJsonObject({{"idList", QJsonArray({10, 11})}}));
+    QCOMPARE(probe.messages.last().data, json(R"({"idList": [10, 11]})"));
     QCOMPARE(database->rows(
                  "SELECT "
                  "remote_id,car_id,operation_id,operation_time,person_id,person_name,comment,operation_state "
@@ -334,14 +334,14 @@ void TestGarageUpdater::writesWaitForALock()
     const auto database = createDatabase();
     const int id = database->addRecord(1, 2, "2026-01-01T10:00Z", DoneState);
     LoaderProbe probe;
-    // Longer than one attempt waits by itself, so that the write has to be tried again.
+    // Longer than one attempt waits, so that the write is repeated.
     const DatabaseLock lock(home().databasePath(), DatabaseLock::Immediate, 6000);
     probe.deleteOperation(id, -1);
     QVERIFY(!lock.isHeld());
     QCOMPARE(database->value("SELECT count(*) FROM maintainance").toInt(), 0);
 }
 
-void TestGarageUpdater::theEndCarriesOutWritesButNoReloads()
+void TestGarageUpdater::destructionRunsPendingWritesButNoReloads()
 {
     const auto database = createDatabase();
     for (int i = 0; i < 20; ++i)

@@ -19,7 +19,7 @@ void TestReloadRecomputed::everyReloadEqualsTheRecomputation()
     for (quint32 seed = 1; seed <= 300; ++seed) {
         database->exec("BEGIN");
         for (const char *table : {"cars", "maintainance", "laps", "service_operations", "service_reglament"})
-            database->exec("DELETE FROM " + QLatin1String(table));
+            database->exec(QString("DELETE FROM ") + table);
         RandomData(seed).fill(*database);
         database->exec("COMMIT");
 

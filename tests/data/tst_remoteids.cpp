@@ -17,11 +17,8 @@ namespace {
 
 QJsonObject record(const QJsonValue &id, const char *comment)
 {
-    return {{"id", id},
-            {"carId", 1},
-            {"opId", 2},
-            {"opDoneDateTime", "2026-03-04T05:06Z"},
-            {"comment", QLatin1String(comment)}};
+    return {
+        {"id", id}, {"carId", 1}, {"opId", 2}, {"opDoneDateTime", "2026-03-04T05:06Z"}, {"comment", comment}};
 }
 
 const QString selectRecords = "SELECT remote_id,comment FROM maintainance ORDER BY id";

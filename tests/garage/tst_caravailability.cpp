@@ -1,5 +1,6 @@
 #include "support/garagetest.h"
 #include "support/garagewindow.h"
+#include "support/json.h"
 
 #include <QTreeView>
 
@@ -34,7 +35,7 @@ QJsonObject remoteRequest(const QJsonValue &carId)
 } // namespace
 
 /// Cars in and out of work, by the user and by remote controls.
-class TestCarAvailability : public GarageTest
+class TestCarAvailability : public DatabaseTest
 {
     Q_OBJECT
 private slots:
@@ -53,19 +54,17 @@ private:
 void TestCarAvailability::select(QTreeView *view, const QVector<int> &rows)
 {
     for (int row : rows) {
-        QTest::mouseClick(view->viewport(), Qt::LeftButton, Qt::ControlModifier,
-                          view->visualRect(view->model()->index(row, 1)).center());
+        click(view, view->model()->index(row, 1), Qt::ControlModifier);
     }
 }
 
 void TestCarAvailability::theListsShowAllAndTheAvailableCars()
 {
-    const auto database = createDatabase();
     GarageWindow window;
     window.form->loadCars(carsList());
-    QCOMPARE(GarageWindow::texts(*window.find<QTreeView>("tvAllCars")->model()),
+    QCOMPARE(rowTexts(*window.find<QTreeView>("tvAllCars")->model()),
              QStringList({"1|Sodi|1", "2|Sodi|2", "3|Sodi|3"}));
-    QCOMPARE(GarageWindow::texts(*window.find<QTreeView>("tvAvailableCars")->model()),
+    QCOMPARE(rowTexts(*window.find<QTreeView>("tvAvailableCars")->model()),
              QStringList({"1|Sodi|1", "2|Sodi|2"}));
 }
 
@@ -89,7 +88,6 @@ void TestCarAvailability::theButtonsMoveAllSelectedCars()
     QFETCH(QVector<int>, rows);
     QFETCH(QJsonArray, ids);
     QFETCH(int, available);
-    const auto database = createDatabase();
     GarageWindow window;
     window.show();
     window.openTab("tabAvailableCars");
@@ -117,27 +115,22 @@ void TestCarAvailability::theButtonsMoveAllSelectedCars()
 
 void TestCarAvailability::aDoubleClickActsOnTheSelection()
 {
-    const auto database = createDatabase();
     GarageWindow window;
     window.show();
     window.openTab("tabAvailableCars");
     window.form->loadCars(carsList());
     for (const char *name : {"tvAllCars", "tvAvailableCars"}) {
         auto *view = window.find<QTreeView>(name);
-        const QPoint cell = view->visualRect(view->model()->index(1, 1)).center();
         window.takeEvents();
-        QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, cell);
-        QTest::mouseDClick(view->viewport(), Qt::LeftButton, {}, cell);
+        doubleClick(view, view->model()->index(1, 1));
         QCOMPARE(window.eventNames(), QStringList({"update_cars", "remote_control_answer"}));
         QCOMPARE(window.events.first().data.value("carsIdsList").toArray(), QJsonArray({12}));
-        QCOMPARE(window.events.first().data.value("available").toInt(),
-                 QLatin1String(name) == "tvAllCars" ? 1 : 0);
+        QCOMPARE(window.events.first().data.value("available").toInt(), QString(name) == "tvAllCars" ? 1 : 0);
     }
 }
 
 void TestCarAvailability::nothingSelectedNothingSent()
 {
-    const auto database = createDatabase();
     GarageWindow window;
     window.show();
     window.openTab("tabAvailableCars");
@@ -164,16 +157,14 @@ void TestCarAvailability::remoteRequestsToggleACar_data()
     QTest::newRow("no number") << remoteRequest("карт") << QJsonObject() << QJsonObject();
     QTest::newRow("no car id") << remoteRequest(QJsonValue::Undefined) << QJsonObject() << QJsonObject();
     QTest::newRow("null") << remoteRequest(QJsonValue::Null) << QJsonObject() << QJsonObject();
-    QTest::newRow("no data") << QJsonObject {{"msg", "switchCarAvailability"}} << QJsonObject()
-                             << QJsonObject();
-    QTest::newRow("another message") << QJsonObject {{"msg", "start"}} << QJsonObject() << QJsonObject();
+    QTest::newRow("no data") << json(R"({"msg": "switchCarAvailability"})") << QJsonObject() << QJsonObject();
+    QTest::newRow("another message") << json(R"({"msg": "start"})") << QJsonObject() << QJsonObject();
 }
 
 void TestCarAvailability::remoteRequestsToggleACar()
 {
     QFETCH(QJsonObject, request);
     QFETCH(QJsonObject, sent);
-    const auto database = createDatabase();
     GarageWindow window;
     window.form->loadCars(carsList());
     QTEST(window.form->remoteControlRequest({}, request), "answer");

@@ -22,11 +22,10 @@ private slots:
 
 private:
     static void answer(QDialog &dialog, const QString &comment);
-    void complain(int carId) { m_window->form->complainAboutCar({{QStringLiteral("carId"), carId}}); }
+    void complain(int carId) { m_window->form->complainAboutCar({{"carId", carId}}); }
     QStringList records() const
     {
-        return m_database->rows(
-            QStringLiteral("SELECT id,car_id,operation_state,comment FROM maintainance ORDER BY id"));
+        return m_database->rows("SELECT id,car_id,operation_state,comment FROM maintainance ORDER BY id");
     }
 
     std::unique_ptr<TestDatabase> m_database;
@@ -37,8 +36,8 @@ void TestComplaints::init()
 {
     GarageTest::init();
     m_database = createDatabase();
-    m_database->addCar(1, QStringLiteral("10"), QStringLiteral("Sodi"));
-    m_database->addCar(2, QStringLiteral("9"), QStringLiteral("Sodi"));
+    m_database->addCar(1, "10", "Sodi");
+    m_database->addCar(2, "9", "Sodi");
     m_window = std::make_unique<GarageWindow>();
 }
 
@@ -51,47 +50,46 @@ void TestComplaints::cleanup()
 
 void TestComplaints::answer(QDialog &dialog, const QString &comment)
 {
-    dialog.findChild<QPlainTextEdit *>(QStringLiteral("teComments"))->setPlainText(comment);
+    dialog.findChild<QPlainTextEdit *>("teComments")->setPlainText(comment);
     QTest::mouseClick(dialog.findChild<QDialogButtonBox *>()->button(QDialogButtonBox::Ok), Qt::LeftButton);
 }
 
 void TestComplaints::amendingSurvivesAReloadThatEmptiedTheTables()
 {
-    m_database->addRecord(1, -1, QStringLiteral("2026-03-07T08:00Z"), OpenState, QStringLiteral("Стук"));
+    m_database->addRecord(1, -1, "2026-03-07T08:00Z", OpenState, "Стук");
     m_window->show();
     onNextDialog([this](QDialog &dialog) {
-        m_database->exec(QStringLiteral("ALTER TABLE cars RENAME TO hidden"));
+        m_database->exec("ALTER TABLE cars RENAME TO hidden");
         m_window->reload();
         QCOMPARE(m_window->find<QTreeView>("tvMaintainanceTable")->model()->rowCount(), 0);
-        m_database->exec(QStringLiteral("ALTER TABLE hidden RENAME TO cars"));
-        answer(dialog, QStringLiteral("громче"));
+        m_database->exec("ALTER TABLE hidden RENAME TO cars");
+        answer(dialog, "громче");
     });
     complain(1);
     QVERIFY(allDialogsAnswered());
-    QCOMPARE(records(), QStringList(QStringLiteral("1|1|0|громче")));
+    QCOMPARE(records(), QStringList("1|1|0|громче"));
     m_window->settle();
 }
 
 void TestComplaints::aSecondComplaintBeforeTheReloadAmendsTheFirst()
 {
     m_window->show();
-    onNextDialog([](QDialog &dialog) { answer(dialog, QStringLiteral("Стук")); });
+    onNextDialog([](QDialog &dialog) { answer(dialog, "Стук"); });
     complain(1);
     onNextDialog([](QDialog &dialog) {
-        QCOMPARE(dialog.findChild<QPlainTextEdit *>(QStringLiteral("teComments"))->toPlainText(),
-                 QStringLiteral("Стук"));
-        answer(dialog, QStringLiteral("громче"));
+        QCOMPARE(dialog.findChild<QPlainTextEdit *>("teComments")->toPlainText(), "Стук");
+        answer(dialog, "громче");
     });
     complain(1); // the reload of the first one waits to be delivered
     QVERIFY(allDialogsAnswered());
-    QCOMPARE(records(), QStringList(QStringLiteral("1|1|0|громче")));
+    QCOMPARE(records(), QStringList("1|1|0|громче"));
     m_window->settle();
 
     // Once it is closed and read, a new one is added.
-    m_database->addRecord(1, -1, QStringLiteral("2099-03-07T08:00Z"), DoneState, QString());
+    m_database->addRecord(1, -1, "2099-03-07T08:00Z", DoneState, QString());
     m_window->reload();
     m_window->reload();
-    onNextDialog([](QDialog &dialog) { answer(dialog, QStringLiteral("снова")); });
+    onNextDialog([](QDialog &dialog) { answer(dialog, "снова"); });
     complain(1);
     QCOMPARE(records().size(), 3);
     m_window->settle();
@@ -130,7 +128,7 @@ void TestComplaints::theDialogOfAHiddenWindowIsAboveTheActiveOne()
         const QPoint distance = dialog.geometry().center() - host.geometry().center();
         QTest::keyClick(&dialog, Qt::Key_Escape);
         QVERIFY2(distance.manhattanLength() < 20,
-                 qPrintable(QStringLiteral("%1, %2").arg(distance.x()).arg(distance.y())));
+                 qPrintable(QString("%1, %2").arg(distance.x()).arg(distance.y())));
     });
     complain(1);
     QVERIFY(allDialogsAnswered());

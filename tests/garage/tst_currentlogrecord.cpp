@@ -12,7 +12,7 @@
 
 namespace {
 
-const QString deleteText = QStringLiteral("Удалить запись");
+const QString deleteText = "Удалить запись";
 
 } // namespace
 
@@ -54,10 +54,10 @@ void TestCurrentLogRecord::init()
 {
     GarageTest::init();
     m_database = createDatabase();
-    m_database->addCar(1, QStringLiteral("12"), QStringLiteral("Sodi"));
-    m_database->addCar(2, QStringLiteral("7"), QStringLiteral("RX"));
+    m_database->addCar(1, "12", "Sodi");
+    m_database->addCar(2, "7", "RX");
     for (int day = 1; day <= 5; ++day) {
-        m_database->addRecord(day == 3 ? 2 : 1, -1, QStringLiteral("2026-03-0%1T10:00Z").arg(day), DoneState,
+        m_database->addRecord(day == 3 ? 2 : 1, -1, QString("2026-03-0%1T10:00Z").arg(day), DoneState,
                               QString::number(day));
     }
     m_window = std::make_unique<GarageWindow>();
@@ -100,8 +100,7 @@ QStringList TestCurrentLogRecord::shown() const
 
 QString TestCurrentLogRecord::stored() const
 {
-    return m_database
-        ->value(QStringLiteral("SELECT group_concat(id) FROM (SELECT id FROM maintainance ORDER BY id)"))
+    return m_database->value("SELECT group_concat(id) FROM (SELECT id FROM maintainance ORDER BY id)")
         .toString();
 }
 
@@ -123,7 +122,7 @@ void TestCurrentLogRecord::aRightClickBelowTheRecordsChoosesNone()
     chooseFromContextMenu(m_log, emptyPlace(*m_log), deleteText);
     QVERIFY(!QApplication::activeModalWidget());
     QVERIFY(m_window->events.isEmpty());
-    QCOMPARE(stored(), QStringLiteral("1,2,3,4,5"));
+    QCOMPARE(stored(), "1,2,3,4,5");
 }
 
 void TestCurrentLogRecord::aDeselectedRecordIsNotMeant()
@@ -144,9 +143,7 @@ void TestCurrentLogRecord::aRecordThatTheFilterHidesHasNoReplacement()
 {
     clickRow(2); // the only one of its car
     m_window->choose("cbLogFilterModels", 1);
-    QCOMPARE(
-        shown(),
-        QStringList({QStringLiteral("5"), QStringLiteral("4"), QStringLiteral("2"), QStringLiteral("1")}));
+    QCOMPARE(shown(), QStringList({"5", "4", "2", "1"}));
     QVERIFY(!m_log->currentIndex().isValid());
     QVERIFY(m_log->selectionModel()->selectedRows().isEmpty());
 }
@@ -161,7 +158,7 @@ void TestCurrentLogRecord::afterADeletionNothingIsCurrent()
     trigger("actionDeleteMaintainanceItem"); // the same again, without choosing
     QVERIFY(!QApplication::activeModalWidget());
     m_window->settle();
-    QCOMPARE(stored(), QStringLiteral("1,2,3,4"));
+    QCOMPARE(stored(), "1,2,3,4");
 }
 
 void TestCurrentLogRecord::theArrowKeysStartWhereTheDeletedRecordWas_data()
@@ -196,7 +193,7 @@ void TestCurrentLogRecord::theWindowMayDieUnderAQuestionFromTheMenu()
     QVERIFY(allDialogsAnswered());
     QVERIFY(!m_window->form);
     QVERIFY(!QApplication::activePopupWidget());
-    QCOMPARE(stored(), QStringLiteral("1,2,3,4,5"));
+    QCOMPARE(stored(), "1,2,3,4,5");
 }
 
 void TestCurrentLogRecord::theWindowMayDieUnderTheOpenMenu()
@@ -232,7 +229,7 @@ void TestCurrentLogRecord::theMenuKeyOffersTheActionsOnce()
     QContextMenuEvent event(QContextMenuEvent::Keyboard, {10, 10}, m_log->mapToGlobal({10, 10}));
     QApplication::sendEvent(m_log, &event);
     QTRY_COMPARE(menus, 1);
-    QCOMPARE(offered, QStringList({deleteText, QStringLiteral("Выполнено")}));
+    QCOMPARE(offered, QStringList({deleteText, "Выполнено"}));
 }
 
 void TestCurrentLogRecord::aReloadUnderWayDoesNotBringADeletedRecordBack()
@@ -240,7 +237,7 @@ void TestCurrentLogRecord::aReloadUnderWayDoesNotBringADeletedRecordBack()
     clickRow(0);
     QStringList afterEachReload;
     connect(&m_window->form->updater(), &GarageUpdater::garageStatsUpdated, this,
-            [&] { afterEachReload.append(shown().join(QLatin1Char(' '))); });
+            [&] { afterEachReload.append(shown().join(' ')); });
     onNextDialog([&](QDialog &dialog) {
         emit m_window->form->reloadGarageStats();
         QTest::qSleep(300); // it has read the record by then, and its result waits to be delivered
@@ -249,19 +246,19 @@ void TestCurrentLogRecord::aReloadUnderWayDoesNotBringADeletedRecordBack()
     });
     trigger("actionDeleteMaintainanceItem");
     QVERIFY(allDialogsAnswered());
-    QCOMPARE(shown().first(), QStringLiteral("4"));
+    QCOMPARE(shown().first(), "4");
     m_window->settle();
-    QCOMPARE(afterEachReload, QStringList({QStringLiteral("4 3 2 1"), QStringLiteral("4 3 2 1")}));
+    QCOMPARE(afterEachReload, QStringList({"4 3 2 1", "4 3 2 1"}));
     // Its id is free again.
-    m_database->addRecord(1, -1, QStringLiteral("2026-03-09T10:00Z"), DoneState, QStringLiteral("новая"));
+    m_database->addRecord(1, -1, "2026-03-09T10:00Z", DoneState, "новая");
     m_window->reload();
-    QCOMPARE(shown().first(), QStringLiteral("новая"));
+    QCOMPARE(shown().first(), "новая");
 }
 
 void TestCurrentLogRecord::aRecordThatCouldNotBeDeletedComesBack()
 {
-    m_database->exec(QStringLiteral("CREATE TRIGGER fault BEFORE DELETE ON maintainance "
-                                    "BEGIN SELECT RAISE(ABORT, 'injected'); END"));
+    m_database->exec("CREATE TRIGGER fault BEFORE DELETE ON maintainance "
+                     "BEGIN SELECT RAISE(ABORT, 'injected'); END");
     clickRow(0);
     deleteCurrent();
     QCOMPARE(shown().size(), 4);
@@ -271,13 +268,13 @@ void TestCurrentLogRecord::aRecordThatCouldNotBeDeletedComesBack()
 
 void TestCurrentLogRecord::aRecordWithoutATimeIsDoneNow()
 {
-    m_database->exec(QStringLiteral("UPDATE maintainance SET operation_time='soon' WHERE id=5"));
+    m_database->exec("UPDATE maintainance SET operation_time='soon' WHERE id=5");
     m_window->reload();
-    m_log->setCurrentIndex(m_log->model()->index(int(shown().indexOf(QStringLiteral("5"))), 0));
+    m_log->setCurrentIndex(m_log->model()->index(int(shown().indexOf("5")), 0));
     const QDateTime before = QDateTime::currentDateTime();
     QDateTime offered;
     onNextDialog([&offered](QDialog &dialog) {
-        offered = dialog.findChild<QDateTimeEdit *>(QStringLiteral("deOperationDateTime"))->dateTime();
+        offered = dialog.findChild<QDateTimeEdit *>("deOperationDateTime")->dateTime();
         QTest::keyClick(&dialog, Qt::Key_Escape);
     });
     trigger("actionDoneOperation");

@@ -19,9 +19,9 @@ class TestGarageForm : public GarageTest
     Q_OBJECT
 private slots:
     void itOffersItsThreeTabs();
-    void itsTextsAreRussianAndNamedAsAgreed_data();
-    void itsTextsAreRussianAndNamedAsAgreed();
-    void itsSignalsStandInTheAgreedOrder();
+    void itsWidgetsHaveTheirNamesAndRussianTexts_data();
+    void itsWidgetsHaveTheirNamesAndRussianTexts();
+    void itsSignalsAreDeclaredInOrder();
     void itsLabelsNameTheirFields_data();
     void itsLabelsNameTheirFields();
     void itsArrowsPointToWhereTheCarsGo();
@@ -42,7 +42,7 @@ private slots:
     void newOperationColumnsHaveTheirWidth();
     void editedLimitsShowAtOnce();
     void limitsEditedInTheDialogShowAtOnce();
-    void theCurrentCarStaysCurrentOrNobodyIs();
+    void theCurrentCarStaysCurrentOrNoneIs();
     void rowsAreTwoLinesHigh();
 
 private:
@@ -83,7 +83,7 @@ void TestGarageForm::itOffersItsThreeTabs()
     QCOMPARE(window.find<QSplitter>("splitter")->count(), 3);
 }
 
-void TestGarageForm::itsTextsAreRussianAndNamedAsAgreed_data()
+void TestGarageForm::itsWidgetsHaveTheirNamesAndRussianTexts_data()
 {
     QTest::addColumn<QByteArray>("name");
     QTest::addColumn<QByteArray>("property");
@@ -107,7 +107,7 @@ void TestGarageForm::itsTextsAreRussianAndNamedAsAgreed_data()
     row("cbFilterServiceState", "items", {"Все", "Требуется сервис"});
 }
 
-void TestGarageForm::itsTextsAreRussianAndNamedAsAgreed()
+void TestGarageForm::itsWidgetsHaveTheirNamesAndRussianTexts()
 {
     QFETCH(QByteArray, name);
     QFETCH(QByteArray, property);
@@ -125,7 +125,7 @@ void TestGarageForm::itsTextsAreRussianAndNamedAsAgreed()
     QCOMPARE(object->property(property.constData()).toString(), texts.first());
 }
 
-void TestGarageForm::itsSignalsStandInTheAgreedOrder()
+void TestGarageForm::itsSignalsAreDeclaredInOrder()
 {
     const QMetaObject &meta = GarageForm::staticMetaObject;
     const QByteArrayList expected {"closeGarage()",
@@ -233,8 +233,8 @@ void TestGarageForm::itsTablesAreFlatLists()
         QVERIFY(!view->rootIsDecorated());
         QVERIFY(!view->itemsExpandable());
         QVERIFY(!view->expandsOnDoubleClick());
-        QCOMPARE(view->isSortingEnabled(), QLatin1String(name) == "tvMaintainanceTable");
-        QCOMPARE(view->uniformRowHeights(), QLatin1String(name) != "tvServiceLog");
+        QCOMPARE(view->isSortingEnabled(), QString(name) == "tvMaintainanceTable");
+        QCOMPARE(view->uniformRowHeights(), QString(name) != "tvServiceLog");
     }
     const auto *log = window.find<QTreeView>("tvServiceLog");
     QCOMPARE(log->frameShape(), QFrame::NoFrame);
@@ -308,10 +308,10 @@ void TestGarageForm::aReloadFillsTablesAndCombos()
     window.show();
 
     const QString done = shown("2026-01-01 10:00") + "\n0.1 ч., 1 з., 3 кр.";
-    QCOMPARE(GarageWindow::texts(*window.find<QTreeView>("tvMaintainanceTable")->model()),
+    QCOMPARE(rowTexts(*window.find<QTreeView>("tvMaintainanceTable")->model()),
              QStringList({"1|RX|3||", QString("2|Sodi|9|%1|").arg(shown("2026-01-02 10:00")),
                           QString("3|Sodi|10|%1|").arg(done)}));
-    QCOMPARE(GarageWindow::texts(*window.find<QTreeView>("tvServiceLog")->model()),
+    QCOMPARE(rowTexts(*window.find<QTreeView>("tvServiceLog")->model()),
              QStringList({QString("1|RX|3|%1|||Стук").arg(shown("2026-01-03 10:00")),
                           QString("2|Sodi|9|%1|Масло||").arg(shown("2026-01-02 10:00")),
                           QString("3|Sodi|10|%1|Масло||").arg(shown("2026-01-01 10:00"))}));
@@ -344,7 +344,7 @@ void TestGarageForm::aReloadKeepsTheChosenModelByItsPlace()
     window.reload();
     // Neo, Sodi, RX: the second place is Sodi's now, and the filter agrees with what the combo shows.
     QCOMPARE(window.find<QComboBox>("cbFilterModels")->currentText(), "Sodi");
-    QCOMPARE(GarageWindow::texts(*window.find<QTreeView>("tvMaintainanceTable")->model()),
+    QCOMPARE(rowTexts(*window.find<QTreeView>("tvMaintainanceTable")->model()),
              QStringList(QString("1|Sodi|9|%1|").arg(shown("2026-01-02 10:00"))));
 }
 
@@ -494,7 +494,7 @@ void TestGarageForm::limitsEditedInTheDialogShowAtOnce()
     QCOMPARE(table->rowCount(), 2);
     window.settings->show();
     QVERIFY(QTest::qWaitForWindowExposed(window.settings.get()));
-    auto *limits = window.settings->findChild<QTreeView *>("tvServiceReglament");
+    auto *limits = child<QTreeView>(*window.settings, "tvServiceReglament");
     QModelIndex cell;
     for (int row = 0; row < limits->model()->rowCount(); ++row)
         for (int column = 2; column < limits->model()->columnCount(); ++column)
@@ -502,7 +502,7 @@ void TestGarageForm::limitsEditedInTheDialogShowAtOnce()
                 cell = limits->model()->index(row, column);
     QVERIFY(cell.isValid());
     onNextDialog([](QDialog &dialog) {
-        dialog.findChild<QLineEdit *>("leLapsCount")->setText("100");
+        child<QLineEdit>(dialog, "leLapsCount")->setText("100");
         dialog.accept();
     });
     limits->scrollTo(cell);
@@ -513,7 +513,7 @@ void TestGarageForm::limitsEditedInTheDialogShowAtOnce()
     QCOMPARE(table->rowCount(), 1);
 }
 
-void TestGarageForm::theCurrentCarStaysCurrentOrNobodyIs()
+void TestGarageForm::theCurrentCarStaysCurrentOrNoneIs()
 {
     const auto database = createDatabase();
     addSampleData(*database);

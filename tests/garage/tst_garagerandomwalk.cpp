@@ -22,14 +22,14 @@ constexpr int actionsPerWalk = 600;
 
 } // namespace
 
-/// Users who do whatever the window lets them, while the host changes the file under them. After each action
+/// Random actions of users while the host changes the file. After each action
 /// the window is compared with the database and with the filters worked out by hand.
 class TestGarageRandomWalk : public GarageTest
 {
     Q_OBJECT
 private slots:
-    void whateverUsersDoTheWindowTellsTheTruth_data();
-    void whateverUsersDoTheWindowTellsTheTruth();
+    void theWindowAlwaysShowsTheDatabase_data();
+    void theWindowAlwaysShowsTheDatabase();
     void cleanup();
 
 private:
@@ -53,14 +53,14 @@ private:
     int m_dialogs = 0;
 };
 
-void TestGarageRandomWalk::whateverUsersDoTheWindowTellsTheTruth_data()
+void TestGarageRandomWalk::theWindowAlwaysShowsTheDatabase_data()
 {
     QTest::addColumn<quint32>("seed");
     for (quint32 seed = 1; seed <= 4; ++seed)
         QTest::newRow(qPrintable(QString("seed %1").arg(seed))) << seed;
 }
 
-void TestGarageRandomWalk::whateverUsersDoTheWindowTellsTheTruth()
+void TestGarageRandomWalk::theWindowAlwaysShowsTheDatabase()
 {
     QFETCH(quint32, seed);
     m_random.seed(seed);
@@ -143,7 +143,7 @@ void TestGarageRandomWalk::act()
 void TestGarageRandomWalk::changeTheFile()
 {
     const auto run = [this](const char *statement, std::initializer_list<QVariant> values) {
-        m_database->exec(QLatin1String(statement), values);
+        m_database->exec(statement, values);
     };
     const QString model = QStringList({"Sodi", "RX", "Neo"}).at(below(3));
     const int car = 1 + below(9);
@@ -195,7 +195,7 @@ void TestGarageRandomWalk::hoverAndClick()
         if (!button->isVisible())
             continue;
         if (!view->indexAt(button->geometry().center()).isValid()) {
-            QTest::mouseClick(button, Qt::LeftButton); // does nothing
+            press(button); // does nothing
             return;
         }
         const QModelIndex clicked = view->indexAt(button->geometry().center());
@@ -203,7 +203,7 @@ void TestGarageRandomWalk::hoverAndClick()
         const QStringList cars = m_database->rows(QString("SELECT id FROM cars WHERE num='%1'").arg(number));
         const int before = recordCount() - m_addedByHost;
         onNextDialog([this](QDialog &dialog) { answerDialog(dialog); });
-        QTest::mouseClick(button, Qt::LeftButton);
+        press(button);
         m_expectedRecords = recordCount();
         const int added = m_expectedRecords - m_addedByHost - before;
         QVERIFY(added == 0 || added == 1);
@@ -222,14 +222,14 @@ void TestGarageRandomWalk::answerDialog(QDialog &dialog)
         m_window->reload();
     }
     if (auto *question = qobject_cast<QMessageBox *>(&dialog)) {
-        QTest::mouseClick(question->button(below(2) ? QMessageBox::Yes : QMessageBox::No), Qt::LeftButton);
+        press(dialog, below(2) ? QDialogButtonBox::Yes : QDialogButtonBox::No);
         return;
     }
-    auto *operations = dialog.findChild<QComboBox *>("cbOperation");
+    auto *operations = child<QComboBox>(dialog, "cbOperation");
     operations->setCurrentIndex(below(operations->count()));
-    dialog.findChild<QPlainTextEdit *>("teComments")->setPlainText(QString::number(m_dialogs));
+    child<QPlainTextEdit>(dialog, "teComments")->setPlainText(QString::number(m_dialogs));
     const auto button = below(3) ? QDialogButtonBox::Ok : QDialogButtonBox::Cancel;
-    QTest::mouseClick(dialog.findChild<QDialogButtonBox *>()->button(button), Qt::LeftButton);
+    press(dialog, button);
 }
 
 void TestGarageRandomWalk::triggerLogAction(const char *name)
@@ -245,7 +245,7 @@ void TestGarageRandomWalk::triggerLogAction(const char *name)
     m_window->settle();
     m_expectedRecords = recordCount();
     const int removed = before - (m_expectedRecords - m_addedByHost);
-    QVERIFY(removed == 0 || (removed == 1 && QLatin1String(name) == "actionDeleteMaintainanceItem"));
+    QVERIFY(removed == 0 || (removed == 1 && QString(name) == "actionDeleteMaintainanceItem"));
 }
 
 void TestGarageRandomWalk::dragFilters()
@@ -296,7 +296,7 @@ void TestGarageRandomWalk::checkMaintenanceTable() const
         if (needsService && open == 0 && !mayBeOver)
             continue;
         if (needsService && open == 0)
-            continue; // over a limit or not is checked where nothing else decides
+            continue; // limits are checked only where nothing else decides
         expected.append(cars.value(1).toString() + '/' + cars.value(2).toString());
     }
     QStringList shown;
@@ -309,7 +309,7 @@ void TestGarageRandomWalk::checkMaintenanceTable() const
                      + table->index(row, modelColumn).data().toString());
     }
     if (modelColumn < 0 || numberColumn < 0)
-        return; // shrinking operations took these columns away
+        return; // removed operations have no columns
     shown.sort();
     expected.sort();
     if (!needsService) {

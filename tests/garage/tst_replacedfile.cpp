@@ -8,7 +8,7 @@
 #include <cstdio>
 
 /// Another file takes the place of the database while the window asks: ids of the old file are not used.
-class TestReplacedFile : public GarageTest
+class TestReplacedFile : public DatabaseTest
 {
     Q_OBJECT
 private slots:
@@ -46,8 +46,7 @@ void TestReplacedFile::idsOfTheOldFileAreNotUsed_data()
     QTest::addColumn<bool>("reloadMeanwhile");
     for (const char *action : {"service", "complaint", "delete", "done"}) {
         for (const bool reloads : {false, true})
-            QTest::addRow("%s%s", action, reloads ? ", reloaded meanwhile" : "")
-                << QString::fromLatin1(action) << reloads;
+            QTest::addRow("%s%s", action, reloads ? ", reloaded meanwhile" : "") << action << reloads;
     }
 }
 
@@ -55,7 +54,6 @@ void TestReplacedFile::idsOfTheOldFileAreNotUsed()
 {
     QFETCH(QString, action);
     QFETCH(bool, reloadMeanwhile);
-    const auto database = createDatabase();
     database->addCar(1, "7", "Sodi");
     database->addOperation(1, "Oil");
     database->addRecord(1, -1, "2026-03-01T10:00Z", OpenState, "old");
@@ -74,9 +72,7 @@ void TestReplacedFile::idsOfTheOldFileAreNotUsed()
         QCOMPARE(std::rename(qPrintable(path + ".other"), qPrintable(path)), 0);
         if (reloadMeanwhile)
             window.reload();
-        auto *buttons = dialog.findChild<QDialogButtonBox *>();
-        QTest::mouseClick(buttons->button(action == "delete" ? QDialogButtonBox::Yes : QDialogButtonBox::Ok),
-                          Qt::LeftButton);
+        press(dialog, action == "delete" ? QDialogButtonBox::Yes : QDialogButtonBox::Ok);
     });
     act(action, window);
     QVERIFY(allDialogsAnswered());
@@ -89,10 +85,7 @@ void TestReplacedFile::idsOfTheOldFileAreNotUsed()
     QCOMPARE(view->model()->index(0, 2).data().toString(), "3");
 
     // What is chosen from now on is stored.
-    onNextDialog([&](QDialog &dialog) {
-        QTest::mouseClick(dialog.findChild<QDialogButtonBox *>()->button(QDialogButtonBox::Ok),
-                          Qt::LeftButton);
-    });
+    onNextDialog(QDialogButtonBox::Ok);
     act("service", window);
     window.settle();
     QCOMPARE(other.rows(selectRecords).size(), untouched.size() + 1);

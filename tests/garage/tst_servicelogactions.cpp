@@ -1,5 +1,6 @@
 #include "support/garagetest.h"
 #include "support/garagewindow.h"
+#include "support/json.h"
 #include "support/moments.h"
 
 #include <QAction>
@@ -14,36 +15,37 @@
 #include <QTreeView>
 
 /// The service log: its filters, and what can be done with the record that the user sees.
-class TestServiceLogActions : public GarageTest
+class TestServiceLogActions : public DatabaseTest
 {
     Q_OBJECT
 private slots:
+    void init();
+
     void theFiltersNarrowTheLog();
     void theFiltersPersistThroughReloads();
     void aRightClickOffersBothActions();
     void deletingRemovesTheRecordTheUserSees();
     void decliningKeepsTheRecord();
     void aReloadUnderTheQuestionDeletesTheSameRecord();
-    void theWindowMayDieUnderTheQuestion();
+    void theWindowMayBeDestroyedUnderTheQuestion();
     void doneSendsTheRecordAndWritesNothing();
     void aCancelledDoneSendsNothing();
     void nothingHappensWithoutACurrentRecord();
 
 private:
-    std::unique_ptr<TestDatabase> createSample() const;
     static QTreeView *openLog(GarageWindow &window);
     static void trigger(GarageWindow &window, const char *action) { window.find<QAction>(action)->trigger(); }
     static void answer(QMessageBox::StandardButton button);
-    static QString recordedIds(const TestDatabase &database)
+    QString recordedIds() const
     {
-        return database.value("SELECT group_concat(id) FROM (SELECT id FROM maintainance ORDER BY id)")
+        return database->value("SELECT group_concat(id) FROM (SELECT id FROM maintainance ORDER BY id)")
             .toString();
     }
 };
 
-std::unique_ptr<TestDatabase> TestServiceLogActions::createSample() const
+void TestServiceLogActions::init()
 {
-    auto database = createDatabase();
+    DatabaseTest::init();
     database->addCar(1, "12", "Sodi");
     database->addCar(2, "112a", "RX");
     database->addOperation(4, "Масло");
@@ -52,7 +54,6 @@ std::unique_ptr<TestDatabase> TestServiceLogActions::createSample() const
     database->addRecord(1, -1, "2026-03-03T10:00Z", OpenState, "третья");
     database->addRecord(2, 4, "2026-03-04T10:00Z", OpenState, "четвёртая");
     database->exec("UPDATE maintainance SET remote_id=70 WHERE id=2");
-    return database;
 }
 
 QTreeView *TestServiceLogActions::openLog(GarageWindow &window)
@@ -71,13 +72,12 @@ void TestServiceLogActions::answer(QMessageBox::StandardButton button)
         QCOMPARE(question->windowTitle(), "Подтверждение");
         QCOMPARE(question->text(), "Точно удалить?");
         QCOMPARE(question->standardButtons(), QMessageBox::Yes | QMessageBox::No);
-        QTest::mouseClick(question->button(button), Qt::LeftButton);
+        press(question->button(button));
     });
 }
 
 void TestServiceLogActions::theFiltersNarrowTheLog()
 {
-    const auto database = createSample();
     GarageWindow window;
     const QTreeView *log = openLog(window);
     const auto comments = [log] {
@@ -110,7 +110,6 @@ void TestServiceLogActions::theFiltersNarrowTheLog()
 
 void TestServiceLogActions::theFiltersPersistThroughReloads()
 {
-    const auto database = createSample();
     GarageWindow window;
     const QTreeView *log = openLog(window);
     QTest::keyClicks(window.find<QLineEdit>("leLogFilterNum"), "112");
@@ -122,7 +121,6 @@ void TestServiceLogActions::theFiltersPersistThroughReloads()
 
 void TestServiceLogActions::aRightClickOffersBothActions()
 {
-    const auto database = createSample();
     GarageWindow window;
     QTreeView *log = openLog(window);
     QStringList offered;
@@ -143,12 +141,10 @@ void TestServiceLogActions::aRightClickOffersBothActions()
 
 void TestServiceLogActions::deletingRemovesTheRecordTheUserSees()
 {
-    const auto database = createSample();
     GarageWindow window;
     QTreeView *log = openLog(window);
     window.choose("cbLogFilterModels", 2); // records 4 and 2 are left
-    QTest::mouseClick(log->viewport(), Qt::LeftButton, {},
-                      log->visualRect(log->model()->index(1, 6)).center());
+    click(log, log->model()->index(1, 6));
     const int rowsBefore = log->model()->rowCount();
     int rowsWhenAnnounced = -1;
     connect(window.form.get(), &GarageForm::deleteOperation, this,
@@ -156,18 +152,17 @@ void TestServiceLogActions::deletingRemovesTheRecordTheUserSees()
     answer(QMessageBox::Yes);
     trigger(window, "actionDeleteMaintainanceItem");
     QVERIFY(allDialogsAnswered());
-    QCOMPARE(log->model()->rowCount(), 1); // before the loader had its turn
+    QCOMPARE(log->model()->rowCount(), 1); // before the loader runs
     QCOMPARE(window.eventNames(), QStringList("deleteOperation"));
     QCOMPARE(rowsWhenAnnounced, rowsBefore - 1);
-    QCOMPARE(window.events.first().data, QJsonObject({{"opId", 2}, {"remoteId", 70}}));
+    QCOMPARE(window.events.first().data, json(R"({"opId": 2, "remoteId": 70})"));
     window.settle();
-    QCOMPARE(recordedIds(*database), "1,3,4");
+    QCOMPARE(recordedIds(), "1,3,4");
     QCOMPARE(log->model()->index(0, 6).data().toString(), "четвёртая");
 }
 
 void TestServiceLogActions::decliningKeepsTheRecord()
 {
-    const auto database = createSample();
     GarageWindow window;
     QTreeView *log = openLog(window);
     log->setCurrentIndex(log->model()->index(0, 0));
@@ -178,77 +173,65 @@ void TestServiceLogActions::decliningKeepsTheRecord()
     QVERIFY(allDialogsAnswered());
     QVERIFY(window.events.isEmpty());
     QCOMPARE(log->model()->rowCount(), 4);
-    QCOMPARE(recordedIds(*database), "1,2,3,4");
+    QCOMPARE(recordedIds(), "1,2,3,4");
 }
 
 void TestServiceLogActions::aReloadUnderTheQuestionDeletesTheSameRecord()
 {
-    const auto database = createSample();
     GarageWindow window;
     QTreeView *log = openLog(window);
     log->setCurrentIndex(log->model()->index(1, 0)); // record 3
     onNextDialog([&](QDialog &dialog) {
         database->addRecord(1, 4, "2026-03-05T10:00Z", DoneState, "пятая");
         window.reload();
-        QTest::mouseClick(qobject_cast<QMessageBox *>(&dialog)->button(QMessageBox::Yes), Qt::LeftButton);
+        press(dialog, QDialogButtonBox::Yes);
     });
     trigger(window, "actionDeleteMaintainanceItem");
     window.settle();
-    QCOMPARE(recordedIds(*database), "1,2,4,5");
+    QCOMPARE(recordedIds(), "1,2,4,5");
 }
 
-void TestServiceLogActions::theWindowMayDieUnderTheQuestion()
+void TestServiceLogActions::theWindowMayBeDestroyedUnderTheQuestion()
 {
-    const auto database = createSample();
     GarageWindow window;
     QTreeView *log = openLog(window);
     log->setCurrentIndex(log->model()->index(1, 0));
     onNextDialog([&window](QDialog &) { window.form.reset(); });
     trigger(window, "actionDeleteMaintainanceItem");
     QVERIFY(!window.form);
-    QCOMPARE(recordedIds(*database), "1,2,3,4");
+    QCOMPARE(recordedIds(), "1,2,3,4");
 }
 
 void TestServiceLogActions::doneSendsTheRecordAndWritesNothing()
 {
-    const auto database = createSample();
     GarageWindow window;
-    window.form->setPersonalList({QJsonObject {{"id", 5}, {"lastName", "Иванов"}}});
+    window.form->setPersonalList({json(R"({"id": 5, "lastName": "Иванов"})")});
     QTreeView *log = openLog(window);
     window.choose("cbLogFilterModels", 1); // records 3 and 1 are left
     log->setCurrentIndex(log->model()->index(1, 0));
     onNextDialog([](QDialog &dialog) {
         QCOMPARE(dialog.windowTitle(), "Сервисное обслуживание - Sodi  12");
-        QCOMPARE(dialog.findChild<QComboBox *>("cbOperation")->currentText(), "Масло");
-        auto *time = dialog.findChild<QDateTimeEdit *>("deOperationDateTime");
+        QCOMPARE(child<QComboBox>(dialog, "cbOperation")->currentText(), "Масло");
+        auto *time = child<QDateTimeEdit>(dialog, "deOperationDateTime");
         QCOMPARE(time->dateTime(), march(1, 10, 0));
         time->setDateTime(march(8, 22, 15));
-        QCOMPARE(dialog.findChild<QPlainTextEdit *>("teComments")->toPlainText(), "первая");
-        dialog.findChild<QComboBox *>("cbPersonal")->setCurrentIndex(1);
-        QTest::mouseClick(dialog.findChild<QDialogButtonBox *>()->button(QDialogButtonBox::Ok),
-                          Qt::LeftButton);
+        QCOMPARE(child<QPlainTextEdit>(dialog, "teComments")->toPlainText(), "первая");
+        child<QComboBox>(dialog, "cbPersonal")->setCurrentIndex(1);
+        press(dialog, QDialogButtonBox::Ok);
     });
     trigger(window, "actionDoneOperation");
     QVERIFY(allDialogsAnswered());
     QCOMPARE(window.eventNames(), QStringList("addRemoteOperation"));
-    QCOMPARE(window.events.first().data,
-             QJsonObject({{"carId", 1},
-                          {"opId", 4},
-                          {"opName", "Масло"},
-                          {"opDoneDateTime", "2026-03-08T22:15Z"},
-                          {"operatorId", 5},
-                          {"operatorName", "Иванов"},
-                          {"comment", "первая"},
-                          {"localId", 1},
-                          {"updateFromLocal", true},
-                          {"opDoneDateTimeWeb", "2026-03-08T22:15"}}));
+    QCOMPARE(window.events.first().data, json(R"({"carId": 1, "opId": 4, "opName": "Масло",
+                     "opDoneDateTime": "2026-03-08T22:15Z", "operatorId": 5,
+                     "operatorName": "Иванов", "comment": "первая", "localId": 1,
+                     "updateFromLocal": true, "opDoneDateTimeWeb": "2026-03-08T22:15"})"));
     QCOMPARE(database->rows("SELECT operation_time FROM maintainance WHERE id=1"),
              QStringList("2026-03-01T10:00Z"));
 }
 
 void TestServiceLogActions::aCancelledDoneSendsNothing()
 {
-    const auto database = createSample();
     GarageWindow window;
     QTreeView *log = openLog(window);
     log->setCurrentIndex(log->model()->index(0, 0));
@@ -263,7 +246,6 @@ void TestServiceLogActions::aCancelledDoneSendsNothing()
 
 void TestServiceLogActions::nothingHappensWithoutACurrentRecord()
 {
-    const auto database = createSample();
     GarageWindow window;
     const QTreeView *log = openLog(window);
     QVERIFY(!log->currentIndex().isValid());

@@ -2,6 +2,7 @@
 #include "support/databaselock.h"
 #include "support/garagetest.h"
 #include "support/garagewindow.h"
+#include "support/json.h"
 #include "support/moments.h"
 
 #include <QApplication>
@@ -17,27 +18,14 @@ namespace {
 const QString everyRecord = "SELECT car_id,operation_id,operation_time,person_id,person_name,comment,"
                             "operation_state,remote_id FROM maintainance ORDER BY id";
 
-template<class Widget> Widget *in(QDialog &dialog, const char *name)
+void typeDateTime(const QDialog &dialog, const QDateTime &dateTime)
 {
-    auto *widget = dialog.findChild<Widget *>(QLatin1String(name));
-    if (!widget)
-        qFatal("The dialog has no %s", name);
-    return widget;
+    child<QDateTimeEdit>(dialog, "deOperationDateTime")->setDateTime(dateTime);
 }
 
-void press(QDialog &dialog, QDialogButtonBox::StandardButton button)
+void typeComment(const QDialog &dialog, const QString &text)
 {
-    QTest::mouseClick(in<QDialogButtonBox>(dialog, "buttonBox")->button(button), Qt::LeftButton);
-}
-
-void typeDateTime(QDialog &dialog, const QDateTime &dateTime)
-{
-    in<QDateTimeEdit>(dialog, "deOperationDateTime")->setDateTime(dateTime);
-}
-
-void typeComment(QDialog &dialog, const QString &text)
-{
-    auto *edit = in<QPlainTextEdit>(dialog, "teComments");
+    auto *edit = child<QPlainTextEdit>(dialog, "teComments");
     edit->setFocus();
     edit->selectAll();
     QTest::keyClicks(edit, text);
@@ -45,23 +33,25 @@ void typeComment(QDialog &dialog, const QString &text)
 
 QJsonArray people()
 {
-    return {QJsonObject {{"id", 5}, {"lastName", "Иванов"}, {"firstName", "Иван"}, {"midName", "Ильич"}}};
+    return {json(R"({"id": 5, "lastName": "Иванов", "firstName": "Иван", "midName": "Ильич"})")};
 }
 
 } // namespace
 
 /// Services and complaints from the click on the table to the row in the file.
-class TestServiceRecording : public GarageTest
+class TestServiceRecording : public DatabaseTest
 {
     Q_OBJECT
 private slots:
+    void init();
+
     void aServiceIsStoredAnnouncedAndReloaded();
     void theDialogStartsWithTheClickedOperationAndTheCurrentMoment();
     void acceptingNoOperationStoresOperationMinusOne();
     void aCancelledServiceChangesNothing();
     void anEarlierServiceLeavesTheShownDateUntilTheReload();
     void aLaterServiceShowsAtOnce();
-    void theRecordIsInTheFileWhenTheHostHearsOfIt();
+    void theRecordIsStoredBeforeTheHostIsInformed();
     void aComplaintIsStoredOpen();
     void aNewComplaintStartsNowAndMayNameAnOperation();
     void aSecondComplaintAmendsTheFirst();
@@ -72,26 +62,24 @@ private slots:
     void aReloadUnderAnOpenDialogChangesNoOtherCar();
     void aComplaintClosedMeanwhileIsNotReopened();
     void aComplaintThatCameMeanwhileIsKept();
-    void aDialogOutlivesNothing();
+    void aDialogIsDestroyedWithItsWindow();
     void aLockedDatabaseDelaysTheRecord_data();
     void aLockedDatabaseDelaysTheRecord();
     void aMissingDatabaseLosesTheRecordButNotTheWindow();
 
 private:
-    std::unique_ptr<TestDatabase> createSample() const;
     /// Clicks the button that appears on a cell of the car's row.
     static void clickCell(GarageWindow &window, const QString &num, const QString &columnTitle);
 };
 
-std::unique_ptr<TestDatabase> TestServiceRecording::createSample() const
+void TestServiceRecording::init()
 {
-    auto database = createDatabase();
+    DatabaseTest::init();
     database->addCar(1, "10", "Sodi");
     database->addCar(2, "9", "Sodi");
     database->addCar(3, "3", "RX");
     database->addOperation(1, "Масло");
     database->addOperation(2, "Цепь");
-    return database;
 }
 
 void TestServiceRecording::clickCell(GarageWindow &window, const QString &num, const QString &columnTitle)
@@ -112,7 +100,6 @@ void TestServiceRecording::clickCell(GarageWindow &window, const QString &num, c
 
 void TestServiceRecording::aServiceIsStoredAnnouncedAndReloaded()
 {
-    const auto database = createSample();
     GarageWindow window;
     window.form->setPersonalList(people());
     window.show();
@@ -121,8 +108,8 @@ void TestServiceRecording::aServiceIsStoredAnnouncedAndReloaded()
     onNextDialog([](QDialog &dialog) {
         QCOMPARE(dialog.windowTitle(), "Сервисное обслуживание - Sodi  10");
         typeDateTime(dialog, march(8, 9, 30));
-        in<QComboBox>(dialog, "cbPersonal")->setFocus();
-        QTest::keyClick(in<QComboBox>(dialog, "cbPersonal"), Qt::Key_Down);
+        child<QComboBox>(dialog, "cbPersonal")->setFocus();
+        QTest::keyClick(child<QComboBox>(dialog, "cbPersonal"), Qt::Key_Down);
         typeComment(dialog, "Changed %1 'oil'");
         press(dialog, QDialogButtonBox::Ok);
     });
@@ -131,13 +118,8 @@ void TestServiceRecording::aServiceIsStoredAnnouncedAndReloaded()
 
     QCOMPARE(window.eventNames(), QStringList({"addRemoteOperation", "reloadGarageStats"}));
     QCOMPARE(window.events.first().data,
-             QJsonObject({{"carId", 1},
-                          {"opId", 1},
-                          {"opName", "Масло"},
-                          {"opTime", "2026-03-08 09:30"},
-                          {"pId", 5},
-                          {"pName", "Иванов Иван Ильич"},
-                          {"comment", "Changed %1 'oil'"}}));
+             json(R"({"carId": 1, "opId": 1, "opName": "Масло", "opTime": "2026-03-08 09:30",
+                     "pId": 5, "pName": "Иванов Иван Ильич", "comment": "Changed %1 'oil'"})"));
     QCOMPARE(database->rows(everyRecord),
              QStringList("1|1|2026-03-08T09:30:00.000Z|5|Иванов Иван Ильич|Changed %1 'oil'|1|NULL"));
     window.settle();
@@ -146,13 +128,12 @@ void TestServiceRecording::aServiceIsStoredAnnouncedAndReloaded()
 
 void TestServiceRecording::theDialogStartsWithTheClickedOperationAndTheCurrentMoment()
 {
-    const auto database = createSample();
     GarageWindow window;
     window.show();
     for (const auto &[column, operation] : {std::pair("Цепь", "Цепь"), std::pair("#", "--")}) {
         onNextDialog([expected = operation](QDialog &dialog) {
-            QCOMPARE(in<QComboBox>(dialog, "cbOperation")->currentText(), expected);
-            const QDateTime shown = in<QDateTimeEdit>(dialog, "deOperationDateTime")->dateTime();
+            QCOMPARE(child<QComboBox>(dialog, "cbOperation")->currentText(), expected);
+            const QDateTime shown = child<QDateTimeEdit>(dialog, "deOperationDateTime")->dateTime();
             QVERIFY(qAbs(shown.secsTo(QDateTime::currentDateTime())) <= 1);
             press(dialog, QDialogButtonBox::Cancel);
         });
@@ -163,7 +144,6 @@ void TestServiceRecording::theDialogStartsWithTheClickedOperationAndTheCurrentMo
 
 void TestServiceRecording::acceptingNoOperationStoresOperationMinusOne()
 {
-    const auto database = createSample();
     GarageWindow window;
     window.show();
     window.takeEvents();
@@ -180,7 +160,6 @@ void TestServiceRecording::acceptingNoOperationStoresOperationMinusOne()
 
 void TestServiceRecording::aCancelledServiceChangesNothing()
 {
-    const auto database = createSample();
     GarageWindow window;
     window.show();
     window.takeEvents();
@@ -195,13 +174,12 @@ void TestServiceRecording::aCancelledServiceChangesNothing()
 
 void TestServiceRecording::anEarlierServiceLeavesTheShownDateUntilTheReload()
 {
-    const auto database = createSample();
     database->addRecord(1, 1, "2026-03-10T09:00:00.000Z", DoneState);
     GarageWindow window;
     window.show();
     QStringList rows;
     connect(window.form.get(), &GarageForm::reloadGarageStats, &window,
-            [&] { rows = GarageWindow::texts(*window.find<QTreeView>("tvMaintainanceTable")->model()); });
+            [&] { rows = rowTexts(*window.find<QTreeView>("tvMaintainanceTable")->model()); });
     onNextDialog([](QDialog &dialog) {
         typeDateTime(dialog, march(8, 9, 30));
         press(dialog, QDialogButtonBox::Ok);
@@ -214,12 +192,11 @@ void TestServiceRecording::anEarlierServiceLeavesTheShownDateUntilTheReload()
 
 void TestServiceRecording::aLaterServiceShowsAtOnce()
 {
-    const auto database = createSample();
     GarageWindow window;
     window.show();
     QStringList rows;
     connect(window.form.get(), &GarageForm::reloadGarageStats, &window,
-            [&] { rows = GarageWindow::texts(*window.find<QTreeView>("tvMaintainanceTable")->model()); });
+            [&] { rows = rowTexts(*window.find<QTreeView>("tvMaintainanceTable")->model()); });
     auto *model = window.form->findChild<QAbstractItemModel *>("maintainanceModel");
     QSignalSpy changes(model, &QAbstractItemModel::dataChanged);
     onNextDialog([](QDialog &dialog) {
@@ -233,15 +210,14 @@ void TestServiceRecording::aLaterServiceShowsAtOnce()
     window.settle();
 }
 
-void TestServiceRecording::theRecordIsInTheFileWhenTheHostHearsOfIt()
+void TestServiceRecording::theRecordIsStoredBeforeTheHostIsInformed()
 {
-    const auto database = createSample();
     GarageWindow window;
     window.show();
     int rows = -1;
     connect(window.form.get(), &GarageForm::addRemoteOperation, this,
             [&] { rows = database->value("SELECT count(*) FROM maintainance").toInt(); });
-    onNextDialog([](QDialog &dialog) { press(dialog, QDialogButtonBox::Ok); });
+    onNextDialog(QDialogButtonBox::Ok);
     clickCell(window, "9", "Масло");
     QCOMPARE(rows, 1);
     window.settle();
@@ -249,14 +225,13 @@ void TestServiceRecording::theRecordIsInTheFileWhenTheHostHearsOfIt()
 
 void TestServiceRecording::aComplaintIsStoredOpen()
 {
-    const auto database = createSample();
     GarageWindow window;
     window.form->setPersonalList(people());
     window.show();
     window.takeEvents();
     onNextDialog([](QDialog &dialog) {
         QCOMPARE(dialog.windowTitle(), "Задание - RX  3");
-        QCOMPARE(in<QComboBox>(dialog, "cbOperation")->currentText(), "--");
+        QCOMPARE(child<QComboBox>(dialog, "cbOperation")->currentText(), "--");
         typeDateTime(dialog, march(8, 9, 30));
         typeComment(dialog, "knocks");
         press(dialog, QDialogButtonBox::Ok);
@@ -273,13 +248,12 @@ void TestServiceRecording::aComplaintIsStoredOpen()
 
 void TestServiceRecording::aNewComplaintStartsNowAndMayNameAnOperation()
 {
-    const auto database = createSample();
     GarageWindow window;
     window.show();
     onNextDialog([](QDialog &dialog) {
-        const QDateTime shown = in<QDateTimeEdit>(dialog, "deOperationDateTime")->dateTime();
+        const QDateTime shown = child<QDateTimeEdit>(dialog, "deOperationDateTime")->dateTime();
         QVERIFY(qAbs(shown.secsTo(QDateTime::currentDateTime())) <= 1);
-        auto *operation = in<QComboBox>(dialog, "cbOperation");
+        auto *operation = child<QComboBox>(dialog, "cbOperation");
         QVERIFY(operation->isEnabled());
         operation->setCurrentIndex(operation->findText("Масло"));
         press(dialog, QDialogButtonBox::Ok);
@@ -291,13 +265,12 @@ void TestServiceRecording::aNewComplaintStartsNowAndMayNameAnOperation()
 
 void TestServiceRecording::aSecondComplaintAmendsTheFirst()
 {
-    const auto database = createSample();
     const int id = database->addRecord(3, -1, "2026-03-07T08:00:00.000Z", OpenState, "Стук");
     GarageWindow window;
     window.show();
     onNextDialog([](QDialog &dialog) {
-        QCOMPARE(in<QPlainTextEdit>(dialog, "teComments")->toPlainText(), "Стук");
-        QCOMPARE(in<QDateTimeEdit>(dialog, "deOperationDateTime")->dateTime(), march(7, 8, 0));
+        QCOMPARE(child<QPlainTextEdit>(dialog, "teComments")->toPlainText(), "Стук");
+        QCOMPARE(child<QDateTimeEdit>(dialog, "deOperationDateTime")->dateTime(), march(7, 8, 0));
         typeDateTime(dialog, march(8, 9, 30));
         typeComment(dialog, "louder");
         press(dialog, QDialogButtonBox::Ok);
@@ -310,7 +283,6 @@ void TestServiceRecording::aSecondComplaintAmendsTheFirst()
 
 void TestServiceRecording::aCancelledComplaintChangesNothing()
 {
-    const auto database = createSample();
     GarageWindow window;
     window.show();
     window.takeEvents();
@@ -327,18 +299,17 @@ void TestServiceRecording::aComplaintComesFromTheHost_data()
 {
     QTest::addColumn<QJsonObject>("data");
     QTest::addColumn<bool>("asks");
-    QTest::newRow("a car") << QJsonObject {{"carId", 2}} << true;
-    QTest::newRow("an unknown car") << QJsonObject {{"carId", 99}} << false;
-    QTest::newRow("-1") << QJsonObject {{"carId", -1}} << false;
+    QTest::newRow("a car") << json(R"({"carId": 2})") << true;
+    QTest::newRow("an unknown car") << json(R"({"carId": 99})") << false;
+    QTest::newRow("-1") << json(R"({"carId": -1})") << false;
     QTest::newRow("no car id") << QJsonObject() << false;
-    QTest::newRow("a text") << QJsonObject {{"carId", "2"}} << false;
+    QTest::newRow("a text") << json(R"({"carId": "2"})") << false;
 }
 
 void TestServiceRecording::aComplaintComesFromTheHost()
 {
     QFETCH(QJsonObject, data);
     QFETCH(bool, asks);
-    const auto database = createSample();
     GarageWindow window;
     window.show();
     if (asks) {
@@ -357,7 +328,6 @@ void TestServiceRecording::aComplaintComesFromTheHost()
 
 void TestServiceRecording::aSecondRequestRaisesTheOpenDialog()
 {
-    const auto database = createSample();
     GarageWindow window;
     window.show();
     onNextDialog([&window](QDialog &dialog) {
@@ -382,7 +352,6 @@ void TestServiceRecording::aSecondRequestRaisesTheOpenDialog()
 
 void TestServiceRecording::aReloadUnderAnOpenDialogChangesNoOtherCar()
 {
-    const auto database = createSample();
     GarageWindow window;
     window.show();
     onNextDialog([&](QDialog &dialog) {
@@ -413,7 +382,6 @@ void TestServiceRecording::aReloadUnderAnOpenDialogChangesNoOtherCar()
 
 void TestServiceRecording::aComplaintClosedMeanwhileIsNotReopened()
 {
-    const auto database = createSample();
     const int id = database->addRecord(3, -1, "2026-03-07T08:00:00.000Z", OpenState, "Стук");
     GarageWindow window;
     window.show();
@@ -431,7 +399,6 @@ void TestServiceRecording::aComplaintClosedMeanwhileIsNotReopened()
 
 void TestServiceRecording::aComplaintThatCameMeanwhileIsKept()
 {
-    const auto database = createSample();
     GarageWindow window;
     window.show();
     onNextDialog([&](QDialog &dialog) {
@@ -446,9 +413,8 @@ void TestServiceRecording::aComplaintThatCameMeanwhileIsKept()
     window.settle();
 }
 
-void TestServiceRecording::aDialogOutlivesNothing()
+void TestServiceRecording::aDialogIsDestroyedWithItsWindow()
 {
-    const auto database = createSample();
     for (const bool complaint : {false, true}) {
         GarageWindow window;
         window.show();
@@ -475,7 +441,6 @@ void TestServiceRecording::aLockedDatabaseDelaysTheRecord_data()
 void TestServiceRecording::aLockedDatabaseDelaysTheRecord()
 {
     QFETCH(bool, complaint);
-    const auto database = createSample();
     GarageWindow window;
     window.show();
     std::unique_ptr<DatabaseLock> lock;
@@ -491,18 +456,17 @@ void TestServiceRecording::aLockedDatabaseDelaysTheRecord()
 
 void TestServiceRecording::aMissingDatabaseLosesTheRecordButNotTheWindow()
 {
-    const auto database = createSample();
     GarageWindow window;
     window.show();
     database->exec("ALTER TABLE maintainance RENAME TO elsewhere");
     window.takeEvents();
-    onNextDialog([](QDialog &dialog) { press(dialog, QDialogButtonBox::Ok); });
+    onNextDialog(QDialogButtonBox::Ok);
     clickCell(window, "10", "Масло");
     QCOMPARE(window.eventNames(), QStringList({"addRemoteOperation", "reloadGarageStats"}));
     window.settle();
     // No transaction was left open: others can write, and so can the window again.
     database->exec("ALTER TABLE elsewhere RENAME TO maintainance");
-    onNextDialog([](QDialog &dialog) { press(dialog, QDialogButtonBox::Ok); });
+    onNextDialog(QDialogButtonBox::Ok);
     clickCell(window, "10", "Масло");
     QCOMPARE(database->value("SELECT count(*) FROM maintainance").toInt(), 1);
     window.settle();

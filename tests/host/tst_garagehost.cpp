@@ -186,11 +186,11 @@ void TestGarageHost::theStartSequenceComesInOrder()
     const QJsonArray cars = run.echoesOf("cars_list_changed").first().value("cars").toArray();
     QCOMPARE(cars.size(), 24);
     for (const char *key : {"id", "num", "name", "car_guid", "available_for_runs"})
-        QVERIFY2(cars.first().toObject().contains(QLatin1String(key)), key);
+        QVERIFY2(cars.first().toObject().contains(key), key);
     const QJsonArray people = run.echoesOf("personal_list").first().value("personalList").toArray();
     QCOMPARE(people.size(), 10);
     for (const char *key : {"id", "lastName", "firstName", "midName", "serviceCode"})
-        QVERIFY2(people.first().toObject().contains(QLatin1String(key)), key);
+        QVERIFY2(people.first().toObject().contains(key), key);
 }
 
 void TestGarageHost::eachLineReachesThePluginAndEachEventComesBack()

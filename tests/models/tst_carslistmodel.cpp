@@ -1,5 +1,6 @@
 #include "models/carslistmodel.h"
 #include "support/garagetest.h"
+#include "support/json.h"
 
 #include <QAbstractItemModelTester>
 #include <QHeaderView>
@@ -61,7 +62,7 @@ CarsListModel::Car randomCar(QRandomGenerator &random)
     return car;
 }
 
-/// The order of rows told anew: a chain of three-way comparisons.
+/// The order of rows, implemented a second time: a chain of three-way comparisons.
 int oracleComparison(const QJsonObject &left, const QJsonObject &right, int column, Qt::SortOrder order)
 {
     const auto number = [](const QJsonObject &car) {
@@ -90,7 +91,7 @@ private slots:
     void columnsAreFixed();
     void rowsShowPositionModelAndNumber();
     void unavailableCarsAreGrey();
-    void aCarIsAvailableUnlessTheHostSaysOtherwise();
+    void aCarIsAvailableUnlessMarkedUnavailable();
     void theListOfAvailableCarsLeavesTheOthersOut();
     void malformedCarsTakeDefaults_data();
     void malformedCarsTakeDefaults();
@@ -164,7 +165,7 @@ void TestCarsListModel::unavailableCarsAreGrey()
     }
 }
 
-void TestCarsListModel::aCarIsAvailableUnlessTheHostSaysOtherwise()
+void TestCarsListModel::aCarIsAvailableUnlessMarkedUnavailable()
 {
     const QJsonObject silent {{"id", 1}};
     const QJsonObject numeric {{"id", 2}, {"available_for_runs", 0}};
@@ -194,8 +195,8 @@ void TestCarsListModel::malformedCarsTakeDefaults_data()
     QTest::newRow("not an object") << QJsonValue(7);
     QTest::newRow("null") << QJsonValue();
     QTest::newRow("wrong types") << QJsonValue(
-        QJsonObject {{"id", "4"}, {"num", 12}, {"name", QJsonArray()}, {"car_guid", true}});
-    QTest::newRow("unknown keys") << QJsonValue(QJsonObject {{"speed", 4}});
+        json(R"({"id": "4", "num": 12, "name": [], "car_guid": true})"));
+    QTest::newRow("unknown keys") << QJsonValue(json(R"({"speed": 4})"));
 }
 
 void TestCarsListModel::malformedCarsTakeDefaults()
@@ -213,8 +214,8 @@ void TestCarsListModel::aMessageWithoutCarsEmptiesTheList_data()
 {
     QTest::addColumn<QJsonObject>("message");
     QTest::newRow("no key") << QJsonObject();
-    QTest::newRow("an object") << QJsonObject {{"cars", QJsonObject()}};
-    QTest::newRow("a text") << QJsonObject {{"cars", "[]"}};
+    QTest::newRow("an object") << json(R"({"cars": {}})");
+    QTest::newRow("a text") << json(R"({"cars": "[]"})");
     QTest::newRow("an empty array") << carsJson({});
 }
 

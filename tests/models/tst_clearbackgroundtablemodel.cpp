@@ -60,7 +60,7 @@ class TestClearbackgroundTableModel : public GarageTest
     Q_OBJECT
 private slots:
     void cellsAreTransparentAndAligned();
-    void headersAreAlignedLikeTheirCellsUnlessToldOtherwise();
+    void headersAreAlignedLikeTheirCellsByDefault();
     void nothingOutOfRangeIsAnswered();
     void persistentIndexesFollowTheirRecordAndColumn();
     void equalRecordsKeepTheirOrder();
@@ -79,7 +79,7 @@ void TestClearbackgroundTableModel::cellsAreTransparentAndAligned()
     QVERIFY(!model.index(0, 0).data(Qt::ToolTipRole).isValid());
 }
 
-void TestClearbackgroundTableModel::headersAreAlignedLikeTheirCellsUnlessToldOtherwise()
+void TestClearbackgroundTableModel::headersAreAlignedLikeTheirCellsByDefault()
 {
     const LettersModel model;
     QCOMPARE(model.headerData(1, Qt::Horizontal).toString(), "Letter");

@@ -74,7 +74,7 @@ void TestGarageIcons::eachIconIsDrawnInEverySize_data()
     for (const char *name : iconNames)
         for (const int side : {16, 24, 32, 48})
             for (const qreal ratio : {1.0, 2.0})
-                QTest::addRow("%s %d @%gx", name, side, ratio) << QString::fromLatin1(name) << side << ratio;
+                QTest::addRow("%s %d @%gx", name, side, ratio) << name << side << ratio;
 }
 
 void TestGarageIcons::eachIconIsDrawnInEverySize()
@@ -98,7 +98,7 @@ void TestGarageIcons::addNames()
 {
     QTest::addColumn<QString>("name");
     for (const char *name : iconNames)
-        QTest::newRow(name) << QString::fromLatin1(name);
+        QTest::newRow(name) << name;
 }
 
 void TestGarageIcons::noIconIsCutOffAtItsEdges()
@@ -122,9 +122,9 @@ void TestGarageIcons::eachIconDiffersFromTheOthers()
     for (const int side : {16, 24, 32, 48}) {
         const QImage image = picture(name, side);
         for (const char *otherName : iconNames) {
-            if (name == QLatin1String(otherName))
+            if (name == otherName)
                 continue;
-            const QImage other = picture(QString::fromLatin1(otherName), side);
+            const QImage other = picture(otherName, side);
             int different = 0;
             for (int y = 0; y < side; ++y)
                 for (int x = 0; x < side; ++x)
@@ -139,8 +139,8 @@ void TestGarageIcons::eachIconIsReadableOnEveryPalette_data()
     QTest::addColumn<QString>("name");
     QTest::addColumn<QColor>("background");
     for (const char *name : iconNames) {
-        QTest::addRow("%s on white", name) << QString::fromLatin1(name) << QColor(Qt::white);
-        QTest::addRow("%s on dark", name) << QString::fromLatin1(name) << QColor(0x2b, 0x2b, 0x2b);
+        QTest::addRow("%s on white", name) << name << QColor(Qt::white);
+        QTest::addRow("%s on dark", name) << name << QColor(0x2b, 0x2b, 0x2b);
     }
 }
 
@@ -175,7 +175,7 @@ void TestGarageIcons::theResourcesMayBeAskedForTwice()
     initGarageResources();
     initGarageResources();
     for (const char *name : iconNames)
-        QVERIFY(QFile::exists(resourceOf(QString::fromLatin1(name))));
+        QVERIFY(QFile::exists(resourceOf(name)));
 }
 
 GARAGE_TEST(TestGarageIcons)

@@ -10,8 +10,8 @@
 #include <QTimer>
 #include <QWindow>
 
-/// Items that the mouse drags out of an editable list onto another widget. The offscreen platform gives up
-/// every drag at once; the minimal one carries it out.
+/// Items that the mouse drags out of an editable list onto another widget. The offscreen platform cancels
+/// every drag at once; the minimal one performs it.
 class TestListDrag : public GarageTest
 {
     Q_OBJECT
@@ -52,7 +52,7 @@ public:
     mutable QList<QPointer<QMimeData>> handedOut;
 };
 
-/// Takes what is dropped on it by the action it is told, or refuses it.
+/// Accepts drops with the given action, or refuses them.
 class DropTarget final : public QWidget
 {
 public:

@@ -88,8 +88,8 @@ class TestMaintainanceDelegate : public GarageTest
 {
     Q_OBJECT
 private slots:
-    void theBandTellsWhetherALimitIsExceeded_data();
-    void theBandTellsWhetherALimitIsExceeded();
+    void theBandShowsWhetherALimitIsExceeded_data();
+    void theBandShowsWhetherALimitIsExceeded();
     void theBandFillsTheLowerHalfWithinTheGrid_data();
     void theBandFillsTheLowerHalfWithinTheGrid();
     void emptyCellsHaveNoBand_data();
@@ -105,7 +105,7 @@ private slots:
     void aRepaintAsksForFewCells();
 };
 
-void TestMaintainanceDelegate::theBandTellsWhetherALimitIsExceeded_data()
+void TestMaintainanceDelegate::theBandShowsWhetherALimitIsExceeded_data()
 {
     QTest::addColumn<OperationStat>("stat");
     QTest::addColumn<ReglamentLimit>("limit");
@@ -129,7 +129,7 @@ void TestMaintainanceDelegate::theBandTellsWhetherALimitIsExceeded_data()
     QTest::newRow("open work") << openWork << limits << green;
 }
 
-void TestMaintainanceDelegate::theBandTellsWhetherALimitIsExceeded()
+void TestMaintainanceDelegate::theBandShowsWhetherALimitIsExceeded()
 {
     QFETCH(OperationStat, stat);
     QFETCH(ReglamentLimit, limit);
@@ -340,7 +340,7 @@ void TestMaintainanceDelegate::aRepaintAsksForFewCells()
     view.grab();
     QVERIFY(proxy.dataCalls > 0);
     QVERIFY2(proxy.texts <= shownCells, qPrintable(QString::number(proxy.texts)));
-    // The toolkit asks seven roles of each cell that it paints; the band and the height ask for none.
+    // Qt asks for seven roles of each cell that it paints; the band and the height ask for none.
     QVERIFY2(proxy.dataCalls <= 7 * shownCells, qPrintable(QString::number(proxy.dataCalls)));
     QVERIFY2(reglament.reads <= shownCells, qPrintable(QString::number(reglament.reads)));
 }

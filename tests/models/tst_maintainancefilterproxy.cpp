@@ -18,7 +18,7 @@ namespace {
 class ShownTable
 {
 public:
-    /// The tester takes the renumbering of positions by the filter for a fault.
+    /// The tester reports the renumbering of positions by the filter as a fault.
     enum Positions { OfTheTable, OfTheProxy };
 
     explicit ShownTable(Positions positions = OfTheTable)
@@ -115,7 +115,7 @@ private slots:
 
     void positionsAreRenumberedByTheFilter();
     void currentAndSelectionFollowTheirCars();
-    void columnsThatGoTakeTheirIndexesAlong();
+    void removedColumnsInvalidateTheirIndexes();
     void filtersSetDuringARefillHoldAfterIt();
     void aRecordedServiceShowsAtOnce();
     void aTableSelectedWholeSurvivesRefills();
@@ -352,7 +352,7 @@ void TestMaintainanceFilterProxy::currentAndSelectionFollowTheirCars()
     QVERIFY(!selection->hasSelection());
 }
 
-void TestMaintainanceFilterProxy::columnsThatGoTakeTheirIndexesAlong()
+void TestMaintainanceFilterProxy::removedColumnsInvalidateTheirIndexes()
 {
     ShownTable table;
     table.model.setItems({sodi(1), sodi(2)});
@@ -428,7 +428,7 @@ void TestMaintainanceFilterProxy::aTableSelectedWholeSurvivesRefills()
         table.model.setItems(refill);
         for (const QModelIndex &index : table.view.selectionModel()->selectedIndexes()) {
             QVERIFY(index.row() < table.proxy.rowCount());
-            QVERIFY(table.carIdOf(index) <= 300); // no car that came later
+            QVERIFY(table.carIdOf(index) <= 300); // no car that was added later
         }
         QCOMPARE(table.view.currentIndex().isValid(), refill.size() == 400);
         table.view.grab();

@@ -135,7 +135,7 @@ void TestMaintainanceModel::operationCellsShowTheDateAndWhatWasDrivenSince_data(
     QTest::addColumn<QString>("text");
     const QDateTime date(QDate(2024, 2, 9), QTime(8, 5, 59));
     const auto row = [](const char *name, const QList<OperationStat> &stats, const char *text) {
-        QTest::newRow(name) << stats << QString::fromUtf8(text);
+        QTest::newRow(name) << stats << text;
     };
     row("never recorded", {}, "");
     row("another operation", {done(8, date, 1, 1, 1)}, "");
@@ -377,10 +377,10 @@ void TestMaintainanceModel::indexesFollowTheirCarAndColumn()
     table.model.setItems({c, a});
     QCOMPARE(number.row(), 1);
     QVERIFY(!first.isValid());
-    table.setOperations({1}); // takes the model's column
+    table.setOperations({1}); // hides the model's column
     QCOMPARE(number.column(), 1);
     const QPersistentModelIndex position = table.model.index(0, 0);
-    table.setOperations({}); // takes the position's
+    table.setOperations({}); // hides the position's
     QVERIFY(!position.isValid());
     QCOMPARE(number.column(), 0);
 }

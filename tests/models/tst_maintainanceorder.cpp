@@ -35,7 +35,7 @@ std::optional<qint64> oracleValue(const MaintainanceItem &item, int opId, int mo
     return mode == 2 ? stat.runs : stat.laps;
 }
 
-/// Where b has to stand as seen from a: -1 after it, 1 before it, 0 anywhere.
+/// The place of b relative to a: -1 after it, 1 before it, 0 anywhere.
 int oracle(const MaintainanceItem &a, const MaintainanceItem &b, int opId, int mode, int direction)
 {
     if (opId != byModelAndNumber && mode < unknownMode) {
@@ -61,9 +61,9 @@ class TestMaintainanceOrder : public GarageTest
 {
     Q_OBJECT
 private slots:
-    void everyColumnKindAndDirectionSortsAsTheRuleSays_data();
-    void everyColumnKindAndDirectionSortsAsTheRuleSays();
-    void theRuleIsAStrictWeakOrder_data() { everyColumnKindAndDirectionSortsAsTheRuleSays_data(); }
+    void everyColumnKindSortsByTheRuleInBothDirections_data();
+    void everyColumnKindSortsByTheRuleInBothDirections();
+    void theRuleIsAStrictWeakOrder_data() { everyColumnKindSortsByTheRuleInBothDirections_data(); }
     void theRuleIsAStrictWeakOrder();
     void theFirstRequestIsAnsweredByNumber();
     void nothingIsSortedBeforeTheFirstRequest();
@@ -72,7 +72,7 @@ private slots:
     void aNumberIsReadFromTheBeginningOfItsText();
 };
 
-void TestMaintainanceOrder::everyColumnKindAndDirectionSortsAsTheRuleSays_data()
+void TestMaintainanceOrder::everyColumnKindSortsByTheRuleInBothDirections_data()
 {
     QTest::addColumn<int>("column");
     QTest::addColumn<int>("mode");
@@ -87,7 +87,7 @@ void TestMaintainanceOrder::everyColumnKindAndDirectionSortsAsTheRuleSays_data()
     }
 }
 
-void TestMaintainanceOrder::everyColumnKindAndDirectionSortsAsTheRuleSays()
+void TestMaintainanceOrder::everyColumnKindSortsByTheRuleInBothDirections()
 {
     QFETCH(int, column);
     QFETCH(int, mode);

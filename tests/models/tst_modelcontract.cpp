@@ -175,7 +175,7 @@ public:
 
     QAbstractItemModel &shown() override { return m_filter; }
 
-    /// Sorts only by columns without equal texts: among those the toolkit promises no order.
+    /// Sorts only by columns without equal texts: among those Qt promises no order.
     void sort(int column, Qt::SortOrder order) override
     {
         const QVector<int> columns {-1, positionColumn, numberColumn, timeColumn, commentColumn};

@@ -15,8 +15,8 @@ class TestQGarageTreeView : public GarageTest
 private slots:
     void theSignalsAndTheSlotComeInOrder();
     void bothButtonsStartHidden();
-    void eachCellOffersWhatItsFlagsSay_data();
-    void eachCellOffersWhatItsFlagsSay();
+    void eachCellOffersTheButtonsOfItsFlags_data();
+    void eachCellOffersTheButtonsOfItsFlags();
     void theButtonIsASquareInTheCellsCorner_data();
     void theButtonIsASquareInTheCellsCorner();
     void theMouseSwapsAndHidesTheButtons();
@@ -115,7 +115,7 @@ void TestQGarageTreeView::theSignalsAndTheSlotComeInOrder()
     const QMetaObject &meta = QGarageTreeView::staticMetaObject;
     QStringList names;
     for (int i = meta.methodOffset(); i < meta.methodCount(); ++i)
-        names.append(QString::fromLatin1(meta.method(i).methodSignature()));
+        names.append(meta.method(i).methodSignature());
     QCOMPARE(names,
              QStringList({"serviceButtonClicked(QModelIndex)", "attentionButtonClicked(QModelIndex)",
                           "serviceButtonClick()"}));
@@ -136,13 +136,13 @@ void TestQGarageTreeView::bothButtonsStartHidden()
     }
     const auto picture = [](const QPushButton *button) { return button->icon().pixmap(48).toImage(); };
     const auto resource = [](const char *name) {
-        return QIcon(":/icons/" + QLatin1String(name)).pixmap(48).toImage();
+        return QIcon(QString(":/icons/") + name).pixmap(48).toImage();
     };
     QCOMPARE(picture(sample.service()), resource("iconService"));
     QCOMPARE(picture(sample.attention()), resource("iconAttention"));
 }
 
-void TestQGarageTreeView::eachCellOffersWhatItsFlagsSay_data()
+void TestQGarageTreeView::eachCellOffersTheButtonsOfItsFlags_data()
 {
     QTest::addColumn<int>("column");
     QTest::addColumn<bool>("offersService");
@@ -153,7 +153,7 @@ void TestQGarageTreeView::eachCellOffersWhatItsFlagsSay_data()
     QTest::newRow("both bits: service wins") << int(Both) << true << false;
 }
 
-void TestQGarageTreeView::eachCellOffersWhatItsFlagsSay()
+void TestQGarageTreeView::eachCellOffersTheButtonsOfItsFlags()
 {
     QFETCH(int, column);
     QFETCH(bool, offersService);

@@ -99,7 +99,7 @@ private slots:
     void aViewSurvivesRefillsOfAFilteredSortedLog();
     void filtersSetDuringARefillHoldAfterIt();
     void hiddenRecordsMoveUpIntoAFilteredView();
-    void aFilterThatChangesNothingSaysNothing();
+    void anUnchangedFilterEmitsNoSignals();
     void anotherLogIsShownByTheSameFilter();
     void aFilterWithoutALogShowsNothing();
 };
@@ -355,7 +355,7 @@ void TestServiceLogFilter::hiddenRecordsMoveUpIntoAFilteredView()
     QCOMPARE(view.currentIndex(), log.filter.index(0, 2));
 }
 
-void TestServiceLogFilter::aFilterThatChangesNothingSaysNothing()
+void TestServiceLogFilter::anUnchangedFilterEmitsNoSignals()
 {
     FilteredLog log(mixedRecords());
     log.filter.setModelFilter("Kart");

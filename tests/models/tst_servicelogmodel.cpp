@@ -42,7 +42,7 @@ void refill(ServiceLogModel &model, const LogItems &items)
 
 } // namespace
 
-/// The journal of services and complaints.
+/// The service log: services and complaints.
 class TestServiceLogModel : public GarageTest
 {
     Q_OBJECT
@@ -56,10 +56,10 @@ private slots:
     void removingAShownRecordBringsAHiddenOneIn();
     void aHiddenRecordCanBeRemoved();
     void appendAddsToTheEndAndCopies();
-    void clearAndAppendSayNothing();
+    void clearAndAppendEmitNoSignals();
     void aRefillIsOneLayoutChange();
-    void removalsAreAnnouncedEvenWhenNothingGoes_data();
-    void removalsAreAnnouncedEvenWhenNothingGoes();
+    void removalsAreAnnouncedEvenIfNothingIsRemoved_data();
+    void removalsAreAnnouncedEvenIfNothingIsRemoved();
     void recordsAreFoundByTheirLocalId();
     void indexesFollowTheirRecordUntilItIsGone();
     void indexesPushedBeyondTheShownRowsBecomeInvalid();
@@ -76,7 +76,7 @@ void TestServiceLogModel::columnsAreFixed_data()
     QTest::addColumn<int>("width");
     int column = 0;
     const auto add = [&column](const char *key, const QString &title, int alignment, int width) {
-        QTest::newRow(key) << column++ << title << QString::fromLatin1(key) << alignment << width;
+        QTest::newRow(key) << column++ << title << key << alignment << width;
     };
     add("POS", "#", 2, 60);
     add("MODEL", "Модель", 2, 80);
@@ -190,7 +190,7 @@ void TestServiceLogModel::appendAddsToTheEndAndCopies()
     QCOMPARE(model.itemAt(1).id, 7);
 }
 
-void TestServiceLogModel::clearAndAppendSayNothing()
+void TestServiceLogModel::clearAndAppendEmitNoSignals()
 {
     ServiceLogModel model;
     QSignalSpy before(&model, &QAbstractItemModel::layoutAboutToBeChanged);
@@ -217,7 +217,7 @@ void TestServiceLogModel::aRefillIsOneLayoutChange()
     QCOMPARE(after.count(), 1);
 }
 
-void TestServiceLogModel::removalsAreAnnouncedEvenWhenNothingGoes_data()
+void TestServiceLogModel::removalsAreAnnouncedEvenIfNothingIsRemoved_data()
 {
     QTest::addColumn<int>("row");
     QTest::addColumn<int>("left");
@@ -228,7 +228,7 @@ void TestServiceLogModel::removalsAreAnnouncedEvenWhenNothingGoes_data()
     QTest::newRow("far away") << 1000000 << 3;
 }
 
-void TestServiceLogModel::removalsAreAnnouncedEvenWhenNothingGoes()
+void TestServiceLogModel::removalsAreAnnouncedEvenIfNothingIsRemoved()
 {
     QFETCH(const int, row);
     ServiceLogModel model;

@@ -20,7 +20,7 @@ QJsonObject remoteRecord(int id, int carId, int opId)
 
 QJsonObject batch(const QJsonArray &records)
 {
-    return {{"data", QString::fromUtf8(QJsonDocument(records).toJson())}};
+    return {{"data", QString(QJsonDocument(records).toJson())}};
 }
 
 QJsonObject lastReload(const QVector<LoadedPlugin::Message> &messages)
@@ -52,7 +52,7 @@ void lookAtEverything(LoadedPlugin &host)
     }
     for (const char *name : {"cbSortKind", "cbFilterModels", "cbFilterServiceState", "cbLogFilterModels",
                              "cbLogFilterOperation"}) {
-        auto *combo = window->findChild<QComboBox *>(QLatin1String(name));
+        auto *combo = window->findChild<QComboBox *>(name);
         for (int index = qMin(combo->count(), 20) - 1; index >= 0; --index) {
             combo->setCurrentIndex(index);
             emit combo->activated(index);
@@ -79,9 +79,9 @@ private slots:
     void tablesMayVanishAndComeBackWhileRunning();
     void columnsMayBeRenamedWhileRunning_data();
     void columnsMayBeRenamedWhileRunning();
-    void aFileThatTakesTheDatabasesPlaceIsUsed_data();
-    void aFileThatTakesTheDatabasesPlaceIsUsed();
-    void withoutTheFileTheLibraryGoesOn();
+    void aFileThatReplacesTheDatabaseIsUsed_data();
+    void aFileThatReplacesTheDatabaseIsUsed();
+    void theLibraryWorksWithoutTheFile();
 
 private:
     /// Cars 1 and 2 of one model; car 1 drove eleven laps since operation 1 was done, and ten are allowed.
@@ -96,7 +96,7 @@ void TestHostileDatabase::addDueCar(const TestDatabase &database)
     database.addLimit("Вихрь", 1, 0, 0, 10);
     database.addRecord(1, 1, goodCarsTime, 1);
     for (int lap = 0; lap < 11; ++lap)
-        database.addLap(1, 1, QString("2026-02-01T10:00:%1.000Z").arg(lap, 2, 10, QLatin1Char('0')), 40000);
+        database.addLap(1, 1, QString("2026-02-01T10:00:%1.000Z").arg(lap, 2, 10, '0'), 40000);
 }
 
 void TestHostileDatabase::anyContentLeavesTheRestAsItIs_data()
@@ -196,7 +196,7 @@ void TestHostileDatabase::tablesMayVanishAndComeBackWhileRunning_data()
     QTest::addColumn<QString>("table");
     for (const char *table :
          {"cars", "personal", "laps", "service_operations", "service_reglament", "maintainance"})
-        QTest::newRow(table) << QString::fromLatin1(table);
+        QTest::newRow(table) << table;
 }
 
 void TestHostileDatabase::tablesMayVanishAndComeBackWhileRunning()
@@ -258,14 +258,14 @@ void TestHostileDatabase::columnsMayBeRenamedWhileRunning()
     lookAtEverything(host);
 }
 
-void TestHostileDatabase::aFileThatTakesTheDatabasesPlaceIsUsed_data()
+void TestHostileDatabase::aFileThatReplacesTheDatabaseIsUsed_data()
 {
     QTest::addColumn<bool>("removeFirst");
     QTest::newRow("moved over it") << false;
     QTest::newRow("made after it was deleted") << true;
 }
 
-void TestHostileDatabase::aFileThatTakesTheDatabasesPlaceIsUsed()
+void TestHostileDatabase::aFileThatReplacesTheDatabaseIsUsed()
 {
     QFETCH(bool, removeFirst);
     createDatabase();
@@ -292,7 +292,7 @@ void TestHostileDatabase::aFileThatTakesTheDatabasesPlaceIsUsed()
     lookAtEverything(host);
 }
 
-void TestHostileDatabase::withoutTheFileTheLibraryGoesOn()
+void TestHostileDatabase::theLibraryWorksWithoutTheFile()
 {
     addDueCar(*createDatabase());
     LoadedPlugin host;

@@ -1,15 +1,15 @@
 #include "data/records.h"
 #include "support/garagetest.h"
+#include "support/json.h"
 #include "support/loadedplugin.h"
+#include "support/userinput.h"
 
-#include <QApplication>
 #include <QDateTimeEdit>
 #include <QDialogButtonBox>
 #include <QJsonDocument>
 #include <QProcess>
 #include <QStyledItemDelegate>
 #include <QTemporaryDir>
-#include <QTimer>
 #include <QTreeView>
 
 /// Messages, cells and dialogs have ASCII digits whatever the system's locale. Each locale needs a process of
@@ -47,27 +47,18 @@ QStringList shownCells(const QTreeView &view)
 
 QString messageText(const LoadedPlugin::Message &message)
 {
-    return message.event + ' '
-        + QString::fromUtf8(QJsonDocument(message.data).toJson(QJsonDocument::Compact));
+    return message.event + ' ' + QString(QJsonDocument(message.data).toJson(QJsonDocument::Compact));
 }
 
-/// Accepts the next dialog and gives what its date field showed.
+/// Accepts the next dialog and stores the text of its date field.
 void acceptNextDialog(QString &shownDate)
 {
-    auto *timer = new QTimer(qApp);
-    QObject::connect(timer, &QTimer::timeout, timer, [timer, &shownDate] {
-        auto *dialog = qobject_cast<QDialog *>(QApplication::activeModalWidget());
-        if (!dialog || !dialog->isVisible())
-            return;
-        timer->deleteLater();
-        timer->stop();
-        auto *date = dialog->findChild<QDateTimeEdit *>("deOperationDateTime");
+    onNextDialog([&shownDate](QDialog &dialog) {
+        auto *date = child<QDateTimeEdit>(dialog, "deOperationDateTime");
         date->setDateTime(QDateTime(QDate(2026, 3, 9), QTime(8, 7)));
         shownDate = date->text();
-        QTest::mouseClick(dialog->findChild<QDialogButtonBox *>()->button(QDialogButtonBox::Ok),
-                          Qt::LeftButton);
+        press(dialog, QDialogButtonBox::Ok);
     });
-    timer->start(1);
 }
 
 void addRecords(const TestDatabase &database)
@@ -109,8 +100,7 @@ void TestLocaleDigits::textsOfOneSession()
                     texts += shownCells(*view);
             }
         };
-        host.send("cars_list_changed",
-                  {{"cars", QJsonArray {QJsonObject {{"id", 1}, {"name", "Sodi"}, {"num", "10"}}}}});
+        host.send("cars_list_changed", json(R"({"cars": [{"id": 1, "name": "Sodi", "num": "10"}]})"));
         reload();
         appendTables();
 
@@ -127,10 +117,8 @@ void TestLocaleDigits::textsOfOneSession()
         for (const LoadedPlugin::Message &message : host.takeMessages())
             texts.append(messageText(message));
 
-        host.send(
-            "remote_service_data",
-            {{"data",
-              QStringLiteral(R"([{"id":7,"carId":2,"opId":-1,"opDoneDateTime":"2026-03-10T11:12Z"}])")}});
+        host.send("remote_service_data",
+                  {{"data", R"([{"id":7,"carId":2,"opId":-1,"opDoneDateTime":"2026-03-10T11:12Z"}])"}});
         reload();
         appendTables();
     }
@@ -157,7 +145,7 @@ QByteArray TestLocaleDigits::textsUnder(const QString &variable, const QString &
     environment.insert("LC_ALL", QString());
     environment.insert("LANG", "C.UTF-8");
     environment.insert(variable, locale);
-    environment.insert(QLatin1String(outputVariable), path);
+    environment.insert(outputVariable, path);
     QProcess process;
     process.setProcessEnvironment(environment);
     process.start(QCoreApplication::applicationFilePath(), {"tst_localedigits", "textsOfOneSession"});

@@ -1,5 +1,6 @@
 #include "support/databaselock.h"
 #include "support/garagetest.h"
+#include "support/json.h"
 #include "support/loadedplugin.h"
 
 #include <QCborMap>
@@ -293,9 +294,9 @@ void TestPluginLibrary::itAnswersOnWithoutItsWindow()
     for (const char *event : {"cars_list_changed", "personal_list", "run_saved_to_db", "remote_service_data"})
         QVERIFY(host.ask(event).isEmpty());
     QVERIFY(host.ask("car_complain", {{"carId", 1}}).isEmpty());
-    QVERIFY(host.ask("remote_control_data",
-                     {{"msg", "switchCarAvailability"}, {"data", QJsonObject {{"carId", 1}}}})
-                .isEmpty());
+    QVERIFY(
+        host.ask("remote_control_data", {{"msg", "switchCarAvailability"}, {"data", json(R"({"carId": 1})")}})
+            .isEmpty());
 }
 
 void TestPluginLibrary::itEndsWithAHostThatDoesNotUnload()

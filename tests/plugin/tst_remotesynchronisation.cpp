@@ -1,5 +1,5 @@
 #include "support/garagetest.h"
-#include "support/loadedplugin.h"
+#include "support/json.h"
 #include "support/moments.h"
 
 #include <QDateTimeEdit>
@@ -49,7 +49,7 @@ QJsonObject person(const QJsonValue &code, int id, const QString &lastName)
 } // namespace
 
 /// Service records that come from the remote side, and the life of a complaint between both sides.
-class TestRemoteSynchronisation : public GarageTest
+class TestRemoteSynchronisation : public DatabaseTest
 {
     Q_OBJECT
 private slots:
@@ -61,7 +61,7 @@ private slots:
     void theServiceCodeNamesThePerson();
     void missingKeysTakeTheirDefaults();
     void elementsThatAreNoRecordsCountAsEmptyOnes();
-    void idsGoToTheArchiveUnchangedAndInOrder();
+    void idsAreArchivedUnchangedAndInOrder();
     void aFailingUpdateInsertsNothing();
     void aFailingInsertLosesOnlyItsOwnRecord();
     void aBatchIsVisibleAsAWholeOrNotAtAll();
@@ -78,7 +78,7 @@ private:
 void TestRemoteSynchronisation::sendRecords(LoadedPlugin &host, const QJsonArray &records)
 {
     host.send("remote_service_data",
-              {{"data", QString::fromUtf8(QJsonDocument(records).toJson(QJsonDocument::Compact))}});
+              {{"data", QString(QJsonDocument(records).toJson(QJsonDocument::Compact))}});
 }
 
 QJsonArray TestRemoteSynchronisation::synchronise(LoadedPlugin &host, const QJsonArray &records)
@@ -108,7 +108,6 @@ QJsonArray TestRemoteSynchronisation::pending(const QVector<LoadedPlugin::Messag
 
 void TestRemoteSynchronisation::aNewRecordIsInsertedAsDone()
 {
-    const auto database = createDatabase();
     LoadedPlugin host;
     QCOMPARE(synchronise(host, {record(40)}), QJsonArray({40}));
     QCOMPARE(database->rows(everyRecord), QStringList("40|1|2|2026-03-08T09:30Z|5|Пётр|готово|1"));
@@ -116,7 +115,6 @@ void TestRemoteSynchronisation::aNewRecordIsInsertedAsDone()
 
 void TestRemoteSynchronisation::aRecordSentTwiceUpdatesItsRow()
 {
-    const auto database = createDatabase();
     LoadedPlugin host;
     synchronise(host, {record(40)});
     synchronise(host, {record(40, {{"comment", "иначе"}, {"carId", 3}})});
@@ -126,7 +124,6 @@ void TestRemoteSynchronisation::aRecordSentTwiceUpdatesItsRow()
 
 void TestRemoteSynchronisation::aLocalIdCompletesTheLocalRecord()
 {
-    const auto database = createDatabase();
     const int localId = database->addRecord(1, -1, "2026-03-01T10:00:00.000Z", 0, "Стук");
     LoadedPlugin host;
     synchronise(host, {record(40, {{"localId", localId}, {"opId", -1}})});
@@ -136,7 +133,6 @@ void TestRemoteSynchronisation::aLocalIdCompletesTheLocalRecord()
 
 void TestRemoteSynchronisation::bothIdsMayUpdateSeveralRows()
 {
-    const auto database = createDatabase();
     const int localId = database->addRecord(1, -1, "2026-03-01T10:00Z", 0);
     database->addRecord(7, 7, "2026-03-02T10:00Z", 0);
     database->exec("UPDATE maintainance SET remote_id=40 WHERE car_id=7");
@@ -167,15 +163,13 @@ void TestRemoteSynchronisation::theServiceCodeNamesThePerson_data()
         << QJsonArray {person(QJsonValue::Undefined, 9, "Цой")} << QJsonValue(QJsonValue::Undefined)
         << operatorKept;
     QTest::newRow("missing parts leave their blanks")
-        << QJsonArray {QJsonObject {{"serviceCode", "5"}, {"lastName", "Ким"}}} << QJsonValue("5")
-        << "-1|Ким  ";
+        << QJsonArray {json(R"({"serviceCode": "5", "lastName": "Ким"})")} << QJsonValue("5") << "-1|Ким  ";
 }
 
 void TestRemoteSynchronisation::theServiceCodeNamesThePerson()
 {
     QFETCH(QJsonArray, people);
     QFETCH(QJsonValue, code);
-    const auto database = createDatabase();
     LoadedPlugin host;
     host.send("personal_list", {{"personalList", people}});
     synchronise(host, {record(40, {{"serviceCode", code}})});
@@ -184,9 +178,8 @@ void TestRemoteSynchronisation::theServiceCodeNamesThePerson()
 
 void TestRemoteSynchronisation::missingKeysTakeTheirDefaults()
 {
-    const auto database = createDatabase();
     LoadedPlugin host;
-    QCOMPARE(synchronise(host, {QJsonObject {{"unknown", 1}}}), QJsonArray({QJsonValue()}));
+    QCOMPARE(synchronise(host, {json(R"({"unknown": 1})")}), QJsonArray({QJsonValue()}));
     QCOMPARE(database->rows(everyRecord), QStringList("-1|-1|-1||-1|||1"));
     // Another one without an id has the same id, -1.
     synchronise(host, {record(40, {{"id", QJsonValue::Undefined}, {"operatorId", QJsonValue::Undefined}})});
@@ -195,7 +188,6 @@ void TestRemoteSynchronisation::missingKeysTakeTheirDefaults()
 
 void TestRemoteSynchronisation::elementsThatAreNoRecordsCountAsEmptyOnes()
 {
-    const auto database = createDatabase();
     LoadedPlugin host;
     QCOMPARE(synchronise(host, {5, "x", QJsonValue(), record(40)}),
              QJsonArray({QJsonValue(), QJsonValue(), QJsonValue(), 40}));
@@ -203,9 +195,8 @@ void TestRemoteSynchronisation::elementsThatAreNoRecordsCountAsEmptyOnes()
              QStringList({"-1|-1|-1||-1|||1", "40|1|2|2026-03-08T09:30Z|5|Пётр|готово|1"}));
 }
 
-void TestRemoteSynchronisation::idsGoToTheArchiveUnchangedAndInOrder()
+void TestRemoteSynchronisation::idsAreArchivedUnchangedAndInOrder()
 {
-    const auto database = createDatabase();
     LoadedPlugin host;
     const QJsonArray ids {7, "8", 3.5, 7};
     QJsonArray records;
@@ -216,7 +207,6 @@ void TestRemoteSynchronisation::idsGoToTheArchiveUnchangedAndInOrder()
 
 void TestRemoteSynchronisation::aFailingUpdateInsertsNothing()
 {
-    const auto database = createDatabase();
     database->addRecord(1, 2, "2026-03-01T10:00Z", 0);
     database->exec("UPDATE maintainance SET remote_id=40");
     database->exec("CREATE TRIGGER fault BEFORE UPDATE ON maintainance WHEN new.comment='нет' "
@@ -230,7 +220,6 @@ void TestRemoteSynchronisation::aFailingUpdateInsertsNothing()
 
 void TestRemoteSynchronisation::aFailingInsertLosesOnlyItsOwnRecord()
 {
-    const auto database = createDatabase();
     database->exec("CREATE TRIGGER fault BEFORE INSERT ON maintainance WHEN new.remote_id=41 "
                    "BEGIN SELECT RAISE(ABORT,'injected'); END");
     LoadedPlugin host;
@@ -255,7 +244,6 @@ void TestRemoteSynchronisation::aFailingInsertLosesOnlyItsOwnRecord()
 void TestRemoteSynchronisation::aBatchIsVisibleAsAWholeOrNotAtAll()
 {
     constexpr int batchSize = 500;
-    const auto database = createDatabase();
     LoadedPlugin host;
     std::atomic<bool> done {false};
     std::atomic<int> looks {0};
@@ -284,7 +272,6 @@ void TestRemoteSynchronisation::aBatchIsVisibleAsAWholeOrNotAtAll()
 
 void TestRemoteSynchronisation::aComplaintGoesRoundBothSides()
 {
-    const auto database = createDatabase();
     database->addCar(1, "10", "Sodi");
     LoadedPlugin host;
     host.showWindow();
@@ -304,14 +291,8 @@ void TestRemoteSynchronisation::aComplaintGoesRoundBothSides()
     QCOMPARE(waiting.size(), 1);
     waiting = complain("Громкий стук");
     QCOMPARE(waiting.size(), 1);
-    QCOMPARE(waiting.first().toObject(),
-             QJsonObject({{"carId", 1},
-                          {"carNum", "10"},
-                          {"carModel", "Sodi"},
-                          {"opId", -1},
-                          {"opName", "Громкий стук"},
-                          {"opDateTime", "2026-03-01T10:00"},
-                          {"localId", 1}}));
+    QCOMPARE(waiting.first().toObject(), json(R"({"carId": 1, "carNum": "10", "carModel": "Sodi", "opId": -1,
+                     "opName": "Громкий стук", "opDateTime": "2026-03-01T10:00", "localId": 1})"));
     QCOMPARE(database->value("SELECT count(*) FROM maintainance").toInt(), 1);
 
     const auto *log = host.window()->findChild<QTreeView *>("tvServiceLog")->model();
@@ -328,7 +309,6 @@ void TestRemoteSynchronisation::aComplaintGoesRoundBothSides()
 
 void TestRemoteSynchronisation::anEveningAtTheTrack()
 {
-    const auto database = createDatabase();
     database->addCar(1, "10", "Sodi");
     database->addOperation(2, "Масло");
     database->addLimit("Sodi", 2, 0, 0, 2);
@@ -368,13 +348,8 @@ void TestRemoteSynchronisation::anEveningAtTheTrack()
     QCOMPARE(LoadedPlugin::names(messages), QStringList({"add_remote_service", "update_pending_service"}));
     QCOMPARE(messages.first().module, "garage_plugin");
     QCOMPARE(messages.first().data,
-             QJsonObject({{"carId", 1},
-                          {"opId", 2},
-                          {"opName", "Масло"},
-                          {"opTime", "2026-03-02 17:00"},
-                          {"pId", -1},
-                          {"pName", QString()},
-                          {"comment", QString()}}));
+             json(R"({"carId": 1, "opId": 2, "opName": "Масло", "opTime": "2026-03-02 17:00",
+                     "pId": -1, "pName": "", "comment": ""})"));
     QVERIFY(pending(messages).isEmpty());
     QTRY_COMPARE(table->model()->index(0, 3).data().toString(), shown("2026-03-02 17:00"));
 }

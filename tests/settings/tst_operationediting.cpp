@@ -1,7 +1,6 @@
 #include "settings/garagesettingsform.h"
 #include "support/garagetest.h"
-#include "support/garagewindow.h"
-#include "support/typing.h"
+#include "support/userinput.h"
 
 #include <QAction>
 #include <QDialogButtonBox>
@@ -11,7 +10,7 @@
 #include <cstdio>
 
 /// The list of operations under the keyboard: what is stored, and which row it belongs to.
-class TestOperationEditing : public GarageTest
+class TestOperationEditing : public DatabaseTest
 {
     Q_OBJECT
 private slots:
@@ -25,39 +24,28 @@ private slots:
     void anOperationOfIdMinusOneIsAnOrdinaryRow();
 
 private:
-    template<class Widget> Widget *find(const char *name) const
-    {
-        auto *found = m_form->findChild<Widget *>(QLatin1String(name));
-        if (!found)
-            qFatal("The page has no %s", name);
-        return found;
-    }
+    template<class Widget> Widget *find(const char *name) const { return child<Widget>(*m_form, name); }
     QTreeView *view() const { return find<QTreeView>("tvServiceOperations"); }
     QLineEdit *editor() const { return view()->viewport()->findChild<QLineEdit *>(); }
-    QStringList shownRows() const { return GarageWindow::texts(*view()->model()); }
-    QStringList storedRows() const
-    {
-        return m_database->rows("SELECT * FROM service_operations ORDER BY id");
-    }
+    QStringList shownRows() const { return rowTexts(*view()->model()); }
+    QStringList storedRows() const { return database->rows("SELECT * FROM service_operations ORDER BY id"); }
     void open();
     void trigger(const char *action) const { find<QAction>(action)->trigger(); }
-    void press(Qt::Key key) const;
+    void pressKey(Qt::Key key) const;
     void type(const char *name) const;
     void startEditing(int row) const;
     void remove(int row) const;
 
-    std::unique_ptr<TestDatabase> m_database;
     std::unique_ptr<GarageSettingsForm> m_form;
     std::unique_ptr<QSignalSpy> m_events;
 };
 
 void TestOperationEditing::init()
 {
-    GarageTest::init();
-    m_database = createDatabase();
-    m_database->addCar(1, "1", "SODI");
-    m_database->addOperation(2, "Oil");
-    m_database->addOperation(5, "Chain");
+    DatabaseTest::init();
+    database->addCar(1, "1", "SODI");
+    database->addOperation(2, "Oil");
+    database->addOperation(5, "Chain");
 }
 
 void TestOperationEditing::cleanup()
@@ -65,8 +53,7 @@ void TestOperationEditing::cleanup()
     QVERIFY(allDialogsAnswered());
     m_events.reset();
     m_form.reset();
-    m_database.reset();
-    GarageTest::cleanup();
+    DatabaseTest::cleanup();
 }
 
 void TestOperationEditing::open()
@@ -77,7 +64,7 @@ void TestOperationEditing::open()
     QVERIFY(QTest::qWaitForWindowActive(m_form.get()));
 }
 
-void TestOperationEditing::press(Qt::Key key) const
+void TestOperationEditing::pressKey(Qt::Key key) const
 {
     QTest::keyClick(editor(), key);
     QTRY_VERIFY(!editor());
@@ -87,14 +74,13 @@ void TestOperationEditing::type(const char *name) const
 {
     QVERIFY(editor());
     editor()->selectAll();
-    typeText(editor(), QLatin1String(name));
-    press(Qt::Key_Return);
+    typeText(editor(), name);
+    pressKey(Qt::Key_Return);
 }
 
 void TestOperationEditing::startEditing(int row) const
 {
-    QTest::mouseClick(view()->viewport(), Qt::LeftButton, {},
-                      view()->visualRect(view()->model()->index(row, 1)).center());
+    click(view(), view()->model()->index(row, 1));
     QTest::keyClick(view(), Qt::Key_F2);
     QVERIFY(editor());
 }
@@ -102,10 +88,7 @@ void TestOperationEditing::startEditing(int row) const
 void TestOperationEditing::remove(int row) const
 {
     view()->setCurrentIndex(view()->model()->index(row, 1));
-    onNextDialog([](QDialog &dialog) {
-        QTest::mouseClick(dialog.findChild<QDialogButtonBox *>()->button(QDialogButtonBox::Yes),
-                          Qt::LeftButton);
-    });
+    onNextDialog(QDialogButtonBox::Yes);
     trigger("actionRemoveOperation");
 }
 
@@ -113,7 +96,7 @@ void TestOperationEditing::anIdBelongsToTheRowThatWasNamed()
 {
     open();
     trigger("actionAddOperation");
-    press(Qt::Key_Escape);
+    pressKey(Qt::Key_Escape);
     trigger("actionAddOperation");
     type("Tyres");
     QCOMPARE(shownRows().at(2), "3|Tyres");
@@ -139,9 +122,9 @@ void TestOperationEditing::aNameThatWasNotChangedIsNotStored()
     QFETCH(QString, end);
     open();
     startEditing(0);
-    m_database->exec("UPDATE service_operations SET operation_name='Gear oil' WHERE id=2");
+    database->exec("UPDATE service_operations SET operation_name='Gear oil' WHERE id=2");
     if (end == "return") {
-        press(Qt::Key_Return);
+        pressKey(Qt::Key_Return);
     } else if (end == "click") {
         find<QTreeView>("tvServiceReglament")->setFocus();
         QTRY_VERIFY(!editor());
@@ -181,8 +164,8 @@ void TestOperationEditing::otherRowsCanBeEditedAfterTheRowUnderAnEditorVanished(
 
 void TestOperationEditing::anOperationOfIdMinusOneIsAnOrdinaryRow()
 {
-    m_database->addOperation(-1, "Odd");
-    m_database->exec("DELETE FROM service_operations WHERE id>0");
+    database->addOperation(-1, "Odd");
+    database->exec("DELETE FROM service_operations WHERE id>0");
     open();
     for (int reload = 0; reload < 3; ++reload)
         m_form->reloadReglamentModel();
@@ -193,7 +176,7 @@ void TestOperationEditing::anOperationOfIdMinusOneIsAnOrdinaryRow()
     QCOMPARE(storedRows(), QStringList("-1|Strange"));
 
     trigger("actionAddOperation");
-    press(Qt::Key_Escape);
+    pressKey(Qt::Key_Escape);
     remove(1);
     QCOMPARE(storedRows(), QStringList("-1|Strange"));
     trigger("actionAddOperation");

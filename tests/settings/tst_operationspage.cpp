@@ -28,10 +28,7 @@ private slots:
 private:
     void trigger(const char *name) { m_page->findChild<QAction *>(QLatin1String(name))->trigger(); }
     void clickRow(int row, Qt::KeyboardModifiers modifiers = {});
-    QStringList stored() const
-    {
-        return m_database->rows(QStringLiteral("SELECT id FROM service_operations"));
-    }
+    QStringList stored() const { return m_database->rows("SELECT id FROM service_operations"); }
     void openLimits();
 
     std::unique_ptr<TestDatabase> m_database;
@@ -43,11 +40,11 @@ void TestOperationsPage::init()
 {
     GarageTest::init();
     m_database = createDatabase();
-    m_database->addCar(1, QStringLiteral("10"), QStringLiteral("Sodi"));
+    m_database->addCar(1, "10", "Sodi");
     for (int id = 1; id <= 3; ++id)
-        m_database->addOperation(id, QStringLiteral("Операция %1").arg(id));
+        m_database->addOperation(id, QString("Операция %1").arg(id));
     m_page = std::make_unique<GarageSettingsForm>();
-    m_view = m_page->findChild<QTreeView *>(QStringLiteral("tvServiceOperations"));
+    m_view = m_page->findChild<QTreeView *>("tvServiceOperations");
     m_page->move(120, 60);
     m_page->show();
     m_page->activateWindow();
@@ -71,7 +68,7 @@ void TestOperationsPage::openingThePageChoosesNoOperation()
 {
     QTRY_VERIFY(m_view->hasFocus());
     QVERIFY(!m_view->currentIndex().isValid());
-    chooseFromContextMenu(m_view, emptyPlace(*m_view), QStringLiteral("Удалить"));
+    chooseFromContextMenu(m_view, emptyPlace(*m_view), "Удалить");
     QVERIFY(!QApplication::activeModalWidget());
     QCOMPARE(stored().size(), 3);
 }
@@ -93,7 +90,7 @@ void TestOperationsPage::afterARemovalNothingIsCurrent()
     });
     trigger("actionRemoveOperation");
     QVERIFY(allDialogsAnswered());
-    QCOMPARE(stored(), QStringList({QStringLiteral("1"), QStringLiteral("3")}));
+    QCOMPARE(stored(), QStringList({"1", "3"}));
     QVERIFY(!m_view->currentIndex().isValid());
     trigger("actionRemoveOperation");
     QCOMPARE(stored().size(), 2);
@@ -106,7 +103,7 @@ void TestOperationsPage::thePageMayDieUnderAQuestionFromTheMenu()
 {
     const QPoint cell = m_view->visualRect(m_view->model()->index(1, 1)).center();
     onNextDialog([this](QDialog &) { m_page.reset(); });
-    chooseFromContextMenu(m_view, cell, QStringLiteral("Удалить"));
+    chooseFromContextMenu(m_view, cell, "Удалить");
     QVERIFY(allDialogsAnswered());
     QVERIFY(!m_page);
     QCOMPARE(stored().size(), 3);
@@ -114,7 +111,7 @@ void TestOperationsPage::thePageMayDieUnderAQuestionFromTheMenu()
 
 void TestOperationsPage::openLimits()
 {
-    auto *schedule = m_page->findChild<QTreeView *>(QStringLiteral("tvServiceReglament"));
+    auto *schedule = m_page->findChild<QTreeView *>("tvServiceReglament");
     const QPoint cell = schedule->visualRect(schedule->model()->index(0, 2)).center();
     QTest::mouseClick(schedule->viewport(), Qt::LeftButton, {}, cell);
     QTest::mouseDClick(schedule->viewport(), Qt::LeftButton, {}, cell);
@@ -139,7 +136,7 @@ void TestOperationsPage::thePageMayDieUnderTheLimitsDialog()
     openLimits();
     QVERIFY(allDialogsAnswered());
     QVERIFY(!QApplication::activeModalWidget());
-    QVERIFY(m_database->rows(QStringLiteral("SELECT * FROM service_reglament")).isEmpty());
+    QVERIFY(m_database->rows("SELECT * FROM service_reglament").isEmpty());
 }
 
 GARAGE_TEST(TestOperationsPage)

@@ -1,6 +1,6 @@
 #include "settings/reglamentsettingsdialog.h"
 #include "support/garagetest.h"
-#include "support/typing.h"
+#include "support/userinput.h"
 
 #include <QApplication>
 #include <QDialogButtonBox>
@@ -37,15 +37,12 @@ namespace {
 
 QLineEdit *field(const ReglamentSettingsDialog &dialog, const char *name)
 {
-    auto *found = dialog.findChild<QLineEdit *>(QLatin1String(name));
-    if (!found)
-        qFatal("No field %s", name);
-    return found;
+    return child<QLineEdit>(dialog, name);
 }
 
 QPushButton *button(const ReglamentSettingsDialog &dialog, QDialogButtonBox::StandardButton which)
 {
-    return dialog.findChild<QDialogButtonBox *>("buttonBox")->button(which);
+    return child<QDialogButtonBox>(dialog, "buttonBox")->button(which);
 }
 
 void show(ReglamentSettingsDialog &dialog)
@@ -60,10 +57,9 @@ void TestReglamentSettingsDialog::asksForThreeLimits()
 {
     ReglamentSettingsDialog dialog;
     QCOMPARE(dialog.windowTitle(), "Лимиты наработки");
-    const QList<QPair<QString, QString>> rows {
-        {"label", "Время, ч"}, {"label_2", "Количество заездов"}, {"label_3", "Количество кругов"}};
-    for (const auto &row : rows)
-        QCOMPARE(dialog.findChild<QLabel *>(row.first)->text(), row.second);
+    QCOMPARE(child<QLabel>(dialog, "label")->text(), "Время, ч");
+    QCOMPARE(child<QLabel>(dialog, "label_2")->text(), "Количество заездов");
+    QCOMPARE(child<QLabel>(dialog, "label_3")->text(), "Количество кругов");
     QCOMPARE(button(dialog, QDialogButtonBox::Ok)->text(), "ОК");
     QCOMPARE(button(dialog, QDialogButtonBox::Cancel)->text(), "Отмена");
     QVERIFY(!dialog.limits().hasAny());
@@ -75,18 +71,16 @@ void TestReglamentSettingsDialog::aStoredLimitIsShownAndNoneIsEmpty_data()
     QTest::addColumn<int>("count");
     QTest::addColumn<QString>("hoursText");
     QTest::addColumn<QString>("countText");
-    QTest::newRow("none") << 0 << 0 << ""
-                          << "";
-    QTest::newRow("ordinary") << 5400 << 12 << "1.5"
-                              << "12";
-    QTest::newRow("one second") << 1 << 1 << "0.0"
-                                << "1";
-    QTest::newRow("half an hour, nearly") << 1799 << 7 << "0.5"
-                                          << "7";
-    QTest::newRow("negative") << -5400 << -3 << "-1.5"
-                              << "-3";
-    QTest::newRow("largest") << 2147483647 << 2147483647 << "596523.2"
-                             << "2147483647";
+    const auto row = [](const char *name, int seconds, int count, const QString &hoursText,
+                        const QString &countText) {
+        QTest::newRow(name) << seconds << count << hoursText << countText;
+    };
+    row("none", 0, 0, "", "");
+    row("ordinary", 5400, 12, "1.5", "12");
+    row("one second", 1, 1, "0.0", "1");
+    row("half an hour, nearly", 1799, 7, "0.5", "7");
+    row("negative", -5400, -3, "-1.5", "-3");
+    row("largest", 2147483647, 2147483647, "596523.2", "2147483647");
 }
 
 void TestReglamentSettingsDialog::aStoredLimitIsShownAndNoneIsEmpty()
@@ -168,7 +162,7 @@ void TestReglamentSettingsDialog::runsAndLapsAreReadAsIntegers()
         ReglamentSettingsDialog dialog;
         show(dialog);
         typeText(field(dialog, forRuns ? "leRunsCount" : "leLapsCount"), typed);
-        QTest::mouseClick(button(dialog, QDialogButtonBox::Ok), Qt::LeftButton);
+        press(dialog, QDialogButtonBox::Ok);
         QCOMPARE(dialog.result(), int(QDialog::Accepted));
         QTEST(forRuns ? dialog.limits().runs : dialog.limits().laps, "count");
         QCOMPARE(forRuns ? dialog.limits().laps : dialog.limits().runs, 0);
@@ -183,11 +177,9 @@ void TestReglamentSettingsDialog::aClearedFieldRemovesTheLimit()
     dialog.setRunsLimit(8);
     dialog.setLapsLimit(9);
     show(dialog);
-    for (const char *name : {"leTime", "leLapsCount"}) {
-        QTest::keySequence(field(dialog, name), QKeySequence::SelectAll);
-        QTest::keyClick(field(dialog, name), Qt::Key_Delete);
-    }
-    QTest::mouseClick(button(dialog, QDialogButtonBox::Ok), Qt::LeftButton);
+    enterText(field(dialog, "leTime"), {});
+    enterText(field(dialog, "leLapsCount"), {});
+    press(dialog, QDialogButtonBox::Ok);
     QCOMPARE(dialog.limits().seconds, 0);
     QCOMPARE(dialog.limits().runs, 8);
     QCOMPARE(dialog.limits().laps, 0);
@@ -203,7 +195,7 @@ void TestReglamentSettingsDialog::cancellingReadsNothing()
         if (byKey)
             QTest::keyClick(&dialog, Qt::Key_Escape);
         else
-            QTest::mouseClick(button(dialog, QDialogButtonBox::Cancel), Qt::LeftButton);
+            press(dialog, QDialogButtonBox::Cancel);
         QVERIFY(!dialog.isVisible());
         QCOMPARE(dialog.result(), int(QDialog::Rejected));
         QVERIFY(!dialog.limits().hasAny());
@@ -220,7 +212,7 @@ void TestReglamentSettingsDialog::tabAndMnemonicOrderIsTopDown()
         QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
     }
     QCOMPARE(names.mid(0, 3), QStringList({"leTime", "leRunsCount", "leLapsCount"}));
-    QCOMPARE(dialog.findChild<QLabel *>("label_2")->buddy(), field(dialog, "leRunsCount"));
+    QCOMPARE(child<QLabel>(dialog, "label_2")->buddy(), field(dialog, "leRunsCount"));
 }
 
 void TestReglamentSettingsDialog::namesAreShownAsTheyAre_data()
@@ -241,8 +233,8 @@ void TestReglamentSettingsDialog::namesAreShownAsTheyAre()
     ReglamentSettingsDialog dialog;
     dialog.setModelName(name);
     dialog.setOperationName(name);
-    QCOMPARE(dialog.findChild<QLabel *>("lModelName")->text(), name);
-    QCOMPARE(dialog.findChild<QGroupBox *>("gbParameterName")->title(), QString(name).replace('\n', ' '));
+    QCOMPARE(child<QLabel>(dialog, "lModelName")->text(), name);
+    QCOMPARE(child<QGroupBox>(dialog, "gbParameterName")->title(), QString(name).replace('\n', ' '));
     QVERIFY(!dialog.grab().isNull());
 }
 
@@ -267,10 +259,10 @@ void TestReglamentSettingsDialog::aCutNameIsShownWholeAsAToolTip()
     dialog.setModelName("SODI");
     dialog.setOperationName("<i>" + QString(100, 'x'));
     show(dialog);
-    hover(dialog.findChild<QGroupBox *>("gbParameterName"));
+    hover(child<QGroupBox>(dialog, "gbParameterName"));
     QVERIFY(QToolTip::isVisible());
     QVERIFY(QToolTip::text().contains("&lt;i&gt;" + QString(100, 'x')));
-    hover(dialog.findChild<QLabel *>("lModelName"));
+    hover(child<QLabel>(dialog, "lModelName"));
     QTRY_VERIFY(!QToolTip::isVisible());
 }
 

@@ -1,15 +1,16 @@
 #include "settings/garagesettingsform.h"
 #include "support/databaselock.h"
 #include "support/garagetest.h"
-#include "support/garagewindow.h"
+#include "support/userinput.h"
 
 #include <QDialogButtonBox>
 #include <QElapsedTimer>
 #include <QLineEdit>
+#include <QTimer>
 #include <QTreeView>
 
 /// The schedule when the file is busy, and when models cannot be told apart by their text.
-class TestScheduleReading : public GarageTest
+class TestScheduleReading : public DatabaseTest
 {
     Q_OBJECT
 private slots:
@@ -21,11 +22,11 @@ private slots:
 private:
     static QStringList limits(const GarageSettingsForm &form)
     {
-        return GarageWindow::texts(*form.findChild<QTreeView *>("tvServiceReglament")->model());
+        return rowTexts(*child<QTreeView>(form, "tvServiceReglament")->model());
     }
     static void askForLimits(GarageSettingsForm &form, int row)
     {
-        const auto *view = form.findChild<QTreeView *>("tvServiceReglament");
+        const auto *view = child<QTreeView>(form, "tvServiceReglament");
         QMetaObject::invokeMethod(&form, "on_tvServiceReglament_doubleClicked",
                                   Q_ARG(QModelIndex, view->model()->index(row, 2)));
     }
@@ -40,7 +41,6 @@ const QString selectLimits = "SELECT * FROM service_reglament";
 
 void TestScheduleReading::aReadThatMetABusyFileIsRepeatedWithoutBlocking()
 {
-    const auto database = createDatabase();
     database->addCar(1, "1", "SODI");
     database->addOperation(2, "Oil");
     database->addLimit("SODI", 2, 5400, 10, 0);
@@ -67,7 +67,6 @@ void TestScheduleReading::aReadThatMetABusyFileIsRepeatedWithoutBlocking()
 
 void TestScheduleReading::limitsThatWereNotReadOverwriteNothing()
 {
-    const auto database = createDatabase();
     database->addCar(1, "1", "SODI");
     database->addOperation(2, "Oil");
     database->addLimit("SODI", 2, 5400, 10, 0);
@@ -79,9 +78,8 @@ void TestScheduleReading::limitsThatWereNotReadOverwriteNothing()
                                     longerThanTheDriverWaitsMs);
             form.reloadReglamentModel();
         }
-        dialog.findChild<QLineEdit *>("leRunsCount")->setText("99");
-        QTest::mouseClick(dialog.findChild<QDialogButtonBox *>()->button(QDialogButtonBox::Ok),
-                          Qt::LeftButton);
+        child<QLineEdit>(dialog, "leRunsCount")->setText("99");
+        press(dialog, QDialogButtonBox::Ok);
     });
     askForLimits(form, 0);
     QCOMPARE(database->rows(selectLimits), QStringList("SODI|2|5400|10|0"));
@@ -98,16 +96,14 @@ void TestScheduleReading::editingOneOfTwoNamelessModelsLeavesTheOther_data()
 void TestScheduleReading::editingOneOfTwoNamelessModelsLeavesTheOther()
 {
     QFETCH(QString, cars);
-    const auto database = createDatabase();
     database->exec("INSERT INTO cars (id,num,name) VALUES " + cars);
     database->addOperation(2, "Oil");
     GarageSettingsForm form;
     form.show();
     for (int edit = 0; edit < 2; ++edit) {
         onNextDialog([edit](QDialog &dialog) {
-            dialog.findChild<QLineEdit *>("leRunsCount")->setText(QString::number(7 + edit));
-            QTest::mouseClick(dialog.findChild<QDialogButtonBox *>()->button(QDialogButtonBox::Ok),
-                              Qt::LeftButton);
+            child<QLineEdit>(dialog, "leRunsCount")->setText(QString::number(7 + edit));
+            press(dialog, QDialogButtonBox::Ok);
         });
         askForLimits(form, 1 - edit);
         const QStringList expected {edit == 0 ? "1||" : "1||0.0 ч. 8 заезд. 0 кр.",

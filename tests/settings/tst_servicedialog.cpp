@@ -1,6 +1,7 @@
 #include "settings/servicedialog.h"
 #include "support/garagetest.h"
-#include "support/typing.h"
+#include "support/json.h"
+#include "support/userinput.h"
 
 #include <QAbstractItemView>
 #include <QApplication>
@@ -23,9 +24,9 @@ private slots:
     void asksForTimeOperationPersonAndNote();
     void complaintModeRenamesNoteAndTitle();
     void eachTitleSuffixIsAppended();
-    void operationsStandInIdOrderAndNoneIsLast();
-    void peopleStandInTheGivenOrderAndNoneIsFirst_data();
-    void peopleStandInTheGivenOrderAndNoneIsFirst();
+    void operationsAreListedByIdAndNoneIsLast();
+    void peopleAreListedInTheGivenOrderAndNoneIsFirst_data();
+    void peopleAreListedInTheGivenOrderAndNoneIsFirst();
     void listsThatAreSetAgainReplaceTheOldOnes();
     void anOperationIsChosenById_data();
     void anOperationIsChosenById();
@@ -53,14 +54,6 @@ private slots:
 };
 
 namespace {
-
-template<class Widget> Widget *child(const ServiceDialog &dialog, const char *name)
-{
-    auto *found = dialog.findChild<Widget *>(QLatin1String(name));
-    if (!found)
-        qFatal("Nothing is called %s", name);
-    return found;
-}
 
 QComboBox *operations(const ServiceDialog &dialog)
 {
@@ -123,7 +116,7 @@ void show(ServiceDialog &dialog)
 
 void clickOk(const ServiceDialog &dialog)
 {
-    QTest::mouseClick(button(dialog, QDialogButtonBox::Ok), Qt::LeftButton);
+    press(dialog, QDialogButtonBox::Ok);
 }
 
 } // namespace
@@ -183,7 +176,7 @@ void TestServiceDialog::eachTitleSuffixIsAppended()
     QCOMPARE(dialog.windowTitle(), "Сервисное обслуживание - SODI  %1 -  - 7");
 }
 
-void TestServiceDialog::operationsStandInIdOrderAndNoneIsLast()
+void TestServiceDialog::operationsAreListedByIdAndNoneIsLast()
 {
     ServiceDialog dialog;
     dialog.setOperations({{7, "Я"}, {-3, "Б"}, {2, "А"}});
@@ -194,7 +187,7 @@ void TestServiceDialog::operationsStandInIdOrderAndNoneIsLast()
     QCOMPARE(items(*operations(dialog)), QStringList("-1:--"));
 }
 
-void TestServiceDialog::peopleStandInTheGivenOrderAndNoneIsFirst_data()
+void TestServiceDialog::peopleAreListedInTheGivenOrderAndNoneIsFirst_data()
 {
     QTest::addColumn<QJsonArray>("array");
     QTest::addColumn<QStringList>("people");
@@ -208,15 +201,15 @@ void TestServiceDialog::peopleStandInTheGivenOrderAndNoneIsFirst_data()
     row("only a first name", {person(1, "", "Пётр")}, {"1:Пётр"});
     row("no name", {person(1, "")}, {"1:"});
     row("blanks within a name", {person(1, "Де ла  Крус", "Хуан")}, {"1:Де ла  Крус Хуан"});
-    row("no id", {QJsonObject {{"lastName", "Абрамов"}}}, {"-1:Абрамов"});
-    row("an id that is a text", {QJsonObject {{"id", "4"}, {"lastName", "Абрамов"}}}, {"-1:Абрамов"});
+    row("no id", {json(R"({"lastName": "Абрамов"})")}, {"-1:Абрамов"});
+    row("an id that is a text", {json(R"({"id": "4", "lastName": "Абрамов"})")}, {"-1:Абрамов"});
     row("names that are no texts",
         {QJsonObject {{"id", 4}, {"lastName", 12}, {"firstName", QJsonValue()}, {"midName", "Ильич"}}},
         {"4:Ильич"});
     row("elements that are no records", {12, "Иван", QJsonArray()}, {"-1:", "-1:", "-1:"});
 }
 
-void TestServiceDialog::peopleStandInTheGivenOrderAndNoneIsFirst()
+void TestServiceDialog::peopleAreListedInTheGivenOrderAndNoneIsFirst()
 {
     QFETCH(QJsonArray, array);
     ServiceDialog dialog;
@@ -355,7 +348,7 @@ void TestServiceDialog::aPersonWithoutIdKeepsTheName()
 {
     ServiceDialog dialog;
     show(dialog);
-    dialog.setPersonal({QJsonObject {{"lastName", "Абрамов"}}});
+    dialog.setPersonal({json(R"({"lastName": "Абрамов"})")});
     QTest::keyClick(people(dialog), Qt::Key_Down);
     clickOk(dialog);
     QCOMPARE(dialog.personId(), noId);
@@ -432,7 +425,7 @@ void TestServiceDialog::cancellingReadsNothing()
     dialog.setPersonName("Абрамов Иван");
     typeText(note(dialog), "нет");
     if (way == "button")
-        QTest::mouseClick(button(dialog, QDialogButtonBox::Cancel), Qt::LeftButton);
+        press(dialog, QDialogButtonBox::Cancel);
     else if (way == "Escape")
         QTest::keyClick(note(dialog), Qt::Key_Escape);
     else

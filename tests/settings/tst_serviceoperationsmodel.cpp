@@ -16,7 +16,7 @@ private slots:
     void anyOtherChangeIsRefused();
     void anEmptyRowIsAppendedForEditing();
     void theNewIdGoesToTheFirstRowWithoutOne();
-    void removingTakesTheFirstRowWithThatId();
+    void removingRemovesTheFirstRowWithThatId();
     void persistentIndexesFollowTheirRow();
     void cellsOutOfRangeAnswerNothing();
 };
@@ -151,7 +151,7 @@ void TestServiceOperationsModel::theNewIdGoesToTheFirstRowWithoutOne()
     QCOMPARE(changed.count(), 0);
 }
 
-void TestServiceOperationsModel::removingTakesTheFirstRowWithThatId()
+void TestServiceOperationsModel::removingRemovesTheFirstRowWithThatId()
 {
     ServiceOperationsModel model;
     fill(model);

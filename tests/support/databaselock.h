@@ -13,7 +13,7 @@ public:
     enum Kind {
         Shared, ///< a reader: writers cannot commit
         Immediate, ///< writers wait, readers do not
-        Exclusive ///< everybody waits
+        Exclusive ///< readers and writers wait
     };
 
     /// Returns once the lock is held. It is released after that time, or on destruction.

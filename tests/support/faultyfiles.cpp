@@ -19,7 +19,7 @@ struct Fault
     std::atomic<int> count {0}; ///< operations of its kind so far
 } fault;
 
-/// Counts an operation and says whether it fails.
+/// Counts an operation; true if it fails.
 bool strikes(FaultyFiles::Operation operation)
 {
     if (fault.operation != operation)

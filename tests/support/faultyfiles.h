@@ -1,6 +1,6 @@
 #pragma once
 
-/// Makes operations of SQLite on files fail, for every connection of this process that is opened after
+/// Makes file operations of SQLite fail, for every connection of this process that is opened after
 /// install(). Operations of all threads count; one fault is set at a time.
 namespace FaultyFiles {
 
@@ -11,7 +11,7 @@ enum Duration { Once, UntilCleared };
 void install();
 
 /// Lets the k-th operation of that kind from now on fail (the first is 1), and those behind it if the fault
-/// lasts. A BusyLock fails as if somebody else held the lock, all others as a broken disk does.
+/// lasts. A BusyLock fails as if another process held the lock, all others as a broken disk does.
 void fail(Operation operation, int k, Duration duration);
 void clear();
 

@@ -10,7 +10,7 @@ QStringList warnings;
 QStringList debugLines;
 QtMessageHandler previousHandler = nullptr;
 
-/// What the offscreen platform says of itself: sizes, raising, grabbing.
+/// Messages of the offscreen platform about sizes, raising, grabbing.
 bool isPlatformNoise(const QString &text)
 {
     return text.startsWith("This plugin does not support ");
@@ -73,4 +73,16 @@ void GarageTest::cleanup()
     m_home.reset();
     QCOMPARE(takeWarnings(), QStringList());
     QCOMPARE(QSqlDatabase::connectionNames(), QStringList());
+}
+
+void DatabaseTest::init()
+{
+    GarageTest::init();
+    database = createDatabase();
+}
+
+void DatabaseTest::cleanup()
+{
+    database.reset();
+    GarageTest::cleanup();
 }

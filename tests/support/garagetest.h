@@ -20,7 +20,7 @@ protected:
     /// Makes the database file with the host's schema and opens it.
     std::unique_ptr<TestDatabase> createDatabase() const;
 
-    /// Qt's warnings since init(); a test that means to cause some takes them.
+    /// Qt's warnings since init(), which a test calls that causes some on purpose; clears them.
     static QStringList takeWarnings();
     /// What was written with qDebug since init().
     static QStringList takeDebugLines();
@@ -31,4 +31,16 @@ protected slots:
 
 private:
     std::unique_ptr<TestHome> m_home;
+};
+
+/// Base of the tests that all work on a database file: each test function starts with the host's empty one.
+class DatabaseTest : public GarageTest
+{
+    Q_OBJECT
+protected:
+    std::unique_ptr<TestDatabase> database;
+
+protected slots:
+    void init();
+    void cleanup();
 };

@@ -1,18 +1,10 @@
 #include "support/garagewindow.h"
 
 #include <QAbstractButton>
-#include <QApplication>
 #include <QComboBox>
 #include <QTabWidget>
-#include <QTimer>
 #include <QTreeView>
 #include <QtTest>
-
-namespace {
-
-int awaitedDialogs = 0;
-
-} // namespace
 
 GarageWindow::GarageWindow()
     : settings(std::make_unique<GarageSettingsForm>()), form(std::make_unique<GarageForm>())
@@ -61,7 +53,7 @@ void GarageWindow::settle()
 
 void GarageWindow::click(const char *button) const
 {
-    QTest::mouseClick(find<QAbstractButton>(button), Qt::LeftButton);
+    press(find<QAbstractButton>(button));
 }
 
 void GarageWindow::openTab(const char *page) const
@@ -109,18 +101,6 @@ int GarageWindow::columnOf(const QString &title) const
     return -1;
 }
 
-QStringList GarageWindow::texts(const QAbstractItemModel &model)
-{
-    QStringList rows;
-    for (int row = 0; row < model.rowCount(); ++row) {
-        QStringList cells;
-        for (int column = 0; column < model.columnCount(); ++column)
-            cells.append(model.index(row, column).data().toString());
-        rows.append(cells.join('|'));
-    }
-    return rows;
-}
-
 QStringList GarageWindow::eventNames() const
 {
     QStringList names;
@@ -134,26 +114,4 @@ QVector<GarageWindow::Event> GarageWindow::takeEvents()
     QVector<Event> taken;
     taken.swap(events);
     return taken;
-}
-
-void onNextDialog(const std::function<void(QDialog &)> &answer)
-{
-    ++awaitedDialogs;
-    auto *timer = new QTimer(qApp);
-    timer->setInterval(1);
-    QObject::connect(timer, &QTimer::timeout, timer, [timer, answer] {
-        auto *dialog = qobject_cast<QDialog *>(QApplication::activeModalWidget());
-        if (!dialog || !dialog->isVisible())
-            return;
-        timer->stop();
-        timer->deleteLater();
-        --awaitedDialogs;
-        answer(*dialog);
-    });
-    timer->start();
-}
-
-bool allDialogsAnswered()
-{
-    return awaitedDialogs == 0;
 }

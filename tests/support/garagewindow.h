@@ -3,14 +3,14 @@
 #include "garage/garageform.h"
 #include "settings/garagesettingsform.h"
 #include "support/testdatabase.h"
+#include "support/userinput.h"
 
-#include <QDialog>
-#include <QPointer>
+#include <QJsonObject>
 #include <QVector>
 
-#include <functional>
+#include <memory>
 
-/// A garage window on a real file, with its loader and the settings page's limits, and all that it asked for.
+/// A garage window on a real file, with its loader and the settings page's limits; records its signals.
 class GarageWindow final : public QObject
 {
     Q_OBJECT
@@ -30,13 +30,7 @@ public:
     /// Waits until no reload is under way.
     void settle();
 
-    template<class Widget> Widget *find(const char *name) const
-    {
-        Widget *widget = form->findChild<Widget *>(QLatin1String(name));
-        if (!widget)
-            qFatal("The window has no %s", name);
-        return widget;
-    }
+    template<class Widget> Widget *find(const char *name) const { return child<Widget>(*form, name); }
     void click(const char *button) const;
     /// Brings a tab to the front by its page's name.
     void openTab(const char *page) const;
@@ -48,8 +42,6 @@ public:
     int visibleRowOf(const QString &num) const;
     /// Column of the maintenance table by its title.
     int columnOf(const QString &title) const;
-    /// All texts of a view's rows, cells joined by "|".
-    static QStringList texts(const QAbstractItemModel &model);
 
     /// Names of the events since the last call of takeEvents.
     QStringList eventNames() const;
@@ -61,8 +53,3 @@ public:
     int requested = 0; ///< reloads asked for
     int delivered = 0;
 };
-
-/// Answers the next modal dialog as soon as it is there. The answer must close it.
-void onNextDialog(const std::function<void(QDialog &)> &answer);
-/// True once every awaited dialog was answered.
-bool allDialogsAnswered();

@@ -17,7 +17,7 @@ public:
         return list;
     }
 
-    /// A reglament whose first entry has operations of these ids, named "Operation <id>", without limits.
+    /// A schedule whose first entry has operations of these ids, named "Operation <id>", without limits.
     static Reglament ofOperations(const QList<int> &opIds)
     {
         Reglament reglament;

@@ -12,7 +12,7 @@ namespace ModelContract {
 
 namespace {
 
-/// Writes down every signal of a model, by name.
+/// Logs every signal of a model, by name.
 class SignalLog final : public QObject
 {
 public:
@@ -44,7 +44,7 @@ public:
 private:
     template<typename Signal> void log(QAbstractItemModel &model, const char *name, Signal signal)
     {
-        connect(&model, signal, this, [this, name] { m_names.append(QLatin1String(name)); });
+        connect(&model, signal, this, [this, name] { m_names.append(name); });
     }
 
     QStringList m_names;
@@ -57,7 +57,7 @@ QAbstractItemModelTester *attachTester(QAbstractItemModel &model, QObject *paren
     return new QAbstractItemModelTester(proxy, QAbstractItemModelTester::FailureReportingMode::Fatal, parent);
 }
 
-/// The shown rows as a listener knows them who hears nothing but signals.
+/// The shown rows as reconstructed from the signals alone.
 class Mirror final : public QObject
 {
 public:
@@ -85,7 +85,7 @@ public:
     void compare(const char *moment)
     {
         if (m_subject.actual() != m_rows && m_difference.isEmpty())
-            m_difference = "rows differ from the plain list at " + QLatin1String(moment);
+            m_difference = QString("rows differ from the plain list at ") + moment;
     }
     /// Empty as long as the rows have always been those of the plain list.
     QString difference() const { return m_difference; }
@@ -119,7 +119,7 @@ public:
 
     void follow(int row, int column) { m_cells.append(followed(m_subject.shown().index(row, column))); }
 
-    /// What went wrong, or nothing. Where rows are removed, the toolkit gives the current cell a neighbour.
+    /// What went wrong, or nothing. Where rows are removed, Qt makes a neighbour current.
     QString verdict(bool rowsWereRemoved) const
     {
         const Records rows = m_subject.actual();
@@ -336,7 +336,7 @@ void checkThatIndexesFollow(Subject &subject)
             subject.refill(refill.from);
             selectEverySecondRow(view, currentRow);
             const QString lost = lostBy([&] { subject.refill(refill.to); }, subject, view);
-            QVERIFY2(lost.isEmpty(), qPrintable(report(QLatin1String(refill.name), lost)));
+            QVERIFY2(lost.isEmpty(), qPrintable(report(refill.name, lost)));
         }
     }
 

@@ -70,7 +70,7 @@ protected:
 using SubjectFactory = std::function<std::unique_ptr<Subject>()>;
 
 /// Refills of every kind send exactly one layout change, as does each of the subject's own mutations send
-/// what it says.
+/// those that it lists.
 void checkSignals(Subject &subject);
 /// Persistent indexes, a selection and the current cell follow their record through refills and sorts, with
 /// a view attached.

@@ -13,7 +13,7 @@ inline QDateTime march(int day, int hour, int minute)
 /// The text by which tables show a moment that is given in UTC, "yyyy-MM-dd hh:mm".
 inline QString shown(const char *utc)
 {
-    QDateTime moment = QDateTime::fromString(QLatin1String(utc), "yyyy-MM-dd hh:mm");
+    QDateTime moment = QDateTime::fromString(utc, "yyyy-MM-dd hh:mm");
     moment.setTimeSpec(Qt::UTC);
     return QLocale::c().toString(moment.toLocalTime(), "dd.MM.yyyy hh:mm");
 }

@@ -3,7 +3,7 @@
 #include <QString>
 #include <QTemporaryDir>
 
-/// A home folder of the test's own: while it lives, the user's documents lie inside it.
+/// A temporary home folder: while the object exists, the user's documents are inside it.
 class TestHome final
 {
     Q_DISABLE_COPY(TestHome)

@@ -1,5 +1,5 @@
 // One of several programs on one database file. It works until it is killed or its standard input ends, and
-// says on standard output, a line each, what it knows to be done:
+// prints on standard output, a line each, what it knows to be done:
 //   module FILE FIRST [deleting]   the finished library, in a host that lets it write; remote ids from FIRST
 //   laps FILE                      a timing system that records laps
 //   reader FILE                    looks whether batches are ever seen in part
@@ -67,7 +67,7 @@ private:
         }
     }
 
-    /// A batch each time, whose answer starts the next action; a service and a deletion now and then.
+    /// Sends a batch each time, whose answer starts the next action; sometimes a service or a deletion.
     void act()
     {
         m_host.takeMessages();
@@ -89,10 +89,10 @@ private:
                                         {"opDoneDateTime", "2026-03-08T09:30:00Z"},
                                         {"comment", QString("batch %1").arg(batch)}});
         }
-        m_host.send("remote_service_data", {{"data", QString::fromUtf8(QJsonDocument(records).toJson())}});
+        m_host.send("remote_service_data", {{"data", QString(QJsonDocument(records).toJson())}});
     }
 
-    QTreeView *view(const char *name) { return m_window->findChild<QTreeView *>(QLatin1String(name)); }
+    QTreeView *view(const char *name) { return m_window->findChild<QTreeView *>(name); }
 
     void click(const char *name)
     {
@@ -148,7 +148,7 @@ public:
     }
 
 private:
-    /// As a timing system does: whoever is busy, the lap must not be lost.
+    /// A timing system must not lose a lap on a busy database.
     void record()
     {
         while (!m_database.tryExec("BEGIN IMMEDIATE")) { }

@@ -16,7 +16,7 @@ int fromEnvironment(const char *name, int usual)
     return isNumber ? value : usual;
 }
 
-/// What a process said, by the first word of its lines. A line that it could not finish does not count.
+/// The output of a process, by the first word of its lines. A line that it could not finish does not count.
 class Reports final
 {
 public:
@@ -67,7 +67,7 @@ public:
         m_process.waitForFinished();
         m_reports.add(m_process.readAllStandardOutput());
     }
-    /// Lets it finish what it was asked for; true if it ended well.
+    /// Lets it finish its work; true if it ended with exit code 0.
     bool end()
     {
         m_process.closeWriteChannel();

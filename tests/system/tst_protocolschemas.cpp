@@ -74,7 +74,7 @@ private:
 
 } // namespace
 
-/// What host and module say to each other, held against the published schemas.
+/// The messages between host and module, checked against the published schemas.
 class TestProtocolSchemas final : public GarageTest
 {
     Q_OBJECT
@@ -142,9 +142,8 @@ void TestProtocolSchemas::eachMessageOfAWorkingDayIsRight()
     connect(&host.plugin(), &PluginHost::sent, this, record);
     connect(&host.plugin(), &PluginHost::received, this, record);
     const auto count = [&messages](const char *event) {
-        return std::count_if(messages.cbegin(), messages.cend(), [event](const HostMessage &message) {
-            return message.event == QLatin1String(event);
-        });
+        return std::count_if(messages.cbegin(), messages.cend(),
+                             [event](const HostMessage &message) { return message.event == event; });
     };
 
     HostWindow window(host, documents);

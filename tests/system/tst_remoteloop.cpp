@@ -11,7 +11,7 @@
 #include <algorithm>
 #include <memory>
 
-/// The remote side and the real plug-in, talking through the host.
+/// The remote side and the real plug-in, connected by the host.
 class TestRemoteLoop final : public GarageTest
 {
     Q_OBJECT
@@ -25,7 +25,7 @@ private slots:
     void theRemoteSideFollowsDeletions();
     void aDeletionSparesWhatIsOnItsWay();
     void aMissingArchiveRowIsFound();
-    void aLockedTrackIsNeitherJudgedNorGivenWork();
+    void aLockedTrackIsNeitherCheckedNorGivenWork();
     void newRecordsNeverTakeAnIdThatTheTrackKnows();
     void carsAreSwitchedFromAfar();
 
@@ -211,7 +211,7 @@ void TestRemoteLoop::aMissingArchiveRowIsFound()
     QCOMPARE(findings.missing, QVector<int> {1});
 }
 
-void TestRemoteLoop::aLockedTrackIsNeitherJudgedNorGivenWork()
+void TestRemoteLoop::aLockedTrackIsNeitherCheckedNorGivenWork()
 {
     const std::unique_ptr<DemoHost> host = makeHost();
     RemoteRecord archived;

@@ -32,7 +32,7 @@ constexpr int actionPause = 40; // milliseconds
 constexpr int mostUnanswered = 20;
 constexpr int leastArchived = 10;
 constexpr int takenBack = 5; // of the archived ones, by deletions on their way
-// With a journal that only grows, so would the memory: a leak could not be told from it.
+// With a service log that only grows, so would the memory: which would hide a leak.
 constexpr int mostRecords = 1000;
 
 /// GARAGE_SOAK_SECONDS makes it longer than the suite's share.
@@ -55,7 +55,7 @@ void acceptDialog()
 
 } // namespace
 
-/// All sides act at random while karts drive fast; in the end the books must agree.
+/// All sides act at random while karts drive fast; in the end all stores must agree.
 class TestRemoteSoak final : public GarageTest
 {
     Q_OBJECT
@@ -74,7 +74,7 @@ private:
     void recordService();
     void deleteRecord();
     bool enoughHappened(DemoHost &host) const;
-    /// Books what the plug-in says.
+    /// Records the plug-in's messages.
     void hear(const HostMessage &message);
     void checkBooks(const ArchiveFindings &findings, int remoteRecords);
     int count(const char *condition, const QVariant &value = {});
@@ -109,7 +109,7 @@ void TestRemoteSoak::completeSome(DemoHost &host)
         ++m_completions;
 }
 
-/// A car that has no open complaint gets one, as if somebody had typed it in.
+/// A car that has no open complaint gets one, as if a user had entered it.
 void TestRemoteSoak::complain(const TestDatabase &track, DemoHost &host)
 {
     const int car = host.fleet().cars().list().at(m_random.bounded(24)).id;
@@ -131,7 +131,7 @@ bool TestRemoteSoak::enoughHappened(DemoHost &host) const
         && host.remote().store().count(RemoteRecord::Archived) > leastArchived + takenBack;
 }
 
-/// What the garage window sends when a journal record is marked done.
+/// What the garage window sends when a record of the service log is marked done.
 void TestRemoteSoak::markDone(const TestDatabase &track, DemoHost &host)
 {
     QSqlQuery open = track.exec("SELECT id,car_id FROM maintainance WHERE operation_state=0 LIMIT 1");
@@ -279,7 +279,7 @@ void TestRemoteSoak::theBooksAgreeAfterRandomActions()
           "handles %d -> %d",
           early.heapBytes / 1024, late.heapBytes / 1024, early.residentBytes / 1024,
           late.residentBytes / 1024, early.threads, late.threads, early.handles, late.handles);
-    QVERIFY(late.handles <= early.handles + 2); // a journal of SQLite's comes and goes
+    QVERIFY(late.handles <= early.handles + 2); // SQLite's journal exists only during a transaction
     const int patience = std::max(120000, soakMilliseconds() / 2);
     QTRY_VERIFY_WITH_TIMEOUT(host.track().savedRuns() > 3, patience);
     host.track().setLive(false); // more laps would make each answer slower still
@@ -300,7 +300,7 @@ void TestRemoteSoak::theBooksAgreeAfterRandomActions()
 
 int TestRemoteSoak::count(const char *condition, const QVariant &value)
 {
-    const QString statement = "SELECT count(*) FROM maintainance WHERE " + QLatin1String(condition);
+    const QString statement = QString("SELECT count(*) FROM maintainance WHERE ") + condition;
     return value.isValid() ? m_track->value(statement, {value}).toInt() : m_track->value(statement).toInt();
 }
 

@@ -18,7 +18,7 @@ QJsonArray remoteRecords(const QJsonObject &data)
 
 [[maybe_unused]] QJsonObject asRemoteData(const QJsonArray &records)
 {
-    return {{"data", QString::fromUtf8(QJsonDocument(records).toJson())}};
+    return {{"data", QString(QJsonDocument(records).toJson())}};
 }
 
 /// As a plug-in that writes in the host's thread would: until the lock is free nothing else happens.
