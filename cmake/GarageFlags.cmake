@@ -1,5 +1,5 @@
 # One place for the language level, the warnings and Qt's strictness. Every target of the product links garage_flags
-# privately, every target of the tests garage_test_flags: tests write texts as plain literals.
+# privately, every target of the tests and garage-bench garage_test_flags: tests write texts as plain literals.
 add_library(garage_common_flags INTERFACE)
 target_compile_features(garage_common_flags INTERFACE cxx_std_17)
 target_compile_definitions(garage_common_flags INTERFACE
