@@ -73,7 +73,8 @@ void TestGarageUpdater::theDueListFollowsTheEleventhLap()
     const int localId = database->addRecord(1, 2, "2026-01-01T10:00:00.000Z", DoneState);
     LoaderProbe probe;
     for (int lap = 1; lap <= 11; ++lap) {
-        database->addLap(1, (lap + 4) / 5, QString("2026-01-02T10:%1:00.000Z").arg(lap, 2, 10, '0'), 61500);
+        database->addLap(1, (lap + 4) / 5,
+                         QString("2026-01-02T10:%1:00.000Z").arg(lap, 2, 10, QLatin1Char('0')), 61500);
         probe.reload();
         const QJsonObject data = probe.last("update_pending_service");
         QJsonArray expectedPending;

@@ -96,7 +96,7 @@ void TestHostileDatabase::addDueCar(const TestDatabase &database)
     database.addLimit("Вихрь", 1, 0, 0, 10);
     database.addRecord(1, 1, goodCarsTime, 1);
     for (int lap = 0; lap < 11; ++lap)
-        database.addLap(1, 1, QString("2026-02-01T10:00:%1.000Z").arg(lap, 2, 10, '0'), 40000);
+        database.addLap(1, 1, QString("2026-02-01T10:00:%1.000Z").arg(lap, 2, 10, QLatin1Char('0')), 40000);
 }
 
 void TestHostileDatabase::anyContentLeavesTheRestAsItIs_data()

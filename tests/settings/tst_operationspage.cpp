@@ -26,7 +26,7 @@ private slots:
     void thePageMayDieUnderTheLimitsDialog();
 
 private:
-    void trigger(const char *name) { m_page->findChild<QAction *>(QLatin1String(name))->trigger(); }
+    void trigger(const char *name) { m_page->findChild<QAction *>(name)->trigger(); }
     void clickRow(int row, Qt::KeyboardModifiers modifiers = {});
     QStringList stored() const { return m_database->rows("SELECT id FROM service_operations"); }
     void openLimits();
