@@ -1,6 +1,6 @@
 #include "samplemessages.h"
 #include "support/garagetest.h"
-#include "support/pluginhost.h"
+#include "support/loadedplugin.h"
 #include "support/userinput.h"
 
 #include <QPushButton>
@@ -53,7 +53,7 @@ void TestRemoteMessages::remoteTogglesAreExecutedAndAnswered()
     QFETCH(QJsonValue, skipAnswer);
     QFETCH(int, command);
     QFETCH(bool, answered);
-    PluginHost host;
+    LoadedPlugin host;
     host.send("cars_list_changed", carsList());
     QJsonObject request = toggleRequest(carId);
     if (!skipAnswer.isNull())
@@ -96,7 +96,7 @@ void TestRemoteMessages::otherRemoteMessagesGetNoAnswer_data()
 void TestRemoteMessages::otherRemoteMessagesGetNoAnswer()
 {
     QFETCH(QJsonObject, request);
-    PluginHost host;
+    LoadedPlugin host;
     host.send("cars_list_changed", carsList());
     QVERIFY(host.ask("remote_control_data", request).isEmpty());
     QVERIFY(host.noFurtherReload());
@@ -119,7 +119,7 @@ void TestRemoteMessages::remoteServiceDataIsSynchronised()
 {
     QFETCH(QByteArray, event);
     QFETCH(QJsonObject, data);
-    PluginHost host;
+    LoadedPlugin host;
     host.send(event.constData(), data);
     auto messages = host.awaitReload();
     // The reload's message goes out before the archive's.
@@ -148,7 +148,7 @@ void TestRemoteMessages::unusableServiceDataDoesNothing_data()
 void TestRemoteMessages::unusableServiceDataDoesNothing()
 {
     QFETCH(QJsonValue, data);
-    PluginHost host;
+    LoadedPlugin host;
     QVERIFY(host.ask("remote_service_data", {{"data", data}}).isEmpty());
     QVERIFY(host.noFurtherReload());
     QCOMPARE(database->value("SELECT count(*) FROM maintainance").toInt(), 0);
@@ -156,7 +156,7 @@ void TestRemoteMessages::unusableServiceDataDoesNothing()
 
 void TestRemoteMessages::theWindowsButtonsAnswerRemoteControlsToo()
 {
-    PluginHost host;
+    LoadedPlugin host;
     QWidget *window = host.window();
     host.showWindow();
     child<QTabWidget>(*window, "tabWidget")->setCurrentIndex(0);
@@ -165,7 +165,7 @@ void TestRemoteMessages::theWindowsButtonsAnswerRemoteControlsToo()
     host.takeMessages();
     press(child<QPushButton>(*window, "pbSetAvailable"));
     const auto messages = host.takeMessages();
-    QCOMPARE(PluginHost::names(messages), QStringList({"update_cars", "remote_control_answer"}));
+    QCOMPARE(LoadedPlugin::names(messages), QStringList({"update_cars", "remote_control_answer"}));
     QJsonObject expected = json(R"({"carsIdsList": [2, 1], "command": "set_availability", "available": 1})");
     expected.insert("requestSrc", "ui");
     QCOMPARE(messages.at(0).data, expected);

@@ -2,7 +2,7 @@
 #include "settings/reglamentsettingsdialog.h"
 #include "settings/servicedialog.h"
 #include "support/garagetest.h"
-#include "support/typing.h"
+#include "support/userinput.h"
 
 #include <QCalendarWidget>
 #include <QDialogButtonBox>
