@@ -221,7 +221,7 @@ void TestGarageRandomWalk::answerDialog(QDialog &dialog)
         changeTheFile();
         m_window->reload();
     }
-    if (auto *question = qobject_cast<QMessageBox *>(&dialog)) {
+    if (qobject_cast<QMessageBox *>(&dialog)) {
         press(dialog, below(2) ? QDialogButtonBox::Yes : QDialogButtonBox::No);
         return;
     }

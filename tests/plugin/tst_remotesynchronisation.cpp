@@ -1,5 +1,6 @@
 #include "support/garagetest.h"
 #include "support/json.h"
+#include "support/loadedplugin.h"
 #include "support/moments.h"
 
 #include <QDateTimeEdit>
