@@ -1,6 +1,9 @@
-option(GARAGE_BUILD_HOST "Build the demo host" ON)
-option(GARAGE_BUILD_TOOL "Build the command-line tool garagectl" ON)
-option(GARAGE_BUILD_TESTS "Build the tests" ON)
+# The module alone builds without these packages; the presets demand what they build.
+find_package(Qt5LinguistTools 5.15 QUIET)
+find_package(CLI11 QUIET)
+option(GARAGE_BUILD_HOST "Build the demo host" ${Qt5LinguistTools_FOUND})
+option(GARAGE_BUILD_TOOL "Build the command-line tool garagectl" ${CLI11_FOUND})
+option(GARAGE_BUILD_TESTS "Build the tests" ${Qt5LinguistTools_FOUND})
 option(GARAGE_BUILD_BENCH "Build the benchmarks" OFF)
 option(GARAGE_BUILD_FUZZ "Build the fuzzer of the messages; needs clang" OFF)
 option(GARAGE_WARNINGS_AS_ERRORS "Treat compiler warnings as errors" OFF)

@@ -34,11 +34,6 @@ void chooseLanguage(int argc, const char *const *argv)
     }
 }
 
-std::string utf8(const char *englishText, const char *russianText)
-{
-    return text(englishText, russianText).toStdString();
-}
-
 /// The parser's details are English.
 QString usageMessage(const CLI::ParseError &error)
 {
@@ -60,23 +55,23 @@ QString usageMessage(const CLI::ParseError &error)
 ExitCode runCommandLine(int argc, const char *const *argv)
 {
     chooseLanguage(argc, argv);
-    CLI::App program(utf8("Reads the garage database: what is due, what is coming, and why.",
-                          "Читает базу гаража: что пора делать, что приближается и почему."),
+    CLI::App program(utf8Text("Reads the garage database: what is due, what is coming, and why.",
+                              "Читает базу гаража: что пора делать, что приближается и почему."),
                      "garagectl");
     program.formatter(std::make_shared<HelpFormatter>());
-    program.set_help_flag("-h,--help", utf8("Print this help and exit", "Показать эту справку и выйти"));
+    program.set_help_flag("-h,--help", utf8Text("Print this help and exit", "Показать эту справку и выйти"));
     program.set_version_flag("--version", "garagectl " + QCoreApplication::applicationVersion().toStdString(),
-                             utf8("Print the version and exit", "Показать версию и выйти"));
+                             utf8Text("Print the version and exit", "Показать версию и выйти"));
     std::string databasePath;
     std::string language;
     program
         .add_option("--database", databasePath,
-                    utf8("The database file; without it, the one that the module uses",
-                         "Файл базы; если не указан, тот же, что у модуля"))
-        ->option_text(utf8("FILE", "ФАЙЛ"));
+                    utf8Text("The database file; without it, the one that the module uses",
+                             "Файл базы; если не указан, тот же, что у модуля"))
+        ->option_text(utf8Text("FILE", "ФАЙЛ"));
     program
         .add_option("--lang", language,
-                    utf8("Language of texts for people: ru or en", "Язык текстов для людей: ru или en"))
+                    utf8Text("Language of texts for people: ru or en", "Язык текстов для людей: ru или en"))
         ->option_text("ru|en")
         ->check(CLI::IsMember({russian, english}));
     program.require_subcommand(1);

@@ -19,35 +19,30 @@ std::string line(const std::string &name, const std::string &description)
     return whole.toStdString() + '\n';
 }
 
-std::string utf8(const char *english, const char *russian)
-{
-    return text(english, russian).toStdString();
-}
-
 } // namespace
 
 HelpFormatter::HelpFormatter()
 {
-    label("Positionals", utf8("Arguments", "Аргументы"));
+    label("Positionals", utf8Text("Arguments", "Аргументы"));
 }
 
 std::string HelpFormatter::make_usage(const CLI::App *app, std::string name) const
 {
-    std::string usage = utf8("Usage: ", "Вызов: ") + name;
+    std::string usage = utf8Text("Usage: ", "Вызов: ") + name;
     for (const CLI::Option *option : app->get_options()) {
         if (option->get_positional())
             usage += ' ' + option->get_option_text();
     }
     if (!app->get_subcommands({}).empty())
-        usage += utf8(" COMMAND", " КОМАНДА");
-    return usage + utf8(" [OPTIONS]\n", " [КЛЮЧИ]\n");
+        usage += utf8Text(" COMMAND", " КОМАНДА");
+    return usage + utf8Text(" [OPTIONS]\n", " [КЛЮЧИ]\n");
 }
 
 std::string HelpFormatter::make_group(std::string group, bool isPositional,
                                       std::vector<const CLI::Option *> options) const
 {
     // The parser's name for the group of all other options.
-    const std::string title = group == "Options" ? utf8("Options", "Ключи") : group;
+    const std::string title = group == "Options" ? utf8Text("Options", "Ключи") : group;
     std::string output = '\n' + title + ":\n";
     for (const CLI::Option *option : options)
         output += make_option(option, isPositional);
@@ -59,12 +54,12 @@ std::string HelpFormatter::make_subcommands(const CLI::App *app, CLI::AppFormatM
     const std::vector<const CLI::App *> commands = app->get_subcommands({});
     if (commands.empty())
         return {};
-    std::string output = '\n' + utf8("Commands", "Команды") + ":\n";
+    std::string output = '\n' + utf8Text("Commands", "Команды") + ":\n";
     for (const CLI::App *command : commands)
         output += make_subcommand(command);
     return output
-        + utf8("\ngaragectl COMMAND --help lists the options of a command.\n",
-               "\ngaragectl КОМАНДА --help — ключи команды.\n");
+        + utf8Text("\ngaragectl COMMAND --help lists the options of a command.\n",
+                   "\ngaragectl КОМАНДА --help — ключи команды.\n");
 }
 
 std::string HelpFormatter::make_option(const CLI::Option *option, bool isPositional) const

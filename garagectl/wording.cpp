@@ -28,3 +28,8 @@ QString text(const char *english, const char *russian)
 {
     return QString::fromUtf8(language == Wording::Russian ? russian : english);
 }
+
+std::string utf8Text(const char *english, const char *russian)
+{
+    return text(english, russian).toStdString();
+}

@@ -2,6 +2,8 @@
 
 #include <QString>
 
+#include <string>
+
 /// The language of everything that is written for people: Russian or English.
 namespace Wording {
 
@@ -17,3 +19,5 @@ Language current();
 
 /// The text in the current language; both are UTF-8.
 QString text(const char *english, const char *russian);
+/// The same as UTF-8, for the command-line parser.
+std::string utf8Text(const char *english, const char *russian);

@@ -14,8 +14,6 @@
 
 namespace {
 
-constexpr double soonShare = 0.8;
-
 [[noreturn]] void refuse(const QString &message)
 {
     throw Failure {ExitCode::BadUsage, message};
@@ -56,7 +54,7 @@ bool isNamed(const DueRow &row, const QString &name)
 /// A row also for an operation that has neither limit nor record.
 DueRow findRow(const FleetStatus &fleet, const MaintainanceItem &car, const QString &name)
 {
-    const QVector<DueRow> rows = dueRows({{car}, fleet.reglament, fleet.operations}, soonShare);
+    const QVector<DueRow> rows = dueRows({{car}, fleet.reglament, fleet.operations}, defaultSoonShare);
     const auto row = std::find_if(rows.cbegin(), rows.cend(),
                                   [&name](const DueRow &candidate) { return isNamed(candidate, name); });
     if (row != rows.cend())

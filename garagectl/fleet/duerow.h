@@ -5,6 +5,9 @@
 
 #include <QVector>
 
+/// The share of a limit from which an operation is due soon, unless the user says otherwise.
+constexpr double defaultSoonShare = 0.8;
+
 enum class DueState {
     Open, ///< the latest record is open
     Due, ///< a limit is exceeded

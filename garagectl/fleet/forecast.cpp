@@ -4,8 +4,6 @@
 
 namespace {
 
-constexpr double soonShare = 0.8;
-
 /// By which the rows are ordered: what is due already counts as the first day, what nobody knows as the last.
 QDate orderDay(const ForecastRow &row)
 {
@@ -32,7 +30,7 @@ QVector<ForecastRow> forecastRows(const FleetStatus &fleet, const QVector<Drivin
         paceByCar.insert(car.carId, paces.of(car));
 
     QVector<ForecastRow> rows;
-    for (const DueRow &due : dueRows(fleet, soonShare)) {
+    for (const DueRow &due : dueRows(fleet, defaultSoonShare)) {
         if (!due.limits.hasAny())
             continue;
         ForecastRow row {due, paceByCar.value(due.carId), {}};
