@@ -31,7 +31,7 @@ void makeGlobalObjects()
     QLoggingCategory::defaultCategory();
     QString time;
     QDebug(&time) << QDateTime::currentDateTime();
-    qFormatLogMessage(QtDebugMsg, QMessageLogContext(), time);
+    static_cast<void>(qFormatLogMessage(QtDebugMsg, QMessageLogContext(), time));
 }
 
 } // namespace

@@ -5,7 +5,7 @@
 
 std::optional<int> leadingInteger(QStringView text)
 {
-    using Limits = std::numeric_limits<int>;
+    using IntRange = std::numeric_limits<int>;
     const auto isDigit = [](QChar c) { return c >= QLatin1Char('0') && c <= QLatin1Char('9'); };
 
     auto it = std::find_if_not(text.begin(), text.end(), [](QChar c) { return c.isSpace(); });
@@ -16,9 +16,9 @@ std::optional<int> leadingInteger(QStringView text)
         return std::nullopt;
 
     qint64 value = 0;
-    for (; it != text.end() && isDigit(*it) && value <= Limits::max(); ++it)
+    for (; it != text.end() && isDigit(*it) && value <= IntRange::max(); ++it)
         value = value * 10 + (it->unicode() - u'0');
     if (negative)
         value = -value;
-    return int(std::clamp<qint64>(value, Limits::min(), Limits::max()));
+    return int(std::clamp<qint64>(value, IntRange::min(), IntRange::max()));
 }

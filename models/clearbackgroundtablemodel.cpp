@@ -132,14 +132,14 @@ void ClearbackgroundTableModel::trackPersistentIndexes()
     if (indexes.isEmpty())
         return;
 
-    const QVector<Identity> rows = rowIdentities();
-    const QVector<Identity> columns = columnIdentities();
+    const QVector<Identity> rowIds = rowIdentities();
+    const QVector<Identity> columnIds = columnIdentities();
     m_tracked.reserve(indexes.size());
     for (const QModelIndex &index : indexes) {
         // A persistent index of rows that were removed without a signal has no record to follow.
         const bool isTracked = isCell(index);
-        m_tracked.append({index, isTracked ? rows.at(index.row()) : noIdentity,
-                          isTracked ? columns.at(index.column()) : noIdentity});
+        m_tracked.append({index, isTracked ? rowIds.at(index.row()) : noIdentity,
+                          isTracked ? columnIds.at(index.column()) : noIdentity});
     }
 }
 
@@ -148,15 +148,15 @@ void ClearbackgroundTableModel::movePersistentIndexes()
     if (m_tracked.isEmpty())
         return;
 
-    const QHash<Identity, int> rows = places(rowIdentities());
-    const QHash<Identity, int> columns = places(columnIdentities());
+    const QHash<Identity, int> rowPlaces = places(rowIdentities());
+    const QHash<Identity, int> columnPlaces = places(columnIdentities());
     QModelIndexList from;
     QModelIndexList to;
     from.reserve(m_tracked.size());
     to.reserve(m_tracked.size());
     for (const TrackedIndex &tracked : qAsConst(m_tracked)) {
         from.append(tracked.index);
-        to.append(index(rows.value(tracked.row, -1), columns.value(tracked.column, -1)));
+        to.append(index(rowPlaces.value(tracked.row, -1), columnPlaces.value(tracked.column, -1)));
     }
     m_tracked.clear();
     changePersistentIndexList(from, to);

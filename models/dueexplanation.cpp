@@ -75,7 +75,7 @@ QString DueExplanation::openWork(const OperationStat &stat, const ServiceLogItem
     QStringList parts {isComplaint ? tr("Жалоба") : tr("Задание"),
                        record ? record->opName.simplified() : QString(), dateAndPerson(stat, record)};
     parts.removeAll(QString());
-    const QString heading = parts.join(QLatin1String(", "));
+    QString heading = parts.join(QLatin1String(", "));
     if (stat.comment.isEmpty())
         return heading;
     return heading + QLatin1Char('\n')

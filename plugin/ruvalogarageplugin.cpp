@@ -99,7 +99,7 @@ RuvaloGaragePlugin::~RuvaloGaragePlugin()
     qRemovePostRoutine(endWithApplication);
     if (isProcessExiting) {
         // Qt's own data for widgets may be gone. The process frees the memory.
-        m_settingsForm.release();
+        static_cast<void>(m_settingsForm.release());
         return;
     }
     const bool isHostWhole =

@@ -107,10 +107,10 @@ QString comparison(const DueRow &row, Meters::Meter meter)
 {
     const int driven = Meters::driven(row.stat, meter);
     const int limit = Meters::limit(row.limits, meter);
-    const QString verdict =
+    const QString outcome =
         driven > limit ? text("exceeded", "превышен") : text("not exceeded", "не превышен");
     QString sentence = text("Limit %1: %2 driven, %3.", "Лимит %1: пройдено %2, %3.")
-                           .arg(DueOutput::amount(meter, limit), DueOutput::amount(meter, driven), verdict);
+                           .arg(DueOutput::amount(meter, limit), DueOutput::amount(meter, driven), outcome);
     if (driven == limit)
         sentence += text(" Exactly the limit is not more than it.", " Ровно лимит — ещё не больше.");
     return sentence;
@@ -218,18 +218,17 @@ QJsonArray lapsJson(const QVector<LapGroup> &groups)
 
 QJsonArray comparisonsJson(const DueRow &row)
 {
-    QJsonArray comparisons;
+    QJsonArray array;
     for (const Meters::Meter meter : Meters::all) {
         const int limit = Meters::limit(row.limits, meter);
         if (limit == 0)
             continue;
-        comparisons.append(
-            QJsonObject {{QStringLiteral("meter"), DueOutput::key(meter)},
-                         {QStringLiteral("driven"), Meters::driven(row.stat, meter)},
-                         {QStringLiteral("limit"), limit},
-                         {QStringLiteral("exceeded"), Meters::driven(row.stat, meter) > limit}});
+        array.append(QJsonObject {{QStringLiteral("meter"), DueOutput::key(meter)},
+                                  {QStringLiteral("driven"), Meters::driven(row.stat, meter)},
+                                  {QStringLiteral("limit"), limit},
+                                  {QStringLiteral("exceeded"), Meters::driven(row.stat, meter) > limit}});
     }
-    return comparisons;
+    return array;
 }
 
 } // namespace

@@ -151,9 +151,9 @@ void checkMetaObject(CheckContext &context)
 QJsonArray catalogued(const QJsonObject &catalogue, QLatin1String direction)
 {
     QJsonArray events;
-    for (const QJsonValue &entry : catalogue.value(direction).toArray()) {
-        if (entry[QLatin1String("subscribed")].toBool(true))
-            events.append(entry[QLatin1String("event")]);
+    for (const auto &entry : catalogue.value(direction).toArray()) {
+        if (entry.toObject().value(QLatin1String("subscribed")).toBool(true))
+            events.append(entry.toObject().value(QLatin1String("event")));
     }
     return events;
 }
