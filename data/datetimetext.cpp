@@ -151,7 +151,7 @@ std::optional<int> DateTimeText::Reader::offsetAround(qint64 day)
 
 int DateTimeText::Reader::offsetAtStart(qint64 day)
 {
-    auto known = m_startOffsets.constFind(day); // neighbouring days ask for the same starts
+    auto known = m_startOffsets.constFind(day); // neighbouring days need the same starts
     if (known == m_startOffsets.cend()) {
         const QDateTime start(QDate::fromJulianDay(day), QTime(0, 0), Qt::UTC);
         known = m_startOffsets.insert(day, start.toLocalTime().offsetFromUtc());

@@ -6,21 +6,21 @@
 
 #include <optional>
 
-/// The date-time texts of the system, in ASCII digits whatever the system's locale. An invalid date-time
-/// gives an empty text.
+/// The date-time texts of the system, in ASCII digits in every locale. An invalid date-time yields an empty
+/// text.
 namespace DateTimeText {
 
 /// For people, in the given date-time's own zone: "dd.MM.yyyy hh:mm".
 [[nodiscard]] QString forDisplay(const QDateTime &dateTime);
 /// For messages, in UTC: "yyyy-MM-ddThh:mm".
 [[nodiscard]] QString forJson(const QDateTime &dateTime);
-/// For messages, in UTC and saying so: "yyyy-MM-ddThh:mmZ".
+/// For messages, in UTC with the zone: "yyyy-MM-ddThh:mmZ".
 [[nodiscard]] QString forJsonWithZone(const QDateTime &dateTime);
 /// For the announcement of a service done, in UTC: "yyyy-MM-dd hh:mm".
 [[nodiscard]] QString forServiceAnnouncement(const QDateTime &dateTime);
 
 /// Reads "yyyy-MM-ddThh:mm[:ss[.zzz]][Z|±hh:mm]", with "T" or a space, as stored in the database, and
-/// gives local time; invalid if the text is no such date-time. A text without a zone is UTC, because that
+/// returns local time; invalid if the text is no such date-time. A text without a zone is UTC, because that
 /// is how it compares with the others as text.
 [[nodiscard]] QDateTime fromDatabase(const QString &text);
 

@@ -17,13 +17,13 @@
 [[nodiscard]] bool isBusy(const QSqlError &error);
 
 /// One named connection to the garage database, opened on construction, closed and removed from Qt's list
-/// on destruction. Belongs to the thread that made it. Opening is never reported as failed: statements on a
+/// on destruction. Belongs to the creating thread. Opening is never reported as failed: statements on a
 /// connection that is not open fail silently. No query on it may outlive it.
 class GarageDatabase final
 {
     Q_DISABLE_COPY(GarageDatabase)
 public:
-    /// Statements end early while the condition holds.
+    /// Statements are interrupted while the condition holds.
     explicit GarageDatabase(const QString &connectionName, StatementInterrupter::Condition interruption = {});
     /// Opens another file, or this one in another way; both as in QSqlDatabase.
     GarageDatabase(const QString &connectionName, const QString &databaseName, const QString &connectOptions,
@@ -32,16 +32,16 @@ public:
 
     /// Tries once more to open a connection that is not open, and opens it again if another file has
     /// replaced the opened one, or if the file could only be read when it was opened and can be written now.
-    /// Called before each write and each reload, so that a database that appears
-    /// later, or a restored backup, is used without a restart.
+    /// Called before each write and each reload, so that a database that is created later, or a restored
+    /// backup, is used without a restart.
     void ensureOpen();
 
     bool isOpen() const { return m_database.isOpen(); }
-    /// Grows each time another file is opened: what was read at another count stems from another file.
+    /// Incremented each time another file is opened: data read at another count are from another file.
     int fileCount() const { return m_fileCount; }
 
-    /// While this lives, statements on a busy database fail at once. Otherwise they wait for the driver's
-    /// time, 5 s.
+    /// While this object exists, statements on a busy database fail at once. Otherwise they wait for the
+    /// driver's timeout, 5 s.
     class NoWaiting final
     {
         Q_DISABLE_COPY(NoWaiting)

@@ -3,7 +3,7 @@
 #include "data/garagedatabase.h"
 #include "data/records.h"
 
-/// Reading of the records that carry maintenance statistics. A statement that fails gives nothing; values
+/// Reads the records of the maintenance statistics. A statement that fails yields nothing; values
 /// that are NULL or do not convert read as 0, empty text or an invalid date-time.
 namespace GarageStatistics {
 

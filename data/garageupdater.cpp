@@ -24,8 +24,8 @@ void mark(const char *step)
     qDebug() << step << QDateTime::currentDateTime();
 }
 
-/// Makes what mark() uses of Qt's global objects. exit() destroys them in reverse order, so those that the
-/// thread made first would be gone while it still runs.
+/// Creates the global objects of Qt that mark() uses. exit() destroys them in reverse order, so those that
+/// the thread creates first would be destroyed while it still runs.
 void makeGlobalObjects()
 {
     QLoggingCategory::defaultCategory();
@@ -71,7 +71,7 @@ void GarageUpdater::closeDatabase()
 
 void GarageUpdater::beginFinishing()
 {
-    // The first wish counts, however many follow.
+    // Only the first request sets the deadline.
     qint64 current = notFinishing;
     m_deadline.compare_exchange_strong(current, QDeadlineTimer(finishingTimeMs).deadline());
 }
@@ -104,7 +104,7 @@ void GarageUpdater::stop()
 {
     beginFinishing();
     m_stopping = true;
-    // Queued behind the writes that were asked for before. Without an application nothing queued arrives.
+    // Queued behind the writes requested before. Without an application no queued call is delivered.
     if (QCoreApplication::instance())
         QMetaObject::invokeMethod(
             this, [this] { m_thread.quit(); }, Qt::QueuedConnection);

@@ -24,14 +24,14 @@ public:
     /// Stops.
     ~GarageUpdater() override;
 
-    /// Interrupts the reload under way, puts later ones off, and waits until the writes asked for so far are
-    /// done and announced; 10 s at most. Writes that the database is too busy for are still tried after that.
+    /// Interrupts the current reload, postpones later ones, and waits until the writes requested so far are
+    /// done and announced; 10 s at most. Writes that failed on a busy database are still tried after that.
     void finishWrites();
-    /// Continues after finishWrites(), with the reload that was put off.
+    /// Continues after finishWrites(), with the postponed reload.
     void resumeReloads();
     /// Finishes the writes and ends the thread, within 10 s of this call or of finishWrites() before it.
     /// Writes that were not possible by then are dropped and not announced. Without an application object no
-    /// write is possible any more; the thread ends all the same.
+    /// write is possible any more; the thread ends nevertheless.
     void stop();
 
 signals:
@@ -58,7 +58,7 @@ private:
     bool isFinishing() const;
     /// While stopping: no write is tried any more.
     bool isTimeUp() const;
-    /// Whether the current reload is to be given up; remembers that it is due again.
+    /// Whether the current reload must be abandoned; records that it is due again.
     bool mustEndReload();
     bool mustInterruptStatement();
     void send(const QString &event, const QJsonObject &jsonData);

@@ -21,14 +21,14 @@ class ImmediateTransaction final
 {
     Q_DISABLE_COPY(ImmediateTransaction)
 public:
-    /// Asked before each further attempt on a busy database; false ends the write.
+    /// Called before each further attempt on a busy database; false ends the write.
     using KeepTrying = std::function<bool()>;
 
     /// Begins. Opens the connection first if it is not open.
     explicit ImmediateTransaction(GarageDatabase &database, KeepTrying keepTrying = {});
     ~ImmediateTransaction();
 
-    /// A query for one statement of this write, with named placeholders to bind.
+    /// A query for one statement of this write, with named placeholders.
     QSqlQuery prepare(const QString &statement) const;
     /// Runs a prepared statement with these values. Its failure does not end the write, unless SQLite ended
     /// the whole transaction over it (a full disk, say): then no further statement is run.

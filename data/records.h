@@ -6,7 +6,7 @@
 #include <QString>
 
 /// Operation id of a complaint: a free-text fault report or task instead of a service operation.
-/// In combo boxes the same value stands for "none".
+/// In combo boxes the same value means "none".
 constexpr int complaintOperationId = -1;
 
 /// Value of "no car", "no person", "no record" wherever an id is read or written.
@@ -66,7 +66,7 @@ struct ServiceLogItem
     QString comment;
 };
 
-/// After how much driving an operation is due again. A limit of 0 is no limit.
+/// The driving after which an operation is due again. A limit of 0 is no limit.
 struct Limits
 {
     int seconds = 0; ///< of driving

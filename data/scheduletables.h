@@ -23,9 +23,9 @@ struct StoredLimit
     Limits limits;
 };
 
-/// Reading and writing of the service operations and of the reglament. Reading that fails gives nothing, and
-/// sets `wasBusy` if it failed because the database was busy; each write is a transaction of its own, in
-/// which a failing statement is ignored.
+/// Reads and writes the service operations and the reglament. A read that fails yields nothing, and sets
+/// `wasBusy` if it failed because the database was busy; each write is a transaction of its own, in which a
+/// failing statement is ignored.
 namespace ScheduleTables {
 
 [[nodiscard]] QVector<ServiceOperation> readOperations(const GarageDatabase &database,

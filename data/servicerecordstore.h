@@ -30,8 +30,8 @@ struct RemoteServiceRecord
     QString comment;
     int localId = noId; ///< the local record that the remote side worked on, or -1
 
-    /// Missing keys yield the defaults. A service code of a personnel entry (the last that matches) decides
-    /// over the operator named in the record.
+    /// Missing keys yield the defaults. If the service code is that of a personnel entry (the last that
+    /// matches), this person overrides the operator named in the record.
     [[nodiscard]] static RemoteServiceRecord fromJson(const QJsonObject &json, const QJsonArray &personal);
 };
 
@@ -49,8 +49,8 @@ void amendComplaint(GarageDatabase &database, int localId, const ServiceRecord &
 /// True if the deletion was committed, even if its statement failed.
 bool remove(GarageDatabase &database, int localId, ImmediateTransaction::KeepTrying keepTrying = {});
 
-/// Stores a batch, all or none of it: each record updates the rows that bear its remote id or its local id,
-/// which are done then, or is added as a done one if there are none. True if the batch was committed, even if
+/// Stores a batch, all or none of it: each record updates the rows that have its remote id or its local id
+/// and marks them done, or is added as done if there are none. True if the batch was committed, even if
 /// statements in it failed.
 bool storeRemote(GarageDatabase &database, const QVector<RemoteServiceRecord> &records,
                  ImmediateTransaction::KeepTrying keepTrying = {});

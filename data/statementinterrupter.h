@@ -4,7 +4,7 @@
 
 class QSqlDatabase;
 
-/// Ends statements of a connection early: SQLite asks its condition while a statement runs, and while one
+/// Ends statements of a connection early: SQLite calls its condition while a statement runs, and while one
 /// waits for a lock. A statement that runs is interrupted, one that waits fails as busy. Otherwise a
 /// statement waits for a lock for 5 s, as under the driver's default.
 class StatementInterrupter final

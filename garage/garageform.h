@@ -40,13 +40,13 @@ public:
 
     GarageUpdater &updater() { return m_updater; }
 
-    /// The limits that the maintenance table works from; they outlive the window.
+    /// The limits that the maintenance table uses; must outlive the window.
     void setReglament(const ServiceReglamentModel &reglament);
     /// The host's people, offered by the dialogs.
     void setPersonalList(const QJsonArray &personalList);
-    /// Asks the loader for a reload: emits reloadGarageStats().
+    /// Requests a reload from the loader: emits reloadGarageStats().
     void requestReload();
-    /// Fills both cars lists from the host's cars message.
+    /// Fills both car lists from the host's cars message.
     void loadCars(const QJsonObject &jsonData);
 
     /// Applies a remote request and fills the answer to it; the answer stays empty if there is none.
@@ -99,7 +99,7 @@ protected:
     void showEvent(QShowEvent *event) override;
 
 private:
-    /// True, and asks for a reload, if the database is another file by now: ids from the file before it must
+    /// True, after requesting a reload, if the database file was replaced: ids from the previous file must
     /// not be used. `file` is m_shownFile at the time when they were read.
     bool isFileReplaced(int file);
 

@@ -132,7 +132,7 @@ void GarageForm::carComplain(const MaintainanceItem &item)
 {
     const int carId = item.carId;
     if (QWidget *open = m_complaintDialogs.value(carId)) {
-        // Another dialog above it may be the one that has the input.
+        // Another dialog above it may have the focus.
         QWidget *active = QApplication::activeModalWidget();
         QWidget *dialogWithInput = active ? active : open;
         dialogWithInput->raise();
@@ -167,8 +167,8 @@ void GarageForm::carComplain(const MaintainanceItem &item)
 
 void GarageForm::storeComplaint(int shownId, const ServiceRecord &record)
 {
-    // A reload may have closed the complaint meanwhile, or read another that the user has not seen. One
-    // that failed has emptied the table and says nothing about the car.
+    // A reload may have closed the complaint meanwhile, or read another that the user has not seen. A
+    // failed reload has emptied the table, so the state of the car is unknown.
     const std::optional<OperationStat> open = openComplaint(record.carId);
     const bool isKnown = open || m_maintainanceModel.itemById(record.carId);
     const bool isStillOpen = !isKnown || (open && open->localId == shownId);

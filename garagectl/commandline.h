@@ -2,6 +2,6 @@
 
 #include "garagectl/exitcode.h"
 
-/// Reads the arguments and runs the command that they name. The failure of a command is reported on standard
+/// Parses the arguments and runs the given command. The failure of a command is reported on standard
 /// error.
 ExitCode runCommandLine(int argc, const char *const *argv);

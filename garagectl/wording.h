@@ -11,7 +11,7 @@ enum Language { English, Russian };
 
 /// Russian if the system's language is, otherwise English.
 Language ofSystem();
-/// Of all texts that are asked for from now on.
+/// Sets the language of all texts requested from now on.
 void use(Language language);
 Language current();
 

@@ -10,7 +10,7 @@ inline const QColor attention(255, 127, 127); ///< over a limit, open, pending
 inline const QColor withinLimits(190, 247, 190);
 inline const QColor unavailable(192, 192, 192);
 
-/// These colours are light: a palette with light text gets black text instead. Any other stays.
+/// These colours are light: light text over them is replaced by black; any other is unchanged.
 inline void setReadableText(QPalette &palette)
 {
     if (palette.color(QPalette::Text).lightness() <= palette.color(QPalette::Base).lightness())

@@ -26,8 +26,8 @@ public:
 
     /// Replaces rows or columns of a model between layoutAboutToBeChanged and layoutChanged. Persistent
     /// indexes follow their record and their column's key, and become invalid with either. No two of them
-    /// ever meet in one cell: Qt would lose track of both. A scope inside another one is part of it: views
-    /// see one change.
+    /// are ever moved to the same cell: Qt would lose track of both. A scope inside another one is part of
+    /// it: views see one change.
     class LayoutChange final
     {
         Q_DISABLE_COPY(LayoutChange)
@@ -50,12 +50,12 @@ public:
 
     /// Empty for a column that does not exist.
     QString columnKey(int column) const;
-    /// Gives the view's columns the widths of the column list.
+    /// Sets the view's columns to the widths of the column list.
     void applyColumnWidths(QTreeView *view) const;
 
 protected:
     /// Identifies the record of an existing row after the rows were replaced. Need not be unique: equal ids
-    /// are told apart by their order. Column keys are treated alike.
+    /// are distinguished by their order. Column keys are treated alike.
     virtual QString recordId(int row) const = 0;
 
     /// True for an index of this model whose row and column exist.

@@ -7,8 +7,8 @@ class QModelIndex;
 class QTreeView;
 
 /// Keeps the current row of a view the one that the user chose. The focus alone makes no row current; a row
-/// that was deselected or is gone is not current any more, and no neighbour replaces it. The next arrow key
-/// starts from where it was. For flat views with single selection. GUI thread only.
+/// that was deselected or removed is no longer current, and no neighbour replaces it. The next arrow key
+/// starts from its position. For flat views with single selection. GUI thread only.
 class CurrentRowTracker final : public QObject
 {
     Q_OBJECT

@@ -35,7 +35,7 @@ protected:
     static void paintContent(QPainter *painter, QStyleOptionViewItem cell);
     /// The cell's outline; its pen stays on the painter.
     static void paintGrid(QPainter *painter, const QStyleOptionViewItem &option);
-    /// What a cell's tool tip says besides a text that is cut off; nothing by default.
+    /// What a cell's tool tip contains besides a text that is cut off; nothing by default.
     virtual QString explanation(const QModelIndex &index) const;
 
 private:

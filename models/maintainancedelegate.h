@@ -12,7 +12,7 @@ class MaintainanceModel;
 class ReglamentSource;
 
 /// Colours the operation cells of the maintenance table by the limits: the lower half green, or red once a
-/// limit is exceeded. Tool tips say what is left of the limits, and what is open on a red car. Any other
+/// limit is exceeded. Tool tips show what is left of the limits, and what is open on a red car. Any other
 /// cell, and any other table, is shown as GridDelegate does.
 class MaintainanceDelegate final : public GridDelegate
 {
@@ -34,7 +34,7 @@ protected:
     QString explanation(const QModelIndex &index) const override;
 
 private:
-    /// The two lines apart, because only the lower one stands on the band's colour.
+    /// Draws the two lines separately, because only the lower one is over the band's colour.
     void paintHalves(QPainter *painter, const QStyleOptionViewItem &option, const QPalette &bandPalette,
                      const QModelIndex &index) const;
     /// None for a cell that shows no operation.

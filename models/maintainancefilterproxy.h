@@ -19,7 +19,7 @@ public:
     void setModelFilter(const QString &text, bool enabled);
     /// If `on`, only cars with an operation over its limit or still open; needs the reglament.
     void setNeedsServiceOnly(bool on);
-    /// Back to all cars.
+    /// Accepts every car again.
     void resetFilters();
     /// Not owned, may be null.
     void setReglament(const ReglamentSource *reglament);

@@ -39,8 +39,8 @@ public:
 
     /// The proxy whose rows the position column counts; not owned, may be null.
     void setRowNumberProxy(const QAbstractProxyModel *proxy);
-    /// Makes the operation columns those of the reglament's first entry; nothing happens without one. Says
-    /// nothing to views: call it within a LayoutChange.
+    /// Replaces the operation columns by those of the reglament's first entry; does nothing without one.
+    /// Emits no signals: call it within a LayoutChange.
     void updateColumns(const ReglamentSource *reglament, QTreeView *view);
     void setItems(const QList<MaintainanceItem> &items);
     /// One of SortMode; any other value sorts by model and number.
@@ -57,7 +57,7 @@ public:
     const OperationStat *shownOperation(const QModelIndex &index) const;
     /// For the immediate feedback: moves the last date of an operation forward on every item of the car, if
     /// that date is later than what the first one has; counters stay, and a new entry is a done one. Emits
-    /// dataChanged for `clicked` alone, the cell that the user asked on, in every case; for none if it is
+    /// dataChanged for `clicked` alone, the cell that the user clicked, in every case; for none if it is
     /// invalid.
     void recordServiceDone(int carId, int opId, const QDateTime &doneAt, const QModelIndex &clicked);
 

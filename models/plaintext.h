@@ -15,7 +15,7 @@ QString toolTip(const QString &text, const QWidget &owner);
 /// that it has or begins.
 QString firstLines(const QString &text, int lines, int lineLength);
 
-/// For places that are one line high.
+/// The text with blanks in place of line feeds.
 inline QString singleLine(QString text)
 {
     return text.replace(QLatin1Char('\n'), QLatin1Char(' '));

@@ -89,7 +89,7 @@ RuvaloGaragePlugin::RuvaloGaragePlugin()
     livingPlugin = this;
     connect(qApp, &QCoreApplication::aboutToQuit, this, &RuvaloGaragePlugin::finishWrites);
     qAddPostRoutine(endWithApplication);
-    // Registered once Qt has made its list of database connections, which is destroyed after this has run.
+    // Registered after Qt has created its list of database connections, which is destroyed after this call.
     static const int registration = std::atexit(stopLoaderAtExit);
     Q_UNUSED(registration)
 }
@@ -108,8 +108,8 @@ RuvaloGaragePlugin::~RuvaloGaragePlugin()
     blockSignals(true);
     delete m_garageForm;
     if (isHostWhole) {
-        // What was stored at the end is announced, or the remote side would keep records for good that are
-        // deleted here.
+        // What was stored at the end is announced; otherwise the remote side would never delete records that
+        // are deleted here.
         blockSignals(false);
         QCoreApplication::sendPostedEvents(&m_loaderMessages, QEvent::MetaCall);
         blockSignals(true);

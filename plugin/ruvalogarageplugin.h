@@ -13,10 +13,10 @@
 /// calls on them, and forwards their messages to the host. Both widgets live as long as this object, in
 /// whatever windows the host puts them. GUI thread only.
 ///
-/// The writes that were handed over are finished, within 10 s, when the host quits its event loop, when this
-/// object is deleted, at the latest with the application object, and when the process exits without that.
-/// What was stored is announced while the host is whole: on quitting, and on deletion unless a parent or the
-/// end of the application object causes it.
+/// Pending writes are finished, within 10 s, when the host quits its event loop, when this object is deleted,
+/// at the latest with the application object, and when the process exits without that. What was stored is
+/// announced while the host is intact: on quitting, and on deletion unless a parent or the end of the
+/// application object causes it.
 class RuvaloGaragePlugin final : public TrivexPluginInterface
 {
     Q_OBJECT
@@ -35,7 +35,7 @@ public:
     void pluginSlot(QString module, QString event, QJsonObject jsonData) override;
 
     /// At the exit of the process, with or without an application object: finishes the writes and ends the
-    /// loader's thread. Touches no widget; the destructor leaves both alone afterwards.
+    /// loader's thread. Touches no widget; the destructor then deletes neither window nor page.
     void stopLoader();
 
 public slots:

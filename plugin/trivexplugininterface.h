@@ -20,7 +20,7 @@ class TrivexPluginInterface : public QObject
 {
     Q_OBJECT
 public:
-    /// Place of the plug-in among the host's plug-ins.
+    /// Position of the plug-in among the host's plug-ins.
     qint32 pluginOrder = 0;
     /// For the host's own use; a module reads none of them.
     QString pluginVersion;
@@ -37,7 +37,7 @@ public:
     virtual QString moduleName() = 0;
     /// Names of the events that the plug-in sends.
     virtual QStringList emittedEvents() = 0;
-    /// Names of the events that the plug-in wants to receive.
+    /// Names of the events that the plug-in receives.
     virtual QStringList subscribedEvents() = 0;
 
 public slots:

@@ -1,5 +1,5 @@
 #pragma once
 
 /// Makes the compiled-in icons (":/icons/...") available. May be called more than once; needed because a
-/// static library's resources are dropped by the linker unless something asks for them.
+/// static library's resources are dropped by the linker unless something references them.
 void initGarageResources();

@@ -2,6 +2,6 @@
 
 class QWidget;
 
-/// Asks for the confirmation of a deletion. The texts are those of the owner's translation context. False as
+/// Asks the user to confirm a deletion. The texts are those of the owner's translation context. False as
 /// well if the owner was destroyed while the question was open.
 [[nodiscard]] bool confirmDeletion(QWidget *owner);

@@ -8,8 +8,8 @@
 #include <optional>
 
 /// The list of service operations, whose names are edited in place. A row that was added in the view is not
-/// stored until setNewOperationId(); until then its id is noId. The file may hold an operation of that id
-/// too: that one is stored.
+/// stored until setNewOperationId(); until then its id is noId. An operation in the file may also have that
+/// id: it counts as stored.
 class ServiceOperationsModel final : public ClearbackgroundTableModel
 {
     Q_OBJECT

@@ -3,7 +3,7 @@
 #include "data/garagedatabase.h"
 #include "data/records.h"
 
-/// What the module's statistics loader works from, of one moment.
+/// The data of the module's statistics loader at one moment.
 struct FleetStatus
 {
     QList<MaintainanceItem> cars;

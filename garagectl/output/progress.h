@@ -6,7 +6,7 @@
 
 #include <thread>
 
-/// While it lives, one line on standard error reports what is being done. Shows nothing in the first
+/// While it exists, one line on standard error reports the progress. Shows nothing in the first
 /// second, and nothing at all where standard error is not a terminal.
 class Progress final
 {

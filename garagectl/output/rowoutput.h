@@ -24,7 +24,7 @@ struct RowOptions
     std::string outputFile; ///< empty: standard output
 };
 
-/// The rows of a command in each form; only the one that was asked for is made.
+/// The rows of a command in each form; only the requested one is created.
 struct RowOutput
 {
     std::function<QJsonObject()> json;

@@ -3,7 +3,7 @@
 #include <QByteArray>
 #include <QString>
 
-/// Standard output and standard error; UTF-8 whatever the locale.
+/// Standard output and standard error; UTF-8 in every locale.
 namespace Terminal {
 
 /// All of it on standard output. Throws Failure if it cannot be written.
@@ -13,7 +13,7 @@ void report(const QString &message);
 
 /// True if standard output is a terminal on which colours are wanted (see https://no-color.org).
 bool hasColour();
-/// True if somebody can watch standard error.
+/// True if standard error is a terminal that can show progress.
 bool showsProgress();
 
 } // namespace Terminal

@@ -22,7 +22,7 @@ Q_DECLARE_METATYPE(SampleOutcome)
 /// Called with the progress in per cent; returning false cancels and leaves the file unchanged.
 using SampleProgress = std::function<bool(int percent)>;
 
-/// Fills a blank database with the plausible past of a kart track. The same kind, seed and `now` give the
+/// Fills a blank database with the plausible past of a kart track. The same kind, seed and `now` yield the
 /// same data. Call in the thread of the connection.
 SampleOutcome generateSampleData(HostConnection &connection, SampleKind kind, quint32 seed,
                                  const QDateTime &now, const SampleProgress &progress);

@@ -22,7 +22,7 @@ struct CheckFailed
     QString reason;
 };
 
-/// Thrown by a check that cannot be made.
+/// Thrown by a check that cannot be performed.
 struct CheckSkipped
 {
     QString reason;
