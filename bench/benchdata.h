@@ -19,7 +19,7 @@ inline constexpr BenchShape lapsShape {"laps", 60, 12, 20000, 3000000};
 inline constexpr BenchShape journalShape {"journal", 60, 12, 100000, 20000};
 inline constexpr BenchShape wideShape {"wide", 500, 30, 15000, 500000};
 
-/// The wide table with few laps: what the window shows is the same, and it is read at once.
+/// The wide table with few laps: the window shows the same, and a reload is fast.
 inline constexpr BenchShape wideTableShape {"wide-table", 500, 30, 15000, 10000};
 
 /// Enough of everything for counting instructions.
@@ -32,7 +32,7 @@ class BenchHome final
 public:
     explicit BenchHome(const BenchShape &shape);
 
-    /// Makes this home the one in which the module looks for its database.
+    /// Makes this the home in which the module finds its database.
     void enter() const;
     QByteArray databasePath() const;
 

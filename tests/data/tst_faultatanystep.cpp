@@ -11,7 +11,7 @@
 
 namespace {
 
-/// One write of the module, as its windows and its loader ask for it.
+/// One write of the module, as its windows and its loader request it.
 struct Write
 {
     const char *name;

@@ -40,7 +40,7 @@ void judgeOutput(QtMsgType type, const QMessageLogContext &, const QString &text
     std::abort();
 }
 
-/// What the module has been given in its present life, one file an input, where the run asks for it.
+/// The inputs of the current instance of the module, one file per input, if the run requests them.
 class History final
 {
 public:

@@ -10,11 +10,10 @@ class FuzzedDatabase final
 {
     Q_DISABLE_COPY(FuzzedDatabase)
 public:
-    /// Sets the process's home, in the folder for temporary files; ends the process if there is no room for
-    /// it.
+    /// Sets the process's home, in the folder for temporary files; ends the process if it cannot be created.
     FuzzedDatabase();
 
-    /// Makes the content what it was at first, if anybody changed it. True if so.
+    /// Restores the initial content if it was changed. True if so.
     bool restore();
     /// What another program may write.
     void change(ByteReader &bytes);

@@ -95,7 +95,7 @@ void useWidget(ByteReader &bytes, QWidget &widget)
     }
 }
 
-/// The module's own widgets, not the toolkit's parts of them.
+/// The module's own widgets, without the internal widgets of Qt.
 QList<QWidget *> namedChildren(const QWidget &window)
 {
     QList<QWidget *> named;

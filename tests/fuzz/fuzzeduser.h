@@ -7,20 +7,20 @@
 
 #include <functional>
 
-/// A user whose every move is a byte: clicks and keys on the module's widgets, and an answer to each dialog
-/// and menu that opens, given from within its own event loop.
+/// Simulates a user by bytes: clicks and keys on the module's widgets, and an answer to each dialog and menu
+/// that opens, sent from within its own event loop.
 class FuzzedUser final
 {
     Q_DISABLE_COPY(FuzzedUser)
 public:
     using HostAct = std::function<void(ByteReader &)>;
 
-    /// `whileOpen` is what the host may do while a dialog is open.
+    /// `whileOpen` performs the host's actions while a dialog is open.
     explicit FuzzedUser(HostAct whileOpen);
 
-    /// The bytes that the user lives on from now on.
+    /// Sets the bytes that the user consumes from now on.
     void follow(ByteReader &bytes) { m_bytes = &bytes; }
-    /// One move on one of the widgets in the window.
+    /// One action on one of the widgets in the window.
     void act(QWidget &window);
     int answeredDialogs() const { return m_answered; }
 

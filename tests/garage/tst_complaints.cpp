@@ -7,7 +7,7 @@
 #include <QPushButton>
 #include <QWindow>
 
-/// Complaints that the host asks for while the window is in an unusual state.
+/// Complaints that the host requests while the window is in an unusual state.
 class TestComplaints : public GarageTest
 {
     Q_OBJECT

@@ -13,7 +13,7 @@
 #include <QTabWidget>
 #include <QTreeView>
 
-/// The window itself: its widgets, its models, when it asks for a reload and what a reload changes.
+/// The window itself: its widgets, its models, when it requests a reload and what a reload changes.
 class TestGarageForm : public GarageTest
 {
     Q_OBJECT

@@ -21,7 +21,7 @@ int fieldWidth(const QComboBox &combo)
         .width();
 }
 
-/// The titles that stand at the top of a column, as pixels darker than the header.
+/// The column titles, as pixels darker than the header.
 QImage titleOf(QTreeView &view, int section)
 {
     QHeaderView *header = view.header();

@@ -128,7 +128,7 @@ void TestDraggedItems::otherDragsAreTheBases_data()
     QTest::addColumn<int>("mimeDataCalls");
     const QString json = "application/json";
     const int both = Qt::MoveAction | Qt::CopyAction;
-    // The base asks for mime data of its own; two calls are the view's and the base's.
+    // The base requests mime data as well; the two calls are the view's and the base's.
     QTest::newRow("no mime data") << QString() << QByteArray() << both << 2;
     QTest::newRow("another type") << "text/plain" << payload << both << 2;
     QTest::newRow("empty") << json << QByteArray() << both << 2;

@@ -58,7 +58,7 @@ int opaquePixels(const QImage &image)
     return count;
 }
 
-/// How many opaque pixels lie in the columns [from, to).
+/// Number of opaque pixels in the columns [from, to).
 int opaqueColumns(const QImage &image, int from, int to)
 {
     return opaquePixels(image.copy(from, 0, to - from, image.height()));

@@ -340,7 +340,7 @@ void TestMaintainanceDelegate::aRepaintAsksForFewCells()
     view.grab();
     QVERIFY(proxy.dataCalls > 0);
     QVERIFY2(proxy.texts <= shownCells, qPrintable(QString::number(proxy.texts)));
-    // Qt asks for seven roles of each cell that it paints; the band and the height ask for none.
+    // Qt reads seven roles of each cell that it paints; the band and the height read none.
     QVERIFY2(proxy.dataCalls <= 7 * shownCells, qPrintable(QString::number(proxy.dataCalls)));
     QVERIFY2(reglament.reads <= shownCells, qPrintable(QString::number(reglament.reads)));
 }

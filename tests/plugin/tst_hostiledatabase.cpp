@@ -67,7 +67,7 @@ void lookAtEverything(LoadedPlugin &host)
 
 } // namespace
 
-/// Whatever stands in the database, and whatever happens to it meanwhile: the library stays usable, and what
+/// Whatever the database contains, and whatever happens to it meanwhile: the library remains usable, and what
 /// is right in it keeps its meaning.
 class TestHostileDatabase : public GarageTest
 {

@@ -7,15 +7,15 @@ namespace FaultyFiles {
 enum Operation { Write, Sync, Lock, BusyLock, Truncate, Delete, OperationCount };
 enum Duration { Once, UntilCleared };
 
-/// Puts itself between SQLite and the operating system. Once a process.
+/// Replaces SQLite's default VFS by one that injects faults. Call once per process.
 void install();
 
-/// Lets the k-th operation of that kind from now on fail (the first is 1), and those behind it if the fault
+/// Makes the k-th operation of that kind from now on fail (the first is 1), and all later ones if the fault
 /// lasts. A BusyLock fails as if another process held the lock, all others as a broken disk does.
 void fail(Operation operation, int k, Duration duration);
 void clear();
 
-/// Whether the fault that was set last has struck, also after clear().
+/// Whether the fault that was set last has occurred, also after clear().
 bool hasStruck();
 
 } // namespace FaultyFiles

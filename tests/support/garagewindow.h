@@ -25,9 +25,9 @@ public:
 
     /// Shows the window and waits for the reload that this causes.
     void show();
-    /// Asks for a reload and waits for it.
+    /// Requests a reload and waits for it.
     void reload();
-    /// Waits until no reload is under way.
+    /// Waits until no reload is in progress.
     void settle();
 
     template<class Widget> Widget *find(const char *name) const { return child<Widget>(*form, name); }

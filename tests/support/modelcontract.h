@@ -13,7 +13,7 @@
 /// selections and the current cell follow their record or become invalid with it. A model joins by a Subject.
 namespace ModelContract {
 
-/// Numbers of records, 1 to 60, top to bottom. Each stands at the end of its row's text, behind a "-":
+/// Numbers of records, 1 to 60, top to bottom. Each is at the end of its row's text, after a "-":
 /// "Sodi-12".
 using Records = QVector<int>;
 

@@ -4,7 +4,7 @@
 #include <QLocale>
 #include <QString>
 
-/// Moments of March 2026 by UTC, as the local time of whatever zone the test runs in.
+/// Moments of March 2026 in UTC, as local time of the test's zone.
 inline QDateTime march(int day, int hour, int minute)
 {
     return QDateTime(QDate(2026, 3, day), QTime(hour, minute), Qt::UTC).toLocalTime();

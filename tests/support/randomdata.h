@@ -6,7 +6,7 @@
 #include <QStringList>
 #include <QVariant>
 
-/// Fills tables with what a database may hold at its worst.
+/// Fills tables with random rows, among them invalid ones.
 class RandomData
 {
 public:

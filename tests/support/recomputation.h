@@ -14,7 +14,7 @@
 #include <map>
 #include <set>
 
-/// The statistics of the loader, worked out without its SQL and its code.
+/// The statistics of the loader, computed without its SQL and its code.
 namespace Recomputed {
 
 /// A value as the database holds it, ordered and compared as the database does.
@@ -53,7 +53,7 @@ inline Table readTable(const TestDatabase &database, const QString &name)
     return table;
 }
 
-/// Minutes of UTC, worked out from the text by hand; empty if it is no date-time.
+/// Minutes in UTC, computed from the text; empty if it is no date-time.
 inline QString utcMinutes(const Cell &cell)
 {
     static const QRegularExpression pattern(
@@ -82,7 +82,7 @@ struct Status
     QVector<Row> latest; ///< several if they bear the same time
 };
 
-/// The statistics worked out from the plain tables, row by row.
+/// The statistics computed from the plain tables, row by row.
 class Recomputation
 {
 public:
@@ -102,7 +102,7 @@ public:
         }
     }
 
-    /// Compares the message; where several records may be the latest, the message chooses among them.
+    /// Compares the message; if several records may be the latest, the message decides.
     void compare(const QJsonObject &message) const
     {
         const QJsonArray pending = message.value("servicePendingList").toArray();

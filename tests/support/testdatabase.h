@@ -17,7 +17,7 @@ public:
     explicit TestDatabase(const QString &path, bool createSchema = true);
     ~TestDatabase();
 
-    /// Runs one statement, binding the values to its "?" placeholders, and gives the query.
+    /// Runs one statement with the values bound to its "?" placeholders and returns the query.
     QSqlQuery exec(const QString &statement, std::initializer_list<QVariant> values = {}) const;
     bool tryExec(const QString &statement) const;
     /// First column of the first row; invalid if there is none.

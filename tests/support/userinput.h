@@ -10,7 +10,7 @@
 class QAbstractButton;
 class QAbstractItemView;
 
-// What a user does to widgets, by real mouse and key events, and what the user sees of them.
+// Operates widgets by real mouse and key events, and reads what they show.
 
 /// The child of that class and name; a missing one ends the program.
 template<class Type = QWidget> Type *child(const QObject &parent, const char *name)
