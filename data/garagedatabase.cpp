@@ -42,7 +42,7 @@ GarageDatabase::GarageDatabase(const QString &connectionName, const QString &dat
 GarageDatabase::~GarageDatabase()
 {
     m_database.close();
-    m_database = QSqlDatabase(); // the last handle must be gone before the connection is removed
+    m_database = QSqlDatabase(); // the last handle must be released before removal
     QSqlDatabase::removeDatabase(m_connectionName);
 }
 

@@ -46,7 +46,7 @@ bool ImmediateTransaction::exec(QSqlQuery &query, StatementValues values)
         return true;
 
     // SQLite may have rolled back by itself; the statements still to come would then be stored one by one.
-    // Only outside a transaction can a new one begin.
+    // A new transaction can begin only outside another.
     if (m_database.run(QStringLiteral("BEGIN")).isActive())
         leave();
     return false;

@@ -58,7 +58,7 @@ struct ServiceLogItem
     int remoteId = noId; ///< -1: not made by the remote side, or an id beyond 32 bits
     int state = OpenState;
     int opId = complaintOperationId;
-    QString num; ///< empty when the car is gone, as is `model`
+    QString num; ///< empty if the car was deleted, as is `model`
     QString model;
     QDateTime opTime; ///< local time
     QString opName; ///< empty for a complaint

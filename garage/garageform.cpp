@@ -46,7 +46,7 @@ GarageForm::GarageForm(QWidget *parent)
 {
     initGarageResources();
     m_maintainanceModel.setObjectName(QStringLiteral("maintainanceModel"));
-    // The spelling is kept on purpose, because others find the proxy by this name.
+    // The spelling is kept on purpose, because hosts and tests find the proxy by this name.
     m_maintainanceFilterProxy.setObjectName(QStringLiteral("maintaincancFilterProxy"));
 
     m_ui->setupUi(this);

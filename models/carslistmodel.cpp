@@ -106,7 +106,7 @@ bool CarsListModel::contains(int carId) const
 
 bool CarsListModel::comesBefore(const Car &left, const Car &right, int column, Qt::SortOrder order)
 {
-    // The smaller number comes first within a model whatever the direction.
+    // Within a model the smaller number comes first in both directions.
     if (column == ModelColumn && left.name == right.name)
         return left.numericNumber < right.numericNumber;
 

@@ -8,7 +8,7 @@
 namespace {
 
 constexpr qreal mostExcess = 1.15;
-/// Lower than the excess requires, because a family may have a condensed face that begins anew at 100 %.
+/// Lower than the excess requires, because a family may have a condensed face that starts again at 100 %.
 constexpr qreal narrowestStretch = 0.8;
 
 qreal widestLine(const QVector<QStringRef> &lines, const QFont &font)

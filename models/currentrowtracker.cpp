@@ -25,7 +25,7 @@ void CurrentRowTracker::install(QTreeView *view, QAbstractItemModel *model)
                 if (selected.isEmpty())
                     tracker->handleDeselection();
             });
-    // A view for which nobody has done this makes its first row current when it gets the focus.
+    // Without this call, a view makes its first row current when it gets the focus.
     view->setCurrentIndex({});
 }
 

@@ -16,7 +16,7 @@ QRect bandOf(QRect cell)
     return cell;
 }
 
-/// Draws with the pen that the cell before left set.
+/// Draws with the pen that the previous cell has set.
 void paintBand(QPainter *painter, const QRect &cell, const QColor &color)
 {
     painter->save();
@@ -166,7 +166,7 @@ const ServiceLogItem *MaintainanceDelegate::latestRecord(const OperationStat &st
     const int row = m_serviceLog ? m_serviceLog->rowOf(stat.localId) : -1;
     if (row == -1)
         return nullptr;
-    // What was just recorded is shown before the log has its record.
+    // A new service is shown before the log contains its record.
     const ServiceLogItem &record = m_serviceLog->itemAt(row);
     return record.opTime == stat.lastDone ? &record : nullptr;
 }

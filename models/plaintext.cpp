@@ -13,8 +13,8 @@ constexpr int mostToolTipLines = 20;
 constexpr int leastToolTipLines = 3;
 constexpr int toolTipLineLength = 56; ///< characters; Qt breaks a line at 80 times the width of an "x"
 
-/// A tool tip up to this high fits above or below the pointer wherever that is, so that it never receives
-/// the click that is meant for what it explains.
+/// A tool tip up to this height fits above or below the pointer at any position, so that it never receives a
+/// click on the widget that it explains.
 int toolTipLines(const QWidget &owner)
 {
     const QFontMetrics metrics(QToolTip::font());

@@ -98,7 +98,7 @@ RuvaloGaragePlugin::~RuvaloGaragePlugin()
 {
     qRemovePostRoutine(endWithApplication);
     if (isProcessExiting) {
-        // Qt's own data for widgets may be gone. The process frees the memory.
+        // Qt's own data for widgets may be destroyed. The end of the process frees the memory.
         static_cast<void>(m_settingsForm.release());
         return;
     }

@@ -4,7 +4,7 @@
 #include <QWidget>
 
 /// Keeps a widget alive when its parent is destroyed: the widget is removed from the parent, hidden, instead
-/// of being deleted with it. So a host may put a widget of the plug-in into its own windows.
+/// of being deleted with it. A host may therefore put a widget of the plug-in into its own windows.
 class WidgetReparentGuard final : public QObject
 {
     Q_OBJECT

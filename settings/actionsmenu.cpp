@@ -40,5 +40,5 @@ bool ActionsMenu::eventFilter(QObject *watched, QEvent *event)
         return QObject::eventFilter(watched, event);
     event->accept();
     execMenu(*m_view, static_cast<QContextMenuEvent *>(event)->globalPos());
-    return true; // this filter may be gone by now
+    return true; // this filter may be destroyed
 }

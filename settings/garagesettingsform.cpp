@@ -168,7 +168,7 @@ void GarageSettingsForm::removeServiceOp()
     const QModelIndex current = m_ui->tvServiceOperations->currentIndex();
     if (!current.isValid())
         return;
-    // The question takes the focus from an open editor, which may store a new row: its id is read after.
+    // The question removes the focus from an open editor, which may store a new row: its id is read after.
     const QPersistentModelIndex chosen = current;
     if (!confirmDeletion(this) || followDatabase() || !chosen.isValid())
         return;

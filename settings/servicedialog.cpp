@@ -66,7 +66,7 @@ void ServiceDialog::setOperation(int opId)
 
 void ServiceDialog::setDateTime(const QDateTime &dateTime)
 {
-    // The field would show, and later read as local, the clock of whatever zone it is given.
+    // The field would show the clock time of any other zone and later read it as local.
     m_ui->deOperationDateTime->setDateTime(dateTime.toLocalTime());
     m_initialDateTime = m_ui->deOperationDateTime->dateTime();
 }

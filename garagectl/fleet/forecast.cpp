@@ -4,7 +4,7 @@
 
 namespace {
 
-/// By which the rows are ordered: what is due already counts as the first day, what nobody knows as the last.
+/// The sort key of a row: the first possible day if it is due already, the last one if the day is unknown.
 QDate orderDay(const ForecastRow &row)
 {
     static const QDate first(1, 1, 1);

@@ -6,7 +6,7 @@
 #include <QCoreApplication>
 #include <QDir>
 
-/// The linker drops a static library's resources unless they are asked for by name.
+/// The linker drops a static library's resources unless they are referenced by name.
 static void initResources()
 {
     Q_INIT_RESOURCE(database);

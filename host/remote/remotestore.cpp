@@ -6,7 +6,7 @@
 
 #include <algorithm>
 
-/// The linker drops a static library's resources unless they are asked for by name.
+/// The linker drops a static library's resources unless they are referenced by name.
 static void initResources()
 {
     Q_INIT_RESOURCE(remote);

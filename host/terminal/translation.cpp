@@ -5,7 +5,7 @@
 #include <QLocale>
 #include <QTranslator>
 
-/// The linker drops a static library's resources unless they are asked for by name.
+/// The linker drops a static library's resources unless they are referenced by name.
 static void initResources()
 {
     Q_INIT_RESOURCE(translations);

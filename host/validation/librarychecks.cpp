@@ -11,7 +11,7 @@
 #include <QPointer>
 #include <QWidget>
 
-/// The linker drops a static library's resources unless they are asked for by name.
+/// The linker drops a static library's resources unless they are referenced by name.
 static void initResources()
 {
     Q_INIT_RESOURCE(validation);

@@ -1,7 +1,7 @@
 // Feeds the module with messages, clicks and changes of its database, all made of the fuzzer's bytes. The
-// database is the same before each input; the module itself lives on for a number of inputs, as making its
-// windows takes most of the time. What came before a crash in the same module's life is written down in the
-// folder GARAGE_FUZZ_HISTORY: those files in order are the reproducer.
+// database is the same before each input; one instance of the module runs a number of inputs, as creating
+// its windows takes most of the time. The inputs of the current instance are written to the folder
+// GARAGE_FUZZ_HISTORY: after a crash, those files in order are the reproducer.
 
 #include "bytereader.h"
 #include "fuzzeddatabase.h"
@@ -24,7 +24,7 @@ namespace {
 constexpr int inputsPerLife = 200;
 constexpr int mostActs = 16;
 
-/// What the platform says of itself, and the view of a page that nobody sees: it keeps its editor.
+/// Messages of the platform plug-in, and of the view of a hidden page, which keeps its editor.
 bool isNoise(const QString &text)
 {
     return text.startsWith(QLatin1String("This plugin does not support "))
@@ -87,8 +87,8 @@ private:
     bool m_seen = false;
 };
 
-/// The module and the host that it talks to. The loader works to its end as soon as it is asked for
-/// something, so that an input always takes the same course.
+/// The module and its host. Each request to the loader is completed at once, so that an input always runs the
+/// same way.
 class FuzzedModule final
 {
     Q_DISABLE_COPY(FuzzedModule)

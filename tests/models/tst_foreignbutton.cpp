@@ -4,7 +4,7 @@
 #include <QSignalSpy>
 #include <QStandardItemModel>
 
-/// The slot of the hover buttons, called by somebody else.
+/// The slot of the hover buttons, called by another object.
 class TestForeignButton : public GarageTest
 {
     Q_OBJECT

@@ -129,7 +129,7 @@ void TestListDrag::onlyItemsThatTheTargetTookAreReported()
     const QPoint from = view->viewport()->mapTo(&window, view->visualRect(model.index(0, 0)).center());
     const QPoint to = target->geometry().center();
     QWindow *const handle = window.windowHandle();
-    // The drag runs an event loop of its own, in which the user goes on.
+    // The drag runs an event loop of its own, in which user input continues.
     QTimer user;
     user.setSingleShot(true);
     connect(&user, &QTimer::timeout, this, [=] {

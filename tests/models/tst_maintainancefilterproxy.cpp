@@ -95,7 +95,7 @@ MaintainanceItem sodi(int carId, const QList<OperationStat> &stats = {})
 
 } // namespace
 
-/// Which cars the maintenance table shows, and that its indexes stay sound whatever happens below.
+/// Which cars the maintenance table shows, and that its indexes remain valid in every change of the source.
 class TestMaintainanceFilterProxy : public GarageTest
 {
     Q_OBJECT
@@ -578,7 +578,7 @@ void TestMaintainanceFilterProxy::sortingManyCarsAsksForNoCells()
     QCOMPARE(counter.rowCount(), shown);
     QCOMPARE(relayouts.count(), 1);
     QCOMPARE(counter.dataCalls, 0);
-    QCOMPARE(reglament.reads, 2000); // filtered anew once
+    QCOMPARE(reglament.reads, 2000); // filtered again once
 }
 
 GARAGE_TEST(TestMaintainanceFilterProxy)

@@ -290,7 +290,7 @@ void TestMaintainanceModel::fewerOperationsRemoveColumnsFromTheirCountOn()
 
     table.model.sort(3);
     QCOMPARE(table.carIds(), QList<int>({1, 2}));
-    table.model.sort(2); // by model and number, also where the number's column has gone
+    table.model.sort(2); // by model and number, also without the number's column
     QCOMPARE(table.carIds(), QList<int>({2, 1}));
 
     table.setOperations({1, 2});

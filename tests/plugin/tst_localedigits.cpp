@@ -12,7 +12,7 @@
 #include <QTemporaryDir>
 #include <QTreeView>
 
-/// Messages, cells and dialogs have ASCII digits whatever the system's locale. Each locale needs a process of
+/// Messages, cells and dialogs have ASCII digits in every system locale. Each locale needs a process of
 /// its own, because Qt reads it once.
 class TestLocaleDigits : public GarageTest
 {

@@ -26,7 +26,7 @@ const QJsonObject oneRemoteRecord {{"data",
 } // namespace
 
 /// The interface as hosts in the field have it compiled in: never to be changed along with the header.
-/// Not in the namespace above: a class that nobody else can derive from would have its calls resolved here.
+/// Not in the anonymous namespace: the compiler would resolve the calls of a class with internal linkage.
 class FieldHostInterface : public QObject
 {
 public:

@@ -157,7 +157,7 @@ void TestOperationsList::contextMenuOffersBothActions()
     QTimer answer;
     connect(&answer, &QTimer::timeout, this, [&] {
         QWidget *menu = QApplication::activePopupWidget();
-        // A menu that is gone before it was activated would take the focus from the editor that it opens.
+        // A menu that closes before it was activated would remove the focus from the editor that it opens.
         if (!menu || QGuiApplication::focusWindow() != menu->windowHandle())
             return;
         answer.stop();
@@ -208,7 +208,7 @@ void TestOperationsList::removingAsksFirst()
     if (removed)
         QCOMPARE(takeAnnouncedOperations(), QStringList("5|Цепь"));
     QCOMPARE(m_events->count(), 0);
-    // Its column stays until the schedule is read anew, its limits for good.
+    // Its column remains until the schedule is read again, its limits are never deleted.
     QCOMPARE(titles(), QStringList({"Масло", "Цепь"}));
     m_form->reloadReglamentModel();
     QCOMPARE(titles().size(), removed ? 1 : 2);

@@ -29,7 +29,7 @@ inline void chooseFromContextMenu(QAbstractScrollArea *view, const QPoint &posit
         QFAIL(qPrintable(text));
     });
     timer->start(1);
-    // Not a click: the window may be gone before the release.
+    // Not a click: the window may be destroyed before the release.
     const QPointer<QWindow> window = view->window()->windowHandle();
     QTest::mousePress(window, Qt::RightButton, {}, view->viewport()->mapTo(view->window(), position));
     if (window)

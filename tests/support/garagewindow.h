@@ -50,6 +50,6 @@ public:
     std::unique_ptr<GarageSettingsForm> settings;
     std::unique_ptr<GarageForm> form;
     QVector<Event> events;
-    int requested = 0; ///< reloads asked for
+    int requested = 0; ///< reloads requested
     int delivered = 0;
 };

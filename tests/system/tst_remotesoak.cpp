@@ -43,7 +43,7 @@ int soakMilliseconds()
     return (isNumber ? seconds : defaultSeconds) * 1000;
 }
 
-/// Accepts whatever dialog opens, as a mechanic in a hurry.
+/// Accepts every dialog that opens.
 void acceptDialog()
 {
     QWidget *dialog = QApplication::activeModalWidget();
@@ -315,12 +315,12 @@ void TestRemoteSoak::checkBooks(const ArchiveFindings &findings, int remoteRecor
     QCOMPARE(findings.missing, QVector<int>());
     QCOMPARE(findings.notDeleted, QVector<int>());
     QVERIFY(findings.archived > leastArchived);
-    // Each record that was announced, and each that was made there, stands there once.
+    // The remote side has each announced record, and each of its own, once.
     QCOMPARE(remoteRecords, m_announced + m_completions);
-    // What was deleted here is gone.
+    // The deleted records are not in the file.
     for (const int id : qAsConst(m_deleted))
         QCOMPARE(count("id=?", id), 0);
-    // Nothing came twice: neither what was recorded here nor what the remote side sent.
+    // No record is stored twice, neither a local nor a remote one.
     QCOMPARE(count("id>? AND remote_id IS NULL", m_lastIdBefore) + m_newLocalDeleted,
              m_complaints + m_recorded);
     QCOMPARE(m_track->value("SELECT count(DISTINCT remote_id) FROM maintainance").toInt(),

@@ -24,7 +24,7 @@ bool prepareDatabase()
         QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation) + "/Ruvalo-QT/DB";
     const QString file = folder + "/ruvalo.sqlite";
     if (QFile::exists(file))
-        return true; // never touch somebody's data
+        return true; // never change existing data
     QFile schema(GARAGE_SCHEMA);
     if (!QDir().mkpath(folder) || !schema.open(QIODevice::ReadOnly))
         return false;
