@@ -69,7 +69,7 @@ int narrowInteger(const QVariant &value)
 }
 
 /// Shares equal texts of the rows of a query.
-class RepeatedTexts final
+class SharedTexts final
 {
 public:
     QString shared(const QVariant &value) { return *m_texts.insert(value.toString()); }
@@ -132,7 +132,7 @@ QList<ServiceLogItem> GarageStatistics::readServiceLog(const GarageDatabase &dat
 {
     QList<ServiceLogItem> log;
     DateTimeText::Reader times;
-    RepeatedTexts names;
+    SharedTexts names;
     QSqlQuery query = database.run(selectServiceLog);
     while (database.next(query)) {
         log.append(ServiceLogItem());

@@ -15,8 +15,8 @@ QVariant storable(const QVariant &value)
 
 } // namespace
 
-ImmediateTransaction::ImmediateTransaction(GarageDatabase &database, KeepTrying keepTrying)
-    : m_database(database), m_keepTrying(std::move(keepTrying))
+ImmediateTransaction::ImmediateTransaction(GarageDatabase &database, RetryPredicate mayRetry)
+    : m_database(database), m_mayRetry(std::move(mayRetry))
 {
     m_database.ensureOpen();
     m_active = runWhileBusy(QStringLiteral("BEGIN IMMEDIATE"));
@@ -72,7 +72,7 @@ bool ImmediateTransaction::runWhileBusy(const QString &statement) const
         const QSqlQuery query = m_database.run(statement);
         if (query.isActive())
             return true;
-        if (!isBusy(query.lastError()) || (m_keepTrying && !m_keepTrying()))
+        if (!isBusy(query.lastError()) || (m_mayRetry && !m_mayRetry()))
             return false;
         QThread::msleep(retryIntervalMs);
     }

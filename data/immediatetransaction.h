@@ -22,10 +22,10 @@ class ImmediateTransaction final
     Q_DISABLE_COPY(ImmediateTransaction)
 public:
     /// Called before each further attempt on a busy database; false ends the write.
-    using KeepTrying = std::function<bool()>;
+    using RetryPredicate = std::function<bool()>;
 
     /// Begins. Opens the connection first if it is not open.
-    explicit ImmediateTransaction(GarageDatabase &database, KeepTrying keepTrying = {});
+    explicit ImmediateTransaction(GarageDatabase &database, RetryPredicate mayRetry = {});
     ~ImmediateTransaction();
 
     /// A query for one statement of this write, with named placeholders.
@@ -42,7 +42,7 @@ private:
     void leave();
 
     GarageDatabase &m_database;
-    const KeepTrying m_keepTrying;
+    const RetryPredicate m_mayRetry;
     bool m_active = false;
 };
 

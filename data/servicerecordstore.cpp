@@ -109,18 +109,18 @@ void ServiceRecordStore::amendComplaint(GarageDatabase &database, int localId, c
 }
 
 bool ServiceRecordStore::remove(GarageDatabase &database, int localId,
-                                ImmediateTransaction::KeepTrying keepTrying)
+                                ImmediateTransaction::RetryPredicate mayRetry)
 {
-    ImmediateTransaction transaction(database, std::move(keepTrying));
+    ImmediateTransaction transaction(database, std::move(mayRetry));
     QSqlQuery query = transaction.prepare(deleteRecord);
     transaction.exec(query, {{QLatin1String(":id"), localId}});
     return transaction.commit();
 }
 
 bool ServiceRecordStore::storeRemote(GarageDatabase &database, const QVector<RemoteServiceRecord> &records,
-                                     ImmediateTransaction::KeepTrying keepTrying)
+                                     ImmediateTransaction::RetryPredicate mayRetry)
 {
-    ImmediateTransaction transaction(database, std::move(keepTrying));
+    ImmediateTransaction transaction(database, std::move(mayRetry));
     QSqlQuery update = transaction.prepare(updateRemote);
     QSqlQuery insert = transaction.prepare(insertRemote);
     for (const RemoteServiceRecord &record : records) {

@@ -47,12 +47,12 @@ int addComplaint(GarageDatabase &database, const ServiceRecord &record);
 void amendComplaint(GarageDatabase &database, int localId, const ServiceRecord &record);
 
 /// True if the deletion was committed, even if its statement failed.
-bool remove(GarageDatabase &database, int localId, ImmediateTransaction::KeepTrying keepTrying = {});
+bool remove(GarageDatabase &database, int localId, ImmediateTransaction::RetryPredicate mayRetry = {});
 
 /// Stores a batch, all or none of it: each record updates the rows that have its remote id or its local id
 /// and marks them done, or is added as done if there are none. True if the batch was committed, even if
 /// statements in it failed.
 bool storeRemote(GarageDatabase &database, const QVector<RemoteServiceRecord> &records,
-                 ImmediateTransaction::KeepTrying keepTrying = {});
+                 ImmediateTransaction::RetryPredicate mayRetry = {});
 
 } // namespace ServiceRecordStore

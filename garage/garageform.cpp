@@ -1,7 +1,7 @@
 #include "garage/garageform.h"
 
 #include "models/columntitles.h"
-#include "models/columnwidthkeeper.h"
+#include "models/columnwidthguard.h"
 #include "models/currentrowtracker.h"
 #include "models/hoverlayoutfilter.h"
 #include "models/maintainancedelegate.h"
@@ -184,7 +184,7 @@ void GarageForm::refillModelCombos(const QStringList &models)
 void GarageForm::refillMaintainanceTable(const QList<MaintainanceItem> &items)
 {
     {
-        const ColumnWidthKeeper widths(m_ui->tvMaintainanceTable, m_maintainanceModel);
+        const ColumnWidthGuard widths(m_ui->tvMaintainanceTable, m_maintainanceModel);
         const ClearbackgroundTableModel::LayoutChange change(m_maintainanceModel);
         m_maintainanceModel.updateColumns(m_reglament, m_ui->tvMaintainanceTable);
         m_maintainanceModel.setItems(items);

@@ -2,7 +2,7 @@
 
 #include "data/scheduletables.h"
 #include "models/columntitles.h"
-#include "models/columnwidthkeeper.h"
+#include "models/columnwidthguard.h"
 #include "models/currentrowtracker.h"
 #include "models/hoverlayoutfilter.h"
 #include "settings/actionsmenu.h"
@@ -107,7 +107,7 @@ GarageSettingsForm::Reglament GarageSettingsForm::readReglament()
 
 void GarageSettingsForm::showReglament(const Reglament &reglament)
 {
-    const ColumnWidthKeeper widths(m_ui->tvServiceReglament, m_reglamentModel);
+    const ColumnWidthGuard widths(m_ui->tvServiceReglament, m_reglamentModel);
     const ClearbackgroundTableModel::LayoutChange change(m_reglamentModel);
     m_reglamentModel.clear();
     for (const QString &model : reglament.models)

@@ -195,7 +195,7 @@ void TestGarageHost::theStartSequenceComesInOrder()
 
 void TestGarageHost::eachLineReachesThePluginAndEachEventComesBack()
 {
-    const HostRun run = runStdio("{\"module\":\"desk\",\"event\":\"car_complain\",\"data\":{\"carId\":7}}\n"
+    const HostRun run = runStdio("{\"module\":\"office\",\"event\":\"car_complain\",\"data\":{\"carId\":7}}\n"
                                  "\n"
                                  "{\"event\":\"run_closed\"}");
     QCOMPARE(run.exitCode, 0);
@@ -203,7 +203,7 @@ void TestGarageHost::eachLineReachesThePluginAndEachEventComesBack()
     QCOMPARE(complaints.size(), 1);
     QCOMPARE(complaints.first().value("carId").toInt(), 7);
     QCOMPARE(run.echoesOf("run_closed").size(), 1);
-    QVERIFY(run.output.contains("\"module\":\"desk\""));
+    QVERIFY(run.output.contains("\"module\":\"office\""));
     for (const QJsonObject &message : run.messages())
         QCOMPARE(message.keys(), (QStringList {"data", "event", "module"}));
 }

@@ -1,5 +1,5 @@
 #include "models/clearbackgroundtablemodel.h"
-#include "models/columnwidthkeeper.h"
+#include "models/columnwidthguard.h"
 #include "support/garagetest.h"
 
 #include <QAbstractItemModelTester>
@@ -166,7 +166,7 @@ void TestClearbackgroundTableModel::widthsSurviveAChangeOfColumns()
     model.applyColumnWidths(&view);
     view.setColumnWidth(1, 133); // as a user drags it
     {
-        const ColumnWidthKeeper keeper(&view, model);
+        const ColumnWidthGuard guard(&view, model);
         model.dropColumn(0);
         model.addColumn("NEW", 155);
     }

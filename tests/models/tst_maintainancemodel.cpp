@@ -1,5 +1,5 @@
 #include "models/cellflags.h"
-#include "models/columnwidthkeeper.h"
+#include "models/columnwidthguard.h"
 #include "models/maintainancemodel.h"
 #include "support/garagetest.h"
 #include "support/maintainancesample.h"
@@ -323,7 +323,7 @@ void TestMaintainanceModel::onlyNewColumnsGetAWidthInTheView()
     view.setColumnWidth(3, 99);
     const Reglament reglament = Reglament::ofOperations({1, 2});
     {
-        const ColumnWidthKeeper keeper(&view, table.model);
+        const ColumnWidthGuard guard(&view, table.model);
         const ClearbackgroundTableModel::LayoutChange change(table.model);
         table.model.updateColumns(&reglament, &view);
     }

@@ -1,15 +1,15 @@
-#include "models/columnwidthkeeper.h"
+#include "models/columnwidthguard.h"
 
 #include <QTreeView>
 
-ColumnWidthKeeper::ColumnWidthKeeper(QTreeView *view, const ClearbackgroundTableModel &model)
+ColumnWidthGuard::ColumnWidthGuard(QTreeView *view, const ClearbackgroundTableModel &model)
     : m_view(view), m_model(model)
 {
     for (int column = 0; column < m_model.columnCount(); ++column)
         m_widths.insert(m_model.columnKey(column), m_view->columnWidth(column));
 }
 
-ColumnWidthKeeper::~ColumnWidthKeeper()
+ColumnWidthGuard::~ColumnWidthGuard()
 {
     m_model.applyColumnWidths(m_view);
     for (int column = 0; column < m_model.columnCount(); ++column) {

@@ -6,13 +6,13 @@
 
 /// Scope guard around a change of a model's columns: afterwards the existing columns of the view have their
 /// old widths, and new ones those of the model. QHeaderView loses both when the number of sections changes.
-class ColumnWidthKeeper final
+class ColumnWidthGuard final
 {
-    Q_DISABLE_COPY(ColumnWidthKeeper)
+    Q_DISABLE_COPY(ColumnWidthGuard)
 public:
     /// The view shows the model's columns in the model's order, directly or through a proxy.
-    ColumnWidthKeeper(QTreeView *view, const ClearbackgroundTableModel &model);
-    ~ColumnWidthKeeper();
+    ColumnWidthGuard(QTreeView *view, const ClearbackgroundTableModel &model);
+    ~ColumnWidthGuard();
 
 private:
     QTreeView *const m_view;
