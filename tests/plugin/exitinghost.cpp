@@ -147,6 +147,16 @@ int deleteWithParent(int argc, char **argv)
     return 0;
 }
 
+void handOverWorkAndQuit(TrivexPluginInterface *plugin)
+{
+    QTimer::singleShot(0, plugin, [plugin] {
+        handOverWork(plugin);
+        QApplication::quit();
+    });
+    QApplication::exec();
+    printLine("end of the event loop");
+}
+
 /// Quits its event loop after it handed over work, and unloads the library later on.
 int quit(int argc, char **argv)
 {
@@ -154,12 +164,7 @@ int quit(int argc, char **argv)
     QPluginLoader loader(GARAGE_PLUGIN_FILE);
     auto *plugin = qobject_cast<TrivexPluginInterface *>(loader.instance());
     HostWindow window(plugin);
-    QTimer::singleShot(0, plugin, [plugin] {
-        handOverWork(plugin);
-        QApplication::quit();
-    });
-    QApplication::exec();
-    printLine("end of the event loop");
+    handOverWorkAndQuit(plugin);
     return loader.unload() ? 0 : 1;
 }
 
@@ -170,12 +175,7 @@ int runAgain(int argc, char **argv)
     QPluginLoader loader(GARAGE_PLUGIN_FILE);
     auto *plugin = qobject_cast<TrivexPluginInterface *>(loader.instance());
     HostWindow window(plugin);
-    QTimer::singleShot(0, plugin, [plugin] {
-        handOverWork(plugin);
-        QApplication::quit();
-    });
-    QApplication::exec();
-    printLine("end of the event loop");
+    handOverWorkAndQuit(plugin);
     window.reaction = [](const QString &event) {
         if (event == "update_pending_service")
             QApplication::quit();

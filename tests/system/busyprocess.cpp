@@ -42,16 +42,17 @@ class BusyModule final : public QObject
 public:
     BusyModule(int firstId, bool isDeleting) : m_nextId(firstId), m_isDeleting(isDeleting)
     {
-        connect(
-            m_host.plugin(), &TrivexPluginInterface::pluginSignal, this,
-            [this](const QString &, const QString &event, const QJsonObject &data) { tell(event, data); });
+        connect(m_host.plugin(), &TrivexPluginInterface::pluginSignal, this,
+                [this](const QString &, const QString &event, const QJsonObject &data) {
+                    printMessage(event, data);
+                });
         m_host.window()->show();
         connect(&m_dialogTimer, &QTimer::timeout, this, [this] { answerDialog(); });
         m_dialogTimer.start(5);
     }
 
 private:
-    void tell(const QString &event, const QJsonObject &data)
+    void printMessage(const QString &event, const QJsonObject &data)
     {
         if (event == "remote_service_move_to_archive") {
             for (const QJsonValue &id : data.value("idList").toArray())

@@ -75,7 +75,7 @@ private:
     void deleteRecord();
     bool enoughHappened(DemoHost &host) const;
     /// Records the plug-in's messages.
-    void hear(const HostMessage &message);
+    void handleMessage(const HostMessage &message);
     void checkBooks(const ArchiveFindings &findings, int remoteRecords);
     int count(const char *condition, const QVariant &value = {});
 
@@ -181,7 +181,7 @@ void TestRemoteSoak::deleteRecord()
     m_garage->findChild<QAction *>("actionDeleteMaintainanceItem")->trigger();
 }
 
-void TestRemoteSoak::hear(const HostMessage &message)
+void TestRemoteSoak::handleMessage(const HostMessage &message)
 {
     ++m_events;
     if (message.event == "insert_tab") {
@@ -248,7 +248,7 @@ void TestRemoteSoak::theBooksAgreeAfterRandomActions()
     DemoHost host(documents, 1);
     QVERIFY(host.plugin().load(GARAGE_PLUGIN));
     QVERIFY(host.remote().prepare());
-    connect(&host.plugin(), &PluginHost::received, this, &TestRemoteSoak::hear);
+    connect(&host.plugin(), &PluginHost::received, this, &TestRemoteSoak::handleMessage);
     connect(&host.plugin(), &PluginHost::sent, this, [this] { ++m_events; });
     host.fleet().sendStartSequence();
     host.plugin().send("clicked", {{"key", "show_garage"}});
