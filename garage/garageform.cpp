@@ -1,10 +1,12 @@
 #include "garage/garageform.h"
 
+#include "garage/comboentries.h"
 #include "models/columntitles.h"
 #include "models/columnwidthguard.h"
 #include "models/currentrowtracker.h"
 #include "models/hoverlayoutfilter.h"
 #include "models/maintainancedelegate.h"
+#include "models/scrollpositionguard.h"
 #include "resources/garageresources.h"
 #include "settings/actionsmenu.h"
 #include "settings/servicereglamentmodel.h"
@@ -167,11 +169,11 @@ void GarageForm::refillModelCombos(const QStringList &models)
     const QSignalBlocker noFiltering(m_ui->cbFilterModels);
     const int chosenIndex = m_ui->cbFilterModels->currentIndex();
 
-    for (QComboBox *combo : {m_ui->cbFilterModels, m_ui->cbLogFilterModels}) {
-        combo->clear();
-        combo->addItem(tr("Все"));
-        combo->addItems(models);
-    }
+    QVector<ComboEntry> entries {{tr("Все")}};
+    for (const QString &model : models)
+        entries.append({model});
+    setEntries(*m_ui->cbFilterModels, entries);
+    setEntries(*m_ui->cbLogFilterModels, entries);
 
     const bool isOffered = chosenIndex >= 0 && chosenIndex < m_ui->cbFilterModels->count();
     m_ui->cbFilterModels->setCurrentIndex(isOffered ? chosenIndex : 0);
@@ -197,12 +199,12 @@ void GarageForm::refillOperationCombo()
     QComboBox *combo = m_ui->cbLogFilterOperation;
     const QVariant chosen = combo->currentIndex() >= 1 ? combo->currentData() : QVariant();
 
-    combo->clear();
-    combo->addItem(tr("Все"), ServiceLogFilter::anyOperation);
-    combo->addItem(tr("Невыполненные"), ServiceLogFilter::pendingOnly);
+    QVector<ComboEntry> entries {{tr("Все"), ServiceLogFilter::anyOperation},
+                                 {tr("Невыполненные"), ServiceLogFilter::pendingOnly}};
     for (auto it = m_operations.cbegin(); it != m_operations.cend(); ++it)
-        combo->addItem(it.value(), it.key());
-    combo->addItem(tr("Прочее"), complaintOperationId);
+        entries.append({it.value(), it.key()});
+    entries.append({tr("Прочее"), complaintOperationId});
+    setEntries(*combo, entries);
 
     const int index = chosen.isValid() ? combo->findData(chosen) : 0;
     combo->setCurrentIndex(qMax(index, 0));
@@ -210,6 +212,7 @@ void GarageForm::refillOperationCombo()
 
 void GarageForm::refillServiceLog(const QList<ServiceLogItem> &items)
 {
+    const ScrollPositionGuard place(m_ui->tvServiceLog);
     {
         const ClearbackgroundTableModel::LayoutChange change(m_serviceLogModel);
         m_serviceLogModel.clear();
