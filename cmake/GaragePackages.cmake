@@ -16,8 +16,8 @@ set(CPACK_STRIP_FILES ON)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_SECTION misc)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
-# Dependencies that are not linked: the driver is loaded by name, and the texts need a Cyrillic font.
+# Dependencies that are not linked: the driver and the texts of Qt are loaded by name, Russian needs a Cyrillic font.
 set(CPACK_DEBIAN_PACKAGE_DEPENDS
-    "libqt5sql5-sqlite, fonts-dejavu-core | fonts-noto-core | fonts-liberation2 | fonts-liberation")
+    "libqt5sql5-sqlite, qttranslations5-l10n, fonts-dejavu-core | fonts-noto-core | fonts-liberation2 | fonts-liberation")
 set(CPACK_DEBIAN_PACKAGE_SUGGESTS "cmake, qtbase5-dev")
 include(CPack)

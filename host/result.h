@@ -2,21 +2,26 @@
 
 #include <QString>
 
-/// Outcome of an operation that can fail: success, or an error text for the user.
+/// Outcome of an operation that can fail: success, or an error text for the user. A locked database is an
+/// error that may be gone later.
 class [[nodiscard]] Result final
 {
 public:
-    static Result success() { return Result(true, QString()); }
-    static Result error(const QString &text) { return Result(false, text); }
+    static Result success() { return Result(Success, QString()); }
+    static Result error(const QString &text) { return Result(Error, text); }
+    static Result locked(const QString &text) { return Result(Locked, text); }
 
-    bool isOk() const { return m_isOk; }
-    explicit operator bool() const { return m_isOk; }
+    bool isOk() const { return m_kind == Success; }
+    explicit operator bool() const { return isOk(); }
+    bool isLocked() const { return m_kind == Locked; }
     /// Empty on success.
     QString errorText() const { return m_errorText; }
 
 private:
-    Result(bool isOk, const QString &errorText) : m_isOk(isOk), m_errorText(errorText) { }
+    enum Kind { Success, Error, Locked };
 
-    bool m_isOk;
+    Result(Kind kind, const QString &errorText) : m_kind(kind), m_errorText(errorText) { }
+
+    Kind m_kind;
     QString m_errorText;
 };

@@ -7,6 +7,7 @@
 #include "host/messages/messagelogpanel.h"
 #include "host/remote/remotepanel.h"
 #include "host/track/trackpanel.h"
+#include "host/widgets/noticelabel.h"
 
 #include <QApplication>
 #include <QCloseEvent>
@@ -16,7 +17,6 @@
 #include <QPainter>
 #include <QPixmap>
 #include <QScreen>
-#include <QStyle>
 #include <QTabWidget>
 #include <QToolBar>
 #include <QVBoxLayout>
@@ -47,7 +47,11 @@ HostWindow::HostWindow(DemoHost &host, const DataFolder &folder)
 
     auto *central = new QWidget;
     auto *layout = new QVBoxLayout(central);
+    auto *notice = new NoticeLabel("writeNoticeLabel");
+    connect(&host.fleet(), &FleetController::writeNoticeChanged, notice,
+            [notice](const QString &text) { notice->showText(text); });
     layout->addWidget(makeBanner(folder));
+    layout->addWidget(notice);
     layout->addWidget(m_tabs, 1);
     setCentralWidget(central);
     makeToolBar();
@@ -68,8 +72,10 @@ QWidget *HostWindow::makeBanner(const DataFolder &folder)
     banner->setObjectName(QStringLiteral("bannerLabel"));
     banner->setTextInteractionFlags(Qt::TextSelectableByMouse);
     banner->setWordWrap(true);
-    banner->setStyleSheet(QLatin1String("padding: 6px; color: black; background: ")
-                          + (isReal ? QLatin1String("#ffb4a8") : QLatin1String("#fff1b8")));
+    banner->setMargin(6);
+    banner->setAutoFillBackground(true);
+    banner->setBackgroundRole(isReal ? QPalette::Highlight : QPalette::ToolTipBase);
+    banner->setForegroundRole(isReal ? QPalette::HighlightedText : QPalette::ToolTipText);
     return banner;
 }
 
@@ -79,14 +85,24 @@ void HostWindow::makeToolBar()
     bar->setObjectName(QStringLiteral("sectionsToolBar"));
     bar->setMovable(false);
     bar->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
-    const QString caption = m_host.plugin().caption();
-    QAction *garage = bar->addAction(style()->standardIcon(QStyle::SP_DirHomeIcon), caption);
+    QAction *garage =
+        addSection(*bar, QStyle::SP_DirHomeIcon, QLatin1Char('&') + m_host.plugin().caption(), Qt::Key_F2);
     garage->setObjectName(QStringLiteral("openGarageAction"));
-    QAction *settings =
-        bar->addAction(style()->standardIcon(QStyle::SP_FileDialogDetailedView), tr("Settings"));
+    QAction *settings = addSection(*bar, QStyle::SP_FileDialogDetailedView, tr("&Settings"), Qt::Key_F3);
     settings->setObjectName(QStringLiteral("openSettingsAction"));
     connect(garage, &QAction::triggered, this, &HostWindow::openGarage);
     connect(settings, &QAction::triggered, this, &HostWindow::openSettings);
+}
+
+QAction *HostWindow::addSection(QToolBar &bar, QStyle::StandardPixmap icon, const QString &text, Qt::Key key)
+{
+    QAction *action = bar.addAction(style()->standardIcon(icon), text);
+    action->setIconText(text); // a tool button takes its mnemonic from this text only
+    action->setShortcut(key);
+    const QString plainText = QString(text).remove(QLatin1Char('&'));
+    action->setToolTip(
+        QStringLiteral("%1 (%2)").arg(plainText, action->shortcut().toString(QKeySequence::NativeText)));
+    return action;
 }
 
 void HostWindow::start()

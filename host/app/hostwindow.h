@@ -4,13 +4,16 @@
 #include "host/result.h"
 
 #include <QMainWindow>
+#include <QStyle>
 
 class DemoHost;
 class DataFolder;
 class HostSettingsDialog;
 class QTabWidget;
+class QToolBar;
 
-/// The main window: the banner, one tab per panel, the plug-in's tab, the settings dialog.
+/// The main window: the banner, a notice of writes that wait or failed, one tab per panel, the plug-in's tab,
+/// the settings dialog.
 class HostWindow final : public QMainWindow
 {
     Q_OBJECT
@@ -37,6 +40,7 @@ protected:
 private:
     QWidget *makeBanner(const DataFolder &folder);
     void makeToolBar();
+    QAction *addSection(QToolBar &bar, QStyle::StandardPixmap icon, const QString &text, Qt::Key key);
 
     DemoHost &m_host;
     QTabWidget *m_tabs;

@@ -92,7 +92,7 @@ void DataFolder::removeDatabases() const
     if (isUserDocuments())
         return;
     for (const QString &file : {databasePath(), remoteRecordsPath()}) {
-        QFile::remove(file);
-        QFile::remove(file + QLatin1String("-journal"));
+        for (const char *suffix : {"", "-journal", "-wal", "-shm"})
+            QFile::remove(file + QLatin1String(suffix));
     }
 }

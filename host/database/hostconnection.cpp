@@ -6,8 +6,16 @@
 #include <QUuid>
 
 namespace {
-// Other writers hold the lock for milliseconds. The GUI thread blocks for this time at most.
-const QLatin1String busyTimeout("QSQLITE_BUSY_TIMEOUT=1500"); // milliseconds
+
+bool isLockError(const QSqlError &error)
+{
+    constexpr int primaryCodeMask = 0xff;
+    constexpr int sqliteBusy = 5;
+    constexpr int sqliteLocked = 6;
+    const int code = error.nativeErrorCode().toInt() & primaryCodeMask;
+    return code == sqliteBusy || code == sqliteLocked;
+}
+
 } // namespace
 
 HostConnection::HostConnection(const QString &path)
@@ -15,9 +23,9 @@ HostConnection::HostConnection(const QString &path)
     , m_database(QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), m_name))
 {
     m_database.setDatabaseName(path);
-    m_database.setConnectOptions(busyTimeout);
+    m_database.setConnectOptions(QStringLiteral("QSQLITE_BUSY_TIMEOUT=%1").arg(usualBusyTimeout));
     if (!m_database.open())
-        m_errorText = m_database.lastError().text();
+        keepError(m_database.lastError());
 }
 
 HostConnection::~HostConnection()
@@ -60,15 +68,26 @@ QSqlQuery HostConnection::prepared(const QString &statement)
     QSqlQuery blank(m_database);
     blank.setForwardOnly(true);
     if (!blank.prepare(statement))
-        m_errorText = blank.lastError().text();
+        keepError(blank.lastError());
     return blank;
 }
 
 bool HostConnection::exec(QSqlQuery &prepared)
 {
     const bool done = prepared.exec();
-    m_errorText = done ? QString() : prepared.lastError().text();
+    keepError(done ? QSqlError() : prepared.lastError());
     return done;
+}
+
+void HostConnection::keepError(const QSqlError &error)
+{
+    m_errorText = error.isValid() ? error.text() : QString();
+    m_failedOnLock = isLockError(error);
+}
+
+void HostConnection::setBusyTimeout(int milliseconds)
+{
+    prepared(QStringLiteral("PRAGMA busy_timeout=%1").arg(milliseconds)).exec();
 }
 
 void HostConnection::rollback()

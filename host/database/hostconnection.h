@@ -5,6 +5,8 @@
 #include <QString>
 #include <QVariantList>
 
+class QSqlError;
+
 /// One connection to an SQLite file, with a name of its own; belongs to the thread that made it. Queries
 /// obtained from it must be destroyed before it.
 class HostConnection final
@@ -18,6 +20,11 @@ public:
     QString path() const { return m_database.databaseName(); }
     /// Why the last statement failed, or empty.
     QString errorText() const { return m_errorText; }
+    /// Whether the last statement failed because another connection holds a lock.
+    bool failedOnLock() const { return m_failedOnLock; }
+    static constexpr int usualBusyTimeout = 1500; // milliseconds
+    /// How long a statement waits for a lock before it fails.
+    void setBusyTimeout(int milliseconds);
 
     /// Runs one statement with the values bound to its "?" placeholders.
     [[nodiscard]] bool exec(const QString &statement, const QVariantList &values = {});
@@ -36,8 +43,11 @@ public:
     [[nodiscard]] bool execScript(const QString &resourcePath);
 
 private:
+    void keepError(const QSqlError &error);
+
     const QString m_name;
     QSqlDatabase m_database;
     QString m_errorText;
+    bool m_failedOnLock = false;
     int m_lastInsertId = -1;
 };

@@ -5,6 +5,9 @@
 
 #include <QCoreApplication>
 #include <QDir>
+#include <QFile>
+
+#include <memory>
 
 /// The linker drops a static library's resources unless they are referenced by name.
 static void initResources()
@@ -19,14 +22,19 @@ struct Text
     Q_DECLARE_TR_FUNCTIONS(HostDatabase)
 };
 
+bool hasSharedTables(HostConnection &connection)
+{
+    return connection.value(QStringLiteral("SELECT count(*) FROM sqlite_master WHERE name='cars'")).toInt()
+        > 0;
+}
+
 Result makeTables(HostConnection &connection)
 {
-    const bool hasSharedTables =
-        connection.value(QStringLiteral("SELECT count(*) FROM sqlite_master WHERE name='cars'")).toInt() > 0;
+    const bool isOld = hasSharedTables(connection);
     if (!connection.errorText().isEmpty())
         return Result::error(connection.errorText());
     return HostTransaction::run(connection, [&] {
-        return (hasSharedTables || connection.execScript(QStringLiteral(":/host/schema.sql")))
+        return (isOld || connection.execScript(QStringLiteral(":/host/schema.sql")))
             && connection.execScript(QStringLiteral(":/host/hosttables.sql"));
     });
 }
@@ -34,6 +42,18 @@ Result makeTables(HostConnection &connection)
 } // namespace
 
 Result HostDatabase::prepare(const DataFolder &folder)
+{
+    const bool isForeign = folder.isUserDocuments() && QFile::exists(folder.databasePath())
+        && hasSharedTables(*std::make_unique<HostConnection>(folder.databasePath()));
+    Result result = createTables(folder);
+    // Without it the host's commits and the module's reloads wait for each other. The file remembers it. A
+    // failure (another program has the file open, a network disk) leaves a file that works too.
+    if (result && !isForeign)
+        HostConnection(folder.databasePath()).value(QStringLiteral("PRAGMA journal_mode=WAL"));
+    return result;
+}
+
+Result HostDatabase::createTables(const DataFolder &folder)
 {
     initResources();
     if (!QDir().mkpath(folder.databaseFolder()))

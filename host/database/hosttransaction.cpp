@@ -23,5 +23,8 @@ bool HostTransaction::commit()
 
 Result HostTransaction::resultOf(const HostConnection &connection, bool committed)
 {
-    return committed ? Result::success() : Result::error(connection.errorText());
+    if (committed)
+        return Result::success();
+    return connection.failedOnLock() ? Result::locked(connection.errorText())
+                                     : Result::error(connection.errorText());
 }

@@ -71,19 +71,32 @@ Result CarStore::setAvailable(const QVector<int> &carIds, bool available)
     });
 }
 
-Result CarStore::store(const HostCar &car)
+Result CarStore::add(const QString &model)
 {
-    return HostTransaction::run(m_connection, [&] { return car.id < 0 ? add(car) : change(car); });
+    return HostTransaction::run(m_connection, [&] { return insert(model); });
 }
 
-bool CarStore::add(const HostCar &car)
+bool CarStore::insert(const QString &model)
 {
-    return m_connection.exec(QStringLiteral("INSERT INTO cars (num,name) VALUES (?,?)"),
-                             {car.number, car.model})
+    return m_connection.exec(QStringLiteral("INSERT INTO cars (num,name) SELECT "
+                                            "ifnull(max(CAST(num AS INTEGER)),0)+1,? FROM cars "
+                                            "WHERE num NOT GLOB '*[^0-9]*' AND length(num)<=9"),
+                             {model})
         && m_connection.exec(
-            QStringLiteral("INSERT OR REPLACE INTO host_cars (car_id,guid,available) VALUES (?,?,?)"),
-            {m_connection.lastInsertId(), QUuid::createUuid().toString(QUuid::WithoutBraces),
-             car.available ? 1 : 0});
+            QStringLiteral("INSERT OR REPLACE INTO host_cars (car_id,guid,available) VALUES (?,?,1)"),
+            {m_connection.lastInsertId(), QUuid::createUuid().toString(QUuid::WithoutBraces)});
+}
+
+Result CarStore::store(const HostCar &car)
+{
+    if (car.number.isEmpty() || car.model.isEmpty())
+        return Result::error(tr("a kart needs a number and a model"));
+    // Read from the list: only this host writes the table.
+    for (const HostCar &other : qAsConst(m_cars)) {
+        if (other.id != car.id && other.number == car.number)
+            return Result::error(tr("number %1 is another kart's").arg(car.number));
+    }
+    return HostTransaction::run(m_connection, [&] { return change(car); });
 }
 
 bool CarStore::change(const HostCar &car)

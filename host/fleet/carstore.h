@@ -34,12 +34,15 @@ public:
     /// Applies the data of "update_cars". An unknown command is an error.
     Result applyUpdate(const QJsonObject &updateCars);
     Result setAvailable(const QVector<int> &carIds, bool available);
-    /// Adds the car if its id is negative, else changes number, model and availability.
+    /// Adds an available car of that model with the next free number.
+    Result add(const QString &model);
+    /// Changes number, model and availability. An empty number or model, or the number of another car, is an
+    /// error.
     Result store(const HostCar &car);
     Result remove(int id);
 
 private:
-    bool add(const HostCar &car);
+    bool insert(const QString &model);
     bool change(const HostCar &car);
 
     HostConnection &m_connection;

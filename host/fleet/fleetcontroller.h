@@ -1,5 +1,6 @@
 #pragma once
 
+#include "host/database/retriedwrites.h"
 #include "host/fleet/carstore.h"
 #include "host/fleet/personstore.h"
 #include "host/plugin/hostmessage.h"
@@ -8,15 +9,25 @@
 
 class PluginHost;
 
-/// Announces the host's cars and people to the plug-in, and handles "read_cars_list" and "update_cars".
+/// Stores and announces the host's cars and people, and handles "read_cars_list" and "update_cars". A write
+/// that finds the file locked is repeated until it is stored; each stored change is announced.
 class FleetController final : public QObject
 {
     Q_OBJECT
 public:
     FleetController(HostConnection &connection, PluginHost &plugin, QObject *parent = nullptr);
 
-    CarStore &cars() { return m_cars; }
-    PersonStore &people() { return m_people; }
+    const CarStore &cars() const { return m_cars; }
+    const PersonStore &people() const { return m_people; }
+
+    void addCar(const QString &model);
+    void storeCar(const HostCar &car);
+    void removeCar(int id);
+    void setAvailable(const QVector<int> &carIds, bool available);
+    /// Adds the person if the id is negative.
+    void storePerson(const HostPerson &person);
+    void removePerson(int id);
+
     /// Sends the messages that a host sends after loading its plug-ins.
     void sendStartSequence();
     void announceCars(bool withStatistics = true);
@@ -26,11 +37,17 @@ signals:
     /// The list has been read and sent to the plug-in.
     void carsAnnounced();
     void peopleAnnounced();
+    /// A car has been added and announced.
+    void carAdded();
+    /// What the user must know of the latest write: that it waits or has failed. Empty once one is stored.
+    void writeNoticeChanged(const QString &notice);
 
 private:
     void handleMessage(const HostMessage &message);
+    void write(const RetriedWrites::Write &write, const std::function<void()> &announce);
 
     CarStore m_cars;
     PersonStore m_people;
     PluginHost &m_plugin;
+    RetriedWrites m_writes;
 };

@@ -5,15 +5,13 @@
 
 #include <QGroupBox>
 #include <QHBoxLayout>
-#include <QLabel>
+#include <QMessageBox>
 #include <QPushButton>
 #include <QScopedValueRollback>
 #include <QScrollBar>
 #include <QStandardItemModel>
 #include <QTableView>
 #include <QVBoxLayout>
-
-#include <algorithm>
 
 namespace {
 
@@ -41,7 +39,6 @@ FleetPanel::FleetPanel(FleetController &fleet, QWidget *parent)
     , m_people(new QStandardItemModel(this))
     , m_carsView(TableViews::make(m_cars, "hostCarsTableView"))
     , m_peopleView(TableViews::make(m_people, "hostPeopleTableView"))
-    , m_errorLabel(new QLabel)
 {
     m_cars->setHorizontalHeaderLabels({tr("Number"), tr("Model"), tr("Available")});
     m_people->setHorizontalHeaderLabels(
@@ -49,20 +46,17 @@ FleetPanel::FleetPanel(FleetController &fleet, QWidget *parent)
     m_carsView->setColumnWidth(ModelColumn, 200);
     m_peopleView->setColumnWidth(LastNameColumn, 140);
     m_peopleView->setColumnWidth(MidNameColumn, 140);
-    m_errorLabel->setObjectName(QStringLiteral("fleetErrorLabel"));
-    m_errorLabel->setStyleSheet(QStringLiteral("color: #b00020"));
-    m_errorLabel->setWordWrap(true);
-    m_errorLabel->hide();
-    auto *tables = new QHBoxLayout;
-    tables->addWidget(makeTable(tr("Karts"), m_carsView, &FleetPanel::addCar, &FleetPanel::removeCar), 1);
-    tables->addWidget(
+    auto *layout = new QHBoxLayout(this);
+    layout->addWidget(makeTable(tr("Karts"), m_carsView, &FleetPanel::addCar, &FleetPanel::removeCar), 1);
+    layout->addWidget(
         makeTable(tr("People"), m_peopleView, &FleetPanel::addPerson, &FleetPanel::removePerson), 1);
-    auto *layout = new QVBoxLayout(this);
-    layout->addLayout(tables, 1);
-    layout->addWidget(m_errorLabel);
 
     connect(&m_fleet, &FleetController::carsAnnounced, this, &FleetPanel::refillCars);
     connect(&m_fleet, &FleetController::peopleAnnounced, this, &FleetPanel::refillPeople);
+    connect(&m_fleet, &FleetController::carAdded, this, [this] {
+        m_carsView->scrollToBottom();
+        m_carsView->selectRow(m_cars->rowCount() - 1);
+    });
     connect(m_cars, &QStandardItemModel::itemChanged, this, &FleetPanel::storeCar);
     connect(m_people, &QStandardItemModel::itemChanged, this, &FleetPanel::storePerson);
     refillCars();
@@ -121,13 +115,10 @@ void FleetPanel::storeCar(QStandardItem *changed)
     const int row = changed->row();
     HostCar car;
     car.id = idAt(*m_cars, row);
-    car.number = m_cars->item(row, NumberColumn)->text();
-    car.model = m_cars->item(row, ModelColumn)->text();
+    car.number = m_cars->item(row, NumberColumn)->text().trimmed();
+    car.model = m_cars->item(row, ModelColumn)->text().trimmed();
     car.available = m_cars->item(row, AvailableColumn)->checkState() == Qt::Checked;
-    showResult(m_fleet.cars().store(car));
-    // Queued: announcing refills the table, in which an editor may still be open.
-    QMetaObject::invokeMethod(
-        &m_fleet, [this] { m_fleet.announceCars(); }, Qt::QueuedConnection);
+    m_fleet.storeCar(car);
 }
 
 void FleetPanel::storePerson(QStandardItem *changed)
@@ -136,51 +127,48 @@ void FleetPanel::storePerson(QStandardItem *changed)
         return;
     const int row = changed->row();
     const auto text = [&](int column) { return m_people->item(row, column)->text(); };
-    showResult(
-        m_fleet.people().store(HostPerson {idAt(*m_people, row), text(LastNameColumn), text(FirstNameColumn),
-                                           text(MidNameColumn), text(ServiceCodeColumn)}));
-    QMetaObject::invokeMethod(&m_fleet, &FleetController::announcePeople, Qt::QueuedConnection);
+    m_fleet.storePerson(HostPerson {idAt(*m_people, row), text(LastNameColumn), text(FirstNameColumn),
+                                    text(MidNameColumn), text(ServiceCodeColumn)});
 }
 
 void FleetPanel::addCar()
 {
-    HostCar car;
-    int highest = 0;
-    for (int row = 0; row < m_cars->rowCount(); ++row)
-        highest = std::max(highest, m_cars->item(row, NumberColumn)->text().toInt());
-    car.number = QString::number(highest + 1);
-    car.model =
-        m_cars->rowCount() > 0 ? m_cars->item(m_cars->rowCount() - 1, ModelColumn)->text() : tr("New model");
-    if (!showResult(m_fleet.cars().store(car)))
-        return;
-    m_fleet.announceCars();
-    m_carsView->scrollToBottom();
-    m_carsView->selectRow(m_cars->rowCount() - 1);
+    const int lastRow = m_cars->rowCount() - 1;
+    m_fleet.addCar(lastRow >= 0 ? m_cars->item(lastRow, ModelColumn)->text() : tr("New model"));
 }
 
 void FleetPanel::removeCar()
 {
-    const int id = idAt(*m_cars, m_carsView->currentIndex().row());
-    if (id >= 0 && showResult(m_fleet.cars().remove(id)))
-        m_fleet.announceCars();
+    const int row = m_carsView->currentIndex().row();
+    const int id = idAt(*m_cars, row);
+    if (id < 0)
+        return;
+    const auto text = [&](int column) { return m_cars->item(row, column)->text(); };
+    if (confirmRemoval(tr("Remove kart %1 (%2)? Its laps and service records stay in the database.")
+                           .arg(text(NumberColumn), text(ModelColumn))))
+        m_fleet.removeCar(id);
 }
 
 void FleetPanel::addPerson()
 {
-    if (showResult(m_fleet.people().store(HostPerson {-1, tr("New"), tr("Employee"), QString(), QString()})))
-        m_fleet.announcePeople();
+    m_fleet.storePerson(HostPerson {-1, tr("New"), tr("Employee"), QString(), QString()});
 }
 
 void FleetPanel::removePerson()
 {
-    const int id = idAt(*m_people, m_peopleView->currentIndex().row());
-    if (id >= 0 && showResult(m_fleet.people().remove(id)))
-        m_fleet.announcePeople();
+    const int row = m_peopleView->currentIndex().row();
+    const int id = idAt(*m_people, row);
+    if (id < 0)
+        return;
+    const auto text = [&](int column) { return m_people->item(row, column)->text(); };
+    if (confirmRemoval(tr("Remove %1 %2? The service records stay in the database.")
+                           .arg(text(LastNameColumn), text(FirstNameColumn))))
+        m_fleet.removePerson(id);
 }
 
-bool FleetPanel::showResult(const Result &result)
+bool FleetPanel::confirmRemoval(const QString &question)
 {
-    m_errorLabel->setVisible(!result);
-    m_errorLabel->setText(result ? QString() : tr("Not saved: %1").arg(result.errorText()));
-    return result.isOk();
+    return QMessageBox::question(this, tr("Confirmation"), question, QMessageBox::Yes | QMessageBox::No,
+                                 QMessageBox::No)
+        == QMessageBox::Yes;
 }

@@ -1,16 +1,14 @@
 #pragma once
 
-#include "host/result.h"
-
 #include <QWidget>
 
 class FleetController;
-class QLabel;
 class QStandardItem;
 class QStandardItemModel;
 class QTableView;
 
-/// Tables of the host's cars and people, edited in place. Each change is stored and announced at once.
+/// Tables of the host's cars and people, edited in place. Each change is stored and announced at once; a
+/// removal is confirmed before.
 class FleetPanel final : public QWidget
 {
     Q_OBJECT
@@ -28,14 +26,12 @@ private:
     void removeCar();
     void addPerson();
     void removePerson();
-    /// Shows the error of the last change, or hides the label. True on success.
-    bool showResult(const Result &result);
+    bool confirmRemoval(const QString &question);
 
     FleetController &m_fleet;
     QStandardItemModel *m_cars;
     QStandardItemModel *m_people;
     QTableView *m_carsView;
     QTableView *m_peopleView;
-    QLabel *m_errorLabel;
     bool m_refilling = false;
 };

@@ -4,7 +4,9 @@
 #include "host/messages/eventplayer.h"
 #include "host/messages/messagelogmodel.h"
 #include "host/plugin/pluginhost.h"
+#include "host/widgets/noticelabel.h"
 #include "host/widgets/tableviews.h"
+#include "host/widgets/tailfollower.h"
 
 #include <QApplication>
 #include <QClipboard>
@@ -14,16 +16,13 @@
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QJsonDocument>
-#include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QPlainTextEdit>
 #include <QProgressDialog>
 #include <QPushButton>
-#include <QScrollBar>
 #include <QSplitter>
 #include <QTableView>
-#include <QTimer>
 #include <QVBoxLayout>
 
 namespace {
@@ -54,11 +53,13 @@ MessageLogPanel::MessageLogPanel(MessageLogModel &log, PluginHost &plugin, QWidg
     m_table->verticalHeader()->hide();
     m_table->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 6);
     m_table->horizontalHeader()->setStretchLastSection(true);
+    m_table->horizontalHeader()->setHighlightSections(false);
     TableViews::setColumnWidths(
         *m_table,
         {QStringLiteral("00:00:00.000"), tr("→ plug-in"), QStringLiteral("garage_stats_updater"),
          QStringLiteral("remote_service_move_to_archive"), QStringLiteral("0 000 000")});
     m_details->setReadOnly(true);
+    new TailFollower(*m_table);
 
     auto *side = new QSplitter(Qt::Vertical);
     side->addWidget(m_details);
@@ -75,10 +76,8 @@ MessageLogPanel::MessageLogPanel(MessageLogModel &log, PluginHost &plugin, QWidg
 
     connect(m_table->selectionModel(), &QItemSelectionModel::currentChanged, this,
             &MessageLogPanel::showCurrent);
-    connect(&m_log, &QAbstractItemModel::rowsInserted, this, [this](const QModelIndex &, int first) {
-        rememberEvent(first);
-        followTail();
-    });
+    connect(&m_log, &QAbstractItemModel::rowsInserted, this,
+            [this](const QModelIndex &, int first) { rememberEvent(first); });
     for (int row = 0; row < m_log.rowCount(); ++row)
         rememberEvent(row);
 }
@@ -137,10 +136,7 @@ QWidget *MessageLogPanel::makeSendBox()
     send->setObjectName(QStringLiteral("sendPushButton"));
     m_dataToSend = makeJsonEdit(QStringLiteral("dataToSendPlainTextEdit"));
     m_dataToSend->setPlainText(m_eventToSend->currentData().toString());
-    m_errorLabel = new QLabel;
-    m_errorLabel->setObjectName(QStringLiteral("sendErrorLabel"));
-    m_errorLabel->setStyleSheet(QStringLiteral("color: #b00020"));
-    m_errorLabel->hide();
+    m_errorLabel = new NoticeLabel("sendErrorLabel");
     row->addWidget(new QLabel(tr("Event for the plug-in")));
     row->addWidget(m_eventToSend, 1);
     row->addWidget(send);
@@ -209,17 +205,17 @@ void MessageLogPanel::sendByHand()
     const QByteArray text = m_dataToSend->toPlainText().toUtf8();
     const QJsonDocument payload = QJsonDocument::fromJson(text, &error);
     const QString event = m_eventToSend->currentText().trimmed();
-    const bool isSendable = !event.isEmpty() && payload.isObject();
-    m_errorLabel->setVisible(!isSendable);
-    if (isSendable)
+    if (event.isEmpty()) {
+        m_errorLabel->showText(tr("The event is missing"));
+    } else if (error.error != QJsonParseError::NoError) {
+        m_errorLabel->showText(tr("The data are not JSON: error after character %1")
+                                   .arg(QString::fromUtf8(text.left(error.offset)).size()));
+    } else if (!payload.isObject()) {
+        m_errorLabel->showText(tr("The data must be a JSON object"));
+    } else {
+        m_errorLabel->showText(QString());
         m_plugin.send(event, payload.object());
-    else if (event.isEmpty())
-        m_errorLabel->setText(tr("The event is missing"));
-    else
-        m_errorLabel->setText(error.error == QJsonParseError::NoError
-                                  ? tr("The data must be a JSON object")
-                                  : tr("The data are not JSON: error after character %1")
-                                        .arg(QString::fromUtf8(text.left(error.offset)).size()));
+    }
 }
 
 void MessageLogPanel::rememberEvent(int row)
@@ -227,12 +223,4 @@ void MessageLogPanel::rememberEvent(int row)
     const QString event = m_log.entry(row).event;
     if (m_eventFilter->findText(event) < 0)
         m_eventFilter->addItem(event);
-}
-
-/// Keeps the latest message visible if it was visible before.
-void MessageLogPanel::followTail()
-{
-    const QScrollBar *bar = m_table->verticalScrollBar();
-    if (bar->value() == bar->maximum())
-        QTimer::singleShot(0, m_table, &QTableView::scrollToBottom);
 }

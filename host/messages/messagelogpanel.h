@@ -8,9 +8,9 @@
 
 class EventPlayer;
 class MessageLogModel;
+class NoticeLabel;
 class PluginHost;
 class QComboBox;
-class QLabel;
 class QLineEdit;
 class QPlainTextEdit;
 class QTableView;
@@ -35,7 +35,6 @@ private:
     void chooseAndReplay();
     void sendByHand();
     void rememberEvent(int row);
-    void followTail();
 
     MessageLogModel &m_log;
     PluginHost &m_plugin;
@@ -45,6 +44,6 @@ private:
     QComboBox *m_eventFilter = nullptr;
     QComboBox *m_eventToSend = nullptr;
     QPlainTextEdit *m_dataToSend = nullptr;
-    QLabel *m_errorLabel = nullptr;
+    NoticeLabel *m_errorLabel = nullptr;
     std::unique_ptr<EventPlayer> m_player;
 };

@@ -3,7 +3,9 @@
 #include "host/database/timestamp.h"
 #include "host/fleet/fleetcontroller.h"
 #include "host/remote/remoteside.h"
+#include "host/widgets/noticelabel.h"
 #include "host/widgets/tableviews.h"
+#include "host/widgets/tailfollower.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -11,7 +13,6 @@
 #include <QFormLayout>
 #include <QGroupBox>
 #include <QHBoxLayout>
-#include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QPushButton>
@@ -41,6 +42,11 @@ QList<QStandardItem *> makeSingleLineRow(QStringList texts)
     return TableViews::makeRow(texts);
 }
 
+bool isSame(const PendingService &one, const PendingService &other)
+{
+    return one.carId == other.carId && one.opId == other.opId && one.localId == other.localId;
+}
+
 QString idList(const QVector<int> &ids)
 {
     QStringList texts;
@@ -63,7 +69,7 @@ RemotePanel::RemotePanel(RemoteSide &remote, FleetController &fleet, QWidget *pa
     , m_channel(new QComboBox)
     , m_car(new QComboBox)
     , m_comment(new QLineEdit)
-    , m_check(new QLabel)
+    , m_check(new NoticeLabel("archiveCheckLabel"))
     , m_log(new QPlainTextEdit)
 {
     m_pending->setHorizontalHeaderLabels({tr("Kart"), tr("Model"), tr("Operation"), tr("Last done")});
@@ -113,6 +119,8 @@ QWidget *RemotePanel::makePendingBox()
     layout->addLayout(form);
     layout->addWidget(makeCarRow());
     connect(done, &QPushButton::clicked, this, &RemotePanel::completeCurrent);
+    connect(m_pendingView->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
+            &RemotePanel::showStoredText);
     TableViews::enableWithSelection(*done, *m_pendingView);
     return box;
 }
@@ -147,11 +155,10 @@ QWidget *RemotePanel::makeRecordsBox()
     atOnce->setObjectName(QStringLiteral("sendAtOnceCheckBox"));
     auto *send = new QPushButton(tr("Send waiting"));
     send->setObjectName(QStringLiteral("sendWaitingPushButton"));
-    m_check->setObjectName(QStringLiteral("archiveCheckLabel"));
-    m_check->setWordWrap(true);
     m_log->setObjectName(QStringLiteral("remoteLogPlainTextEdit"));
     m_log->setReadOnly(true);
     m_log->setMaximumBlockCount(logLines);
+    new TailFollower(*m_log);
     auto *row = new QHBoxLayout;
     row->addWidget(atOnce);
     row->addStretch();
@@ -167,15 +174,14 @@ QWidget *RemotePanel::makeRecordsBox()
 
 void RemotePanel::refillPending()
 {
-    const int row = m_pendingView->currentIndex().row();
-    const PendingService chosen = row < 0 ? PendingService() : m_shownPending.value(row);
+    const bool isChosen = m_pendingView->currentIndex().isValid();
     m_shownPending = m_remote.pending();
     m_pending->removeRows(0, m_pending->rowCount());
     for (const PendingService &service : qAsConst(m_shownPending)) {
         const QString name = service.opId < 0 ? tr("Complaint: %1").arg(service.opName) : service.opName;
         m_pending->appendRow(
             makeSingleLineRow({service.carNumber, service.carModel, name, localTimeText(service.since)}));
-        if (service.carId == chosen.carId && service.opId == chosen.opId)
+        if (isChosen && isSame(service, m_chosen))
             m_pendingView->selectRow(m_pending->rowCount() - 1);
     }
 }
@@ -214,6 +220,20 @@ void RemotePanel::refillCars()
     m_car->setCurrentIndex(std::max(0, m_car->findData(chosen)));
 }
 
+/// The comment of a completed service replaces the text of the record, so it starts with that text. A
+/// refilled list leaves what is being typed for the same record.
+void RemotePanel::showStoredText()
+{
+    const int row = m_pendingView->currentIndex().row();
+    if (row < 0 || row >= m_shownPending.size())
+        return;
+    const PendingService &work = m_shownPending.at(row);
+    if (isSame(work, m_chosen))
+        return;
+    m_chosen = work;
+    m_comment->setText(m_remote.storedText(work));
+}
+
 void RemotePanel::completeCurrent()
 {
     const int row = m_pendingView->currentIndex().row();
@@ -221,9 +241,13 @@ void RemotePanel::completeCurrent()
     if (row < 0 || row >= m_shownPending.size())
         return;
     const PendingService work = m_shownPending.at(row);
-    if (m_remote.complete(work, people.value(m_person->currentIndex()), m_comment->text(),
-                          RemoteSide::Channel(m_channel->currentData().toInt())))
-        m_comment->clear();
+    if (!m_remote.complete(work, people.value(m_person->currentIndex()), m_comment->text(),
+                           RemoteSide::Channel(m_channel->currentData().toInt())))
+        return;
+    // A second click must not complete it again, without its text.
+    m_chosen = PendingService();
+    m_pendingView->setCurrentIndex({});
+    m_comment->clear();
 }
 
 void RemotePanel::showCheck()
@@ -236,9 +260,9 @@ void RemotePanel::showCheck()
         parts.append(tr("archived records missing from the database: %1").arg(idList(findings.missing)));
     if (!findings.notDeleted.isEmpty())
         parts.append(tr("deleted records still in the database: %1").arg(idList(findings.notDeleted)));
-    m_check->setStyleSheet(findings.isGood() ? QStringLiteral("color: #1b7a2f")
-                                             : QStringLiteral("color: #b00020"));
-    m_check->setText(findings.isGood()
-                         ? tr("Comparison: %1 archived, all in the database").arg(findings.archived)
-                         : tr("Comparison: %1").arg(parts.join(QLatin1String("; "))));
+    if (findings.isGood())
+        m_check->showText(tr("Comparison: %1 archived, all in the database").arg(findings.archived),
+                          NoticeLabel::Good);
+    else
+        m_check->showText(tr("Comparison: %1").arg(parts.join(QLatin1String("; "))), NoticeLabel::Error);
 }

@@ -6,8 +6,8 @@
 #include <QWidget>
 
 class FleetController;
+class NoticeLabel;
 class QComboBox;
-class QLabel;
 class QLineEdit;
 class QPlainTextEdit;
 class QStandardItemModel;
@@ -28,12 +28,14 @@ private:
     void refillRecords();
     void refillPeople();
     void refillCars();
+    void showStoredText();
     void completeCurrent();
     void showCheck();
 
     RemoteSide &m_remote;
     FleetController &m_fleet;
     QVector<PendingService> m_shownPending;
+    PendingService m_chosen; // its comment is being edited
     QTimer m_recordsTimer;
     QStandardItemModel *m_pending;
     QStandardItemModel *m_records;
@@ -43,6 +45,6 @@ private:
     QComboBox *m_channel;
     QComboBox *m_car;
     QLineEdit *m_comment;
-    QLabel *m_check;
+    NoticeLabel *m_check;
     QPlainTextEdit *m_log;
 };

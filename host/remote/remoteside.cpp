@@ -50,6 +50,15 @@ Result RemoteSide::prepare()
     return m_store.prepare(m_track.value(QStringLiteral("SELECT max(remote_id) FROM maintainance")).toInt());
 }
 
+QString RemoteSide::storedText(const PendingService &work)
+{
+    const QVariant comment = m_track.value(
+        QStringLiteral("SELECT comment FROM maintainance WHERE id=? AND operation_state=0"), {work.localId});
+    if (comment.isValid())
+        return comment.toString();
+    return work.opId < 0 ? work.opName : QString(); // the due list names a complaint by its text
+}
+
 bool RemoteSide::complete(const PendingService &work, const HostPerson &by, const QString &comment,
                           Channel channel)
 {

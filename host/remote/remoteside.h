@@ -54,8 +54,10 @@ public:
     /// Operation names by id, as last announced.
     const QMap<int, QString> &operations() const { return m_operations; }
 
-    /// Records the service as done now by the person and sends it. False if the track's database is
-    /// unreadable.
+    /// The text of the open record that completing the service replaces; empty if there is none.
+    QString storedText(const PendingService &work);
+    /// Records the service as done now by the person and sends it. The comment replaces that of the open
+    /// record. False if the track's database is unreadable.
     bool complete(const PendingService &work, const HostPerson &by, const QString &comment, Channel channel);
     /// Sends every waiting record in one message.
     void sendWaiting(Channel channel = Channel::Service);

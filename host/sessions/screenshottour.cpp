@@ -109,9 +109,12 @@ void ScreenshotTour::doSomeWork()
 {
     const QVector<PendingService> pending = m_host.remote().pending();
     const QVector<HostPerson> people = m_host.fleet().people().list();
-    for (int number = 0; number < std::min(workDone, pending.size()); ++number)
-        m_host.remote().complete(pending.at(number), people.value(number), tr("done on request"),
+    for (int number = 0; number < std::min(workDone, pending.size()); ++number) {
+        const PendingService &work = pending.at(number);
+        const QString text = m_host.remote().storedText(work);
+        m_host.remote().complete(work, people.value(number), text.isEmpty() ? tr("done on request") : text,
                                  RemoteSide::Channel::Service);
+    }
 }
 
 /// One stop for each tab that the plug-in's window has.

@@ -6,3 +6,9 @@ WindowSession::WindowSession(DemoHost &host, const DataFolder &folder) : m_windo
 {
     connect(&m_window, &HostWindow::closed, this, [this] { emit finished(ExitCode::Ok); });
 }
+
+void WindowSession::start()
+{
+    m_window.start();
+    m_window.openGarage();
+}

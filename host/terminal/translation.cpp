@@ -60,6 +60,10 @@ QString Translation::language(const QStringList &arguments)
 void Translation::install(const QString &language)
 {
     initResources();
+    // Names of months and separators of thousands: the system's if it speaks the language.
+    const QLocale locale(language);
+    const QLocale system = QLocale::system();
+    QLocale::setDefault(system.language() == locale.language() ? system : locale);
     if (language != russian)
         return;
     installFile(QStringLiteral("qtbase_ru"), QLibraryInfo::location(QLibraryInfo::TranslationsPath));

@@ -13,7 +13,7 @@ QStringList languages();
 QString language(const QStringList &arguments);
 
 /// Installs the texts of the language, also Qt's own where its translations are installed, into the current
-/// application object.
+/// application object, and makes the language's locale the default.
 void install(const QString &language);
 
 } // namespace Translation

@@ -2,6 +2,7 @@
 
 #include "host/fleet/fleetcontroller.h"
 #include "host/track/track.h"
+#include "host/widgets/noticelabel.h"
 
 #include <QFormLayout>
 #include <QGroupBox>
@@ -52,7 +53,7 @@ TrackPanel::TrackPanel(Track &track, FleetController &fleet, QWidget *parent)
     , m_speed(new QLabel)
     , m_state(new QLabel)
     , m_onTrack(new QLabel)
-    , m_errorLabel(new QLabel)
+    , m_errorLabel(new NoticeLabel("trackErrorLabel"))
 {
     auto *layout = new QHBoxLayout(this);
     layout->addWidget(makeManualRunBox(), 1);
@@ -61,9 +62,9 @@ TrackPanel::TrackPanel(Track &track, FleetController &fleet, QWidget *parent)
     connect(&m_fleet, &FleetController::carsAnnounced, this, &TrackPanel::refillCars);
     connect(&m_track, &Track::changed, this, &TrackPanel::showState);
     connect(&m_track, &Track::failed, m_errorLabel, [this](const QString &reason) {
-        m_errorLabel->setText(tr("Laps wait to be saved: %1").arg(reason));
+        m_errorLabel->showText(tr("Laps wait to be saved: %1").arg(reason));
     });
-    connect(&m_track, &Track::lapsSaved, m_errorLabel, &QLabel::clear);
+    connect(&m_track, &Track::lapsSaved, m_errorLabel, [this] { m_errorLabel->showText(QString()); });
     refillCars();
     showState();
 }
@@ -101,8 +102,6 @@ QWidget *TrackPanel::makeLiveBox()
     m_speed->setMinimumWidth(fontMetrics().horizontalAdvance(QStringLiteral("1000×")));
     m_onTrack->setWordWrap(true);
     m_onTrack->setObjectName(QStringLiteral("onTrackLabel"));
-    m_errorLabel->setWordWrap(true);
-    m_errorLabel->setObjectName(QStringLiteral("trackErrorLabel"));
     auto *speedRow = new QHBoxLayout;
     speedRow->addWidget(m_slider, 1);
     speedRow->addWidget(m_speed);

@@ -3,6 +3,7 @@
 #include <QWidget>
 
 class FleetController;
+class NoticeLabel;
 class QLabel;
 class QListWidget;
 class QPushButton;
@@ -34,5 +35,5 @@ private:
     QLabel *m_speed;
     QLabel *m_state;
     QLabel *m_onTrack;
-    QLabel *m_errorLabel;
+    NoticeLabel *m_errorLabel;
 };

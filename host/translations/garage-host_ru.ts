@@ -7,6 +7,14 @@
         <source>unknown command: %1</source>
         <translation>неизвестная команда: %1</translation>
     </message>
+    <message>
+        <source>a kart needs a number and a model</source>
+        <translation>у карта должны быть номер и модель</translation>
+    </message>
+    <message>
+        <source>number %1 is another kart&apos;s</source>
+        <translation>номер %1 занят другим картом</translation>
+    </message>
 </context>
 <context>
     <name>CheckContext</name>
@@ -197,10 +205,6 @@ Exit codes: 0 - success, 1 - invalid options, 2 - plug-in not loaded, 3 - no dat
         <translation>--lang: допустимы %1</translation>
     </message>
     <message>
-        <source>unknown check: %1</source>
-        <translation>неизвестная проверка: %1</translation>
-    </message>
-    <message>
         <source>--time-limit must be an integer from 1 to %1</source>
         <translation>--time-limit должен быть целым числом от 1 до %1</translation>
     </message>
@@ -223,6 +227,10 @@ Exit codes: 0 - success, 1 - invalid options, 2 - plug-in not loaded, 3 - no dat
     <message>
         <source>--screenshots excludes --stdio and --due</source>
         <translation>--screenshots не сочетается с --stdio и --due</translation>
+    </message>
+    <message>
+        <source>unknown check: %1</source>
+        <translation>неизвестная проверка: %1</translation>
     </message>
 </context>
 <context>
@@ -386,6 +394,17 @@ Exit codes: 0 - success, 1 - invalid options, 2 - plug-in not loaded, 3 - no dat
     </message>
 </context>
 <context>
+    <name>FleetController</name>
+    <message>
+        <source>Not saved yet, tried again and again: %1</source>
+        <translation>Ещё не записано, попытки продолжаются: %1</translation>
+    </message>
+    <message>
+        <source>Not saved: %1</source>
+        <translation>Не записано: %1</translation>
+    </message>
+</context>
+<context>
     <name>FleetPanel</name>
     <message>
         <source>Number</source>
@@ -444,8 +463,16 @@ Exit codes: 0 - success, 1 - invalid options, 2 - plug-in not loaded, 3 - no dat
         <translation>Сотрудник</translation>
     </message>
     <message>
-        <source>Not saved: %1</source>
-        <translation>Не записано: %1</translation>
+        <source>Remove kart %1 (%2)? Its laps and service records stay in the database.</source>
+        <translation>Удалить карт %1 (%2)? Его круги и записи об обслуживании останутся в базе.</translation>
+    </message>
+    <message>
+        <source>Remove %1 %2? The service records stay in the database.</source>
+        <translation>Удалить: %1 %2? Записи об обслуживании останутся в базе.</translation>
+    </message>
+    <message>
+        <source>Confirmation</source>
+        <translation>Подтверждение</translation>
     </message>
 </context>
 <context>
@@ -505,16 +532,16 @@ Exit codes: 0 - success, 1 - invalid options, 2 - plug-in not loaded, 3 - no dat
         <translation>Разделы</translation>
     </message>
     <message>
-        <source>Settings</source>
-        <translation>Настройки</translation>
-    </message>
-    <message>
         <source>The remote side is not available</source>
         <translation>Удалённая сторона не работает</translation>
     </message>
     <message>
         <source>screenshot %1 not saved</source>
         <translation>снимок %1 не записан</translation>
+    </message>
+    <message>
+        <source>&amp;Settings</source>
+        <translation>&amp;Настройки</translation>
     </message>
 </context>
 <context>

@@ -90,7 +90,7 @@ CheckContext::~CheckContext() = default;
 
 void CheckContext::makeDatabase()
 {
-    if (const Result result = HostDatabase::prepare(m_folder); !result)
+    if (const Result result = HostDatabase::createTables(m_folder); !result)
         throw CheckSkipped {tr("the scratch database cannot be made: %1").arg(result.errorText())};
     m_database = std::make_unique<HostConnection>(m_folder.databasePath());
     HostTransaction transaction(*m_database);

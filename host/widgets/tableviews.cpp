@@ -3,22 +3,41 @@
 #include <QAbstractButton>
 #include <QHeaderView>
 #include <QItemSelectionModel>
+#include <QKeyEvent>
 #include <QStandardItemModel>
 #include <QTableView>
 
 namespace {
+
 constexpr int cellMargin = 16;
+
+/// F2 edits the current cell, although the window has a shortcut of that key.
+class Table final : public QTableView
+{
+protected:
+    bool event(QEvent *event) override
+    {
+        const bool isF2 =
+            event->type() == QEvent::ShortcutOverride && static_cast<QKeyEvent *>(event)->key() == Qt::Key_F2;
+        if (isF2 && editTriggers().testFlag(EditKeyPressed)
+            && currentIndex().flags().testFlag(Qt::ItemIsEditable))
+            event->accept();
+        return QTableView::event(event);
+    }
+};
+
 } // namespace
 
 QTableView *TableViews::make(QStandardItemModel *model, const char *objectName)
 {
-    auto *view = new QTableView;
+    auto *view = new Table;
     view->setObjectName(QLatin1String(objectName));
     view->setModel(model);
     view->setSelectionBehavior(QAbstractItemView::SelectRows);
     view->setAlternatingRowColors(true);
     view->verticalHeader()->hide();
     view->horizontalHeader()->setStretchLastSection(true);
+    view->horizontalHeader()->setHighlightSections(false);
     return view;
 }
 

@@ -1,7 +1,11 @@
 #include "support/garagetest.h"
+#include "support/userinput.h"
 #include "tests/host/hostfixture.h"
 
 #include "host/app/hostsettingsdialog.h"
+#include "host/database/datafolder.h"
+#include "host/database/hostdatabase.h"
+#include "host/sessions/windowsession.h"
 
 #include <QLabel>
 #include <QPointer>
@@ -9,6 +13,8 @@
 #include <QTabWidget>
 #include <QTableView>
 #include <QToolBar>
+
+#include <cmath>
 
 /// The host's window: banner, tabs, settings dialog.
 class TestHostWindow final : public GarageTest
@@ -21,6 +27,11 @@ private slots:
     void thePluginsWindowOutlivesTheHosts();
     void addressesThatAreNoneAreIgnored();
     void settingsPagesAreShownAndDetached();
+    void theToolBarIsOperatedByKeys_data();
+    void theToolBarIsOperatedByKeys();
+    void itStartsWithTheGarageShown();
+    void noticesAreLegibleOnEveryPalette_data();
+    void noticesAreLegibleOnEveryPalette();
     void buttonsWaitForASelection();
     void theSettingsAreNoLargerThanTheWindow();
     void closingTheWindowIsSignalled();
@@ -114,6 +125,83 @@ void TestHostWindow::settingsPagesAreShownAndDetached()
     QVERIFY(dialog && dialog->isAncestorOf(page));
 }
 
+void TestHostWindow::theToolBarIsOperatedByKeys_data()
+{
+    QTest::addColumn<int>("key");
+    QTest::addColumn<int>("modifier");
+    QTest::addColumn<bool>("opensGarage");
+    QTest::newRow("F2") << int(Qt::Key_F2) << int(Qt::NoModifier) << true;
+    QTest::newRow("Alt and the first letter") << 0x41f << int(Qt::AltModifier) << true; // of "Подставной"
+    QTest::newRow("F3") << int(Qt::Key_F3) << int(Qt::NoModifier) << false;
+    QTest::newRow("Alt+S") << int(Qt::Key_S) << int(Qt::AltModifier) << false;
+}
+
+void TestHostWindow::theToolBarIsOperatedByKeys()
+{
+    QFETCH(const int, key);
+    QFETCH(const int, modifier);
+    QFETCH(const bool, opensGarage);
+    const HostFixture fixture = makeHostFixture();
+    QVERIFY(QTest::qWaitForWindowActive(fixture.window.get()));
+    QTest::sendKeyEvent(QTest::Click, fixture.window.get(), Qt::Key(key), QString(),
+                        Qt::KeyboardModifiers(modifier)); // keyClick() knows ASCII only
+    QTRY_COMPARE(fixture.window->tabs().currentWidget()->objectName() == "fakeWindow", opensGarage);
+    const auto settingsAreOpen = [&] {
+        const auto *dialog = fixture.find<HostSettingsDialog>("hostSettingsDialog");
+        return dialog && dialog->isVisible();
+    };
+    QTRY_COMPARE(settingsAreOpen(), !opensGarage);
+}
+
+void TestHostWindow::itStartsWithTheGarageShown()
+{
+    const DataFolder documents = DataFolder::userDocuments();
+    QVERIFY(HostDatabase::prepare(documents));
+    DemoHost host(documents, 1);
+    QVERIFY(host.plugin().load(FAKE_PLUGIN));
+    WindowSession session(host, documents);
+    session.start();
+    const QWidgetList widgets = QApplication::allWidgets();
+    QVERIFY(std::any_of(widgets.begin(), widgets.end(), [](const QWidget *widget) {
+        return widget->objectName() == "fakeWindow" && widget->isVisible();
+    }));
+}
+
+void TestHostWindow::noticesAreLegibleOnEveryPalette_data()
+{
+    QTest::addColumn<QColor>("background");
+    QTest::addColumn<QColor>("text");
+    QTest::newRow("light") << QColor(239, 239, 239) << QColor(Qt::black);
+    QTest::newRow("dark") << QColor(40, 40, 40) << QColor(Qt::white);
+}
+
+/// The contrast is that of the Web Content Accessibility Guidelines.
+void TestHostWindow::noticesAreLegibleOnEveryPalette()
+{
+    QFETCH(const QColor, background);
+    QFETCH(const QColor, text);
+    const HostFixture fixture = makeHostFixture();
+    QPalette palette = fixture.window->palette();
+    for (const QPalette::ColorRole role : {QPalette::Window, QPalette::Base})
+        palette.setColor(role, background);
+    for (const QPalette::ColorRole role : {QPalette::WindowText, QPalette::Text})
+        palette.setColor(role, text);
+    fixture.window->setPalette(palette);
+    const auto luminance = [](const QColor &colour) {
+        const auto linear = [](double part) {
+            return part <= 0.03928 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
+        };
+        return 0.2126 * linear(colour.redF()) + 0.7152 * linear(colour.greenF())
+            + 0.0722 * linear(colour.blueF());
+    };
+    for (const char *name : {"writeNoticeLabel", "archiveCheckLabel", "sendErrorLabel", "trackErrorLabel"}) {
+        const auto *label = fixture.find<QLabel>(name);
+        const double one = luminance(label->palette().color(label->foregroundRole())) + 0.05;
+        const double other = luminance(label->palette().color(label->backgroundRole())) + 0.05;
+        QVERIFY2(std::max(one, other) / std::min(one, other) >= 4.5, name);
+    }
+}
+
 void TestHostWindow::buttonsWaitForASelection()
 {
     const HostFixture fixture = makeHostFixture();
@@ -122,8 +210,9 @@ void TestHostWindow::buttonsWaitForASelection()
     fixture.find<QTableView>("hostCarsTableView")->selectRow(2);
     auto *remove = fixture.find<QPushButton>("hostCarsTableViewRemove");
     QVERIFY(remove->isEnabled());
+    onNextDialog(QDialogButtonBox::Yes);
     fixture.click("hostCarsTableViewRemove");
-    QVERIFY(!remove->isEnabled());
+    QTRY_VERIFY(!remove->isEnabled());
 
     auto *log = fixture.find<QTableView>("messageLogTable");
     log->selectRow(0);

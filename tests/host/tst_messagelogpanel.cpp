@@ -6,6 +6,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
+#include <QScrollBar>
 #include <QTableView>
 
 /// The panel of the message log.
@@ -17,6 +18,8 @@ private slots:
     void anyEventCanBeSent();
     void theLogIsFilteredAndShown();
     void eventNamesFitIntoASmallWindow();
+    void logsFollowTheirNewestLine_data();
+    void logsFollowTheirNewestLine();
 };
 
 void TestMessageLogPanel::anyEventCanBeSent()
@@ -73,6 +76,40 @@ void TestMessageLogPanel::eventNamesFitIntoASmallWindow()
     const QString longest = "remote_service_move_to_archive";
     const int eventColumn = 3;
     QVERIFY(table->columnWidth(eventColumn) >= table->fontMetrics().horizontalAdvance(longest));
+}
+
+void TestMessageLogPanel::logsFollowTheirNewestLine_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<int>("tab");
+    QTest::newRow("messages") << "messageLogTable" << 3;
+    QTest::newRow("remote side") << "remoteLogPlainTextEdit" << 2;
+}
+
+void TestMessageLogPanel::logsFollowTheirNewestLine()
+{
+    QFETCH(const QString, name);
+    QFETCH(const int, tab);
+    const HostFixture fixture = makeHostFixture();
+    const auto addLines = [&] {
+        for (int line = 0; line < 100; ++line) {
+            fixture.host->plugin().send("run_closed");
+            emit fixture.host->remote().logged(QString::number(line));
+        }
+    };
+    QScrollBar *bar = fixture.window->findChild<QAbstractScrollArea *>(name)->verticalScrollBar();
+    addLines(); // while the log is hidden
+    fixture.window->tabs().setCurrentIndex(tab);
+    QTRY_VERIFY(bar->maximum() > 20);
+    QTRY_COMPARE(bar->value(), bar->maximum());
+    addLines();
+    QTRY_VERIFY(bar->maximum() > 120);
+    QTRY_COMPARE(bar->value(), bar->maximum());
+    bar->setValue(40); // as the user does
+    const int before = bar->maximum();
+    addLines();
+    QTRY_VERIFY(bar->maximum() > before);
+    QCOMPARE(bar->value(), 40);
 }
 
 GARAGE_TEST(TestMessageLogPanel)

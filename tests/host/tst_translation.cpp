@@ -6,12 +6,15 @@
 #include "host/database/hostdatabase.h"
 #include "host/terminal/translation.h"
 
+#include <QDialogButtonBox>
 #include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QLibraryInfo>
 #include <QProcess>
+#include <QPushButton>
 #include <QTabWidget>
+#include <QTranslator>
 #include <QXmlStreamReader>
 
 namespace {
@@ -67,6 +70,7 @@ class TestTranslation final : public GarageTest
     Q_OBJECT
 
 private slots:
+    void cleanup();
     void everyMessageIsTranslated();
     void theHelpIsInTheLanguageOfTheOption_data();
     void theHelpIsInTheLanguageOfTheOption();
@@ -78,7 +82,17 @@ private slots:
     void theReportOfTheValidatorFollowsTheLanguage();
     void machineOutputIsTheSameInEveryLanguage();
     void windowsFollowTheLanguageAndTheGarageStaysRussian();
+    void textsOfQtFollowTheLanguage_data();
+    void textsOfQtFollowTheLanguage();
 };
+
+/// The application object and the default locale outlive a test.
+void TestTranslation::cleanup()
+{
+    qDeleteAll(qApp->findChildren<QTranslator *>());
+    QLocale::setDefault(QLocale::system());
+    GarageTest::cleanup();
+}
 
 void TestTranslation::everyMessageIsTranslated()
 {
@@ -219,6 +233,26 @@ void TestTranslation::windowsFollowTheLanguageAndTheGarageStaysRussian()
         QCOMPARE(window.tabs().tabText(0), QStringLiteral("Гараж"));
         QCOMPARE(window.tabs().tabText(1) == russianTab, language == QLatin1String("ru"));
     }
+}
+
+void TestTranslation::textsOfQtFollowTheLanguage_data()
+{
+    QTest::addColumn<QString>("language");
+    QTest::addColumn<QString>("cancel");
+    QTest::addColumn<QString>("month");
+    QTest::newRow("en") << QStringLiteral("en") << QStringLiteral("Cancel") << QStringLiteral("March");
+    QTest::newRow("ru") << QStringLiteral("ru") << QStringLiteral("Отмена") << QStringLiteral("март");
+}
+
+void TestTranslation::textsOfQtFollowTheLanguage()
+{
+    QFETCH(const QString, language);
+    QFETCH(const QString, cancel);
+    QFETCH(const QString, month);
+    Translation::install(language);
+    const QDialogButtonBox buttons(QDialogButtonBox::Cancel);
+    QCOMPARE(buttons.button(QDialogButtonBox::Cancel)->text().remove(QLatin1Char('&')), cancel);
+    QCOMPARE(QLocale().standaloneMonthName(3).toLower(), month.toLower());
 }
 
 GARAGE_TEST(TestTranslation)
