@@ -95,6 +95,14 @@ const QMap<QString, SampleKind> &sampleKinds()
     return kinds;
 }
 
+QStringList checkNames()
+{
+    QStringList names;
+    for (const Check &check : allChecks())
+        names.append(check.name);
+    return names;
+}
+
 } // namespace
 
 CommandLine::CommandLine(const QStringList &arguments)
@@ -142,6 +150,7 @@ void CommandLine::read(const QCommandLineParser &parser)
     if (!kind.isEmpty() && !sampleKinds().contains(kind))
         m_errorText = tr("unknown kind of data: %1 (known are empty, sample, season)").arg(kind);
     m_options.data = sampleKinds().value(kind, SampleKind::Sample);
+    m_options.isDataChosen = parser.isSet(QStringLiteral("data"));
 
     bool isNumber = true;
     if (parser.isSet(QStringLiteral("seed")))
@@ -167,7 +176,8 @@ void CommandLine::readValidation(const QCommandLineParser &parser)
     m_options.checksHere = parser.isSet(inThisProcessOption());
     for (const QString &name : request.checkNames) {
         if (!findCheck(name))
-            m_errorText = tr("unknown check: %1").arg(name);
+            m_errorText =
+                tr("unknown check: %1 (known are %2)").arg(name, checkNames().join(QLatin1String(", ")));
     }
     if (parser.isSet(QStringLiteral("time-limit")))
         request.timeLimit = parser.value(QStringLiteral("time-limit")).toInt();

@@ -26,6 +26,7 @@ struct HostOptions
     QString language; // "ru" or "en"
     quint32 seed = 1;
     SampleKind data = SampleKind::Sample;
+    bool isDataChosen = false; // --data was given
 };
 
 /// Parses the command line. Needs an application object for the program's name.

@@ -79,6 +79,14 @@ SampleOutcome runSampleJob(SampleJob &job, bool takesLong)
     return outcome;
 }
 
+QString keptDataText(const HostOptions &options, const DataFolder &folder)
+{
+    return options.documents
+        ? Text::tr("--data was not applied: no sample data are written to the user's documents")
+        : Text::tr("--data was not applied: file %1 has data already; --fresh starts over")
+              .arg(folder.databasePath());
+}
+
 int fillDatabase(const HostOptions &options, const DataFolder &folder)
 {
     if (options.fresh)
@@ -87,8 +95,11 @@ int fillDatabase(const HostOptions &options, const DataFolder &folder)
         Console::writeError(Text::tr("the database is not ready: %1").arg(result.errorText()));
         return ExitCode::NoDatabase;
     }
-    if (options.documents || !HostDatabase::isBlank(folder))
+    if (options.documents || !HostDatabase::isBlank(folder)) {
+        if (options.isDataChosen)
+            Console::writeError(keptDataText(options, folder));
         return ExitCode::Ok;
+    }
     SampleJob job(folder.databasePath(), options.data, options.seed);
     const SampleOutcome outcome = runSampleJob(job, options.data == SampleKind::Season);
     if (outcome == SampleOutcome::Done)

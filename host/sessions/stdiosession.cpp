@@ -18,9 +18,8 @@ void StdioSession::start()
     m_host.fleet().sendStartSequence();
 }
 
-void StdioSession::sendLine(const QByteArray &line)
+void StdioSession::sendLine(const QByteArray &line, int number)
 {
-    ++m_lineNumber;
     const std::optional<HostMessage> message = HostMessage::fromJsonLine(line);
     if (message) {
         m_host.plugin().send(*message);
@@ -28,7 +27,7 @@ void StdioSession::sendLine(const QByteArray &line)
     }
     m_inputWasBad = true;
     Console::writeError(
-        tr("line %1 is not an event in JSON: %2").arg(m_lineNumber).arg(QString::fromUtf8(line.left(120))));
+        tr("line %1 is not an event in JSON: %2").arg(number).arg(QString::fromUtf8(line.left(120))));
 }
 
 void StdioSession::end(bool allAnswered)

@@ -18,12 +18,11 @@ public:
     void start() override;
 
 private:
-    void sendLine(const QByteArray &line);
+    void sendLine(const QByteArray &line, int number);
     void end(bool allAnswered);
 
     DemoHost &m_host;
     AnswerWatcher m_watcher;
     StandardInputReader m_input;
-    int m_lineNumber = 0;
     bool m_inputWasBad = false;
 };

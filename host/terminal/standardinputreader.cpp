@@ -18,18 +18,23 @@ void StandardInputReader::read()
     }
     m_buffer.append(piece, int(size));
     for (int at = m_buffer.indexOf('\n'); at >= 0; at = m_buffer.indexOf('\n')) {
-        const QByteArray text = m_buffer.left(at).trimmed();
+        const QByteArray text = m_buffer.left(at);
         m_buffer.remove(0, at + 1);
-        if (!text.isEmpty())
-            emit line(text);
+        announce(text);
     }
+}
+
+void StandardInputReader::announce(const QByteArray &text)
+{
+    ++m_lineNumber;
+    if (const QByteArray trimmed = text.trimmed(); !trimmed.isEmpty())
+        emit line(trimmed, m_lineNumber);
 }
 
 void StandardInputReader::end()
 {
     m_notifier.setEnabled(false);
-    if (!m_buffer.trimmed().isEmpty())
-        emit line(m_buffer.trimmed());
+    announce(m_buffer);
     m_buffer.clear();
     emit ended();
 }

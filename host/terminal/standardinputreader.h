@@ -4,7 +4,7 @@
 #include <QObject>
 #include <QSocketNotifier>
 
-/// Reads standard input line by line without blocking the event loop. Skips empty lines.
+/// Reads standard input line by line without blocking the event loop. Skips blank lines, but counts them.
 class StandardInputReader final : public QObject
 {
     Q_OBJECT
@@ -12,13 +12,16 @@ public:
     explicit StandardInputReader(QObject *parent = nullptr);
 
 signals:
-    void line(const QByteArray &text);
+    /// `number` counts from 1.
+    void line(const QByteArray &text, int number);
     void ended();
 
 private:
     void read();
+    void announce(const QByteArray &text);
     void end();
 
     QSocketNotifier m_notifier;
     QByteArray m_buffer;
+    int m_lineNumber = 0;
 };

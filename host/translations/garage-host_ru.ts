@@ -229,8 +229,8 @@ Exit codes: 0 - success, 1 - invalid options, 2 - plug-in not loaded, 3 - no dat
         <translation>--screenshots не сочетается с --stdio и --due</translation>
     </message>
     <message>
-        <source>unknown check: %1</source>
-        <translation>неизвестная проверка: %1</translation>
+        <source>unknown check: %1 (known are %2)</source>
+        <translation>неизвестная проверка: %1 (известны %2)</translation>
     </message>
 </context>
 <context>
@@ -1289,6 +1289,14 @@ Exit codes: 0 - success, 1 - invalid options, 2 - plug-in not loaded, 3 - no dat
     <message>
         <source>plug-in not loaded: %1</source>
         <translation>плагин не загружен: %1</translation>
+    </message>
+    <message>
+        <source>--data was not applied: no sample data are written to the user&apos;s documents</source>
+        <translation>--data не применён: в документы пользователя примеры данных не записываются</translation>
+    </message>
+    <message>
+        <source>--data was not applied: file %1 has data already; --fresh starts over</source>
+        <translation>--data не применён: в файле %1 уже есть данные; --fresh начинает заново</translation>
     </message>
 </context>
 </TS>

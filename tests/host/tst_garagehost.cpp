@@ -74,6 +74,8 @@ private slots:
     void theDatabaseLiesInTheHomeAndIsKept();
     void aFileWithoutItsCarsIsKept();
     void freshStartsOver();
+    void aNewFileHasAWriteAheadLogAndAnOldOneKeepsItsJournal();
+    void dataThatAreNotAppliedAreNamed();
     void documentsAreOnlyTouchedWhenAskedFor();
     void theTourWritesNothingIntoRealDocuments();
 
@@ -134,6 +136,8 @@ void TestGarageHost::wrongArgumentsAreNamed_data()
     QTest::newRow("unknown data") << QStringList {"--data", "huge"} << "huge";
     QTest::newRow("seed is no number") << QStringList {"--seed", "x"} << "--seed";
     QTest::newRow("documents started over") << QStringList {"--documents", "--fresh"} << "--fresh";
+    QTest::newRow("unknown check lists the known ones")
+        << QStringList {"--validate", fakePlugin, "--check", "nonsense"} << "event-lists, ";
     QTest::newRow("empty value") << QStringList {"--validate", QString()} << "--validate";
 }
 
@@ -210,9 +214,11 @@ void TestGarageHost::eachLineReachesThePluginAndEachEventComesBack()
 
 void TestGarageHost::badLinesAreNamedAndTheOthersHandedOver()
 {
-    const HostRun run = runStdio("garbage\n[1]\n{\"data\":{}}\n{\"event\":\"run_closed\"}\n");
+    const HostRun run = runStdio("\ngarbage\n[1]\n  \n{\"data\":{}}\n{\"event\":\"run_closed\"}\n");
     QCOMPARE(run.exitCode, 5);
     QCOMPARE(run.complaints.count("line "), 3);
+    for (const char *line : {"line 2 ", "line 3 ", "line 5 "})
+        QVERIFY2(run.complaints.contains(line), qPrintable(run.complaints));
     QCOMPARE(run.echoesOf("run_closed").size(), 1);
 }
 
@@ -323,6 +329,26 @@ void TestGarageHost::freshStartsOver()
     QCOMPARE(runStdio({}, {"--fresh"}).exitCode, 0);
     const TestDatabase database(hostDatabase(), false);
     QCOMPARE(database.value("SELECT count(*) FROM cars").toInt(), 24);
+}
+
+void TestGarageHost::aNewFileHasAWriteAheadLogAndAnOldOneKeepsItsJournal()
+{
+    QCOMPARE(runStdio({}, {"--data", "empty"}).exitCode, 0);
+    QCOMPARE(TestDatabase(hostDatabase(), false).value("PRAGMA journal_mode").toString(), "wal");
+    const std::unique_ptr<TestDatabase> documents = createDatabase();
+    QCOMPARE(runHost({"--stdio", "--plugin", fakePlugin, "--documents"}).exitCode, 0);
+    QCOMPARE(documents->value("PRAGMA journal_mode").toString(), "delete");
+}
+
+void TestGarageHost::dataThatAreNotAppliedAreNamed()
+{
+    QCOMPARE(runStdio({}, {"--data", "sample"}).complaints, QString());
+    const HostRun again = runStdio({}, {"--data", "season"});
+    QCOMPARE(again.exitCode, 0);
+    QVERIFY2(again.complaints.contains("--data was not applied"), qPrintable(again.complaints));
+    QVERIFY2(again.complaints.contains(hostDatabase()), qPrintable(again.complaints));
+    const HostRun documents = runHost({"--stdio", "--plugin", fakePlugin, "--documents", "--data", "sample"});
+    QVERIFY2(documents.complaints.contains("--data was not applied"), qPrintable(documents.complaints));
 }
 
 void TestGarageHost::documentsAreOnlyTouchedWhenAskedFor()
