@@ -338,6 +338,7 @@ void TestReloads::theTableKeepsItsPlaceAndWidths()
     auto *table = m_window->find<QTreeView>("tvMaintainanceTable");
     table->setColumnWidth(3, 900);
     table->setColumnWidth(4, 450);
+    QTRY_VERIFY(table->horizontalScrollBar()->isVisible() && table->verticalScrollBar()->isVisible());
     table->horizontalScrollBar()->setValue(table->horizontalScrollBar()->maximum() - 3);
     table->verticalScrollBar()->setValue(20);
     const QModelIndex cell = table->model()->index(22, 4);
