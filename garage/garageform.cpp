@@ -4,6 +4,7 @@
 #include "models/columntitles.h"
 #include "models/columnwidthguard.h"
 #include "models/currentrowtracker.h"
+#include "models/emptytablehint.h"
 #include "models/hoverlayoutfilter.h"
 #include "models/maintainancedelegate.h"
 #include "models/scrollpositionguard.h"
@@ -57,6 +58,7 @@ GarageForm::GarageForm(QWidget *parent)
     setUpMaintainanceTab();
     setUpCarsTab();
     setUpServiceLogTab();
+    setUpHints();
     m_ui->tabWidget->setCurrentWidget(m_ui->tabCars);
     connectLoader();
 }
@@ -105,6 +107,31 @@ void GarageForm::setUpServiceLogTab()
     CurrentRowTracker::install(m_ui->tvServiceLog, &m_serviceLogFilter);
     ActionsMenu::install(m_ui->tvServiceLog);
     m_serviceLogModel.applyColumnWidths(m_ui->tvServiceLog);
+}
+
+void GarageForm::setUpHints()
+{
+    const QString noCars = tr("Здесь появятся машины, которые заведены в программе хронометража.");
+    EmptyTableHint::install(m_ui->tvAllCars, [=] { return noCars; });
+    EmptyTableHint::install(m_ui->tvAvailableCars, [this] {
+        return m_allCarsModel.rowCount() == 0
+            ? tr("Здесь появятся машины, доступные для заездов.")
+            : tr("Здесь появятся машины, доступные для заездов: выделите их слева и нажмите стрелку вправо.");
+    });
+    EmptyTableHint::install(m_ui->tvMaintainanceTable, [=] {
+        if (!m_isFilled)
+            return QString();
+        return m_maintainanceModel.rowCount() == 0
+            ? noCars
+            : tr("Под фильтры не подходит ни одна машина. «Сброс» покажет все.");
+    });
+    EmptyTableHint::install(m_ui->tvServiceLog, [this] {
+        if (!m_isFilled)
+            return QString();
+        return m_serviceLogModel.rowCount() == 0
+            ? tr("Здесь появятся записи о работах и жалобы, которые сделаны на вкладке «Техника».")
+            : tr("Под фильтры не подходит ни одна запись. «Сброс» покажет все.");
+    });
 }
 
 void GarageForm::connectLoader()
@@ -158,6 +185,7 @@ void GarageForm::reloadMaintainanceData(QList<MaintainanceModel::MaintainanceIte
     m_database.ensureOpen();
     m_shownFile = m_database.fileCount();
     m_operations = operationsList;
+    m_isFilled = true;
     refillModelCombos(modelNames(mlist));
     refillMaintainanceTable(mlist);
     refillOperationCombo();

@@ -107,6 +107,7 @@ private:
     void setUpMaintainanceTab();
     void setUpCarsTab();
     void setUpServiceLogTab();
+    void setUpHints();
     void connectLoader();
     void refillModelCombos(const QStringList &models);
     void refillOperationCombo();
@@ -146,6 +147,7 @@ private:
 
     GridDelegate m_gridDelegate;
     const ServiceReglamentModel *m_reglament = nullptr;
+    bool m_isFilled = false; ///< a reload has come
     ServiceOperations m_operations; ///< of the last reload
     QHash<int, QPointer<ServiceDialog>> m_complaintDialogs; ///< open ones, by car id
     QHash<int, OperationStat> m_storedComplaints; ///< by car id, until a reload has read them

@@ -4,6 +4,7 @@
 #include "models/columntitles.h"
 #include "models/columnwidthguard.h"
 #include "models/currentrowtracker.h"
+#include "models/emptytablehint.h"
 #include "models/hoverlayoutfilter.h"
 #include "settings/actionsmenu.h"
 #include "settings/confirmation.h"
@@ -27,6 +28,7 @@ GarageSettingsForm::GarageSettingsForm(QWidget *parent)
             &GarageSettingsForm::opnameChange);
     setUpTable(m_ui->tvServiceReglament, m_reglamentModel);
     setUpOperationTitles();
+    setUpHints();
     constexpr int rereadIntervalMs = 100;
     m_rereadTimer.setInterval(rereadIntervalMs);
     connect(&m_rereadTimer, &QTimer::timeout, this, &GarageSettingsForm::rereadReglament);
@@ -55,6 +57,20 @@ void GarageSettingsForm::setUpOperationTitles()
     QHeaderView *header = m_ui->tvServiceReglament->header();
     header->setMaximumHeight(header->sizeHint().height()
                              + (mostLines - 1) * header->fontMetrics().lineSpacing());
+}
+
+void GarageSettingsForm::setUpHints()
+{
+    const auto install = [this](QTreeView *view, const QString &text) {
+        EmptyTableHint::install(view, [=] {
+            return m_rereadTimer.isActive() ? tr("База занята. Таблица появится, когда она освободится.")
+                                            : text;
+        });
+    };
+    install(m_ui->tvServiceOperations,
+            tr("Здесь появятся сервисные операции: нажмите правую кнопку мыши и выберите «Добавить»."));
+    install(m_ui->tvServiceReglament,
+            tr("Здесь появятся модели машин, которые заведены в программе хронометража."));
 }
 
 bool GarageSettingsForm::followDatabase()

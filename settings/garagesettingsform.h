@@ -48,6 +48,8 @@ private:
     /// Operation names of any length are column titles: long ones are elided, and the height of the header is
     /// limited.
     void setUpOperationTitles();
+    /// What the empty tables say.
+    void setUpHints();
     /// Shows the operations of the file that the connection has open now. True if the page showed another
     /// file: then the user's choice must not be written.
     bool followDatabase();
