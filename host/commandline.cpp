@@ -6,6 +6,7 @@
 #include <QCommandLineParser>
 #include <QCoreApplication>
 #include <QMap>
+#include <QRect>
 
 namespace {
 
@@ -46,6 +47,10 @@ QList<QCommandLineOption> allOptions()
                          "services are due, and exits. With --play: the folder of its screenshots. The "
                          "default without a display, with a folder in the program's data folder."),
          CommandLine::tr("FOLDER")},
+        {QStringLiteral("window-size"),
+         CommandLine::tr("With --screenshots: size of the window in pixels. The default is 1500x900."),
+         CommandLine::tr("WIDTHxHEIGHT")},
+        {QStringLiteral("dark"), CommandLine::tr("Shows all windows in a dark palette.")},
         {QStringLiteral("validate"),
          CommandLine::tr("Without a window: tests the plug-in from outside, as a timing application uses it. "
                          "Each check runs in its own process with its own temporary database. Prints a line "
@@ -140,6 +145,7 @@ void CommandLine::read(const QCommandLineParser &parser)
     m_options.due = parser.isSet(QStringLiteral("due"));
     m_options.documents = parser.isSet(QStringLiteral("documents"));
     m_options.fresh = parser.isSet(QStringLiteral("fresh"));
+    m_options.darkPalette = parser.isSet(QStringLiteral("dark"));
     m_options.verbose = parser.isSet(QStringLiteral("verbose"));
     m_options.playFile = parser.value(QStringLiteral("play"));
     m_options.screenshotsFolder = parser.value(QStringLiteral("screenshots"));
@@ -160,9 +166,24 @@ void CommandLine::read(const QCommandLineParser &parser)
     const QStringList languages = Translation::languages();
     if (parser.isSet(QStringLiteral("lang")) && !languages.contains(parser.value(QStringLiteral("lang"))))
         m_errorText = tr("--lang must be one of: %1").arg(languages.join(QLatin1String(", ")));
+    readWindowSize(parser.value(QStringLiteral("window-size")));
     readValidation(parser);
     if (m_errorText.isEmpty())
         checkCombination();
+}
+
+void CommandLine::readWindowSize(const QString &text)
+{
+    if (text.isEmpty())
+        return;
+    constexpr int largest = 10000;
+    const QStringList parts = text.split(QLatin1Char('x'));
+    m_options.windowSize = QSize(parts.value(0).toInt(), parts.value(1).toInt());
+    const QRect allowed(1, 1, largest, largest);
+    if (parts.size() != 2 || !allowed.contains(m_options.windowSize.width(), m_options.windowSize.height()))
+        m_errorText = tr("--window-size must be like 900x600");
+    else if (m_options.screenshotsFolder.isEmpty())
+        m_errorText = tr("--window-size needs --screenshots");
 }
 
 void CommandLine::readValidation(const QCommandLineParser &parser)

@@ -4,6 +4,7 @@
 #include "host/validation/validation.h"
 
 #include <QCoreApplication>
+#include <QSize>
 #include <QString>
 #include <QStringList>
 
@@ -19,6 +20,8 @@ struct HostOptions
     bool verbose = false;
     QString playFile;
     QString screenshotsFolder;
+    QSize windowSize; // of the screenshots; empty = the usual size
+    bool darkPalette = false;
     QString pluginFile;
     QString homeFolder;
     Validation::Request validation; // requested if it names a library
@@ -44,6 +47,7 @@ public:
 
 private:
     void read(const QCommandLineParser &parser);
+    void readWindowSize(const QString &text);
     void readValidation(const QCommandLineParser &parser);
     void checkCombination();
 

@@ -17,6 +17,7 @@
 #include <QApplication>
 #include <QEventLoop>
 #include <QFont>
+#include <QPalette>
 #include <QProgressDialog>
 
 #include <memory>
@@ -49,6 +50,28 @@ void prepareForScreenshots()
     font.setPointSize(10);
     QApplication::setFont(font);
     QApplication::setCursorFlashTime(0);
+}
+
+/// As the dark palettes of desktops.
+void useDarkPalette()
+{
+    const QColor window(45, 45, 45);
+    const QColor disabled(127, 127, 127);
+    QPalette palette(QColor(60, 60, 60), window);
+    palette.setColor(QPalette::Base, QColor(30, 30, 30));
+    palette.setColor(QPalette::AlternateBase, QColor(38, 38, 38));
+    palette.setColor(QPalette::Highlight, QColor(42, 110, 170));
+    palette.setColor(QPalette::HighlightedText, Qt::white);
+    palette.setColor(QPalette::Link, QColor(110, 170, 230));
+    palette.setColor(QPalette::ToolTipBase, QColor(70, 66, 45));
+    palette.setColor(QPalette::ToolTipText, Qt::white);
+    for (const QPalette::ColorRole role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
+        palette.setColor(role, Qt::white);
+        palette.setColor(QPalette::Disabled, role, disabled);
+    }
+    palette.setColor(QPalette::PlaceholderText, disabled);
+    QApplication::setStyle(QStringLiteral("Fusion")); // other styles may ignore a palette
+    QApplication::setPalette(palette);
 }
 
 void printProgress(int percent)
@@ -130,7 +153,7 @@ std::unique_ptr<HostSession> makeSession(const HostOptions &options, const DataF
     if (!options.playFile.isEmpty())
         return std::make_unique<PlaySession>(host, folder, options.playFile, screenshots);
     if (isHeadless() || !options.screenshotsFolder.isEmpty())
-        return std::make_unique<TourSession>(host, folder, screenshots);
+        return std::make_unique<TourSession>(host, folder, screenshots, options.windowSize);
     return std::make_unique<WindowSession>(host, folder);
 }
 
@@ -197,6 +220,8 @@ int main(int argc, char **argv)
     QApplication::setQuitOnLastWindowClosed(false);
     if (isHeadless())
         prepareForScreenshots();
+    if (options.darkPalette)
+        useDarkPalette();
     if (options.checksHere)
         return runCheck(options, folder);
     if (const int failure = fillDatabase(options, folder))

@@ -31,6 +31,13 @@ QPixmap grabWithMenu(QWidget &window)
     return picture;
 }
 
+/// `part` is in the window's coordinates.
+QPixmap partOf(const QPixmap &picture, const QRect &part)
+{
+    const qreal ratio = picture.devicePixelRatio();
+    return picture.copy(QRectF(part.topLeft() * ratio, QSizeF(part.size()) * ratio).toRect());
+}
+
 } // namespace
 
 HostWindow::HostWindow(DemoHost &host, const DataFolder &folder)
@@ -139,7 +146,7 @@ Result HostWindow::saveScreenshot(const QString &folder, const QString &name, co
     const QPixmap picture = grabWithMenu(dialog ? *dialog : *this);
     const QString fileName = QDir(folder).filePath(name + QLatin1String(".png"));
     const bool isSaved =
-        QDir().mkpath(folder) && (part.isNull() ? picture : picture.copy(part)).save(fileName);
+        QDir().mkpath(folder) && (part.isNull() ? picture : partOf(picture, part)).save(fileName);
     return isSaved ? Result::success() : Result::error(tr("screenshot %1 not saved").arg(fileName));
 }
 

@@ -23,7 +23,7 @@ enum HostTab { TrackTab, FleetTab, RemoteTab, MessagesTab, HostTabs };
 constexpr const char *hostTabNames[] = {"track", "fleet", "remote", "messages"};
 static_assert(std::size(hostTabNames) == HostTabs, "one name per tab");
 constexpr int workDone = 4;
-const QSize windowSize(1500, 900);
+const QSize usualWindowSize(1500, 900);
 constexpr int simulatedMilliseconds = 20 * 60 * 1000; // two runs and a part of the third
 constexpr int savingMilliseconds = 3000; // the recorder's thread writes the laps
 constexpr int dialogMilliseconds = 500;
@@ -55,12 +55,13 @@ template<typename Open> void openLater(QObject *context, Open open)
 
 } // namespace
 
-ScreenshotTour::ScreenshotTour(DemoHost &host, HostWindow &window, const QString &folder, bool mayWrite,
-                               QObject *parent)
+ScreenshotTour::ScreenshotTour(DemoHost &host, HostWindow &window, const QString &folder,
+                               const QSize &windowSize, bool mayWrite, QObject *parent)
     : QObject(parent)
     , m_host(host)
     , m_window(window)
     , m_folder(folder)
+    , m_windowSize(windowSize.isEmpty() ? usualWindowSize : windowSize)
     , m_mayWrite(mayWrite)
     , m_watcher(host.plugin())
 {
@@ -69,7 +70,7 @@ ScreenshotTour::ScreenshotTour(DemoHost &host, HostWindow &window, const QString
 
 void ScreenshotTour::start()
 {
-    m_window.resize(windowSize);
+    m_window.resize(m_windowSize);
     m_window.openGarage();
     // openGarage() makes the plug-in insert its window, which these stops need.
     addPluginStops();

@@ -19,9 +19,10 @@ class ScreenshotTour final : public QObject
 {
     Q_OBJECT
 public:
-    /// Only a tour that `mayWrite` simulates runs and completes services on the way.
-    ScreenshotTour(DemoHost &host, HostWindow &window, const QString &folder, bool mayWrite,
-                   QObject *parent = nullptr);
+    /// An empty `windowSize` is 1500x900. Only a tour that `mayWrite` simulates runs and completes services
+    /// on the way.
+    ScreenshotTour(DemoHost &host, HostWindow &window, const QString &folder, const QSize &windowSize,
+                   bool mayWrite, QObject *parent = nullptr);
 
     void start();
 
@@ -56,6 +57,7 @@ private:
     DemoHost &m_host;
     HostWindow &m_window;
     const QString m_folder;
+    const QSize m_windowSize;
     const bool m_mayWrite;
     AnswerWatcher m_watcher;
     QVector<Stop> m_stops;

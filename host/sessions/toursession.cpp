@@ -6,10 +6,11 @@
 #include "host/terminal/console.h"
 #include "host/terminal/exitcode.h"
 
-TourSession::TourSession(DemoHost &host, const DataFolder &folder, const QString &screenshots)
+TourSession::TourSession(DemoHost &host, const DataFolder &folder, const QString &screenshots,
+                         const QSize &windowSize)
     : m_host(host)
     , m_window(host, folder)
-    , m_tour(host, m_window, screenshots, !folder.isUserDocuments())
+    , m_tour(host, m_window, screenshots, windowSize, !folder.isUserDocuments())
     , m_folder(screenshots)
 {
     connect(&host.plugin(), &PluginHost::received, this, &TourSession::handleMessage);

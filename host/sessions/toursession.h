@@ -9,7 +9,8 @@ class TourSession final : public HostSession
 {
     Q_OBJECT
 public:
-    TourSession(DemoHost &host, const DataFolder &folder, const QString &screenshots);
+    TourSession(DemoHost &host, const DataFolder &folder, const QString &screenshots,
+                const QSize &windowSize);
 
     void start() override;
 

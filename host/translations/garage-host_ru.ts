@@ -232,6 +232,26 @@ Exit codes: 0 - success, 1 - invalid options, 2 - plug-in not loaded, 3 - no dat
         <source>unknown check: %1 (known are %2)</source>
         <translation>неизвестная проверка: %1 (известны %2)</translation>
     </message>
+    <message>
+        <source>With --screenshots: size of the window in pixels. The default is 1500x900.</source>
+        <translation>Вместе с --screenshots: размер окна в пикселях. По умолчанию 1500x900.</translation>
+    </message>
+    <message>
+        <source>WIDTHxHEIGHT</source>
+        <translation>ШИРИНАxВЫСОТА</translation>
+    </message>
+    <message>
+        <source>Shows all windows in a dark palette.</source>
+        <translation>Показывает все окна в тёмной палитре.</translation>
+    </message>
+    <message>
+        <source>--window-size must be like 900x600</source>
+        <translation>--window-size должен быть вида 900x600</translation>
+    </message>
+    <message>
+        <source>--window-size needs --screenshots</source>
+        <translation>--window-size требует --screenshots</translation>
+    </message>
 </context>
 <context>
     <name>DatabaseChecks</name>

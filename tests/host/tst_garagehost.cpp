@@ -71,6 +71,7 @@ private slots:
     void aPictureThatCannotBeWrittenIsNamed();
     void aPlayFileWithABadLineIsNamed();
     void withoutADisplayTheWindowIsPhotographed();
+    void pictureSizeAndPaletteAreChosen();
     void theDatabaseLiesInTheHomeAndIsKept();
     void aFileWithoutItsCarsIsKept();
     void freshStartsOver();
@@ -119,9 +120,9 @@ void TestGarageHost::helpExplainsEachOption()
     const HostRun run = runHost({"--help"});
     QCOMPARE(run.exitCode, 0);
     QCOMPARE(run.complaints, QString());
-    for (const char *option :
-         {"--stdio", "--due", "--plugin", "--home", "--documents", "--data", "--seed", "--fresh", "--play",
-          "--screenshots", "--validate", "--json", "--check", "--time-limit", "--lang", "--verbose"})
+    for (const char *option : {"--stdio", "--due", "--plugin", "--home", "--documents", "--data", "--seed",
+                               "--fresh", "--play", "--screenshots", "--window-size", "--dark", "--validate",
+                               "--json", "--check", "--time-limit", "--lang", "--verbose"})
         QVERIFY2(run.output.contains(option), option);
     QVERIFY(run.output.contains("Exit codes"));
     QVERIFY(!QFileInfo::exists(hostHome()));
@@ -136,6 +137,8 @@ void TestGarageHost::wrongArgumentsAreNamed_data()
     QTest::newRow("unknown data") << QStringList {"--data", "huge"} << "huge";
     QTest::newRow("seed is no number") << QStringList {"--seed", "x"} << "--seed";
     QTest::newRow("documents started over") << QStringList {"--documents", "--fresh"} << "--fresh";
+    for (const char *size : {"900", "0x600", "900x600x2", "wide"})
+        QTest::newRow(size) << QStringList {"--screenshots", "x", "--window-size", size} << "--window-size";
     QTest::newRow("unknown check lists the known ones")
         << QStringList {"--validate", fakePlugin, "--check", "nonsense"} << "event-lists, ";
     QTest::newRow("empty value") << QStringList {"--validate", QString()} << "--validate";
@@ -295,6 +298,17 @@ void TestGarageHost::withoutADisplayTheWindowIsPhotographed()
     QVERIFY2(run.output.contains(QLatin1String("No service is due")), qPrintable(run.output));
     QCOMPARE(lines.last(), QLatin1String("Screenshots: ") + hostHome() + QLatin1String("/screenshots"));
     QCOMPARE(run.complaints, QString());
+}
+
+void TestGarageHost::pictureSizeAndPaletteAreChosen()
+{
+    const QString pictures = home().path() + "/pictures";
+    const HostRun run = runHost({"--screenshots", pictures, "--window-size", "1100x700", "--dark", "--plugin",
+                                 fakePlugin, "--home", hostHome()});
+    QCOMPARE(run.exitCode, 0);
+    const QImage window(pictures + "/01-garage.png");
+    QCOMPARE(window.size(), QSize(1100, 700));
+    QVERIFY(window.pixelColor(1090, 10).lightness() < 100); // the empty end of the tool bar
 }
 
 void TestGarageHost::theDatabaseLiesInTheHomeAndIsKept()
