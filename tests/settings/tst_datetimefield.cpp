@@ -5,10 +5,27 @@
 #include "support/userinput.h"
 
 #include <QCalendarWidget>
+#include <QClipboard>
 #include <QDialogButtonBox>
+#include <QGuiApplication>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QScreen>
+
+namespace {
+
+/// Shows the field with this date and selects its day.
+void open(DateTimeField &field, const QDateTime &shown)
+{
+    field.setDisplayFormat("dd.MM.yyyy HH:mm");
+    field.setDateTime(shown);
+    field.show();
+    QVERIFY(QTest::qWaitForWindowActive(&field));
+    field.setFocus();
+    field.setSelectedSection(QDateTimeEdit::DaySection);
+}
+
+} // namespace
 
 /// The date of a record as it is typed, shown and kept; the sizes of the dialogs.
 class TestDateTimeField : public GarageTest
@@ -17,6 +34,14 @@ class TestDateTimeField : public GarageTest
 private slots:
     void aDateIsTypedWithItsSeparators_data();
     void aDateIsTypedWithItsSeparators();
+    void theWholeTextDecides_data();
+    void theWholeTextDecides();
+    void aDayThatTheMonthLacksBecomesItsLast_data();
+    void aDayThatTheMonthLacksBecomesItsLast();
+    void aWholeDateIsPasted_data();
+    void aWholeDateIsPasted();
+    void otherTextsArePastedAsBefore();
+    void anHourThatTheClocksSkipDoesNoHarm();
     void theCalendarIsRussianInAnySystem_data();
     void theCalendarIsRussianInAnySystem();
     void anUntouchedTimeKeepsItsSeconds();
@@ -45,15 +70,134 @@ void TestDateTimeField::aDateIsTypedWithItsSeparators()
     for (const QDateTime &start : {QDateTime({2026, 11, 21}, {22, 14}), QDateTime({2024, 2, 29}, {0, 0}),
                                    QDateTime({2024, 5, 1}, {10, 0})}) {
         DateTimeField field;
-        field.setDisplayFormat("dd.MM.yyyy HH:mm");
-        field.setDateTime(start);
-        field.show();
-        QVERIFY(QTest::qWaitForWindowActive(&field));
-        field.setFocus();
-        field.setSelectedSection(QDateTimeEdit::DaySection);
+        open(field, start);
         QTest::keyClicks(&field, typed);
         QTEST(field.dateTime(), "date");
     }
+}
+
+void TestDateTimeField::theWholeTextDecides_data()
+{
+    QTest::addColumn<QDate>("shown");
+    QTest::addColumn<QString>("typed"); // "<" is the backspace key
+    QTest::addColumn<QDateTime>("date");
+    const QDate february(2026, 2, 15);
+    const QDateTime newYearsEve({2026, 12, 31}, {10, 0});
+    const QDateTime april({2026, 4, 30}, {10, 0});
+    const QDateTime leapDay({2024, 2, 29}, {10, 0});
+    QTest::newRow("31.12 from February") << february << "31.12.2026 10:00" << newYearsEve;
+    QTest::newRow("31.12 without separators") << february << "311220261000" << newYearsEve;
+    QTest::newRow("31.12 with some separators") << february << "31.12202610:00" << newYearsEve;
+    QTest::newRow("31.12 from April") << QDate(2026, 4, 30) << "31.12.2026 10:00" << newYearsEve;
+    QTest::newRow("30.04 from February") << february << "30.04.2026 10:00" << april;
+    QTest::newRow("30.04 without separators") << february << "300420261000" << april;
+    QTest::newRow("30.4 without a zero") << february << "30.4.2026 10:00" << april;
+    QTest::newRow("31.1 without a zero")
+        << february << "31.1.2026 10:00" << QDateTime({2026, 1, 31}, {10, 0});
+    QTest::newRow("29.02 from 2023") << QDate(2023, 2, 15) << "29.02.2024 10:00" << leapDay;
+    QTest::newRow("29.02 without separators") << QDate(2023, 2, 15) << "290220241000" << leapDay;
+    QTest::newRow("29.02 from a 31st") << QDate(2023, 1, 31) << "29.02.2024 10:00" << leapDay;
+    QTest::newRow("corrected day") << february << "31<0.04.2026 10:00" << april;
+    QTest::newRow("corrected month") << february << "31.11<2.2026 10:00" << newYearsEve;
+    QTest::newRow("corrected year") << february << "31.12.2025<6 10:00" << newYearsEve;
+    QTest::newRow("seconds") << february << "31.12.2026 10:00:59" << newYearsEve;
+    QTest::newRow("seconds of another minute")
+        << february << "31.12.2026 23:59:01" << QDateTime({2026, 12, 31}, {23, 59});
+}
+
+void TestDateTimeField::theWholeTextDecides()
+{
+    QFETCH(QDate, shown);
+    QFETCH(QString, typed);
+    DateTimeField field;
+    open(field, QDateTime(shown, {8, 30}));
+    for (const QChar key : qAsConst(typed)) {
+        if (key == '<')
+            QTest::keyClick(&field, Qt::Key_Backspace);
+        else
+            QTest::keyClicks(&field, key);
+    }
+    QTEST(field.dateTime(), "date");
+    field.clearFocus();
+    QTEST(field.dateTime(), "date");
+    QCOMPARE(field.text(), field.dateTime().toString("dd.MM.yyyy HH:mm"));
+}
+
+void TestDateTimeField::aDayThatTheMonthLacksBecomesItsLast_data()
+{
+    QTest::addColumn<QString>("typed");
+    QTest::addColumn<QDate>("date");
+    QTest::newRow("31.02") << "31.02.2026 10:00" << QDate(2026, 2, 28);
+    QTest::newRow("31.02 without separators") << "310220261000" << QDate(2026, 2, 28);
+    QTest::newRow("30.02 of a leap year") << "30.02.2024 10:00" << QDate(2024, 2, 29);
+    QTest::newRow("31.04") << "31.04.2026 10:00" << QDate(2026, 4, 30);
+    QTest::newRow("29.02 of no leap year") << "29.02.2025 10:00" << QDate(2025, 2, 28);
+}
+
+void TestDateTimeField::aDayThatTheMonthLacksBecomesItsLast()
+{
+    QFETCH(QString, typed);
+    QFETCH(QDate, date);
+    for (const Qt::Key end : {Qt::Key_Return, Qt::Key_Tab, Qt::Key_Up}) {
+        DateTimeField field;
+        open(field, QDateTime({2025, 1, 31}, {8, 30}));
+        QTest::keyClicks(&field, typed);
+        QCOMPARE(field.date(), date);
+        QTest::keyClick(&field, end);
+        field.clearFocus();
+        QCOMPARE(field.date(), date);
+        QCOMPARE(field.text(), field.dateTime().toString("dd.MM.yyyy HH:mm"));
+    }
+}
+
+void TestDateTimeField::aWholeDateIsPasted_data()
+{
+    QTest::addColumn<bool>("isAllSelected");
+    QTest::addColumn<QString>("pasted");
+    QTest::newRow("over everything") << true << "31.12.2026 10:00";
+    QTest::newRow("over the day") << false << "31.12.2026 10:00";
+    QTest::newRow("with blanks around") << false << " 31.12.2026 10:00\n";
+}
+
+void TestDateTimeField::aWholeDateIsPasted()
+{
+    QFETCH(bool, isAllSelected);
+    QFETCH(QString, pasted);
+    DateTimeField field;
+    open(field, QDateTime({2025, 2, 15}, {8, 30}));
+    QGuiApplication::clipboard()->setText(pasted);
+    if (isAllSelected)
+        field.selectAll();
+    QTest::keySequence(&field, QKeySequence::Paste);
+    field.clearFocus();
+    QCOMPARE(field.dateTime(), QDateTime({2026, 12, 31}, {10, 0}));
+}
+
+void TestDateTimeField::otherTextsArePastedAsBefore()
+{
+    const QDateTime shown({2025, 2, 15}, {8, 30});
+    for (const char *text : {"", "завтра", "31.12.2026", "2026-12-31 10:00", "99.99.9999 99:99", "31"}) {
+        DateTimeField field;
+        open(field, shown);
+        QGuiApplication::clipboard()->setText(text);
+        QTest::keySequence(&field, QKeySequence::Paste);
+        field.clearFocus();
+        QVERIFY(field.dateTime().isValid());
+        QCOMPARE(field.date().year(), 2025);
+        QCOMPARE(field.time(), shown.time());
+    }
+}
+
+void TestDateTimeField::anHourThatTheClocksSkipDoesNoHarm()
+{
+    // Skipped in New York; an ordinary hour in Moscow.
+    DateTimeField field;
+    open(field, QDateTime({2025, 2, 15}, {8, 30}));
+    QTest::keyClicks(&field, "08.03.2026 02:30");
+    field.clearFocus();
+    const qint64 minutes = std::abs(QDateTime({2026, 3, 8}, {2, 0}).secsTo(field.dateTime())) / 60;
+    QVERIFY2(field.dateTime().isValid() && minutes <= 90, qPrintable(field.dateTime().toString(Qt::ISODate)));
+    QCOMPARE(field.text(), field.dateTime().toString("dd.MM.yyyy HH:mm"));
 }
 
 void TestDateTimeField::theCalendarIsRussianInAnySystem_data()
