@@ -43,9 +43,10 @@ FleetPanel::FleetPanel(FleetController &fleet, QWidget *parent)
     m_cars->setHorizontalHeaderLabels({tr("Number"), tr("Model"), tr("Available")});
     m_people->setHorizontalHeaderLabels(
         {tr("Last name"), tr("First name"), tr("Middle name"), tr("Service code")});
-    m_carsView->setColumnWidth(ModelColumn, 200);
-    m_peopleView->setColumnWidth(LastNameColumn, 140);
-    m_peopleView->setColumnWidth(MidNameColumn, 140);
+    TableViews::setColumnWidths(*m_carsView, {tr("Number"), QStringLiteral("Молния, вторая серия")});
+    TableViews::setColumnWidths(
+        *m_peopleView,
+        {QStringLiteral("Кузнецов+"), QStringLiteral("Алексей+"), QStringLiteral("Дмитриевич+")});
     auto *layout = new QHBoxLayout(this);
     layout->addWidget(makeTable(tr("Karts"), m_carsView, &FleetPanel::addCar, &FleetPanel::removeCar), 1);
     layout->addWidget(

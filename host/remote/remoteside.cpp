@@ -12,6 +12,8 @@
 
 namespace {
 
+constexpr int minuteLength = 16; // "yyyy-MM-ddThh:mm"
+
 QString nowText()
 {
     return TimestampFormatter().format(QDateTime::currentMSecsSinceEpoch());
@@ -177,6 +179,9 @@ void RemoteSide::handleRecord(const QJsonObject &data)
         data.value(isDoneHere ? QLatin1String("operatorName") : QLatin1String("pName")).toString();
     // The module stores a record marked done in its window only when the remote side sends it back.
     record.state = isDoneHere ? RemoteRecord::Waiting : RemoteRecord::Kept;
+    // A record made at the track comes without its id, which a later deletion names.
+    if (record.localId < 0)
+        record.localId = localIdOf(record.carId, record.opId, record.doneTime.left(minuteLength));
     const int id = m_store.add(record);
     emit logged(tr("Record %1 received: %2").arg(id).arg(record.opName.simplified()));
     emit recordsChanged();
@@ -254,6 +259,14 @@ QString RemoteSide::carNumber(int carId)
 {
     const QVariant number = m_track.value(QStringLiteral("SELECT num FROM cars WHERE id=?"), {carId});
     return number.isValid() ? number.toString() : tr("with unknown id %1").arg(carId);
+}
+
+int RemoteSide::localIdOf(int carId, int opId, const QString &minute)
+{
+    const QVariant id = m_track.value(QStringLiteral("SELECT max(id) FROM maintainance WHERE car_id=? AND "
+                                                     "operation_id=? AND substr(operation_time,1,?)=?"),
+                                      {carId, opId, minuteLength, minute});
+    return id.isNull() ? -1 : id.toInt();
 }
 
 std::optional<bool> RemoteSide::isOpenAtTrack(int localId)

@@ -85,6 +85,8 @@ private:
     void handleAnswer(const QJsonObject &data);
     /// The car's number, or a text with the id if the car is unknown.
     QString carNumber(int carId);
+    /// Id of the track's latest record of that car, operation and UTC minute ("yyyy-MM-ddThh:mm"), or -1.
+    int localIdOf(int carId, int opId, const QString &minute);
     /// Nothing if the track's database cannot be read.
     std::optional<bool> isOpenAtTrack(int localId);
 

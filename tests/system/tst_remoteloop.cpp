@@ -23,6 +23,7 @@ private slots:
     void recordsWaitUntilThePluginAsks();
     void aJournalRecordMarkedDoneComesBackOnce();
     void theRemoteSideFollowsDeletions();
+    void aServiceRecordedAtTheTrackIsDeletedOnTheRemoteSideToo();
     void aDeletionSparesWhatIsOnItsWay();
     void aMissingArchiveRowIsFound();
     void anUnreadableTrackIsNeitherCheckedNorGivenWork();
@@ -174,6 +175,22 @@ void TestRemoteLoop::theRemoteSideFollowsDeletions()
                                   {{"remoteId", -1}, {"localId", complaint.localId}}});
     QTRY_COMPARE(host->remote().store().count(RemoteRecord::Deleted), 1);
     QVERIFY(host->remote().checkArchive().isGood());
+}
+
+void TestRemoteLoop::aServiceRecordedAtTheTrackIsDeletedOnTheRemoteSideToo()
+{
+    const std::unique_ptr<DemoHost> host = makeHost();
+    const std::unique_ptr<TestDatabase> track = openTrack();
+    const int id = track->addRecord(101, 1, "2026-03-01T10:20:31.500Z", 1);
+    track->addRecord(101, 1, "2026-03-01T10:25:00.000Z", 1);
+    emit host->plugin().received(
+        {"garage_plugin",
+         "add_remote_service",
+         {{"carId", 101}, {"opId", 1}, {"opName", "Замена масла"}, {"opTime", "2026-03-01 10:20"}}});
+    QTRY_COMPARE(host->remote().store().count(RemoteRecord::Kept), 1);
+    emit host->plugin().received(
+        {"garage_stats_updater", "remote_service_delete", {{"remoteId", -1}, {"localId", id}}});
+    QTRY_COMPARE(host->remote().store().count(RemoteRecord::Deleted), 1);
 }
 
 void TestRemoteLoop::aDeletionSparesWhatIsOnItsWay()
