@@ -9,12 +9,18 @@ QGarageTreeView::QGarageTreeView(QWidget *parent)
     : QTreeView(parent), m_serviceButton(viewport()), m_attentionButton(viewport())
 {
     initGarageResources();
-    m_serviceButton.setIcon(QIcon(QStringLiteral(":/icons/iconService")));
-    m_serviceButton.hide();
-    m_attentionButton.setIcon(QIcon(QStringLiteral(":/icons/iconAttention")));
-    m_attentionButton.hide();
-    connect(&m_serviceButton, &QPushButton::clicked, this, &QGarageTreeView::serviceButtonClick);
-    connect(&m_attentionButton, &QPushButton::clicked, this, &QGarageTreeView::serviceButtonClick);
+    setUpButton(m_serviceButton, QStringLiteral(":/icons/iconService"), tr("Записать работу"));
+    setUpButton(m_attentionButton, QStringLiteral(":/icons/iconAttention"), tr("Жалоба или задание"));
+}
+
+void QGarageTreeView::setUpButton(QPushButton &button, const QString &icon, const QString &accessibleName)
+{
+    button.setIcon(QIcon(icon));
+    button.setAccessibleName(accessibleName);
+    // A button that had the focus would lose it when it is hidden, to any other widget of the window.
+    button.setFocusPolicy(Qt::NoFocus);
+    button.hide();
+    connect(&button, &QPushButton::clicked, this, &QGarageTreeView::serviceButtonClick);
 }
 
 void QGarageTreeView::mouseMoveEvent(QMouseEvent *event)

@@ -24,6 +24,8 @@ protected:
     void scrollContentsBy(int dx, int dy) override;
 
 private:
+    void setUpButton(QPushButton &button, const QString &icon, const QString &accessibleName);
+
     QPushButton m_serviceButton;
     QPushButton m_attentionButton;
 };

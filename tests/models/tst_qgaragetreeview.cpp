@@ -28,6 +28,9 @@ private slots:
     void aButtonWhoseCellIsGoneDoesNothing();
     void movingWithAPressedButtonSelectsNothing();
     void aCallThatNoButtonMadeIsIgnored();
+    void aClickLeavesTheFocusInTheTable_data();
+    void aClickLeavesTheFocusInTheTable();
+    void theButtonsHaveAccessibleNames();
     void theReceiverMayDestroyTheView();
     void aViewWithoutAModelIsQuiet();
 };
@@ -340,6 +343,33 @@ void TestQGarageTreeView::aCallThatNoButtonMadeIsIgnored()
     QVERIFY(service.isEmpty());
     QVERIFY(attention.isEmpty());
     QCOMPARE(sample.view.currentIndex(), current);
+}
+
+void TestQGarageTreeView::aClickLeavesTheFocusInTheTable_data()
+{
+    QTest::addColumn<int>("column");
+    QTest::newRow("service button") << int(Operation);
+    QTest::newRow("attention button") << int(Number);
+}
+
+void TestQGarageTreeView::aClickLeavesTheFocusInTheTable()
+{
+    QFETCH(int, column);
+    Sample sample;
+    QVERIFY(sample.show());
+    QVERIFY(QTest::qWaitForWindowActive(&sample.view));
+    sample.hover(2, column);
+    QTest::mouseClick(column == Operation ? sample.service() : sample.attention(), Qt::LeftButton);
+    QVERIFY(sample.view.hasFocus());
+    sample.hover(belowTheRows(sample)); // hides the button
+    QVERIFY(sample.view.hasFocus());
+}
+
+void TestQGarageTreeView::theButtonsHaveAccessibleNames()
+{
+    const Sample sample;
+    QCOMPARE(sample.service()->accessibleName(), "Записать работу");
+    QCOMPARE(sample.attention()->accessibleName(), "Жалоба или задание");
 }
 
 void TestQGarageTreeView::theReceiverMayDestroyTheView()
