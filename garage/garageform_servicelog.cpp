@@ -3,6 +3,7 @@
 #include "garage/garageform.h"
 
 #include "data/datetimetext.h"
+#include "models/plaintext.h"
 #include "settings/confirmation.h"
 #include "settings/modaldialog.h"
 #include "settings/servicedialog.h"
@@ -10,6 +11,23 @@
 
 #include <algorithm>
 #include <iterator>
+
+namespace {
+
+/// Car, operation and time; what the record does not have is left out.
+QString recordName(const ServiceLogItem &record)
+{
+    const QString car =
+        PlainText::shortName(record.model) + QLatin1String("  ") + PlainText::shortName(record.num);
+    QString operation = PlainText::shortName(record.opName);
+    if (record.opId == complaintOperationId)
+        operation = record.state == OpenState ? GarageForm::tr("Жалоба") : GarageForm::tr("Прочее");
+    QStringList parts {car.trimmed(), operation, DateTimeText::forDisplay(record.opTime)};
+    parts.removeAll(QString());
+    return parts.join(QLatin1String(", "));
+}
+
+} // namespace
 
 void GarageForm::on_pbReloadLog_clicked()
 {
@@ -52,7 +70,7 @@ void GarageForm::on_actionDeleteMaintainanceItem_triggered()
         return;
     const ServiceLogItem record = *current;
     const int file = m_shownFile;
-    if (!confirmDeletion(this) || isFileReplaced(file))
+    if (!confirmDeletion(this, recordName(record)) || isFileReplaced(file))
         return;
     // A reload may have moved or removed the record while the question was open.
     m_serviceLogModel.removeItem(m_serviceLogModel.rowOf(record.id));

@@ -11,6 +11,7 @@ namespace {
 
 constexpr int mostToolTipLines = 20;
 constexpr int leastToolTipLines = 3;
+constexpr int nameLength = 40;
 constexpr int toolTipLineLength = 56; ///< characters; Qt breaks a line at 80 times the width of an "x"
 
 /// A tool tip up to this height fits above or below the pointer at any position, so that it never receives a
@@ -52,4 +53,9 @@ QString PlainText::firstLines(const QString &text, int lines, int lineLength)
     if (end > 0 && text.at(end - 1).isHighSurrogate())
         --end;
     return text.left(end) + QChar(0x2026);
+}
+
+QString PlainText::shortName(const QString &name)
+{
+    return firstLines(name.simplified(), 1, nameLength);
 }

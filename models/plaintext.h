@@ -21,4 +21,7 @@ inline QString singleLine(QString text)
     return text.replace(QLatin1Char('\n'), QLatin1Char(' '));
 }
 
+/// A name for a sentence: on one line and not longer than about 40 characters.
+QString shortName(const QString &name);
+
 } // namespace PlainText

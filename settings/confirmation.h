@@ -1,7 +1,8 @@
 #pragma once
 
+class QString;
 class QWidget;
 
-/// Asks the user to confirm a deletion. The texts are those of the owner's translation context. False as
-/// well if the owner was destroyed while the question was open.
-[[nodiscard]] bool confirmDeletion(QWidget *owner);
+/// Asks whether something is really to be deleted; "no" is the default. `subject` names it, on a line of its
+/// own; markup in it is shown as it was typed. False as well if the owner is destroyed meanwhile.
+[[nodiscard]] bool confirmDeletion(QWidget *owner, const QString &subject);

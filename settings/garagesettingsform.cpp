@@ -6,6 +6,7 @@
 #include "models/currentrowtracker.h"
 #include "models/emptytablehint.h"
 #include "models/hoverlayoutfilter.h"
+#include "models/plaintext.h"
 #include "settings/actionsmenu.h"
 #include "settings/confirmation.h"
 #include "settings/modaldialog.h"
@@ -184,9 +185,14 @@ void GarageSettingsForm::removeServiceOp()
     const QModelIndex current = m_ui->tvServiceOperations->currentIndex();
     if (!current.isValid())
         return;
-    // The question removes the focus from an open editor, which may store a new row: its id is read after.
     const QPersistentModelIndex chosen = current;
-    if (!confirmDeletion(this) || followDatabase() || !chosen.isValid())
+    // The focus leaves an open editor, which may name or store the row: its name and id are read after.
+    m_ui->tvServiceOperations->setFocus();
+    if (!chosen.isValid())
+        return;
+    const QString name = PlainText::shortName(m_operationsModel.operationAt(chosen.row()).name);
+    if (!confirmDeletion(this, name.isEmpty() ? tr("Операция без названия") : name) || followDatabase()
+        || !chosen.isValid())
         return;
     // The reglament keeps the operation's column and limits until it is read again.
     if (m_operationsModel.isStored(chosen.row()))

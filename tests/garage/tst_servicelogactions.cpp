@@ -25,6 +25,8 @@ private slots:
     void theFiltersPersistThroughReloads();
     void aRightClickOffersBothActions();
     void deletingRemovesTheRecordTheUserSees();
+    void theQuestionNamesTheRecord_data();
+    void theQuestionNamesTheRecord();
     void decliningKeepsTheRecord();
     void aReloadUnderTheQuestionDeletesTheSameRecord();
     void theWindowMayBeDestroyedUnderTheQuestion();
@@ -159,6 +161,54 @@ void TestServiceLogActions::deletingRemovesTheRecordTheUserSees()
     window.settle();
     QCOMPARE(recordedIds(), "1,3,4");
     QCOMPARE(log->model()->index(0, 6).data().toString(), "четвёртая");
+}
+
+void TestServiceLogActions::theQuestionNamesTheRecord_data()
+{
+    QTest::addColumn<QString>("change");
+    QTest::addColumn<QString>("name");
+    const auto row = [](const char *name, const QString &change, const QString &shown) {
+        QTest::newRow(name) << change << shown;
+    };
+    const auto shortened = [](const QString &letter) -> QString {
+        return letter.repeated(40) + QChar(0x2026);
+    };
+    row("as it is", "SELECT 1", "RX  112a, Масло, $TIME");
+    row("open complaint", "UPDATE maintainance SET operation_id=-1 WHERE id=4", "RX  112a, Жалоба, $TIME");
+    row("done without an operation", "UPDATE maintainance SET operation_id=-1, operation_state=1 WHERE id=4",
+        "RX  112a, Прочее, $TIME");
+    row("deleted car", "DELETE FROM cars WHERE id=2", "Масло, $TIME");
+    row("deleted operation", "DELETE FROM service_operations", "RX  112a, $TIME");
+    row("no time", "UPDATE maintainance SET operation_time='' WHERE id=4", "RX  112a, Масло");
+    row("markup", "UPDATE service_operations SET operation_name='<b>Масло</b>'",
+        "RX  112a, <b>Масло</b>, $TIME");
+    row("line feeds", "UPDATE service_operations SET operation_name='Масло' || char(10) || 'и фильтр'",
+        "RX  112a, Масло и фильтр, $TIME");
+    row("long names",
+        QString("UPDATE service_operations SET operation_name='%1'").arg(QString("щ").repeated(5000)),
+        "RX  112a, " + shortened("щ") + ", $TIME");
+}
+
+void TestServiceLogActions::theQuestionNamesTheRecord()
+{
+    QFETCH(QString, change);
+    QFETCH(QString, name);
+    database->exec(change);
+    GarageWindow window;
+    QTreeView *log = openLog(window);
+    for (int row = 0; row < log->model()->rowCount(); ++row) {
+        if (log->model()->index(row, 6).data() == "четвёртая")
+            click(log, log->model()->index(row, 6));
+    }
+    name.replace("$TIME", log->currentIndex().siblingAtColumn(3).data().toString());
+    QString shown;
+    onNextDialog([&shown](QDialog &dialog) {
+        shown = qobject_cast<QMessageBox *>(&dialog)->informativeText();
+        QTest::keyClick(&dialog, Qt::Key_Escape);
+    });
+    trigger(window, "actionDeleteMaintainanceItem");
+    QVERIFY(allDialogsAnswered());
+    QCOMPARE(shown, name);
 }
 
 void TestServiceLogActions::decliningKeepsTheRecord()

@@ -24,10 +24,17 @@ private slots:
     void contextMenuOffersBothActions();
     void removingAsksFirst_data();
     void removingAsksFirst();
+    void theQuestionNamesTheOperation_data();
+    void theQuestionNamesTheOperation();
+    void theQuestionNamesWhatIsBeingTyped();
     void removingWithoutACurrentRowDoesNothing();
     void removingRemovesTheSelectedOfTwoUnstoredRows();
     void removingWhileTheNameIsTypedRemovesWhatWasStored();
     void aRenameIsAnnouncedByTheLimits();
+
+private:
+    /// What the question before the removal of the current operation names; declines it.
+    QString removalQuestion() const;
 };
 
 void TestOperationsList::anAddedOperationIsStoredWhenItsNameIsTyped()
@@ -176,6 +183,17 @@ void TestOperationsList::contextMenuOffersBothActions()
     QCOMPARE(storedOperations().size(), 3);
 }
 
+QString TestOperationsList::removalQuestion() const
+{
+    QString subject;
+    onNextDialog([&subject](QDialog &dialog) {
+        subject = qobject_cast<QMessageBox *>(&dialog)->informativeText();
+        QTest::keyClick(&dialog, Qt::Key_Escape);
+    });
+    trigger("actionRemoveOperation");
+    return allDialogsAnswered() ? subject : "no question";
+}
+
 void TestOperationsList::removingAsksFirst_data()
 {
     QTest::addColumn<int>("answer");
@@ -213,6 +231,40 @@ void TestOperationsList::removingAsksFirst()
     m_form->reloadReglamentModel();
     QCOMPARE(titles().size(), removed ? 1 : 2);
     QCOMPARE(storedLimits(), QStringList("SODI|2|5400|10|0"));
+}
+
+void TestOperationsList::theQuestionNamesTheOperation_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("shown");
+    QTest::newRow("ordinary") << "Масло"
+                              << "Масло";
+    QTest::newRow("markup") << "<img src=x>"
+                            << "<img src=x>";
+    QTest::newRow("line feed") << "Замена\nмасла"
+                               << "Замена масла";
+    QTest::newRow("long") << QString("щ").repeated(5000) << QString("щ").repeated(40) + QChar(0x2026);
+    QTest::newRow("nameless") << ""
+                              << "Операция без названия";
+}
+
+void TestOperationsList::theQuestionNamesTheOperation()
+{
+    QFETCH(QString, name);
+    QFETCH(QString, shown);
+    database->exec(QString("UPDATE service_operations SET operation_name='%1' WHERE id=2").arg(name));
+    open();
+    select(0);
+    QCOMPARE(removalQuestion(), shown);
+}
+
+void TestOperationsList::theQuestionNamesWhatIsBeingTyped()
+{
+    open();
+    startRenaming(0);
+    enterText(editor(), "Шины");
+    QCOMPARE(removalQuestion(), "Шины");
+    QCOMPARE(storedOperations(), QStringList({"2|Шины", "5|Цепь"}));
 }
 
 void TestOperationsList::removingWithoutACurrentRowDoesNothing()
