@@ -80,10 +80,12 @@ void CurrentRowTracker::handleLayoutChanged()
 bool CurrentRowTracker::moveToNeighbour(int key)
 {
     const int rowCount = m_view->model()->rowCount();
-    if ((key != Qt::Key_Up && key != Qt::Key_Down) || m_rowBelow < 0 || rowCount == 0
-        || m_view->currentIndex().isValid())
+    const int columnCount = m_view->model()->columnCount();
+    const bool isArrow =
+        key == Qt::Key_Up || key == Qt::Key_Down || key == Qt::Key_Left || key == Qt::Key_Right;
+    if (!isArrow || m_rowBelow < 0 || rowCount == 0 || columnCount == 0 || m_view->currentIndex().isValid())
         return false;
     const int row = std::clamp(key == Qt::Key_Up ? m_rowAbove : m_rowBelow, 0, rowCount - 1);
-    m_view->setCurrentIndex(m_view->model()->index(row, m_column));
+    m_view->setCurrentIndex(m_view->model()->index(row, qMin(m_column, columnCount - 1)));
     return true;
 }

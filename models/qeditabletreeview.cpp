@@ -1,5 +1,7 @@
 #include "models/qeditabletreeview.h"
 
+#include "models/cellstep.h"
+
 #include <QDrag>
 #include <QDropEvent>
 #include <QJsonDocument>
@@ -66,6 +68,14 @@ void QEditableTreeView::startEditing()
     constexpr Qt::ItemFlags open = Qt::ItemIsEditable | Qt::ItemIsEnabled;
     if ((model()->flags(cell) & open) == open)
         edit(cell);
+}
+
+QModelIndex QEditableTreeView::moveCursor(CursorAction cursorAction, Qt::KeyboardModifiers modifiers)
+{
+    const bool isSideways = cursorAction == MoveLeft || cursorAction == MoveRight;
+    if (!isSideways || !currentIndex().isValid())
+        return QTreeView::moveCursor(cursorAction, modifiers);
+    return cellBesideCurrent(*this, cursorAction == MoveLeft ? -1 : 1);
 }
 
 void QEditableTreeView::mousePressEvent(QMouseEvent *event)

@@ -37,6 +37,8 @@ protected:
     void updateEditorGeometries() override;
     void mousePressEvent(QMouseEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
+    /// Left and right reach every cell of the row.
+    QModelIndex moveCursor(CursorAction cursorAction, Qt::KeyboardModifiers modifiers) override;
     void dropEvent(QDropEvent *event) override;
     void startDrag(Qt::DropActions supportedActions) override;
     /// Runs a drag to its end and returns the resulting action.

@@ -1,16 +1,47 @@
 #include "models/qgaragetreeview.h"
 
 #include "models/cellflags.h"
+#include "models/cellstep.h"
 #include "resources/garageresources.h"
 
+#include <QKeyEvent>
 #include <QMouseEvent>
+
+namespace {
+
+bool isButtonKey(const QKeyEvent &event)
+{
+    if (event.modifiers() & ~Qt::KeypadModifier)
+        return false;
+    switch (event.key()) {
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+    case Qt::Key_Space:
+    case Qt::Key_Insert:
+        return true;
+    default:
+        return false;
+    }
+}
+
+} // namespace
 
 QGarageTreeView::QGarageTreeView(QWidget *parent)
     : QTreeView(parent), m_serviceButton(viewport()), m_attentionButton(viewport())
 {
     initGarageResources();
-    setUpButton(m_serviceButton, QStringLiteral(":/icons/iconService"), tr("Записать работу"));
-    setUpButton(m_attentionButton, QStringLiteral(":/icons/iconAttention"), tr("Жалоба или задание"));
+    setUpButton(m_serviceButton, QStringLiteral(":/icons/iconService"), serviceText());
+    setUpButton(m_attentionButton, QStringLiteral(":/icons/iconAttention"), attentionText());
+}
+
+QString QGarageTreeView::serviceText()
+{
+    return tr("Записать работу");
+}
+
+QString QGarageTreeView::attentionText()
+{
+    return tr("Жалоба или задание");
 }
 
 void QGarageTreeView::setUpButton(QPushButton &button, const QString &icon, const QString &accessibleName)
@@ -27,17 +58,43 @@ void QGarageTreeView::mouseMoveEvent(QMouseEvent *event)
 {
     // The base class is not called: no drag selection, no hover of its own.
     const QModelIndex index = indexAt(event->pos());
-    const int flags = model() ? int(model()->flags(index)) : 0;
-    const bool offersService = flags & CellFlags::service;
-    const bool offersAttention = !offersService && (flags & CellFlags::attention);
-
-    m_serviceButton.setVisible(offersService);
-    m_attentionButton.setVisible(offersAttention);
-    if (!offersService && !offersAttention)
+    QPushButton *offered = buttonOf(index);
+    m_serviceButton.setVisible(offered == &m_serviceButton);
+    m_attentionButton.setVisible(offered == &m_attentionButton);
+    if (!offered)
         return;
     const QRect cell = visualRect(index);
-    QPushButton &button = offersService ? m_serviceButton : m_attentionButton;
-    button.setGeometry(cell.left(), cell.top(), cell.height(), cell.height());
+    offered->setGeometry(cell.left(), cell.top(), cell.height(), cell.height());
+}
+
+QPushButton *QGarageTreeView::buttonOf(const QModelIndex &cell)
+{
+    const int flags = model() ? int(model()->flags(cell)) : 0;
+    if (flags & CellFlags::service)
+        return &m_serviceButton;
+    return flags & CellFlags::attention ? &m_attentionButton : nullptr;
+}
+
+void QGarageTreeView::keyPressEvent(QKeyEvent *event)
+{
+    const QModelIndex current = currentIndex();
+    const QPushButton *button = current.isValid() && isButtonKey(*event) ? buttonOf(current) : nullptr;
+    if (!button) {
+        QTreeView::keyPressEvent(event);
+        return;
+    }
+    event->accept();
+    // A key that is held would open a dialog again as soon as one is closed.
+    if (!event->isAutoRepeat())
+        announceClick(*button, current);
+}
+
+QModelIndex QGarageTreeView::moveCursor(CursorAction cursorAction, Qt::KeyboardModifiers modifiers)
+{
+    const bool isSideways = cursorAction == MoveLeft || cursorAction == MoveRight;
+    if (!isSideways || !currentIndex().isValid())
+        return QTreeView::moveCursor(cursorAction, modifiers);
+    return cellBesideCurrent(*this, cursorAction == MoveLeft ? -1 : 1);
 }
 
 void QGarageTreeView::scrollContentsBy(int dx, int dy)
@@ -58,11 +115,15 @@ void QGarageTreeView::serviceButtonClick()
     const QModelIndex index = indexAt(button->mapToParent(button->rect().center()));
     if (!index.isValid())
         return;
-    const bool isService = button == &m_serviceButton;
     setCurrentIndex(index);
+    announceClick(*button, index);
+}
+
+void QGarageTreeView::announceClick(const QPushButton &button, const QModelIndex &cell)
+{
     // A receiver may open a dialog during which the view is destroyed: nothing may follow.
-    if (isService)
-        emit serviceButtonClicked(index);
+    if (&button == &m_serviceButton)
+        emit serviceButtonClicked(cell);
     else
-        emit attentionButtonClicked(index);
+        emit attentionButtonClicked(cell);
 }
