@@ -5,11 +5,13 @@
 #include "models/columnwidthguard.h"
 #include "models/currentrowtracker.h"
 #include "models/emptytablehint.h"
+#include "models/focusmark.h"
 #include "models/hoverlayoutfilter.h"
 #include "models/maintainancedelegate.h"
 #include "models/scrollpositionguard.h"
 #include "resources/garageresources.h"
 #include "settings/actionsmenu.h"
+#include "settings/cellmenu.h"
 #include "settings/servicereglamentmodel.h"
 #include "ui_garageform.h"
 
@@ -59,6 +61,8 @@ GarageForm::GarageForm(QWidget *parent)
     setUpCarsTab();
     setUpServiceLogTab();
     setUpHints();
+    for (QTreeView *view : findChildren<QTreeView *>())
+        FocusMark::install(view);
     m_ui->tabWidget->setCurrentWidget(m_ui->tabCars);
     connectLoader();
 }
@@ -76,7 +80,7 @@ void GarageForm::setUpMaintainanceTab()
     delegate->setServiceLog(&m_serviceLogModel);
     view->setItemDelegate(delegate);
     ColumnTitles::install(view);
-    view->setModel(&m_maintainanceFilterProxy);
+    CurrentRowTracker::install(view, &m_maintainanceFilterProxy);
     view->header()->setSortIndicator(MaintainanceModel::numberColumn, Qt::AscendingOrder);
     view->setSortingEnabled(true);
     m_maintainanceModel.applyColumnWidths(view);
@@ -85,6 +89,7 @@ void GarageForm::setUpMaintainanceTab()
             &GarageForm::serviceClicked);
     connect(m_ui->tvMaintainanceTable, &QGarageTreeView::attentionButtonClicked, this,
             &GarageForm::attentionClicked);
+    CellMenu::install(view, [this](QMenu &menu, const QModelIndex &cell) { offerCarActions(menu, cell); });
 }
 
 void GarageForm::setUpCarsTab()

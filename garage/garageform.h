@@ -19,6 +19,7 @@
 #include <memory>
 #include <optional>
 
+class QMenu;
 class QTreeView;
 class ServiceDialog;
 class ServiceReglamentModel;
@@ -119,7 +120,11 @@ private:
 
     // Maintenance.
     void reglamentChanged();
-    void addServiceOp(const QModelIndex &index);
+    /// The actions of the hover buttons, for a cell of the table.
+    void offerCarActions(QMenu &menu, const QModelIndex &index);
+    /// Both for a cell of the model; they do nothing for an invalid one.
+    void addServiceOp(const QModelIndex &clicked);
+    void complainAbout(const QModelIndex &cell);
     void carComplain(const MaintainanceItem &item);
     std::optional<OperationStat> openComplaint(int carId);
     void storeComplaint(int shownId, const ServiceRecord &record);

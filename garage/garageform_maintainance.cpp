@@ -12,6 +12,7 @@
 
 #include <QApplication>
 #include <QJsonDocument>
+#include <QMenu>
 
 namespace {
 
@@ -69,14 +70,35 @@ void GarageForm::reglamentChanged()
 
 void GarageForm::serviceClicked(QModelIndex index)
 {
-    addServiceOp(index);
+    addServiceOp(m_maintainanceFilterProxy.mapToSource(index));
 }
 
 void GarageForm::attentionClicked(QModelIndex index)
 {
-    const QModelIndex source = m_maintainanceFilterProxy.mapToSource(index);
-    if (source.isValid())
-        carComplain(m_maintainanceModel.itemAt(source.row()));
+    complainAbout(m_maintainanceFilterProxy.mapToSource(index));
+}
+
+void GarageForm::offerCarActions(QMenu &menu, const QModelIndex &index)
+{
+    // Both follow the car through a reload under the open menu.
+    const QPersistentModelIndex cell = m_maintainanceFilterProxy.mapToSource(index);
+    const int file = m_shownFile;
+    using CellAction = void (GarageForm::*)(const QModelIndex &);
+    const auto offer = [&](const QString &icon, const QString &text, CellAction action) {
+        connect(menu.addAction(QIcon(icon), text), &QAction::triggered, this, [=] {
+            if (m_shownFile == file)
+                (this->*action)(cell);
+        });
+    };
+    offer(QStringLiteral(":/icons/iconService"), QGarageTreeView::serviceText(), &GarageForm::addServiceOp);
+    offer(QStringLiteral(":/icons/iconAttention"), QGarageTreeView::attentionText(),
+          &GarageForm::complainAbout);
+}
+
+void GarageForm::complainAbout(const QModelIndex &cell)
+{
+    if (cell.isValid())
+        carComplain(m_maintainanceModel.itemAt(cell.row()));
 }
 
 void GarageForm::complainAboutCar(const QJsonObject &jsonData)
@@ -96,11 +118,11 @@ void GarageForm::prepareDialog(ServiceDialog &dialog, const QString &dialogCapti
     dialog.setPersonal(m_personalList);
 }
 
-void GarageForm::addServiceOp(const QModelIndex &index)
+void GarageForm::addServiceOp(const QModelIndex &clicked)
 {
-    const QPersistentModelIndex cell = m_maintainanceFilterProxy.mapToSource(index);
-    if (!cell.isValid())
+    if (!clicked.isValid())
         return;
+    const QPersistentModelIndex cell = clicked;
     const MaintainanceItem item = m_maintainanceModel.itemAt(cell.row());
     const int columnOpId = ColumnKeys::operationId(m_maintainanceModel.columnKey(cell.column()));
 
