@@ -5,6 +5,7 @@
 #include "models/columnwidthguard.h"
 #include "models/currentrowtracker.h"
 #include "models/emptytablehint.h"
+#include "models/focusmark.h"
 #include "models/hoverlayoutfilter.h"
 #include "models/plaintext.h"
 #include "settings/actionsmenu.h"
@@ -15,6 +16,26 @@
 
 #include <QHeaderView>
 #include <QJsonArray>
+#include <QKeyEvent>
+
+namespace {
+
+bool isLimitsKey(const QKeyEvent &event)
+{
+    if (event.modifiers() & ~Qt::KeypadModifier)
+        return false;
+    switch (event.key()) {
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+    case Qt::Key_Space:
+    case Qt::Key_F2:
+        return true;
+    default:
+        return false;
+    }
+}
+
+} // namespace
 
 GarageSettingsForm::GarageSettingsForm(QWidget *parent)
     : QWidget(parent)
@@ -28,8 +49,11 @@ GarageSettingsForm::GarageSettingsForm(QWidget *parent)
     connect(&m_operationsModel, &ServiceOperationsModel::operationNameChanged, this,
             &GarageSettingsForm::opnameChange);
     setUpTable(m_ui->tvServiceReglament, m_reglamentModel);
+    m_ui->tvServiceReglament->installEventFilter(this);
     setUpOperationTitles();
     setUpHints();
+    for (QTreeView *view : findChildren<QTreeView *>())
+        FocusMark::install(view);
     constexpr int rereadIntervalMs = 100;
     m_rereadTimer.setInterval(rereadIntervalMs);
     connect(&m_rereadTimer, &QTimer::timeout, this, &GarageSettingsForm::rereadReglament);
@@ -41,6 +65,20 @@ GarageSettingsForm::~GarageSettingsForm() = default;
 QSize GarageSettingsForm::sizeHint() const
 {
     return m_designedSize;
+}
+
+bool GarageSettingsForm::eventFilter(QObject *watched, QEvent *event)
+{
+    const QModelIndex current = m_ui->tvServiceReglament->currentIndex();
+    if (event->type() != QEvent::KeyPress || !isLimitsKey(*static_cast<QKeyEvent *>(event))
+        || !m_reglamentModel.isOperationColumn(current.column()))
+        return QWidget::eventFilter(watched, event);
+    // Return would click the default button of the host's dialog. A key that is held would open a dialog
+    // again as soon as one is closed.
+    event->accept();
+    if (!static_cast<QKeyEvent *>(event)->isAutoRepeat())
+        serviceReglamentChange(current);
+    return true; // this page may be destroyed
 }
 
 void GarageSettingsForm::setUpTable(QTreeView *view, ClearbackgroundTableModel &model)

@@ -29,6 +29,8 @@ public:
 
     /// The initial size of the page, so that the host's layouts provide it.
     QSize sizeHint() const override;
+    /// Watches the schedule's table: some keys open the limits dialog of its current cell.
+    bool eventFilter(QObject *watched, QEvent *event) override;
 
     const ServiceReglamentModel &reglamentModel() const { return m_reglamentModel; }
     /// Reads the car models and their limits again; the operations remain those of the page.
