@@ -130,6 +130,11 @@ void GridDelegate::paintContent(QPainter *painter, QStyleOptionViewItem cell)
     styleOf(cell)->drawControl(QStyle::CE_ItemViewItem, &cell, painter, cell.widget);
 }
 
+bool GridDelegate::fits(const QStyleOptionViewItem &cell)
+{
+    return fittingFont(cell).has_value();
+}
+
 void GridDelegate::paintGrid(QPainter *painter, const QStyleOptionViewItem &option)
 {
     painter->setPen(option.palette.color(QPalette::Midlight));
@@ -146,6 +151,6 @@ bool GridDelegate::isCut(const QStyleOptionViewItem &option, const QModelIndex &
 {
     QStyleOptionViewItem cell(option);
     initStyleOption(&cell, index);
-    return !fittingFont(cell) || sizeHint(option, index).height() > option.rect.height()
+    return !fits(cell) || sizeHint(option, index).height() > option.rect.height()
         || isHuge(index.data().toString());
 }

@@ -33,6 +33,8 @@ protected:
     void initStyleOption(QStyleOptionViewItem *option, const QModelIndex &index) const override;
     /// Qt's styled painting of an option that is complete, condensed if that makes its text fit.
     static void paintContent(QPainter *painter, QStyleOptionViewItem cell);
+    /// Whether the whole text of an option that is complete is shown, condensed if need be.
+    static bool fits(const QStyleOptionViewItem &cell);
     /// The cell's outline; its pen stays on the painter.
     static void paintGrid(QPainter *painter, const QStyleOptionViewItem &option);
     /// What a cell's tool tip contains besides a text that is cut off; nothing by default.

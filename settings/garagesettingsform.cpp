@@ -51,6 +51,7 @@ GarageSettingsForm::GarageSettingsForm(QWidget *parent)
     setUpTable(m_ui->tvServiceReglament, m_reglamentModel);
     m_ui->tvServiceReglament->installEventFilter(this);
     setUpOperationTitles();
+    setUpRowHeights();
     setUpHints();
     for (QTreeView *view : findChildren<QTreeView *>())
         FocusMark::install(view);
@@ -96,6 +97,17 @@ void GarageSettingsForm::setUpOperationTitles()
     QHeaderView *header = m_ui->tvServiceReglament->header();
     header->setMaximumHeight(header->sizeHint().height()
                              + (mostLines - 1) * header->fontMetrics().lineSpacing());
+}
+
+void GarageSettingsForm::setUpRowHeights()
+{
+    QTreeView *view = m_ui->tvServiceReglament;
+    m_rowHeightTimer.setSingleShot(true);
+    m_rowHeightTimer.setInterval(0);
+    connect(&m_rowHeightTimer, &QTimer::timeout, view, &QTreeView::doItemsLayout);
+    const auto layOut = [this] { m_rowHeightTimer.start(); };
+    connect(view->header(), &QHeaderView::sectionResized, &m_rowHeightTimer, layOut);
+    connect(&m_reglamentModel, &QAbstractItemModel::dataChanged, &m_rowHeightTimer, layOut);
 }
 
 void GarageSettingsForm::setUpHints()

@@ -1,9 +1,9 @@
 #pragma once
 
 #include "data/garagedatabase.h"
-#include "settings/operationnamedelegate.h"
 #include "settings/serviceoperationsmodel.h"
 #include "settings/servicereglamentmodel.h"
+#include "settings/settingsdelegate.h"
 
 #include <QJsonObject>
 #include <QTimer>
@@ -50,6 +50,8 @@ private:
     /// Operation names of any length are column titles: long ones are elided, and the height of the header is
     /// limited.
     void setUpOperationTitles();
+    /// The rows are laid out again when a text or a column's width changes how many lines they need.
+    void setUpRowHeights();
     /// What the empty tables say.
     void setUpHints();
     /// Shows the operations of the file that the connection has open now. True if the page showed another
@@ -75,7 +77,8 @@ private:
     ServiceOperationsModel m_operationsModel;
     GarageDatabase m_database;
     int m_shownFile = 0; ///< the database's fileCount() whose operations are shown
-    OperationNameDelegate m_gridDelegate;
+    SettingsDelegate m_gridDelegate;
+    QTimer m_rowHeightTimer; ///< active while the schedule's rows are to be laid out
     QTimer m_rereadTimer; ///< active while what is shown could not be read because the file was busy
     const std::unique_ptr<Ui::GarageSettingsForm> m_ui;
     QSize m_designedSize;

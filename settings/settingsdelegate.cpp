@@ -1,0 +1,96 @@
+#include "settings/settingsdelegate.h"
+
+#include "settings/serviceoperationsmodel.h"
+#include "settings/servicereglamentmodel.h"
+
+#include <QApplication>
+#include <QSet>
+#include <QTreeView>
+
+#include <algorithm>
+
+namespace {
+
+const QChar lineBreak(QChar::LineSeparator);
+
+const ServiceReglamentModel *scheduleOf(const QModelIndex &index)
+{
+    return qobject_cast<const ServiceReglamentModel *>(index.model());
+}
+
+/// The text on one line, on two, on three: hours, runs, laps. One for any other text.
+QStringList brokenTexts(const QString &limits)
+{
+    QStringList figures = limits.split(QLatin1String(". "));
+    constexpr int figureCount = 3;
+    if (figures.size() != figureCount)
+        return {limits};
+    figures[0] += QLatin1Char('.');
+    figures[1] += QLatin1Char('.');
+    const QChar blank(QLatin1Char(' '));
+    return {limits, figures[0] + blank + figures[1] + lineBreak + figures[2],
+            figures[0] + lineBreak + figures[1] + blank + figures[2], figures.join(lineBreak)};
+}
+
+} // namespace
+
+QSize SettingsDelegate::sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const
+{
+    const QSize size = GridDelegate::sizeHint(option, index);
+    const ServiceReglamentModel *schedule = scheduleOf(index);
+    if (!schedule)
+        return size;
+    QStyleOptionViewItem lines(option);
+    GridDelegate::initStyleOption(&lines, index);
+    lines.features |= QStyleOptionViewItem::HasDisplay;
+    lines.text = QString(mostLines(option, *schedule) - 1, lineBreak);
+    const QStyle *style = option.widget ? option.widget->style() : QApplication::style();
+    return {size.width(),
+            style->sizeFromContents(QStyle::CT_ItemViewItem, &lines, QSize(), option.widget).height()};
+}
+
+bool SettingsDelegate::isUnsaved(const QModelIndex &index) const
+{
+    const auto *model = qobject_cast<const ServiceOperationsModel *>(index.model());
+    return model && index.isValid() && !model->isStored(index.row());
+}
+
+void SettingsDelegate::initStyleOption(QStyleOptionViewItem *option, const QModelIndex &index) const
+{
+    GridDelegate::initStyleOption(option, index);
+    const ServiceReglamentModel *schedule = scheduleOf(index);
+    if (!schedule)
+        return;
+    if (!(option->displayAlignment & Qt::AlignVertical_Mask))
+        option->displayAlignment |= Qt::AlignVCenter;
+    if (option->rect.width() <= 0 || !schedule->isOperationColumn(index.column()))
+        return;
+    for (const QString &text : brokenTexts(option->text)) {
+        option->text = text;
+        if (fits(*option))
+            return;
+    }
+}
+
+int SettingsDelegate::mostLines(const QStyleOptionViewItem &option, const QAbstractItemModel &schedule) const
+{
+    const auto *view = qobject_cast<const QTreeView *>(option.widget);
+    int most = 1;
+    if (!view)
+        return most;
+    for (int column = 0; column < schedule.columnCount(); ++column) {
+        QSet<QString> measured;
+        for (int row = 0; row < schedule.rowCount(); ++row) {
+            const QModelIndex index = schedule.index(row, column);
+            const QString text = index.data().toString();
+            if (text.isEmpty() || measured.contains(text))
+                continue;
+            measured.insert(text);
+            QStyleOptionViewItem cell(option);
+            cell.rect = QRect(0, 0, view->columnWidth(column), option.fontMetrics.height());
+            initStyleOption(&cell, index);
+            most = std::max(most, cell.text.count(lineBreak) + 1);
+        }
+    }
+    return most;
+}
