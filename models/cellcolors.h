@@ -1,14 +1,16 @@
 #pragma once
 
+#include "data/statuscolors.h"
+
 #include <QColor>
 #include <QPalette>
 
 /// The colours that carry meaning in the tables.
 namespace CellColors {
 
-inline const QColor attention(255, 127, 127); ///< over a limit, open, pending
-inline const QColor withinLimits(190, 247, 190);
-inline const QColor unavailable(192, 192, 192);
+inline const QColor attention(QRgb(StatusColors::attention));
+inline const QColor withinLimits(QRgb(StatusColors::withinLimits));
+inline const QColor unavailable(QRgb(StatusColors::unavailable));
 
 /// These colours are light: light text over them is replaced by black; any other is unchanged.
 inline void setReadableText(QPalette &palette)
