@@ -1,48 +1,15 @@
 #include "garagectl/output/rowoutput.h"
 
-#include "garagectl/exitcode.h"
 #include "garagectl/output/csv.h"
+#include "garagectl/output/outputfile.h"
 #include "garagectl/output/terminal.h"
 #include "garagectl/wording.h"
 
-#include <QFile>
-#include <QFileInfo>
 #include <QJsonDocument>
-#include <QSaveFile>
 
 #include <CLI/CLI.hpp>
 
 namespace {
-
-[[noreturn]] void failOn(const QFileDevice &file, const QString &path)
-{
-    throw Failure {ExitCode::NotWritten,
-                   text("cannot write %1: %2", "файл %1 не записан: %2").arg(path, file.errorString())};
-}
-
-/// A pipe or a device, which cannot be replaced.
-void writeInto(const QString &path, const QByteArray &bytes)
-{
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.flush())
-        failOn(file, path);
-}
-
-void replaceFile(const QString &path, const QByteArray &bytes)
-{
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.commit())
-        failOn(file, path);
-}
-
-void writeFile(const QString &path, const QByteArray &bytes)
-{
-    const QFileInfo existing(path);
-    if (existing.exists() && !existing.isFile() && !existing.isDir())
-        writeInto(path, bytes);
-    else
-        replaceFile(path, bytes);
-}
 
 QByteArray bytesOf(const RowOptions &options, const RowOutput &output)
 {
@@ -84,5 +51,5 @@ void writeBytes(const RowOptions &options, const QByteArray &bytes)
     if (options.outputFile.empty())
         Terminal::write(bytes);
     else
-        writeFile(QString::fromStdString(options.outputFile), bytes);
+        OutputFile::write(QString::fromStdString(options.outputFile), bytes);
 }

@@ -66,6 +66,7 @@ private slots:
     void hostileNamesComeThroughWhole();
     void anUnfinishedOutputLeavesNothing();
     void outputThatCannotBeWrittenIsReported();
+    void aDatabaseIsNeverReplaced();
 };
 
 void TestToolAnyFile::aMissingFileIsNotMade()
@@ -348,6 +349,16 @@ void TestToolAnyFile::outputThatCannotBeWrittenIsReported()
     const Tool::Result full = Tool::run({"due"}, {}, "/dev/full");
     QCOMPARE(full.exitCode, 5);
     QVERIFY2(full.errors.contains("cannot write to standard output"), qPrintable(full.errors));
+}
+
+void TestToolAnyFile::aDatabaseIsNeverReplaced()
+{
+    fill(*createDatabase());
+    const QStringList before = Tool::folderState(home().databasePath());
+    const Tool::Result result = Tool::run({"due", "--output", home().databasePath()});
+    QCOMPARE(result.exitCode, 5);
+    QVERIFY2(result.errors.contains("it is a database"), qPrintable(result.errors));
+    QCOMPARE(Tool::folderState(home().databasePath()), before);
 }
 
 /// What SQLite leaves when a host dies in the middle of a commit.
