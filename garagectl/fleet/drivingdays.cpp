@@ -38,6 +38,28 @@ QVector<DrivingDay> readSince(const GarageDatabase &database, const QString &sin
     return days;
 }
 
+bool hasLapsSince(const GarageDatabase &database, const QDate &day)
+{
+    QSqlQuery query = database.newQuery();
+    query.prepare(QStringLiteral("SELECT 1 FROM laps WHERE lap_timestamp > :since LIMIT 1"));
+    query.bindValue(QStringLiteral(":since"), dayText(day));
+    query.exec();
+    return database.next(query);
+}
+
+/// Of the laps whose times can be of the past: `today` where there are none.
+QDate latestDay(const GarageDatabase &database, const QDate &today)
+{
+    QSqlQuery query = database.newQuery();
+    query.prepare(QStringLiteral("SELECT max(lap_timestamp) FROM laps WHERE lap_timestamp < :today"));
+    query.bindValue(QStringLiteral(":today"), dayText(today));
+    query.exec();
+    const QDate day = database.next(query)
+        ? QDate::fromString(query.value(0).toString().left(dayText(today).size()), Qt::ISODate)
+        : QDate();
+    return day.isValid() ? day : today;
+}
+
 /// Each day once, the latest first.
 QVector<QDate> openDaysOf(const QVector<DrivingDay> &driving)
 {
@@ -66,10 +88,12 @@ double DrivingDay::driven(Meters::Meter meter) const
 
 QVector<DrivingDay> readDrivingDays(const GarageDatabase &database, const QDate &today, int openDays)
 {
-    // Most tracks are open at least every other day; the dates of a whole season take long to work out.
+    // The dates of a whole season take long to work out, and many tracks are open every day, most others
+    // every other day.
+    const QDate end = hasLapsSince(database, today.addDays(-openDays)) ? today : latestDay(database, today);
     const QString everything = QStringLiteral(""); // not null: every text is greater
-    for (const QString &since :
-         {dayText(today.addDays(-2 * openDays)), dayText(today.addDays(-8 * openDays)), everything}) {
+    for (const QString &since : {dayText(end.addDays(-openDays - 2)), dayText(end.addDays(-2 * openDays)),
+                                 dayText(end.addDays(-8 * openDays)), everything}) {
         QVector<DrivingDay> driving = readSince(database, since, today);
         const QVector<QDate> days = openDaysOf(driving);
         // The first day after `since` may be cut off by the difference between local time and UTC.
