@@ -4,6 +4,7 @@
 #include "garagectl/commands/explaincommand.h"
 #include "garagectl/commands/forecastcommand.h"
 #include "garagectl/commands/historycommand.h"
+#include "garagectl/commands/reportcommand.h"
 
 std::vector<std::unique_ptr<Command>> makeCommands()
 {
@@ -12,5 +13,6 @@ std::vector<std::unique_ptr<Command>> makeCommands()
     commands.push_back(std::make_unique<ForecastCommand>());
     commands.push_back(std::make_unique<ExplainCommand>());
     commands.push_back(std::make_unique<HistoryCommand>());
+    commands.push_back(std::make_unique<ReportCommand>());
     return commands;
 }

@@ -4,7 +4,7 @@ _garagectl() {
     local rows="--format --output" filter="--car --model --operation" always="--database --lang --help"
     for word in "${COMP_WORDS[@]:1:COMP_CWORD-1}"; do
         case $word in
-        due | forecast | explain | history) command=$word && break ;;
+        due | forecast | explain | history | report) command=$word && break ;;
         esac
     done
     case $previous in
@@ -25,7 +25,11 @@ _garagectl() {
     forecast) words="$filter --days --until $rows $always" ;;
     explain) words="--model $rows $always" ;;
     history) words="$filter --from --to --open $rows $always" ;;
-    *) words="due forecast explain history --version $always" ;;
+    report)
+        words="$filter --soon --days --weeks --records $always"
+        [[ $current != -* ]] && mapfile -t COMPREPLY < <(compgen -f -- "$current") && return
+        ;;
+    *) words="due forecast explain history report --version $always" ;;
     esac
     mapfile -t COMPREPLY < <(compgen -W "$words" -- "$current")
 }

@@ -1,7 +1,7 @@
 #include "garagectl/commands/historycommand.h"
 
-#include "data/garagestatistics.h"
 #include "garagectl/database/readonlyfile.h"
+#include "garagectl/fleet/servicelog.h"
 #include "garagectl/output/timetext.h"
 #include "garagectl/wording.h"
 
@@ -41,11 +41,6 @@ QJsonObject jsonOf(const QList<ServiceLogItem> &log)
     for (const ServiceLogItem &item : log)
         rows.append(jsonRow(item));
     return {{QStringLiteral("rows"), rows}};
-}
-
-QString operationText(const ServiceLogItem &item)
-{
-    return item.opId == complaintOperationId ? text("complaint", "жалоба") : item.opName;
 }
 
 TextTable tableOf(const QList<ServiceLogItem> &log)
@@ -99,12 +94,8 @@ ExitCode HistoryCommand::run(const QString &databasePath)
     const QDate from = boundOf(m_from);
     const QDate to = boundOf(m_to);
     QList<ServiceLogItem> log;
-    ReadOnlyFile::read(databasePath, [&log](const GarageDatabase &database) {
-        ReadOnlyFile::requireTables(database,
-                                    {QStringLiteral("cars"), QStringLiteral("maintainance"),
-                                     QStringLiteral("personal"), QStringLiteral("service_operations")});
-        log = GarageStatistics::readServiceLog(database);
-    });
+    ReadOnlyFile::read(databasePath,
+                       [&log](const GarageDatabase &database) { log = readServiceLog(database); });
 
     const auto isHidden = [&](const ServiceLogItem &item) {
         const QDate day = item.opTime.date();

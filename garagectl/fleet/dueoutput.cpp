@@ -7,23 +7,6 @@ namespace {
 
 const QString dash(QChar(0x2014));
 
-QString stateText(DueState state)
-{
-    switch (state) {
-    case DueState::Open:
-        return text("open", "открыто");
-    case DueState::Due:
-        return text("due", "пора");
-    case DueState::Soon:
-        return text("soon", "скоро");
-    case DueState::Ok:
-        return text("ok", "в норме");
-    case DueState::Never:
-        return text("never done", "не делали");
-    }
-    return {};
-}
-
 TextTable::Tone toneOf(DueState state)
 {
     switch (state) {
@@ -38,34 +21,6 @@ TextTable::Tone toneOf(DueState state)
         return TextTable::Faint;
     }
     return TextTable::Plain;
-}
-
-QString shareText(const DueRow &row, const std::optional<Meters::Share> &share)
-{
-    if (!share || !row.isRecorded)
-        return dash;
-    return QString::number(int(share->value * 100)) + QLatin1String(" %");
-}
-
-/// The meter that decides: what was driven, and the limit.
-QString drivenText(const DueRow &row, const std::optional<Meters::Share> &share)
-{
-    if (!share)
-        return dash;
-    const QString limit = DueOutput::amount(share->meter, Meters::limit(row.limits, share->meter));
-    if (!row.isRecorded)
-        return limit;
-    const int driven = Meters::driven(row.stat, share->meter);
-    const QString number = share->meter == Meters::Seconds ? QString::number(driven / secondsPerHour, 'f', 1)
-                                                           : QString::number(driven);
-    return text("%1 of %2", "%1 из %2").arg(number, limit);
-}
-
-QString leftText(const DueRow &row, const std::optional<Meters::Share> &share)
-{
-    if (!share || !row.isRecorded)
-        return dash;
-    return DueOutput::amount(share->meter, double(*Meters::left(row.stat, row.limits, share->meter)));
 }
 
 } // namespace
@@ -155,15 +110,67 @@ QVector<TextTable::Column> DueOutput::columns()
 TextTable::Row DueOutput::cells(const DueRow &row)
 {
     const TextTable::Tone tone = toneOf(row.state);
-    const std::optional<Meters::Share> share = Meters::largestShare(row.stat, row.limits);
     return {row.carModel,
             row.carNumber,
             operationText(row),
             {stateText(row.state), tone},
             TimeText::forPeople(row.stat.lastDone),
-            {shareText(row, share), tone},
-            drivenText(row, share),
-            leftText(row, share)};
+            {shareText(row), tone},
+            drivenText(row),
+            leftText(row)};
+}
+
+QString DueOutput::stateText(DueState state)
+{
+    switch (state) {
+    case DueState::Open:
+        return text("open", "открыто");
+    case DueState::Due:
+        return text("due", "пора");
+    case DueState::Soon:
+        return text("soon", "скоро");
+    case DueState::Ok:
+        return text("ok", "в норме");
+    case DueState::Never:
+        return text("never done", "не делали");
+    }
+    return {};
+}
+
+std::optional<int> DueOutput::percent(const DueRow &row)
+{
+    const std::optional<Meters::Share> share = Meters::largestShare(row.stat, row.limits);
+    if (!share || !row.isRecorded)
+        return std::nullopt;
+    return int(share->value * 100);
+}
+
+QString DueOutput::shareText(const DueRow &row)
+{
+    const std::optional<int> share = percent(row);
+    return share ? QString::number(*share) + QLatin1String(" %") : dash;
+}
+
+QString DueOutput::drivenText(const DueRow &row)
+{
+    const std::optional<Meters::Share> share = Meters::largestShare(row.stat, row.limits);
+    if (!share)
+        return dash;
+    const QString limit = amount(share->meter, Meters::limit(row.limits, share->meter));
+    if (!row.isRecorded)
+        return limit;
+    const int driven = Meters::driven(row.stat, share->meter);
+    const QString number = share->meter == Meters::Seconds ? QString::number(driven / secondsPerHour, 'f', 1)
+                                                           : QString::number(driven);
+    return text("%1 of %2", "%1 из %2").arg(number, limit);
+}
+
+QString DueOutput::leftText(const DueRow &row)
+{
+    const std::optional<Meters::Share> share = Meters::largestShare(row.stat, row.limits);
+    if (!share || !row.isRecorded)
+        return dash;
+    return amount(share->meter, double(*Meters::left(row.stat, row.limits, share->meter)));
 }
 
 QString DueOutput::amount(Meters::Meter meter, double value)

@@ -35,12 +35,16 @@ void RowFilter::addTo(CLI::App &command)
               text("OPERATION", "ОПЕРАЦИЯ"));
 }
 
+bool RowFilter::acceptsCar(const QString &number, const QString &model) const
+{
+    return acceptsAny(cars, [&number](const QString &value) { return value == number; })
+        && acceptsAny(models, [&model](const QString &value) { return value == model; });
+}
+
 bool RowFilter::accepts(const QString &carNumber, const QString &carModel, int opId,
                         const QString &opName) const
 {
-    return acceptsAny(cars, [&](const QString &value) { return value == carNumber; })
-        && acceptsAny(models, [&](const QString &value) { return value == carModel; })
-        && acceptsAny(operations, [&](const QString &value) {
+    return acceptsCar(carNumber, carModel) && acceptsAny(operations, [&](const QString &value) {
                return value.compare(opName, Qt::CaseInsensitive) == 0 || value == QString::number(opId);
            });
 }

@@ -15,6 +15,7 @@ struct RowFilter
 {
     void addTo(CLI::App &command);
 
+    bool acceptsCar(const QString &number, const QString &model) const;
     /// An operation is named by its name, in any case of letters, or by its id.
     bool accepts(const QString &carNumber, const QString &carModel, int opId, const QString &opName) const;
 

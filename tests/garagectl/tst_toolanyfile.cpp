@@ -13,7 +13,8 @@
 
 namespace {
 
-const QList<QStringList> commands = {{"due"}, {"forecast"}, {"explain", "7", "Chain"}, {"history"}};
+const QList<QStringList> commands = {
+    {"due"}, {"forecast"}, {"explain", "7", "Chain"}, {"history"}, {"report", "/dev/stdout"}};
 
 void fill(const TestDatabase &database)
 {
