@@ -336,9 +336,12 @@ void TestKeyboardWalk::aHeldKeyOpensOneDialog()
 {
     tabTo<QTreeView>("tvMaintainanceTable");
     goTo(0, 3);
-    QTest::simulateEvent(table(), true, Qt::Key_Return, {}, QString(), true);
-    QVERIFY(!QApplication::activeModalWidget());
-    QVERIFY(m_window->events.isEmpty());
+    const auto sendReturn = [this](bool isRepeated) {
+        return opensDialog(
+            [=] { QTest::simulateEvent(table(), true, Qt::Key_Return, {}, QString(), isRepeated); });
+    };
+    QVERIFY(sendReturn(false));
+    QVERIFY(!sendReturn(true));
 }
 
 void TestKeyboardWalk::theFocusAloneMeansNoCar()
@@ -457,8 +460,7 @@ void TestKeyboardWalk::aCarDeletedUnderTheMenuIsNotReplaced()
             QTest::mouseClick(&menu, Qt::LeftButton, {},
                               menu.actionGeometry(menu.actions().at(action)).center());
         });
-        pressMenuKey(focused());
-        QVERIFY(!QApplication::activeModalWidget());
+        QVERIFY(!opensDialog([this] { pressMenuKey(focused()); }));
         database->addCar(1, "10", "Sodi");
         m_window->reload();
         goTo(m_window->visibleRowOf("10"), 3);

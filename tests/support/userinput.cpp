@@ -83,6 +83,21 @@ void onNextDialog(QDialogButtonBox::StandardButton button)
     onNextDialog([button](QDialog &dialog) { press(dialog, button); });
 }
 
+bool opensDialog(const std::function<void()> &action)
+{
+    bool isOpened = false;
+    QTimer timer;
+    QObject::connect(&timer, &QTimer::timeout, [&isOpened] {
+        if (auto *dialog = qobject_cast<QDialog *>(QApplication::activeModalWidget())) {
+            isOpened = true;
+            dialog->reject();
+        }
+    });
+    timer.start(1);
+    action();
+    return isOpened;
+}
+
 bool allDialogsAnswered()
 {
     return awaitedDialogs == 0;

@@ -41,5 +41,7 @@ QStringList rowTexts(const QAbstractItemModel &model);
 void onNextDialog(const std::function<void(QDialog &)> &answer);
 /// Presses that button of the next modal dialog.
 void onNextDialog(QDialogButtonBox::StandardButton button);
+/// Whether the action opens a modal dialog, which is rejected.
+bool opensDialog(const std::function<void()> &action);
 /// True once every awaited dialog was answered.
 bool allDialogsAnswered();
