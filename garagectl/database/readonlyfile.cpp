@@ -1,7 +1,6 @@
 #include "garagectl/database/readonlyfile.h"
 
 #include "garagectl/database/filestate.h"
-#include "garagectl/exitcode.h"
 #include "garagectl/wording.h"
 
 #include <QElapsedTimer>
@@ -26,7 +25,8 @@ struct Access
 
 Access accessTo(const FileState &file)
 {
-    if (file.kind() != FileState::WriteAheadLog)
+    // SQLite reads a log also beside a file that has none by its header.
+    if (file.kind() != FileState::WriteAheadLog && !file.hasLog())
         return {QLatin1String("mode=ro")};
     // A plain read-only connection makes a log and its index where they are missing.
     if (!file.hasLog())
@@ -45,26 +45,30 @@ QString uriOf(const QString &path, QLatin1String query)
     return QString::fromLatin1(uri.toEncoded());
 }
 
-[[noreturn]] void fail(const QString &message)
+using namespace ReadOnlyFile;
+
+[[noreturn]] void fail(Problem problem, const QString &message)
 {
-    throw Failure {ExitCode::NoDatabase, message};
+    throw ReadFailure {{ExitCode::NoDatabase, message}, problem};
 }
 
 void requireDatabase(const QString &path, FileState::Kind kind)
 {
     switch (kind) {
     case FileState::Missing:
-        fail(text("there is no file %1", "файла %1 нет").arg(path));
+        fail(Missing, text("there is no file %1", "файла %1 нет").arg(path));
     case FileState::NotAFile:
-        fail(text("%1 is not a file", "%1 — не файл").arg(path));
+        fail(NotAFile, text("%1 is not a file", "%1 — не файл").arg(path));
     case FileState::NotReadable:
-        fail(text("%1 may not be read by this user", "этому пользователю нельзя читать %1").arg(path));
+        fail(NotReadable,
+             text("%1 may not be read by this user", "этому пользователю нельзя читать %1").arg(path));
     case FileState::Empty:
-        fail(text("%1 is empty: the host has not made its tables yet",
+        fail(Empty,
+             text("%1 is empty: the host has not made its tables yet",
                   "файл %1 пуст: программа хронометража ещё не создала в нём таблицы")
                  .arg(path));
     case FileState::NotADatabase:
-        fail(text("%1 is not an SQLite database", "%1 — не база SQLite").arg(path));
+        fail(NotADatabase, text("%1 is not an SQLite database", "%1 — не база SQLite").arg(path));
     case FileState::RollbackJournal:
     case FileState::WriteAheadLog:
         break;
@@ -75,26 +79,30 @@ void requireDatabase(const QString &path, FileState::Kind kind)
 {
     // https://www.sqlite.org/rescode.html
     constexpr int primaryCodeMask = 0xff;
+    constexpr int wrongStatement = 1;
     constexpr int readOnly =
         8; // even reading would have to write: the journal of another program is left over
     constexpr int corrupt = 11;
     constexpr int notADatabase = 26;
     const int code = error.nativeErrorCode().toInt() & primaryCodeMask;
     if (isBusy(error)) {
-        fail(text("another program keeps %1 locked; it was waited for",
+        fail(Locked,
+             text("another program keeps %1 locked; it was waited for",
                   "%1 занята другой программой, ждать дольше нельзя")
                  .arg(path));
     }
     if (code == readOnly) {
-        fail(text("%1 was left in the middle of a write; start the host once, which completes or undoes it",
+        fail(UnfinishedWrite,
+             text("%1 was left in the middle of a write; start the host once, which completes or undoes it",
                   "запись в %1 оборвалась; запустите программу хронометража: она её завершит или отменит")
                  .arg(path));
     }
     if (code == notADatabase)
-        fail(text("%1 is not an SQLite database", "%1 — не база SQLite").arg(path));
+        fail(NotADatabase, text("%1 is not an SQLite database", "%1 — не база SQLite").arg(path));
     if (code == corrupt)
-        fail(text("%1 is damaged: %2", "%1 повреждена: %2").arg(path, error.databaseText()));
-    fail(text("cannot read %1: %2", "не удалось прочитать %1: %2").arg(path, error.databaseText()));
+        fail(Damaged, text("%1 is damaged: %2", "%1 повреждена: %2").arg(path, error.databaseText()));
+    fail(code == wrongStatement ? WrongStatement : OtherProblem,
+         text("cannot read %1: %2", "не удалось прочитать %1: %2").arg(path, error.databaseText()));
 }
 
 void requireSuccess(const QSqlQuery &query, const QString &path)
@@ -120,32 +128,38 @@ void beginReading(const GarageDatabase &database, const QString &path)
     }
 }
 
-void readOnce(const QString &path, const Access &access, const ReadOnlyFile::Reading &reading)
+void readOnce(const QString &path, const Access &access, const Reading &reading,
+              const StatementInterrupter::Condition &interruption)
 {
     const GarageDatabase database(
         QStringLiteral("garagectl"), uriOf(path, access.uriQuery),
-        QStringLiteral("QSQLITE_OPEN_URI;QSQLITE_OPEN_READONLY;QSQLITE_BUSY_TIMEOUT=0"));
+        QStringLiteral("QSQLITE_OPEN_URI;QSQLITE_OPEN_READONLY;QSQLITE_BUSY_TIMEOUT=0"), interruption);
     if (!database.isOpen())
-        fail(text("cannot open %1", "не удалось открыть %1").arg(path));
+        fail(OtherProblem, text("cannot open %1", "не удалось открыть %1").arg(path));
     if (access.firstStatement)
         requireSuccess(database.run(QLatin1String(access.firstStatement)), path);
     beginReading(database, path);
 
-    reading(database);
+    try {
+        reading(database);
+    } catch (const QSqlError &error) {
+        failOn(error, path);
+    }
     if (database.readError().isValid())
         failOn(database.readError(), path);
 }
 
 } // namespace
 
-void ReadOnlyFile::read(const QString &path, const Reading &reading)
+void ReadOnlyFile::read(const QString &path, const Reading &reading,
+                        const StatementInterrupter::Condition &interruption)
 {
     for (int i = 0; i < mostReadings; ++i) {
         const FileState before(path);
         requireDatabase(path, before.kind());
         const Access access = accessTo(before);
         try {
-            readOnce(path, access, reading);
+            readOnce(path, access, reading, interruption);
         } catch (const Failure &) {
             if (access.hasLocks || FileState(path) == before)
                 throw;
@@ -154,7 +168,8 @@ void ReadOnlyFile::read(const QString &path, const Reading &reading)
         if (access.hasLocks || FileState(path) == before)
             return;
     }
-    fail(text("%1 changed each time while it was read; try again",
+    fail(KeepsChanging,
+         text("%1 changed each time while it was read; try again",
               "%1 менялась при каждом чтении; повторите позже")
              .arg(path));
 }
@@ -172,7 +187,8 @@ void ReadOnlyFile::requireTables(const GarageDatabase &database, const QStringLi
             missing.append(table);
     }
     if (!missing.isEmpty()) {
-        fail(text("this is not a garage database, tables are missing: %1",
+        fail(OtherProblem,
+             text("this is not a garage database, tables are missing: %1",
                   "это не база гаража, в ней нет таблиц: %1")
                  .arg(missing.join(QLatin1String(", "))));
     }
