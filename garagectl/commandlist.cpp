@@ -1,5 +1,6 @@
 #include "garagectl/commandlist.h"
 
+#include "garagectl/commands/backupcommand.h"
 #include "garagectl/commands/duecommand.h"
 #include "garagectl/commands/explaincommand.h"
 #include "garagectl/commands/forecastcommand.h"
@@ -14,5 +15,6 @@ std::vector<std::unique_ptr<Command>> makeCommands()
     commands.push_back(std::make_unique<ExplainCommand>());
     commands.push_back(std::make_unique<HistoryCommand>());
     commands.push_back(std::make_unique<ReportCommand>());
+    commands.push_back(std::make_unique<BackupCommand>());
     return commands;
 }
