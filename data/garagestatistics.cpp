@@ -175,3 +175,13 @@ ServiceOperations GarageStatistics::readOperations(const GarageDatabase &databas
         operations.insert(operation.id, operation.name);
     return operations;
 }
+
+QStringList GarageStatistics::statements()
+{
+    return {selectCars, selectDrivingSinceService, selectServiceLog, selectReglament};
+}
+
+QString GarageStatistics::drivingStatement()
+{
+    return selectDrivingSinceService;
+}

@@ -17,4 +17,9 @@ void readDrivingSinceService(const GarageDatabase &database, QList<MaintainanceI
 [[nodiscard]] QList<ModelReglament> readReglament(const GarageDatabase &database);
 [[nodiscard]] ServiceOperations readOperations(const GarageDatabase &database);
 
+/// The SQL of the functions above, but readOperations().
+[[nodiscard]] QStringList statements();
+/// That of readDrivingSinceService() alone, which reads the laps.
+[[nodiscard]] QString drivingStatement();
+
 } // namespace GarageStatistics

@@ -147,3 +147,8 @@ bool ServiceRecordStore::storeRemote(GarageDatabase &database, const QVector<Rem
     }
     return transaction.commit();
 }
+
+QString ServiceRecordStore::remoteUpdateStatement()
+{
+    return updateRemote;
+}

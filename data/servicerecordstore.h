@@ -55,4 +55,7 @@ bool remove(GarageDatabase &database, int localId, ImmediateTransaction::RetryPr
 bool storeRemote(GarageDatabase &database, const QVector<RemoteServiceRecord> &records,
                  ImmediateTransaction::RetryPredicate mayRetry = {});
 
+/// The SQL by which storeRemote() looks for the rows of a record.
+[[nodiscard]] QString remoteUpdateStatement();
+
 } // namespace ServiceRecordStore

@@ -4,18 +4,18 @@ _garagectl() {
     local rows="--format --output" filter="--car --model --operation" always="--database --lang --help"
     for word in "${COMP_WORDS[@]:1:COMP_CWORD-1}"; do
         case $word in
-        due | forecast | explain | history | report) command=$word && break ;;
+        due | forecast | explain | history | report | doctor | audit | backup) command=$word && break ;;
         esac
     done
     case $previous in
-    --database | --output) mapfile -t COMPREPLY < <(compgen -f -- "$current") && return ;;
+    --database | --output | --check) mapfile -t COMPREPLY < <(compgen -f -- "$current") && return ;;
     --lang) mapfile -t COMPREPLY < <(compgen -W "ru en" -- "$current") && return ;;
     --state) mapfile -t COMPREPLY < <(compgen -W "open due soon ok never" -- "$current") && return ;;
     --sort) mapfile -t COMPREPLY < <(compgen -W "state share car operation last" -- "$current") && return ;;
     --fail-if) mapfile -t COMPREPLY < <(compgen -W "due soon" -- "$current") && return ;;
     --format)
         local formats="table csv json"
-        [ "$command" = explain ] && formats="text json"
+        [[ $command = explain || $command = backup ]] && formats="text json"
         mapfile -t COMPREPLY < <(compgen -W "$formats" -- "$current") && return
         ;;
     esac
@@ -29,7 +29,16 @@ _garagectl() {
         words="$filter --soon --days --weeks --records $always"
         [[ $current != -* ]] && mapfile -t COMPREPLY < <(compgen -f -- "$current") && return
         ;;
-    *) words="due forecast explain history report --version $always" ;;
+    doctor) words="$rows $always" ;;
+    audit)
+        [[ $current = -* ]] || { mapfile -t COMPREPLY < <(compgen -f -- "$current") && return; }
+        words="$rows $always"
+        ;;
+    backup)
+        [[ $current = -* ]] || { mapfile -t COMPREPLY < <(compgen -d -- "$current") && return; }
+        words="--keep --check $rows $always"
+        ;;
+    *) words="due forecast explain history report doctor audit backup --version $always" ;;
     esac
     mapfile -t COMPREPLY < <(compgen -W "$words" -- "$current")
 }

@@ -8,13 +8,18 @@
 #include <QElapsedTimer>
 #include <QFile>
 
+#include <algorithm>
 #include <atomic>
 #include <thread>
 
 namespace {
 
+/// FOLDER stands for a folder without files, LOG for a message log.
 const QList<QStringList> commands = {
-    {"due"}, {"forecast"}, {"explain", "7", "Chain"}, {"history"}, {"report", "/dev/stdout"}};
+    {"due"},    {"forecast"},     {"explain", "7", "Chain"}, {"history"}, {"report", "/dev/stdout"},
+    {"doctor"}, {"audit", "LOG"}, {"backup", "FOLDER"}};
+/// Those whose output shows the karts.
+const QStringList kartCommands = {"due", "forecast", "explain", "history", "report"};
 
 void fill(const TestDatabase &database)
 {
@@ -33,13 +38,26 @@ void addCommands()
         QTest::newRow(qPrintable(command.first())) << command;
 }
 
-/// Something that can be read, but a failure in one sentence.
+/// No output, but a failure in one sentence.
 void verifyRefused(const Tool::Result &result, const QString &reason)
 {
     QCOMPARE(result.exitCode, 3);
     QVERIFY2(result.output.isEmpty(), result.output.constData());
     QVERIFY2(result.errors.contains(reason), qPrintable(result.errors));
     QCOMPARE(result.errors.count('\n'), 1);
+}
+
+/// The same, but for the command whose output says what is wrong.
+void verifyFaultNamed(const QStringList &command, const Tool::Result &result, const QString &reason,
+                      const QString &findingId)
+{
+    if (command.first() != "doctor") {
+        verifyRefused(result, reason);
+        return;
+    }
+    QCOMPARE(result.exitCode, 4);
+    QCOMPARE(result.errors, QString());
+    QVERIFY2(result.output.contains(findingId.toUtf8()), result.output.constData());
 }
 
 } // namespace
@@ -68,15 +86,41 @@ private slots:
     void anUnfinishedOutputLeavesNothing();
     void outputThatCannotBeWrittenIsReported();
     void aDatabaseIsNeverReplaced();
+
+private:
+    Tool::Result runOn(const QStringList &command, const QStringList &options = {});
 };
+
+/// Verifies, too, that a command leaves no file that it has not finished.
+Tool::Result TestToolAnyFile::runOn(const QStringList &command, const QStringList &options)
+{
+    const QString folder = home().path() + "/copies";
+    const QString log = home().path() + "/messages.jsonl";
+    QDir().mkpath(folder);
+    QFile file(log);
+    if (file.open(QIODevice::WriteOnly))
+        file.write(R"({"module":"host","event":"run_closed","data":{}})");
+    file.close();
+    QStringList arguments = command + options;
+    arguments.replaceInStrings("FOLDER", folder).replaceInStrings("LOG", log);
+    const Tool::Result result = Tool::run(arguments);
+    const QStringList files = QDir(folder).entryList(QDir::Files | QDir::Hidden);
+    const bool hasCopy = command.first() == "backup" && result.exitCode == 0;
+    if (files.size() != (hasCopy ? 1 : 0))
+        return {-1, "", "unexpected files: " + files.join(' ')};
+    for (const QString &copy : files)
+        QFile::remove(folder + '/' + copy);
+    return result;
+}
 
 void TestToolAnyFile::aMissingFileIsNotMade()
 {
     QFETCH(QStringList, command);
-    verifyRefused(Tool::run(command), "there is no file " + home().databasePath());
+    const QString reason = "there is no file " + home().databasePath();
+    verifyFaultNamed(command, runOn(command), reason, "folder-missing");
     QVERIFY(!QFile::exists(home().databasePath()));
     home().createDatabaseFolder();
-    verifyRefused(Tool::run(command), "there is no file " + home().databasePath());
+    verifyFaultNamed(command, runOn(command), reason, "file-missing");
     QVERIFY(Tool::folderState(home().databasePath()).isEmpty());
 }
 
@@ -101,8 +145,9 @@ void TestToolAnyFile::filesThatAreNoDatabaseAreRefused()
     file.write(content);
     file.close();
     const QStringList before = Tool::folderState(home().databasePath());
+    const QString findingId = content.isEmpty() ? "file-empty" : "not-a-database";
     for (const QStringList &command : commands) {
-        verifyRefused(Tool::run(command), reason);
+        verifyFaultNamed(command, runOn(command), reason, findingId);
         QCOMPARE(Tool::folderState(home().databasePath()), before);
     }
     verifyRefused(Tool::run({"due", "--database", home().path()}), "is not a file");
@@ -112,12 +157,12 @@ void TestToolAnyFile::eachMissingTableIsNamed_data()
 {
     QTest::addColumn<QString>("table");
     QTest::addColumn<QStringList>("unaffected");
-    QTest::newRow("cars") << "cars" << QStringList();
-    QTest::newRow("laps") << "laps" << QStringList {"history"};
+    QTest::newRow("cars") << "cars" << QStringList {"audit"};
+    QTest::newRow("laps") << "laps" << QStringList {"history", "audit"};
     QTest::newRow("maintainance") << "maintainance" << QStringList();
-    QTest::newRow("personal") << "personal" << QStringList {"due", "forecast", "explain"};
-    QTest::newRow("service_operations") << "service_operations" << QStringList();
-    QTest::newRow("service_reglament") << "service_reglament" << QStringList {"history"};
+    QTest::newRow("personal") << "personal" << QStringList {"due", "forecast", "explain", "audit"};
+    QTest::newRow("service_operations") << "service_operations" << QStringList {"audit"};
+    QTest::newRow("service_reglament") << "service_reglament" << QStringList {"history", "audit"};
 }
 
 void TestToolAnyFile::eachMissingTableIsNamed()
@@ -130,11 +175,11 @@ void TestToolAnyFile::eachMissingTableIsNamed()
         database->exec("DROP TABLE " + table);
     }
     for (const QStringList &command : commands) {
-        const Tool::Result result = Tool::run(command);
+        const Tool::Result result = runOn(command);
         if (unaffected.contains(command.first()))
             QCOMPARE(result.exitCode, 0);
         else
-            verifyRefused(result, "tables are missing: " + table);
+            verifyFaultNamed(command, result, "tables are missing: " + table, "table-missing");
     }
 }
 
@@ -162,7 +207,7 @@ void TestToolAnyFile::aGoodFileStaysAsItIs()
         QVERIFY(QFile::setPermissions(folder, readOnly));
     const QStringList before = Tool::folderState(home().databasePath());
     for (const QStringList &command : commands) {
-        const Tool::Result result = Tool::run(command);
+        const Tool::Result result = runOn(command);
         const bool hasNoKart = !hasRows && command.first() == "explain";
         QCOMPARE(result.exitCode, hasNoKart ? 1 : 0);
         QCOMPARE(result.errors.isEmpty(), !hasNoKart);
@@ -200,9 +245,9 @@ void TestToolAnyFile::aWriteAheadLogStaysAsItIs()
     const QStringList before = Tool::folderState(path);
     QCOMPARE(before.size(), state == "closed" ? 1 : state == "without index" ? 2 : 3);
     for (const QStringList &command : commands) {
-        const Tool::Result result = Tool::run(QStringList(command) << "--database" << path);
+        const Tool::Result result = runOn(command, {"--database", path});
         QVERIFY2(result.exitCode == 0, qPrintable(result.errors));
-        QVERIFY(result.output.contains("Sodi"));
+        QVERIFY(result.output.contains("Sodi") || !kartCommands.contains(command.first()));
         QCOMPARE(Tool::folderState(path), before);
     }
 }
@@ -213,9 +258,9 @@ void TestToolAnyFile::aLockIsWaitedFor()
     fill(*database);
     for (const QStringList &command : commands) {
         const DatabaseLock lock(home().databasePath(), DatabaseLock::Exclusive, 700);
-        const Tool::Result result = Tool::run(command);
+        const Tool::Result result = runOn(command);
         QVERIFY2(result.exitCode == 0, qPrintable(result.errors));
-        QVERIFY(result.output.contains("Sodi"));
+        QVERIFY(result.output.contains("Sodi") || !kartCommands.contains(command.first()));
     }
 }
 
@@ -224,10 +269,12 @@ void TestToolAnyFile::aLockThatStaysIsReported()
     const auto database = createDatabase();
     fill(*database);
     const DatabaseLock lock(home().databasePath(), DatabaseLock::Exclusive, 60000);
-    QElapsedTimer timer;
-    timer.start();
-    verifyRefused(Tool::run({"due"}), "keeps " + home().databasePath() + " locked");
-    QVERIFY(timer.elapsed() > 4000);
+    for (const QStringList &command : {QStringList("due"), QStringList {"backup", "FOLDER"}}) {
+        QElapsedTimer timer;
+        timer.start();
+        verifyFaultNamed(command, runOn(command), "keeps " + home().databasePath() + " locked", "locked");
+        QVERIFY(timer.elapsed() > 4000);
+    }
 }
 
 void TestToolAnyFile::aBusyHostDoesNotDisturb()
@@ -261,8 +308,15 @@ void TestToolAnyFile::aBusyHostDoesNotDisturb()
             QFAIL(qPrintable(result.errors + result.output));
         }
     }
+    QStringList failed;
+    for (const QStringList &command : commands) {
+        const Tool::Result result = runOn(command);
+        if (result.exitCode != 0)
+            failed.append(command.first() + ": " + result.errors + result.output);
+    }
     isDone = true;
     host.join();
+    QVERIFY2(failed.isEmpty(), qPrintable(failed.join('\n')));
     QVERIFY(commits > 5);
 }
 
@@ -312,6 +366,19 @@ void TestToolAnyFile::hostileNamesComeThroughWhole()
         for (const QByteArray &line : table.output.split('\n'))
             QVERIFY(QString::fromUtf8(line).size() < 400);
     }
+    // The last three show names as examples only.
+    TestDatabase(home().databasePath(), false).addLimit(name + "2", 99, 0, 0, 2);
+    for (const QStringList &command : commands.mid(5)) {
+        const Tool::Result result = runOn(command);
+        QVERIFY2(result.exitCode == 0, qPrintable(result.errors));
+        QVERIFY(!result.output.contains('\033'));
+        for (const QByteArray &line : result.output.split('\n'))
+            QVERIFY(QString::fromUtf8(line).size() < 400);
+    }
+    const QJsonArray findings = runOn({"doctor", "--format", "json"}).json().value("findings").toArray();
+    QVERIFY(std::any_of(findings.begin(), findings.end(), [&name](const QJsonValue &finding) {
+        return finding.toObject().value("examples").toArray().contains(QString(name + "2"));
+    }));
     const Tool::Result explained = Tool::run({"explain", name, "1"});
     QVERIFY2(explained.exitCode == 0, qPrintable(explained.errors));
     const QString shown = TextWidth::printable(name);
@@ -380,8 +447,8 @@ void TestToolAnyFile::anInterruptedWriteIsReported()
     const QStringList before = Tool::folderState(copy);
     QCOMPARE(before.size(), 2);
     for (const QStringList &command : commands) {
-        verifyRefused(Tool::run(QStringList(command) << "--database" << copy),
-                      "was left in the middle of a write");
+        verifyFaultNamed(command, runOn(command, {"--database", copy}), "was left in the middle of a write",
+                         "unfinished-write");
         QCOMPARE(Tool::folderState(copy), before);
     }
 }

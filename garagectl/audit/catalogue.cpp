@@ -1,0 +1,82 @@
+#include "garagectl/audit/audit.h"
+
+const std::vector<FindingText> &Audit::catalogue()
+{
+    static const std::vector<FindingText> texts {
+        {"archived-not-stored",
+         Finding::Error,
+         {"Archived, but not in the database", "В архиве, но не в базе"},
+         {"The remote side counts these records as taken over and never sends them again: they are lost.",
+          "Удалённая сторона считает эти записи переданными и больше их не пришлёт: они потеряны."},
+         {"Let the remote side send them again, or record them by hand.",
+          "Пусть удалённая сторона пришлёт их снова, или запишите их вручную."}},
+        {"archived-unknown",
+         Finding::Warning,
+         {"Archived, with neither message nor row", "В архиве, но нет ни сообщения, ни строки"},
+         {"The log does not have the message that brought them. They may be lost, or stored under a local "
+          "id.",
+          "В журнале нет сообщения, которое их принесло. Они потеряны или сохранены под местным номером."},
+         {"Look for them in the service log; else let the remote side send them again.",
+          "Поищите их в журнале обслуживания; если нет, пусть удалённая сторона пришлёт их снова."}},
+        {"deleted-still-stored",
+         Finding::Error,
+         {"Deleted, but still in the database", "Удалено, но осталось в базе"},
+         {"The remote side has deleted these records; here they still count. (Without AUTOINCREMENT the row "
+          "may "
+          "be a new one with an old id: garagectl doctor, ids-reused.)",
+          "Удалённая сторона их удалила, а здесь они учитываются. (Без AUTOINCREMENT это может быть новая "
+          "запись со старым номером: garagectl doctor, ids-reused.)"},
+         {"Delete them again in the service log.", "Удалите их в журнале обслуживания ещё раз."}},
+        {"stored-twice",
+         Finding::Error,
+         {"One record in several rows", "Одна запись в нескольких строках"},
+         {"The service log shows the same work several times, and a change strikes one of the rows only, or "
+          "all.",
+          "Журнал показывает одну работу несколько раз, изменение затронет одну строку или все."},
+         {"Delete all but one of the rows; let the remote side send back the \"localId\" of what it got.",
+          "Удалите лишние строки; пусть удалённая сторона возвращает полученный «localId»."}},
+        {"overwritten",
+         Finding::Error,
+         {"Overwritten by another record", "Перезаписано другой записью"},
+         {"The row of an archived record holds other work: the record is lost.",
+          "В строке записи, ушедшей в архив, другая работа: запись потеряна."},
+         {"Record it again; let the remote side send each \"localId\" for one record only, and always an "
+          "\"id\".",
+          "Запишите её снова; пусть удалённая сторона шлёт каждый «localId» для одной записи и всегда "
+          "«id»."}},
+        {"batch-unanswered",
+         Finding::Error,
+         {"Records that were never archived", "Записи, не ушедшие в архив"},
+         {"They are not stored, or the remote side will send them again.",
+          "Они не сохранены, или удалённая сторона пришлёт их снова."},
+         {"See whether the file can be written (garagectl doctor), and whether the host ended meanwhile.",
+          "Проверьте, можно ли писать в файл (garagectl doctor) и не закрылась ли программа в это время."}},
+        {"completion-unanswered",
+         Finding::Warning,
+         {"Completed in the window, but still open", "Выполнено в окне, но всё ещё открыто"},
+         {"The remote side never returned the record: its row stays red.",
+          "Удалённая сторона не вернула запись: строка остаётся красной."},
+         {"Check the connection to the remote side, and complete the record again.",
+          "Проверьте связь с удалённой стороной и выполните запись снова."}},
+        {"request-unanswered",
+         Finding::Warning,
+         {"Requests without an answer", "Запросы без ответа"},
+         {"The window or the remote control waits for what never comes.",
+          "Окно или пульт ждёт того, что не придёт."},
+         {"See which side is silent: the module answers at once, the host when it has read its tables.",
+          "Посмотрите, кто молчит: модуль отвечает сразу, программа — прочитав свои таблицы."}},
+        {"malformed-line",
+         Finding::Warning,
+         {"Lines that are no messages", "Строки, которые не сообщения"},
+         {"What they said is missing from this comparison.", "То, что в них было, не сравнивалось."},
+         {"Save the log again, whole; each line is one JSON object with \"event\" and \"data\".",
+          "Сохраните журнал заново и целиком; строка — объект JSON с «event» и «data»."}},
+        {"no-messages",
+         Finding::Error,
+         {"The log has no messages", "В журнале нет сообщений"},
+         {"Nothing was compared.", "Ничего не сравнивалось."},
+         {"Save the message log of the host, and name that file.",
+          "Сохраните журнал обмена программы и укажите этот файл."}},
+    };
+    return texts;
+}
