@@ -55,11 +55,11 @@ void prepareForScreenshots()
 /// As the dark palettes of desktops.
 void useDarkPalette()
 {
-    const QColor window(45, 45, 45);
+    const QColor window(66, 66, 66); // its darker shade outlines check boxes on Base
     const QColor disabled(127, 127, 127);
-    QPalette palette(QColor(60, 60, 60), window);
-    palette.setColor(QPalette::Base, QColor(30, 30, 30));
-    palette.setColor(QPalette::AlternateBase, QColor(38, 38, 38));
+    QPalette palette(QColor(80, 80, 80), window);
+    palette.setColor(QPalette::Base, QColor(24, 24, 24));
+    palette.setColor(QPalette::AlternateBase, QColor(32, 32, 32));
     palette.setColor(QPalette::Highlight, QColor(42, 110, 170));
     palette.setColor(QPalette::HighlightedText, Qt::white);
     palette.setColor(QPalette::Link, QColor(110, 170, 230));
