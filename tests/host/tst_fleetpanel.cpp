@@ -159,6 +159,7 @@ void TestFleetPanel::f2EditsACell()
     const HostFixture fixture = makeHostFixture();
     auto *view = fixture.find<QTableView>("hostCarsTableView");
     fixture.window->tabs().setCurrentIndex(1);
+    QVERIFY(QTest::qWaitForWindowActive(fixture.window.get()));
     view->setFocus();
     view->setCurrentIndex(view->model()->index(0, 0));
     QTest::keyClick(view, Qt::Key_F2);
