@@ -1,5 +1,7 @@
 #pragma once
 
+#include "settings/heldkeyfilter.h"
+
 #include <QDialog>
 #include <QPointer>
 #include <QWidget>
@@ -33,6 +35,7 @@ public:
     [[nodiscard]] int exec()
     {
         placeAboveOwner(*m_dialog, *m_owner);
+        const HeldKeyFilter heldKeys;
         const int result = m_dialog->exec();
         return m_owner && m_dialog ? result : int(QDialog::Rejected);
     }

@@ -73,6 +73,8 @@ private slots:
     void aKeyDoesWhatTheButtonOfTheCellDoes();
     void aServiceAndAComplaintAreRecorded();
     void aHeldKeyOpensOneDialog();
+    void aHeldKeyRecordsNothing_data();
+    void aHeldKeyRecordsNothing();
     void theFocusAloneMeansNoCar();
     void aCarThatTheFilterHidesIsNotMeant();
     void theMenuKeyOffersBothActions();
@@ -342,6 +344,45 @@ void TestKeyboardWalk::aHeldKeyOpensOneDialog()
     };
     QVERIFY(sendReturn(false));
     QVERIFY(!sendReturn(true));
+}
+
+void TestKeyboardWalk::aHeldKeyRecordsNothing_data()
+{
+    QTest::addColumn<int>("key");
+    QTest::addColumn<int>("column");
+    for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Enter, Qt::Key_Space}) {
+        const QByteArray name = QKeySequence(key).toString().toUtf8();
+        QTest::addRow("service, %s", name.constData()) << int(key) << 3;
+        QTest::addRow("complaint, %s", name.constData()) << int(key) << 1;
+    }
+}
+
+void TestKeyboardWalk::aHeldKeyRecordsNothing()
+{
+    QFETCH(int, key);
+    QFETCH(int, column);
+    tabTo<QTreeView>("tvMaintainanceTable");
+    goTo(0, column);
+    const auto send = [key](const QWidget &window, QEvent::Type type, bool isRepeated) {
+        const QString text = key == Qt::Key_Space ? " " : "\r";
+        qt_handleKeyEvent(window.windowHandle(), type, key, {}, text, isRepeated);
+    };
+    QString written = "-";
+    onNextDialog([&](QDialog &dialog) {
+        QVERIFY(QTest::qWaitForWindowActive(&dialog));
+        for (int i = 0; i < 3; ++i) {
+            send(dialog, QEvent::KeyRelease, true);
+            send(dialog, QEvent::KeyPress, true);
+        }
+        send(dialog, QEvent::KeyRelease, false);
+        written = child<QPlainTextEdit>(dialog, "teComments")->toPlainText();
+        qt_handleKeyEvent(dialog.windowHandle(), QEvent::KeyPress, Qt::Key_Escape, {}, "\x1b");
+    });
+    send(*m_window->form, QEvent::KeyPress, false);
+    QVERIFY(allDialogsAnswered());
+    QCOMPARE(written, QString());
+    m_window->settle();
+    QCOMPARE(database->rows(everyRecord).size(), 2);
 }
 
 void TestKeyboardWalk::theFocusAloneMeansNoCar()

@@ -1,0 +1,29 @@
+#include "settings/heldkeyfilter.h"
+
+#include <QCoreApplication>
+#include <QKeyEvent>
+
+namespace {
+
+bool canOpenDialog(int key)
+{
+    return key == Qt::Key_Return || key == Qt::Key_Enter || key == Qt::Key_Space;
+}
+
+} // namespace
+
+HeldKeyFilter::HeldKeyFilter()
+{
+    QCoreApplication::instance()->installEventFilter(this);
+}
+
+bool HeldKeyFilter::eventFilter(QObject *watched, QEvent *event)
+{
+    const bool isKeyEvent = event->type() == QEvent::KeyPress || event->type() == QEvent::KeyRelease;
+    if (!isKeyEvent || !canOpenDialog(static_cast<QKeyEvent *>(event)->key()))
+        return QObject::eventFilter(watched, event);
+    if (static_cast<QKeyEvent *>(event)->isAutoRepeat())
+        return true;
+    QCoreApplication::instance()->removeEventFilter(this); // the key is not held, or no longer
+    return false;
+}
