@@ -14,6 +14,7 @@ DateTimeField::DateTimeField(QWidget *parent) : QDateTimeEdit(parent)
     setCalendarPopup(true); // there is no calendar without it
     calendarWidget()->setLocale(russian);
     calendarWidget()->setFirstDayOfWeek(russian.firstDayOfWeek());
+    lineEdit()->installEventFilter(this);
 }
 
 QValidator::State DateTimeField::validate(QString &input, int &pos) const
@@ -55,6 +56,13 @@ void DateTimeField::focusOutEvent(QFocusEvent *event)
     m_hasAdvanced = false;
     interpretText(); // a day that the month lacks is still in the text
     QDateTimeEdit::focusOutEvent(event);
+}
+
+bool DateTimeField::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() == QEvent::MouseButtonPress)
+        m_hasAdvanced = false; // the click chooses the section
+    return QDateTimeEdit::eventFilter(watched, event);
 }
 
 void DateTimeField::returnToFilledSection()

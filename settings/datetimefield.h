@@ -15,6 +15,8 @@ public:
 
     /// Leaves the typed day as it is, though the month may lack it.
     QValidator::State validate(QString &input, int &pos) const override;
+    /// Watches the mouse in the line edit.
+    bool eventFilter(QObject *watched, QEvent *event) override;
 
 protected:
     void keyPressEvent(QKeyEvent *event) override;
@@ -31,5 +33,5 @@ private:
     /// The text may be one that the field would correct.
     void setUncheckedText(const QString &text);
 
-    bool m_hasAdvanced = false; ///< the last key filled a section, and the next one became current
+    bool m_hasAdvanced = false; ///< the last input was a key that filled a section; the next one is current
 };

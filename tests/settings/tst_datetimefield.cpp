@@ -36,6 +36,7 @@ private slots:
     void aDateIsTypedWithItsSeparators();
     void theWholeTextDecides_data();
     void theWholeTextDecides();
+    void theBackspaceKeyErasesInTheSectionThatWasClicked();
     void aDayThatTheMonthLacksBecomesItsLast_data();
     void aDayThatTheMonthLacksBecomesItsLast();
     void aWholeDateIsPasted_data();
@@ -121,6 +122,24 @@ void TestDateTimeField::theWholeTextDecides()
     field.clearFocus();
     QTEST(field.dateTime(), "date");
     QCOMPARE(field.text(), field.dateTime().toString("dd.MM.yyyy HH:mm"));
+}
+
+void TestDateTimeField::theBackspaceKeyErasesInTheSectionThatWasClicked()
+{
+    DateTimeField field;
+    open(field, QDateTime({2026, 11, 21}, {22, 14}));
+    QTest::keyClicks(&field, "02"); // the month is current
+    auto *editor = child<QLineEdit>(field, "qt_spinbox_lineedit");
+    editor->setCursorPosition(int(field.text().indexOf("22:14")) + 1);
+    const QPoint hour = editor->inputMethodQuery(Qt::ImCursorRectangle).toRect().center();
+    field.setSelectedSection(QDateTimeEdit::MonthSection);
+    QTest::mouseClick(editor, Qt::LeftButton, {}, hour);
+    QTest::mouseDClick(editor, Qt::LeftButton, {}, hour);
+    QCOMPARE(field.currentSection(), QDateTimeEdit::HourSection);
+    QTest::keyClick(&field, Qt::Key_Backspace);
+    QTest::keyClicks(&field, "09");
+    field.clearFocus();
+    QCOMPARE(field.dateTime(), QDateTime({2026, 11, 2}, {9, 14}));
 }
 
 void TestDateTimeField::aDayThatTheMonthLacksBecomesItsLast_data()
