@@ -7,8 +7,11 @@
 
 ScrollPositionGuard::ScrollPositionGuard(QTreeView *view) : m_view(view)
 {
-    QModelIndex row = view->indexAt({}); // performs a pending layout, which sets the scroll bar
-    if (view->verticalScrollBar()->value() == 0)
+    const QScrollBar &bar = *view->verticalScrollBar();
+    if (bar.value() == 0) // a pending layout would not change that, and takes long for many rows
+        return;
+    QModelIndex row = view->indexAt({}); // performs a pending layout, which may move the scroll bar
+    if (bar.value() == 0)
         return;
     for (; row.isValid(); row = view->indexBelow(row)) {
         const int top = view->visualRect(row).top();
