@@ -1,6 +1,7 @@
 #include "models/currentrowtracker.h"
 
-#include <QKeyEvent>
+#include "models/cellkeys.h"
+
 #include <QTreeView>
 
 #include <algorithm>
@@ -32,8 +33,8 @@ void CurrentRowTracker::install(QTreeView *view, QAbstractItemModel *model)
 bool CurrentRowTracker::eventFilter(QObject *watched, QEvent *event)
 {
     if (event->type() == QEvent::KeyPress) {
-        const auto *keyEvent = static_cast<QKeyEvent *>(event);
-        if (!(keyEvent->modifiers() & ~Qt::KeypadModifier) && moveToNeighbour(keyEvent->key()))
+        const auto &keyEvent = *static_cast<QKeyEvent *>(event);
+        if (!CellKeys::isModified(keyEvent) && moveToNeighbour(keyEvent.key()))
             return true;
     }
     return QObject::eventFilter(watched, event);

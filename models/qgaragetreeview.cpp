@@ -1,27 +1,18 @@
 #include "models/qgaragetreeview.h"
 
 #include "models/cellflags.h"
+#include "models/cellkeys.h"
 #include "models/cellstep.h"
 #include "resources/garageresources.h"
 
-#include <QKeyEvent>
 #include <QMouseEvent>
 
 namespace {
 
 bool isButtonKey(const QKeyEvent &event)
 {
-    if (event.modifiers() & ~Qt::KeypadModifier)
-        return false;
-    switch (event.key()) {
-    case Qt::Key_Return:
-    case Qt::Key_Enter:
-    case Qt::Key_Space:
-    case Qt::Key_Insert:
-        return true;
-    default:
-        return false;
-    }
+    const bool isKey = CellKeys::isActivation(event.key()) || event.key() == Qt::Key_Insert;
+    return isKey && !CellKeys::isModified(event);
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 #include "settings/garagesettingsform.h"
 
 #include "data/scheduletables.h"
+#include "models/cellkeys.h"
 #include "models/columntitles.h"
 #include "models/columnwidthguard.h"
 #include "models/currentrowtracker.h"
@@ -16,23 +17,13 @@
 
 #include <QHeaderView>
 #include <QJsonArray>
-#include <QKeyEvent>
 
 namespace {
 
 bool isLimitsKey(const QKeyEvent &event)
 {
-    if (event.modifiers() & ~Qt::KeypadModifier)
-        return false;
-    switch (event.key()) {
-    case Qt::Key_Return:
-    case Qt::Key_Enter:
-    case Qt::Key_Space:
-    case Qt::Key_F2:
-        return true;
-    default:
-        return false;
-    }
+    const bool isKey = CellKeys::isActivation(event.key()) || event.key() == Qt::Key_F2;
+    return isKey && !CellKeys::isModified(event);
 }
 
 } // namespace

@@ -1,16 +1,8 @@
 #include "settings/heldkeyfilter.h"
 
+#include "models/cellkeys.h"
+
 #include <QCoreApplication>
-#include <QKeyEvent>
-
-namespace {
-
-bool canOpenDialog(int key)
-{
-    return key == Qt::Key_Return || key == Qt::Key_Enter || key == Qt::Key_Space;
-}
-
-} // namespace
 
 HeldKeyFilter::HeldKeyFilter()
 {
@@ -20,7 +12,7 @@ HeldKeyFilter::HeldKeyFilter()
 bool HeldKeyFilter::eventFilter(QObject *watched, QEvent *event)
 {
     const bool isKeyEvent = event->type() == QEvent::KeyPress || event->type() == QEvent::KeyRelease;
-    if (!isKeyEvent || !canOpenDialog(static_cast<QKeyEvent *>(event)->key()))
+    if (!isKeyEvent || !CellKeys::isActivation(static_cast<QKeyEvent *>(event)->key()))
         return QObject::eventFilter(watched, event);
     if (static_cast<QKeyEvent *>(event)->isAutoRepeat())
         return true;
