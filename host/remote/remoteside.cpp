@@ -158,9 +158,18 @@ void RemoteSide::handleMessage(const HostMessage &message)
         {QStringLiteral("remote_control_answer"), &RemoteSide::handleAnswer},
     };
     if (message.event == QLatin1String("update_remote_service"))
-        sendWaiting();
+        answerRequest();
     else if (const auto handler = handlers.value(message.event))
         (this->*handler)(message.data);
+}
+
+void RemoteSide::answerRequest()
+{
+    if (m_store.inState(RemoteRecord::Waiting).isEmpty())
+        m_plugin.send(QStringLiteral("remote_service_data"),
+                      {{QStringLiteral("data"), QStringLiteral("[]")}});
+    else
+        sendWaiting();
 }
 
 void RemoteSide::handleRecord(const QJsonObject &data)

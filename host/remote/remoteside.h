@@ -77,6 +77,8 @@ private:
     void handleMessage(const HostMessage &message);
     /// Logs the error of a failed write to the records.
     void logFailure(const Result &result);
+    /// The waiting records, or an empty list.
+    void answerRequest();
     void handleRecord(const QJsonObject &data);
     void handleDeletion(const QJsonObject &data);
     void handleArchive(const QJsonObject &data);

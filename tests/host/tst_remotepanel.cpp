@@ -40,6 +40,7 @@ class TestRemotePanel final : public GarageTest
 
 private slots:
     void aCompletionStartsWithTheTextThatItReplaces();
+    void aRequestWithNothingWaitingIsAnsweredByAnEmptyList();
 };
 
 void TestRemotePanel::aCompletionStartsWithTheTextThatItReplaces()
@@ -66,6 +67,14 @@ void TestRemotePanel::aCompletionStartsWithTheTextThatItReplaces()
     QCOMPARE(comment->text(), QString());
     QVERIFY(
         !fixture.find<QPushButton>("remoteDonePushButton")->isEnabled()); // until a record is chosen again
+}
+
+void TestRemotePanel::aRequestWithNothingWaitingIsAnsweredByAnEmptyList()
+{
+    const HostFixture fixture = makeHostFixture();
+    fixture.host->plugin().send("say", {{"event", "update_remote_service"}});
+    QCoreApplication::processEvents();
+    QCOMPARE(fixture.lastSent("remote_service_data"), QJsonObject({{"data", "[]"}}));
 }
 
 GARAGE_TEST(TestRemotePanel)
