@@ -9,7 +9,8 @@ A plug-in library with a page for the karts that are available for runs, their
 maintenance schedule and the service journal, and a settings page.
 This package holds the plug-in, the interface header and CMake package for
 host applications, a command-line tool that lists what is due (garagectl), a
-demo host with sample data (garage-host) and the guides.")
+demo host with sample data (garage-host), a plug-in that finds faults of a
+host (hostcheck) and the guides.")
 set(CPACK_PACKAGING_INSTALL_PREFIX ${CMAKE_INSTALL_PREFIX})
 set(CPACK_STRIP_FILES ON)
 

@@ -22,6 +22,14 @@ mv "$scratch/first" "$scratch/usr"
 "$scratch/usr/bin/garage-host" --home "$scratch/home/demo" --due >"$scratch/due.txt"
 [ -s "$scratch/due.txt" ] || fail "the installed demo host says nothing is due in its sample data"
 
+hostcheck=$(find "$scratch/usr" -name libhostcheck.so)
+if [ -n "$hostcheck" ]; then
+    HOSTCHECK_REPORT=$scratch/report.jsonl "$scratch/usr/bin/garage-host" --home "$scratch/home/checked" \
+        --plugin "$hostcheck" --due >"$scratch/checked.txt"
+    grep -q '"record":"end"' "$scratch/report.jsonl" || fail "the installed hostcheck reports nothing"
+    ! grep '"severity":"error"' "$scratch/report.jsonl" || fail "hostcheck finds an error of the demo host"
+fi
+
 database=$(find "$scratch/home/demo" -name ruvalo.sqlite)
 "$scratch/usr/bin/garagectl" due --database "$database" --state open,due >"$scratch/tool.txt"
 [ "$(wc -l <"$scratch/tool.txt")" -gt 4 ] || fail "the installed garagectl lists nothing of the sample data"
