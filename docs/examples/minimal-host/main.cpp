@@ -71,6 +71,12 @@ int main(int argc, char **argv)
         } else if (event == "insert_tab") {
             const auto address = data["tabWidget"].toVariant().toLongLong(); // 64 bits: never toInt()
             tabs.addTab(reinterpret_cast<QWidget *>(address), data["tabCaption"].toString());
+            tabs.setCurrentWidget(reinterpret_cast<QWidget *>(address));
+        } else if (event == "close_tab") {
+            const auto address = data["tabWidget"].toVariant().toLongLong();
+            tabs.removeTab(tabs.indexOf(reinterpret_cast<QWidget *>(address))); // keeps the window
+        } else if (event == "update_remote_service") {
+            garage->pluginSlot("host", "remote_service_data", {{"data", "[]"}}); // no remote side
         } else if (event == "update_pending_service") {
             QTextStream out(stdout);
             for (const QJsonValue &due : data["servicePendingList"].toArray())
@@ -80,6 +86,7 @@ int main(int argc, char **argv)
         }
     });
     garage->pluginSlot("host", "load_complete", {});
+    garage->pluginSlot("host", "personal_list", {{"personalList", QJsonArray()}});
     garage->pluginSlot("host", "clicked", {{"key", "show_garage"}});
     tabs.resize(900, 600);
     tabs.show();
