@@ -1,12 +1,7 @@
 #include "data/garagedatabase.h"
 
 #include <QDir>
-#include <QFile>
 #include <QStandardPaths>
-
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 QString garageDatabasePath()
 {
@@ -49,7 +44,7 @@ GarageDatabase::~GarageDatabase()
 void GarageDatabase::ensureOpen()
 {
     // SQLite would continue to use the old file, which no other program can open any more.
-    const std::optional<FileIdentity> file = fileAtPath();
+    const std::optional<Platform::FileIdentity> file = fileAtPath();
     const bool isOtherFile = file && file != m_openedFile;
     const bool becameWritable = m_isReadOnly && mayWriteFile();
     if (m_database.isOpen() && (isOtherFile || becameWritable))
@@ -58,18 +53,14 @@ void GarageDatabase::ensureOpen()
         open();
 }
 
-std::optional<GarageDatabase::FileIdentity> GarageDatabase::fileAtPath() const
+std::optional<Platform::FileIdentity> GarageDatabase::fileAtPath() const
 {
-    struct stat file = {};
-    if (stat(QFile::encodeName(m_database.databaseName()).constData(), &file) != 0)
-        return std::nullopt;
-    return FileIdentity(file.st_dev, file.st_ino);
+    return Platform::identityOfFile(m_database.databaseName());
 }
 
 bool GarageDatabase::mayWriteFile() const
 {
-    const QByteArray path = QFile::encodeName(m_database.databaseName());
-    return faccessat(AT_FDCWD, path.constData(), W_OK, AT_EACCESS) == 0;
+    return Platform::mayWriteFile(m_database.databaseName());
 }
 
 void GarageDatabase::open()
@@ -77,7 +68,7 @@ void GarageDatabase::open()
     if (!m_database.open())
         return;
     m_isReadOnly = !mayWriteFile(); // SQLite then opens it for reading, and never tries again
-    const std::optional<FileIdentity> file = fileAtPath();
+    const std::optional<Platform::FileIdentity> file = fileAtPath();
     if (file != m_openedFile || m_fileCount == 0)
         ++m_fileCount;
     m_openedFile = file;

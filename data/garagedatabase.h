@@ -1,5 +1,6 @@
 #pragma once
 
+#include "data/platform.h"
 #include "data/statementinterrupter.h"
 
 #include <QSqlDatabase>
@@ -8,7 +9,6 @@
 #include <QString>
 
 #include <optional>
-#include <utility>
 
 /// The SQLite file that host and module share: "Ruvalo-QT/DB/ruvalo.sqlite" in the user's documents.
 [[nodiscard]] QString garageDatabasePath();
@@ -63,18 +63,15 @@ public:
     QSqlError readError() const { return m_readError; }
 
 private:
-    /// Device and inode.
-    using FileIdentity = std::pair<quint64, quint64>;
-
     /// Of the file at the database's path; none if there is no file.
-    std::optional<FileIdentity> fileAtPath() const;
+    std::optional<Platform::FileIdentity> fileAtPath() const;
     bool mayWriteFile() const;
     void open();
 
     const QString m_connectionName;
     StatementInterrupter m_interrupter;
     QSqlDatabase m_database;
-    std::optional<FileIdentity> m_openedFile;
+    std::optional<Platform::FileIdentity> m_openedFile;
     bool m_isReadOnly = false; ///< the file could not be written when it was opened
     int m_fileCount = 0;
     mutable QSqlError m_readError;

@@ -1,5 +1,6 @@
 #include "garagectl/doctor/storage.h"
 
+#include "data/platform.h"
 #include "garagectl/doctor/catalogue.h"
 
 #include <QDir>
@@ -8,19 +9,11 @@
 
 #include <algorithm>
 
-#include <fcntl.h>
-#include <unistd.h>
-
 namespace {
 
 constexpr qint64 mebibyte = 1 << 20;
 constexpr qint64 fewestFreeBytes = 16 * mebibyte;
 constexpr qint64 largeLogBytes = 64 * mebibyte;
-
-bool mayWrite(const QString &path)
-{
-    return faccessat(AT_FDCWD, QFile::encodeName(path).constData(), W_OK, AT_EACCESS) == 0;
-}
 
 QStringList foldersAbove(const QString &path)
 {
@@ -164,8 +157,8 @@ Storage StorageCheck::look(const QString &databasePath)
     Storage storage;
     storage.kind = FileState(databasePath).kind();
     storage.hasFolder = QFileInfo(file.absolutePath()).isDir();
-    storage.mayWriteFile = mayWrite(databasePath);
-    storage.mayWriteFolder = mayWrite(file.absolutePath());
+    storage.mayWriteFile = Platform::mayWriteFile(databasePath);
+    storage.mayWriteFolder = Platform::mayWriteFile(file.absolutePath());
     storage.folders = foldersAbove(databasePath);
     storage.synchronisedFolder = synchronisedFolderOf(storage.folders);
     storage.fileSystem = QString::fromLatin1(disk.fileSystemType());
