@@ -95,7 +95,7 @@ const std::vector<FindingKind> &Catalogue::all()
          QLatin1String(
              "Widgets inside the module's window and page are not part of the interface: the module uses "
              "them where they were."),
-         QLatin1String("host-integration.md#guarantees")},
+         QLatin1String("host-integration.md#what-is-not-guaranteed")},
         {QLatin1String("database-missing"), Severity::Warning,
          QLatin1String(
              "The settings page and the window are empty until the file exists and is read again; the "
