@@ -63,7 +63,7 @@ QPushButton *QGarageTreeView::buttonOf(const QModelIndex &cell)
     const int flags = model() ? int(model()->flags(cell)) : 0;
     if (flags & CellFlags::service)
         return &m_serviceButton;
-    return flags & CellFlags::attention ? &m_attentionButton : nullptr;
+    return (flags & CellFlags::attention) != 0 ? &m_attentionButton : nullptr;
 }
 
 void QGarageTreeView::keyPressEvent(QKeyEvent *event)

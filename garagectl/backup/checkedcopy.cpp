@@ -45,9 +45,11 @@ bool isOfTheCopy(const QSqlError &error)
 QSqlError vacuumInto(const GarageDatabase &database, const QString &path)
 {
     QSqlQuery query = database.newQuery();
-    query.prepare(QStringLiteral("VACUUM INTO :path"));
-    query.bindValue(QStringLiteral(":path"), path);
-    query.exec();
+    if (query.prepare(QStringLiteral("VACUUM INTO :path"))) {
+        query.bindValue(QStringLiteral(":path"), path);
+        if (query.exec())
+            return {};
+    }
     return query.lastError();
 }
 

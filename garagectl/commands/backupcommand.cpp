@@ -119,10 +119,10 @@ ExitCode BackupCommand::run(const QString &databasePath)
         throw Failure {ExitCode::BadUsage,
                        text("name a folder for the copy, or a file with --check",
                             "укажите папку для копии или файл после --check")};
-    return m_fileToCheck.empty() ? make(databasePath) : check(databasePath);
+    return m_fileToCheck.empty() ? makeCopy(databasePath) : checkCopy(databasePath);
 }
 
-ExitCode BackupCommand::make(const QString &databasePath)
+ExitCode BackupCommand::makeCopy(const QString &databasePath)
 {
     const QString folderPath = QString::fromStdString(m_folder);
     refuseFolderOf(databasePath, folderPath);
@@ -147,7 +147,7 @@ ExitCode BackupCommand::make(const QString &databasePath)
     return ExitCode::Ok;
 }
 
-ExitCode BackupCommand::check(const QString &databasePath)
+ExitCode BackupCommand::checkCopy(const QString &databasePath)
 {
     const QString path = QString::fromStdString(m_fileToCheck);
     Backup backup;

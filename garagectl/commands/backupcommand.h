@@ -11,8 +11,8 @@ public:
     ExitCode run(const QString &databasePath) override;
 
 private:
-    ExitCode make(const QString &databasePath);
-    ExitCode check(const QString &databasePath);
+    ExitCode makeCopy(const QString &databasePath);
+    ExitCode checkCopy(const QString &databasePath);
 
     RowOptions m_rowOptions;
     std::string m_folder;
