@@ -11,13 +11,14 @@ namespace {
 
 constexpr int flags = Qt::AlignCenter | Qt::TextWordWrap;
 constexpr int margin = 8;
-constexpr int mostCharacters = 60; ///< of a line: longer ones are hard to read
+constexpr int mostCharactersOfLine = 60; ///< longer lines are hard to read
 constexpr qreal smallestPoints = 5;
 
 QRect roomIn(const QWidget &viewport)
 {
     QRect room = viewport.rect().adjusted(margin, margin, -margin, -margin);
-    const int width = std::min(room.width(), viewport.fontMetrics().averageCharWidth() * mostCharacters);
+    const int width =
+        std::min(room.width(), viewport.fontMetrics().averageCharWidth() * mostCharactersOfLine);
     room.setLeft(room.left() + (room.width() - width) / 2);
     room.setWidth(width);
     return room;

@@ -16,7 +16,7 @@ const QString selectDays = QStringLiteral("SELECT car_id, date(lap_timestamp, 'l
                                .arg(lapTimeIsReadable);
 enum SelectDays { DayCarId, Day, DaySeconds, DayRuns, DayLaps };
 
-QString dayText(const QDate &day)
+QString isoText(const QDate &day)
 {
     return day.toString(Qt::ISODate);
 }
@@ -27,7 +27,7 @@ QVector<DrivingDay> readSince(const GarageDatabase &database, const QString &sin
     QSqlQuery query = database.newQuery();
     query.prepare(selectDays);
     query.bindValue(QStringLiteral(":since"), since);
-    query.bindValue(QStringLiteral(":today"), dayText(today));
+    query.bindValue(QStringLiteral(":today"), isoText(today));
     query.exec();
     while (database.next(query)) {
         days.append({query.value(DayCarId).toInt(),
@@ -42,7 +42,7 @@ bool hasLapsSince(const GarageDatabase &database, const QDate &day)
 {
     QSqlQuery query = database.newQuery();
     query.prepare(QStringLiteral("SELECT 1 FROM laps WHERE lap_timestamp > :since LIMIT 1"));
-    query.bindValue(QStringLiteral(":since"), dayText(day));
+    query.bindValue(QStringLiteral(":since"), isoText(day));
     query.exec();
     return database.next(query);
 }
@@ -52,10 +52,10 @@ QDate latestDay(const GarageDatabase &database, const QDate &today)
 {
     QSqlQuery query = database.newQuery();
     query.prepare(QStringLiteral("SELECT max(lap_timestamp) FROM laps WHERE lap_timestamp < :today"));
-    query.bindValue(QStringLiteral(":today"), dayText(today));
+    query.bindValue(QStringLiteral(":today"), isoText(today));
     query.exec();
     const QDate day = database.next(query)
-        ? QDate::fromString(query.value(0).toString().left(dayText(today).size()), Qt::ISODate)
+        ? QDate::fromString(query.value(0).toString().left(isoText(today).size()), Qt::ISODate)
         : QDate();
     return day.isValid() ? day : today;
 }
@@ -92,8 +92,8 @@ QVector<DrivingDay> readDrivingDays(const GarageDatabase &database, const QDate 
     // every other day.
     const QDate end = hasLapsSince(database, today.addDays(-openDays)) ? today : latestDay(database, today);
     const QString everything = QStringLiteral(""); // not null: every text is greater
-    for (const QString &since : {dayText(end.addDays(-openDays - 2)), dayText(end.addDays(-2 * openDays)),
-                                 dayText(end.addDays(-8 * openDays)), everything}) {
+    for (const QString &since : {isoText(end.addDays(-openDays - 2)), dayText(end.addDays(-2 * openDays)),
+                                 isoText(end.addDays(-8 * openDays)), everything}) {
         QVector<DrivingDay> driving = readSince(database, since, today);
         const QVector<QDate> days = openDaysOf(driving);
         // The first day after `since` may be cut off by the difference between local time and UTC.

@@ -11,8 +11,6 @@ using namespace TemplateValues;
 
 namespace {
 
-constexpr int daysOfWeek = 7;
-
 using DayEntries = QMap<int, QVector<const ForecastRow *>>; // by operation
 
 /// Kart numbers, with the model where several karts have one number.

@@ -9,7 +9,6 @@ using namespace TemplateValues;
 
 namespace {
 
-constexpr int daysOfWeek = 7;
 constexpr int mostPeople = 20;
 
 // Units of the drawing.
