@@ -92,7 +92,7 @@ QVector<DrivingDay> readDrivingDays(const GarageDatabase &database, const QDate 
     // every other day.
     const QDate end = hasLapsSince(database, today.addDays(-openDays)) ? today : latestDay(database, today);
     const QString everything = QStringLiteral(""); // not null: every text is greater
-    for (const QString &since : {isoText(end.addDays(-openDays - 2)), dayText(end.addDays(-2 * openDays)),
+    for (const QString &since : {isoText(end.addDays(-openDays - 2)), isoText(end.addDays(-2 * openDays)),
                                  isoText(end.addDays(-8 * openDays)), everything}) {
         QVector<DrivingDay> driving = readSince(database, since, today);
         const QVector<QDate> days = openDaysOf(driving);

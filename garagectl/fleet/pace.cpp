@@ -9,7 +9,6 @@
 namespace {
 
 constexpr int fewestDaysOfKart = 3;
-constexpr int daysOfWeek = 7;
 constexpr int fewestDaysForWeekdays = 2 * daysOfWeek; // in a shorter time each weekday came up once at most
 constexpr int mostDaysAhead = 3653;
 

@@ -6,6 +6,8 @@
 #include <QHash>
 #include <QVector>
 
+constexpr int daysOfWeek = 7;
+
 /// How much a kart drives on a day on which the track is open.
 struct Pace
 {

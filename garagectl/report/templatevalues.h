@@ -29,7 +29,6 @@ void setShare(Dictionary &values, const DueRow &row);
 /// STATE_KEY and STATE_TEXT
 void setState(Dictionary &values, DueState state);
 
-constexpr int daysOfWeek = 7;
 /// The name of a day, a month or both, in the current language: a format of QLocale.
 QString dayText(const QDate &day, const char *format);
 QDate mondayOf(const QDate &day);
