@@ -53,7 +53,8 @@ QStringList texts(QSqlDatabase &database, const QString &statement)
     QStringList result;
     QSqlQuery query(database);
     query.setForwardOnly(true);
-    query.exec(statement);
+    if (!query.exec(statement))
+        return result;
     while (query.next())
         result.append(query.value(0).toString());
     return result;

@@ -23,20 +23,20 @@ QByteArray contents(const QString &name)
 
 Events readEvents()
 {
-    Events events;
+    Events read;
     const QJsonObject catalogue = QJsonDocument::fromJson(contents(QStringLiteral("events.json"))).object();
     for (const QJsonValue entry : catalogue.value(QLatin1String("understood")).toArray()) {
         const QString name = entry[QLatin1String("event")].toString();
-        events.understood.append(name);
+        read.understood.append(name);
         if (entry[QLatin1String("subscribed")].toBool())
-            events.subscribed.append(name);
+            read.subscribed.append(name);
     }
     for (const QJsonValue entry : catalogue.value(QLatin1String("emitted")).toArray()) {
         const QString name = entry[QLatin1String("event")].toString();
-        events.emitted.append(name);
-        events.senders.insert(name, entry[QLatin1String("module")].toString());
+        read.emitted.append(name);
+        read.senders.insert(name, entry[QLatin1String("module")].toString());
     }
-    return events;
+    return read;
 }
 
 const Events &events()
