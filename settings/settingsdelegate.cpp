@@ -78,16 +78,17 @@ int SettingsDelegate::mostLines(const QStyleOptionViewItem &option, const QAbstr
     int most = 1;
     if (!view)
         return most;
+    QSet<QPair<int, QString>> measured; // many columns have the same width and the same few texts
     for (int column = 0; column < schedule.columnCount(); ++column) {
-        QSet<QString> measured;
+        const int width = view->columnWidth(column);
         for (int row = 0; row < schedule.rowCount(); ++row) {
             const QModelIndex index = schedule.index(row, column);
             const QString text = index.data().toString();
-            if (text.isEmpty() || measured.contains(text))
+            if (text.isEmpty() || measured.contains({width, text}))
                 continue;
-            measured.insert(text);
+            measured.insert({width, text});
             QStyleOptionViewItem cell(option);
-            cell.rect = QRect(0, 0, view->columnWidth(column), option.fontMetrics.height());
+            cell.rect = QRect(0, 0, width, option.fontMetrics.height());
             initStyleOption(&cell, index);
             most = std::max(most, cell.text.count(lineBreak) + 1);
         }
