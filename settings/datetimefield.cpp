@@ -23,7 +23,7 @@ QValidator::State DateTimeField::validate(QString &input, int &pos) const
     const QString typedDay = input.left(dayLength);
     const QValidator::State state = QDateTimeEdit::validate(input, pos);
     // Qt writes the month's last day over a larger one as soon as the day is complete.
-    if (state == QValidator::Acceptable && typedDay.toInt() > input.leftRef(dayLength).toInt())
+    if (state == QValidator::Acceptable && typedDay.toInt() > input.left(dayLength).toInt())
         input.replace(0, dayLength, typedDay);
     return state;
 }

@@ -40,6 +40,7 @@ GarageSettingsForm::GarageSettingsForm(QWidget *parent)
     connect(&m_operationsModel, &ServiceOperationsModel::operationNameChanged, this,
             &GarageSettingsForm::opnameChange);
     setUpTable(m_ui->tvServiceReglament, m_reglamentModel);
+    ignoreEditors(m_ui->tvServiceReglament);
     m_ui->tvServiceReglament->installEventFilter(this);
     setUpOperationTitles();
     setUpRowHeights();
@@ -80,6 +81,14 @@ void GarageSettingsForm::setUpTable(QTreeView *view, ClearbackgroundTableModel &
     HoverLayoutFilter::install(view);
     CurrentRowTracker::install(view, &model);
     model.applyColumnWidths(view);
+}
+
+/// For a view without editors: it does not look for those that the delegate opens in the other view. Qt 6
+/// would print a warning.
+void GarageSettingsForm::ignoreEditors(const QTreeView *view)
+{
+    disconnect(&m_gridDelegate, &QAbstractItemDelegate::commitData, view, nullptr);
+    disconnect(&m_gridDelegate, &QAbstractItemDelegate::closeEditor, view, nullptr);
 }
 
 void GarageSettingsForm::setUpOperationTitles()

@@ -49,6 +49,7 @@ private:
     void setUpTable(QTreeView *view, ClearbackgroundTableModel &model);
     /// Operation names of any length are column titles: long ones are elided, and the height of the header is
     /// limited.
+    void ignoreEditors(const QTreeView *view);
     void setUpOperationTitles();
     /// The rows are laid out again when a text or a column's width changes how many lines they need.
     void setUpRowHeights();

@@ -19,7 +19,7 @@ ServiceOperationsModel::ServiceOperationsModel()
 
 int ServiceOperationsModel::rowCount(const QModelIndex &parent) const
 {
-    return parent.isValid() ? 0 : m_rows.size();
+    return parent.isValid() ? 0 : int(m_rows.size());
 }
 
 QVariant ServiceOperationsModel::data(const QModelIndex &index, int role) const
@@ -82,7 +82,7 @@ QModelIndex ServiceOperationsModel::addEmptyOperation()
         const LayoutChange change(*this);
         m_rows.append({{noId, QString()}, false, m_nextSerial++});
     }
-    return index(m_rows.size() - 1, nameColumn);
+    return index(int(m_rows.size()) - 1, nameColumn);
 }
 
 void ServiceOperationsModel::appendOperation(int id, const QString &name)

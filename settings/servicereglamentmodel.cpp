@@ -19,7 +19,7 @@ ServiceReglamentModel::ServiceReglamentModel()
 
 int ServiceReglamentModel::rowCount(const QModelIndex &parent) const
 {
-    return parent.isValid() ? 0 : m_entries.size();
+    return parent.isValid() ? 0 : int(m_entries.size());
 }
 
 QVariant ServiceReglamentModel::data(const QModelIndex &index, int role) const

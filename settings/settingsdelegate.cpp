@@ -3,7 +3,7 @@
 #include "settings/serviceoperationsmodel.h"
 #include "settings/servicereglamentmodel.h"
 
-#include <QApplication>
+#include <QHeaderView>
 #include <QSet>
 #include <QTreeView>
 
@@ -32,21 +32,32 @@ QStringList brokenTexts(const QString &limits)
             figures[0] + lineBreak + figures[1] + blank + figures[2], figures.join(lineBreak)};
 }
 
+/// The column that QTreeView always asks for the height of a row, however far it is scrolled.
+int lastColumn(const QTreeView &view)
+{
+    const QHeaderView &header = *view.header();
+    const int step = view.isRightToLeft() ? 1 : -1;
+    int visual = view.isRightToLeft() ? 0 : header.count() - 1;
+    while (visual >= 0 && visual < header.count() && header.isSectionHidden(header.logicalIndex(visual)))
+        visual += step;
+    return header.logicalIndex(visual);
+}
+
 } // namespace
 
 QSize SettingsDelegate::sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const
 {
     const QSize size = GridDelegate::sizeHint(option, index);
     const ServiceReglamentModel *schedule = scheduleOf(index);
-    if (!schedule)
+    const auto *view = qobject_cast<const QTreeView *>(option.widget);
+    if (!schedule || !view || index.column() != lastColumn(*view))
         return size;
     QStyleOptionViewItem lines(option);
     GridDelegate::initStyleOption(&lines, index);
     lines.features |= QStyleOptionViewItem::HasDisplay;
-    lines.text = QString(mostLines(option, *schedule) - 1, lineBreak);
-    const QStyle *style = option.widget ? option.widget->style() : QApplication::style();
+    lines.text = QString(mostLines(option, *view, *schedule) - 1, lineBreak);
     return {size.width(),
-            style->sizeFromContents(QStyle::CT_ItemViewItem, &lines, QSize(), option.widget).height()};
+            view->style()->sizeFromContents(QStyle::CT_ItemViewItem, &lines, QSize(), view).height()};
 }
 
 bool SettingsDelegate::isUnsaved(const QModelIndex &index) const
@@ -72,15 +83,13 @@ void SettingsDelegate::initStyleOption(QStyleOptionViewItem *option, const QMode
     }
 }
 
-int SettingsDelegate::mostLines(const QStyleOptionViewItem &option, const QAbstractItemModel &schedule) const
+int SettingsDelegate::mostLines(const QStyleOptionViewItem &option, const QTreeView &view,
+                                const ServiceReglamentModel &schedule) const
 {
-    const auto *view = qobject_cast<const QTreeView *>(option.widget);
     int most = 1;
-    if (!view)
-        return most;
     QSet<QPair<int, QString>> measured; // many columns have the same width and the same few texts
     for (int column = 0; column < schedule.columnCount(); ++column) {
-        const int width = view->columnWidth(column);
+        const int width = view.columnWidth(column);
         for (int row = 0; row < schedule.rowCount(); ++row) {
             const QModelIndex index = schedule.index(row, column);
             const QString text = index.data().toString();
@@ -90,7 +99,7 @@ int SettingsDelegate::mostLines(const QStyleOptionViewItem &option, const QAbstr
             QStyleOptionViewItem cell(option);
             cell.rect = QRect(0, 0, width, option.fontMetrics.height());
             initStyleOption(&cell, index);
-            most = std::max(most, cell.text.count(lineBreak) + 1);
+            most = std::max(most, int(cell.text.count(lineBreak)) + 1);
         }
     }
     return most;

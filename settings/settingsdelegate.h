@@ -2,6 +2,9 @@
 
 #include "models/griddelegate.h"
 
+class QTreeView;
+class ServiceReglamentModel;
+
 /// The cells of the settings page's two tables. The limits of the schedule are broken into two or three lines
 /// where they would not fit on one; all rows are as high as the cell with most lines needs. The name of an
 /// operation that is not stored is written also when it was confirmed unchanged, because storing it may have
@@ -12,6 +15,7 @@ class SettingsDelegate final : public GridDelegate
 public:
     using GridDelegate::GridDelegate;
 
+    /// Of the schedule only the last column measures all cells: once for a layout, not once for each column.
     QSize sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const override;
 
 protected:
@@ -20,5 +24,6 @@ protected:
 
 private:
     /// The lines of the cell with most of them in the schedule that the view shows.
-    int mostLines(const QStyleOptionViewItem &option, const QAbstractItemModel &schedule) const;
+    int mostLines(const QStyleOptionViewItem &option, const QTreeView &view,
+                  const ServiceReglamentModel &schedule) const;
 };
