@@ -18,7 +18,11 @@ set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_SECTION misc)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 # Dependencies that are not linked: the driver and the texts of Qt are loaded by name, Russian needs a Cyrillic font.
+set(translations qttranslations5-l10n)
+if(GARAGE_QT EQUAL 6)
+    set(translations qt6-translations-l10n)
+endif()
 set(CPACK_DEBIAN_PACKAGE_DEPENDS
-    "libqt5sql5-sqlite, qttranslations5-l10n, fonts-dejavu-core | fonts-noto-core | fonts-liberation2 | fonts-liberation")
+    "libqt${GARAGE_QT}sql${GARAGE_QT}-sqlite, ${translations}, fonts-dejavu-core | fonts-noto-core | fonts-liberation2 | fonts-liberation")
 set(CPACK_DEBIAN_PACKAGE_SUGGESTS "cmake, qtbase5-dev")
 include(CPack)

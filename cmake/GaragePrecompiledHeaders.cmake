@@ -5,7 +5,7 @@
 # with these flags. GCC uses them only in targets with the same flags.
 function(garage_precompile owner flags)
     add_library(${owner} OBJECT ${PROJECT_SOURCE_DIR}/cmake/precompiled.cpp)
-    list(TRANSFORM ARGN REPLACE "(.+)" "Qt5::\\1" OUTPUT_VARIABLE libraries)
+    list(TRANSFORM ARGN REPLACE "(.+)" "Qt::\\1" OUTPUT_VARIABLE libraries)
     list(TRANSFORM ARGN REPLACE "(.+)" "<Qt\\1>" OUTPUT_VARIABLE headers)
     target_link_libraries(${owner} PRIVATE ${libraries} ${flags})
     target_precompile_headers(${owner} PRIVATE ${headers})
