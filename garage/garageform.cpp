@@ -211,8 +211,9 @@ void GarageForm::refillModelCombos(const QStringList &models)
     const bool isOffered = chosenIndex >= 0 && chosenIndex < m_ui->cbFilterModels->count();
     m_ui->cbFilterModels->setCurrentIndex(isOffered ? chosenIndex : 0);
 
-    const int logModel =
-        m_serviceLogFilter.modelFilter().isEmpty() ? 0 : models.indexOf(m_serviceLogFilter.modelFilter()) + 1;
+    const int logModel = m_serviceLogFilter.modelFilter().isEmpty()
+        ? 0
+        : int(models.indexOf(m_serviceLogFilter.modelFilter()) + 1);
     m_ui->cbLogFilterModels->setCurrentIndex(logModel);
 }
 

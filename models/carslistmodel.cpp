@@ -41,7 +41,7 @@ CarsListModel::CarsListModel(QObject *parent)
 
 int CarsListModel::rowCount(const QModelIndex &parent) const
 {
-    return parent.isValid() ? 0 : m_cars.size();
+    return parent.isValid() ? 0 : int(m_cars.size());
 }
 
 QVariant CarsListModel::data(const QModelIndex &index, int role) const

@@ -39,7 +39,7 @@ ClearbackgroundTableModel::ClearbackgroundTableModel(QObject *parent)
 
 int ClearbackgroundTableModel::columnCount(const QModelIndex &parent) const
 {
-    return parent.isValid() ? 0 : m_columns.size();
+    return parent.isValid() ? 0 : int(m_columns.size());
 }
 
 QVariant ClearbackgroundTableModel::data(const QModelIndex &index, int role) const

@@ -1,7 +1,7 @@
 #include "models/condensedfont.h"
 
 #include <QFontMetricsF>
-#include <QVector>
+#include <QStringList>
 
 #include <algorithm>
 
@@ -11,27 +11,27 @@ constexpr qreal mostExcess = 1.15;
 /// Lower than the excess requires, because a family may have a condensed face that starts again at 100 %.
 constexpr qreal narrowestStretch = 0.8;
 
-qreal widestLine(const QVector<QStringRef> &lines, const QFont &font)
+qreal widestLine(const QStringList &lines, const QFont &font)
 {
     const QFontMetricsF metrics(font);
     qreal widest = 0;
-    for (const QStringRef &line : lines)
-        widest = std::max(widest, metrics.horizontalAdvance(line.toString()));
+    for (const QString &line : lines)
+        widest = std::max(widest, metrics.horizontalAdvance(line));
     return widest;
 }
 
-QVector<QStringRef> linesOf(const QString &text)
+QStringList linesOf(const QString &text)
 {
     const QChar separator =
         text.contains(QChar(QChar::LineSeparator)) ? QChar(QChar::LineSeparator) : QChar(QChar::LineFeed);
-    return text.splitRef(separator);
+    return text.split(separator);
 }
 
 } // namespace
 
 std::optional<QFont> condensedFont(const QString &text, const QFont &font, int width)
 {
-    const QVector<QStringRef> lines = linesOf(text);
+    const QStringList lines = linesOf(text);
     const qreal whole = widestLine(lines, font);
     if (whole <= width)
         return font;

@@ -97,7 +97,7 @@ void MaintainanceDelegate::paintHalves(QPainter *painter, const QStyleOptionView
 {
     QStyleOptionViewItem cell(option);
     initStyleOption(&cell, index);
-    const int firstLine = cell.text.indexOf(QChar(QChar::LineSeparator));
+    const int firstLine = int(cell.text.indexOf(QChar(QChar::LineSeparator)));
 
     QStyleOptionViewItem upper(cell);
     upper.rect.setBottom(bandOf(option.rect).top() - 1);

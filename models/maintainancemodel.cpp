@@ -35,7 +35,7 @@ MaintainanceModel::MaintainanceModel(QObject *parent)
 
 int MaintainanceModel::rowCount(const QModelIndex &parent) const
 {
-    return parent.isValid() ? 0 : m_items.size();
+    return parent.isValid() ? 0 : int(m_items.size());
 }
 
 QVariant MaintainanceModel::data(const QModelIndex &index, int role) const
@@ -96,7 +96,7 @@ void MaintainanceModel::updateColumns(const ReglamentSource *reglament, QTreeVie
     }
     // Not the columns at the end; kept on purpose, because it is the established behaviour.
     while (operations.size() < columnCount() - fixedColumnCount)
-        removeColumnAt(operations.size());
+        removeColumnAt(int(operations.size()));
     readColumnKeys();
 
     if (view) {

@@ -20,7 +20,7 @@ ServiceLogModel::ServiceLogModel(QObject *parent)
 
 int ServiceLogModel::rowCount(const QModelIndex &parent) const
 {
-    return parent.isValid() ? 0 : std::min<int>(m_items.size(), maximumRowCount);
+    return parent.isValid() ? 0 : std::min(int(m_items.size()), maximumRowCount);
 }
 
 QVariant ServiceLogModel::data(const QModelIndex &index, int role) const

@@ -108,7 +108,7 @@ QVector<Exchange::Record> Comparison::latestRecords() const
             latest[indexes.value(id)] = record;
             continue;
         }
-        indexes.insert(id, latest.size());
+        indexes.insert(id, int(latest.size()));
         latest.append(record);
     }
     return latest;
@@ -173,7 +173,7 @@ void Comparison::findRepeatedRemoteIds()
 {
     QSet<qint64> reported;
     for (const Row &row : m_stored.rows()) {
-        const int rows = row.isRemote ? m_stored.byRemoteId(row.remoteId).size() : 0;
+        const int rows = row.isRemote ? int(m_stored.byRemoteId(row.remoteId).size()) : 0;
         if (rows < 2 || row.remoteId == noId || reported.contains(row.remoteId))
             continue;
         reported.insert(row.remoteId);

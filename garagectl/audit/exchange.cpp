@@ -134,7 +134,7 @@ QStringList unansweredRequests(const MessageLog &log)
 {
     QStringList unanswered;
     QMap<QString, int> lastIndex;
-    for (int i = log.messages.size() - 1; i >= 0; --i) {
+    for (int i = int(log.messages.size() - 1); i >= 0; --i) {
         const MessageLog::Message &message = log.messages.at(i);
         for (const QString &answer : answersTo(message)) {
             if (lastIndex.value(answer, -1) < i && !log.endsSoonAfter(message))

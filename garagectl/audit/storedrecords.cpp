@@ -22,7 +22,7 @@ StoredRecords StoredRecords::read(const GarageDatabase &database)
 {
     StoredRecords records;
     Select::forEachRow(database, selectRecords, [&records](const QSqlQuery &row) {
-        const int index = records.m_rows.size();
+        const int index = int(records.m_rows.size());
         const Row stored {row.value(Id).toLongLong(),     row.value(CarId).toInt(),
                           row.value(OperationId).toInt(), row.value(Time).toString(),
                           row.value(State).toInt(),       row.value(RemoteId).toLongLong(),

@@ -19,7 +19,7 @@ QJsonObject jsonOf(const MessageLog &log, const Findings &findings)
     };
     return {{QStringLiteral("messages"), log.messages.size()},
             {QStringLiteral("from"), timeOf(0)},
-            {QStringLiteral("to"), timeOf(log.messages.size() - 1)},
+            {QStringLiteral("to"), timeOf(int(log.messages.size() - 1))},
             {QStringLiteral("findings"), FindingOutput::json(findings)}};
 }
 

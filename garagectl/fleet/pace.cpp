@@ -50,7 +50,7 @@ double Pace::perDay(Meters::Meter meter) const
 OpeningDays::OpeningDays(const QVector<QDate> &openDays)
 {
     const QSet<QDate> days(openDays.cbegin(), openDays.cend());
-    m_count = days.size();
+    m_count = int(days.size());
     if (days.isEmpty())
         return;
     const QDate first = *std::min_element(days.cbegin(), days.cend());

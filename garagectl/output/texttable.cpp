@@ -70,7 +70,7 @@ QString TextTable::toText(bool withColours) const
         Row titles;
         for (const Column &column : m_columns)
             titles.append(column.title);
-        const int total = std::accumulate(cells.cbegin(), cells.cend(), gap * (cells.size() - 1));
+        const int total = std::accumulate(cells.cbegin(), cells.cend(), gap * int(cells.size() - 1));
         output = lineOf(titles) + QString(total, QChar(0x2500)) + QLatin1Char('\n');
     }
     for (const Row &row : m_rows)

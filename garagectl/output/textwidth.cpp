@@ -30,8 +30,8 @@ int graphemeWidth(const QString &grapheme)
 template<typename Visit> void forEachGrapheme(const QString &text, Visit visit)
 {
     QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, text);
-    int start = 0;
-    for (int end = finder.toNextBoundary(); end > start; end = finder.toNextBoundary()) {
+    auto start = finder.position();
+    for (auto end = finder.toNextBoundary(); end > start; end = finder.toNextBoundary()) {
         if (!visit(text.mid(start, end - start)))
             return;
         start = end;
@@ -62,7 +62,7 @@ QString TextWidth::elided(const QString &text, int cells)
     QString beginning;
     int used = 0;
     bool fits = true;
-    int fittingSize = 0; // of the beginning that leaves a cell for the ellipsis
+    auto fittingSize = beginning.size(); // of the beginning that leaves a cell for the ellipsis
     forEachGrapheme(text, [&](const QString &grapheme) {
         used += graphemeWidth(grapheme);
         fits = used <= cells;

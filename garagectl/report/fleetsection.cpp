@@ -125,11 +125,11 @@ void ReportSections::fillFleet(Dictionary &page, const Report &report)
     const QVector<ModelTable> tables = tablesOf(report, rows);
     int columns = 0;
     for (const ModelTable &table : tables)
-        columns = std::max(columns, table.opIds.size());
+        columns = std::max(columns, int(table.opIds.size()));
     for (const ModelTable &table : tables) {
         Dictionary &values = *page.AddSectionDictionary("FLEET_TABLE");
         setText(values, "CAPTION", table.model);
-        const int fillers = columns - table.opIds.size();
+        const int fillers = int(columns - table.opIds.size());
         for (const int opId : table.opIds)
             setText(*values.AddSectionDictionary("FLEET_OPERATION"), "NAME", table.operations.value(opId));
         addFillers(values, fillers);

@@ -88,7 +88,7 @@ void addCounts(Dictionary &page, const Report &report)
     addCount(page, "count-soon", "soon", inState(DueState::Soon), text("soon", "скоро"));
     addCount(page, "count-coming", "", int(coming), text("more due in 7 days", "наступит за 7 дней"));
     addCount(page, "count-done", "", int(done), text("done in 7 days", "сделано за 7 дней"));
-    addCount(page, "count-karts", "", report.cars.size(), text("karts", "картов"));
+    addCount(page, "count-karts", "", int(report.cars.size()), text("karts", "картов"));
 }
 
 struct Label

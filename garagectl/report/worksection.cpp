@@ -79,7 +79,7 @@ QString weekText(const Chart &chart, int week)
 
 void addColumns(Dictionary &line, const Worker &worker, const Chart &chart)
 {
-    const double pitch = chartWidth / worker.perWeek.size();
+    const double pitch = chartWidth / double(worker.perWeek.size());
     const double width = std::min(widestColumn, pitch * 0.7);
     const double base = numberHeight + chart.height;
     const int labelStep = int(std::ceil(narrowestLabel / pitch));

@@ -18,7 +18,7 @@ public:
     explicit HostSettingsDialog(PluginHost &plugin, QWidget *parent = nullptr);
     ~HostSettingsDialog() override;
 
-    int pageCount() const { return m_pages.size(); }
+    int pageCount() const { return int(m_pages.size()); }
 
 private:
     void handleMessage(const HostMessage &message);

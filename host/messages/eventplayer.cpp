@@ -59,13 +59,13 @@ void EventPlayer::start()
 
 void EventPlayer::cancel()
 {
-    m_position = m_steps.size();
+    m_position = int(m_steps.size());
     m_timer.start(0);
 }
 
 void EventPlayer::next()
 {
-    emit progress(std::min(m_position, m_steps.size()));
+    emit progress(std::min(m_position, int(m_steps.size())));
     if (m_position >= m_steps.size()) {
         m_timer.stop();
         emit finished(m_allAnswered);

@@ -20,7 +20,7 @@ public:
 
     /// Reads the file. The error names the first line that is not a step.
     Result load(const QString &fileName);
-    int stepCount() const { return m_steps.size(); }
+    int stepCount() const { return int(m_steps.size()); }
     void start();
     /// Stops before the next step; finished() is still emitted.
     void cancel();

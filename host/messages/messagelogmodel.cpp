@@ -39,7 +39,7 @@ MessageLogModel::MessageLogModel(PluginHost &plugin, QObject *parent) : QAbstrac
 
 int MessageLogModel::rowCount(const QModelIndex &parent) const
 {
-    return parent.isValid() ? 0 : m_entries.size();
+    return parent.isValid() ? 0 : int(m_entries.size());
 }
 
 int MessageLogModel::columnCount(const QModelIndex &parent) const
@@ -99,7 +99,7 @@ void MessageLogModel::append(bool toPlugin, const HostMessage &message)
 {
     if (m_entries.size() >= mostEntries || m_bytes >= mostBytes)
         dropOldest();
-    beginInsertRows({}, m_entries.size(), m_entries.size());
+    beginInsertRows({}, int(m_entries.size()), int(m_entries.size()));
     m_entries.append({QDateTime::currentDateTime(), toPlugin, message.module, message.event,
                       QJsonDocument(message.data).toJson(QJsonDocument::Compact)});
     m_bytes += m_entries.last().payload.size();
@@ -109,7 +109,7 @@ void MessageLogModel::append(bool toPlugin, const HostMessage &message)
 void MessageLogModel::dropOldest()
 {
     // A tenth at once: removing single entries would move the whole vector for each message.
-    const int count = (m_entries.size() + 9) / 10;
+    const int count = int((m_entries.size() + 9) / 10);
     beginRemoveRows({}, 0, count - 1);
     for (int row = 0; row < count; ++row)
         m_bytes -= m_entries.at(row).payload.size();

@@ -63,7 +63,7 @@ bool LapGenerator::generateRun(qint64 start, const LapWriter &write)
 
 QVector<int> LapGenerator::chooseCars()
 {
-    const int count = std::min(m_plan.carsPerRun, m_order.size());
+    const int count = std::min(m_plan.carsPerRun, int(m_order.size()));
     for (int place = 0; place < count; ++place)
         std::swap(m_order[place], m_order[m_random.bounded(place, m_order.size())]);
     return m_order.mid(0, count);

@@ -74,7 +74,7 @@ public:
 
 private:
     QVector<int> lapTimes() const;
-    int modelOf(int carIndex) const { return carIndex * m_models.size() / m_size.cars; }
+    int modelOf(int carIndex) const { return int(carIndex * m_models.size() / m_size.cars); }
     int limit(int catalogueLimit, int model) const;
     bool isOverrun(int carIndex, int operation, const Driven &driven, double share) const;
 
@@ -242,7 +242,7 @@ void SampleGenerator::planServicesOf(int carIndex, int operation)
     double share = overdue ? 1.1 + m_random.generateDouble() * 0.4 : 0.1 + m_random.generateDouble() * 0.65;
     Driven driven;
     int records = 0;
-    for (int run = runs.size() - 1; run > 0 && records < m_size.history; --run) {
+    for (int run = int(runs.size()) - 1; run > 0 && records < m_size.history; --run) {
         driven.milliseconds += runs.at(run).end - runs.at(run).start;
         ++driven.runs;
         driven.laps += runs.at(run).laps;
@@ -274,8 +274,8 @@ void SampleGenerator::planOpenWork()
     }
     for (int number = 0; number < m_size.openOperations; ++number) {
         const int car = (number * m_size.cars / m_size.openOperations + 4) % m_size.cars;
-        m_services.append({car, number % m_operations.size() + 1, now - (number * 5 + 1) * hour, openState,
-                           QStringLiteral("сделать до следующей смены")});
+        m_services.append({car, int(number % m_operations.size() + 1), now - (number * 5 + 1) * hour,
+                           openState, QStringLiteral("сделать до следующей смены")});
     }
 }
 
@@ -297,7 +297,7 @@ bool SampleGenerator::writeServices()
     const QVector<SampleCatalogue::Person> people = SampleCatalogue::people();
     TimestampFormatter timestamp;
     for (const ServiceRecord &record : qAsConst(m_services)) {
-        const int person = m_random.bounded(people.size());
+        const int person = m_random.bounded(int(people.size()));
         const SampleCatalogue::Person &by = people.at(person);
         const QString name =
             QStringList {by.lastName, by.firstName, by.midName}.join(QLatin1Char(' ')).trimmed();

@@ -66,7 +66,7 @@ QStringList aligned(const QVector<QStringList> &rows)
     QVector<int> widths(rows.first().size(), 0);
     for (const QStringList &row : rows) {
         for (int column = 0; column < row.size(); ++column)
-            widths[column] = std::max(widths.at(column), row.at(column).size());
+            widths[column] = std::max(widths.at(column), int(row.at(column).size()));
     }
     QStringList lines;
     for (const QStringList &row : rows) {
@@ -75,7 +75,7 @@ QStringList aligned(const QVector<QStringList> &rows)
             line += row.at(column).leftJustified(widths.at(column) + 2);
         lines.append(line.trimmed());
     }
-    const int total = std::accumulate(widths.begin(), widths.end(), 2 * (widths.size() - 1));
+    const int total = std::accumulate(widths.begin(), widths.end(), 2 * int(widths.size() - 1));
     lines.insert(1, QString(total, QLatin1Char('-')));
     return lines;
 }

@@ -110,7 +110,7 @@ void ScreenshotTour::doSomeWork()
 {
     const QVector<PendingService> pending = m_host.remote().pending();
     const QVector<HostPerson> people = m_host.fleet().people().list();
-    for (int number = 0; number < std::min(workDone, pending.size()); ++number) {
+    for (int number = 0; number < std::min(workDone, int(pending.size())); ++number) {
         const PendingService &work = pending.at(number);
         const QString text = m_host.remote().storedText(work);
         m_host.remote().complete(work, people.value(number), text.isEmpty() ? tr("done on request") : text,

@@ -17,7 +17,7 @@ void StandardInputReader::read()
         return;
     }
     m_buffer.append(piece, int(size));
-    for (int at = m_buffer.indexOf('\n'); at >= 0; at = m_buffer.indexOf('\n')) {
+    for (auto at = m_buffer.indexOf('\n'); at >= 0; at = m_buffer.indexOf('\n')) {
         const QByteArray text = m_buffer.left(at);
         m_buffer.remove(0, at + 1);
         announce(text);

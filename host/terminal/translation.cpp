@@ -26,7 +26,7 @@ QString systemLanguage()
 QString requestedLanguage(const QStringList &arguments)
 {
     const QLatin1String option("--lang");
-    const int at = arguments.lastIndexOf(option);
+    const auto at = arguments.lastIndexOf(option);
     if (at >= 0)
         return arguments.value(at + 1);
     const QLatin1String prefix("--lang=");

@@ -36,7 +36,7 @@ void LapRecorder::saveWaiting()
 {
     if (m_waiting.isEmpty() && m_waitingRuns.isEmpty())
         return;
-    const int count = m_waiting.size();
+    const int count = int(m_waiting.size());
     if (!open() || !writeWaiting()) {
         emit failed(m_connection->errorText());
         m_retry.start();

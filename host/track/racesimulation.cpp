@@ -47,7 +47,7 @@ void RaceSimulation::startRun()
     if (cars.isEmpty())
         return;
     std::shuffle(cars.begin(), cars.end(), m_random);
-    cars.resize(std::min(cars.size(), m_random.bounded(fewestKarts, mostKarts + 1)));
+    cars.resize(std::min(int(cars.size()), m_random.bounded(fewestKarts, mostKarts + 1)));
     ++m_runNumber;
     m_runEnd = m_time + runLength;
     for (const int car : qAsConst(cars)) {

@@ -151,7 +151,7 @@ void CheckContext::send(const QString &event, const QJsonObject &data)
 
 QVector<HostMessage> CheckContext::ask(const QString &event, const QJsonObject &data)
 {
-    const int before = m_messages.size();
+    const int before = int(m_messages.size());
     send(event, data);
     const QVector<HostMessage> answer = m_messages.mid(before);
     m_messages.resize(before);
@@ -162,7 +162,7 @@ HostMessage CheckContext::await(const QString &event)
 {
     const QDeadlineTimer deadline(longestAnswer);
     for (;;) {
-        const int at = eventsOf(m_messages).indexOf(event);
+        const int at = int(eventsOf(m_messages).indexOf(event));
         if (at >= 0) {
             HostMessage message = m_messages.at(at);
             m_messages.remove(0, at + 1);

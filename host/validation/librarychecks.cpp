@@ -55,7 +55,7 @@ void checkMetadata(CheckContext &context)
     QFile file(context.library());
     expect(file.open(QIODevice::ReadOnly), file.errorString());
     const QByteArray library = file.readAll();
-    const int start = library.indexOf(metadataMagic);
+    const int start = int(library.indexOf(metadataMagic));
     expect(start >= 0, Text::tr("there is no metadata block"));
     // The magic is followed by "!" and four bytes: layout, Qt's major and minor version, kind of build.
     const QCborValue block = QCborValue::fromCbor(library.mid(start + metadataMagic.size() + 5, 4000));

@@ -33,7 +33,7 @@ void TestReloadRecomputed::everyReloadEqualsTheRecomputation()
         }
         QCOMPARE(probe.cars.size(), expected.carCount());
         QCOMPARE(probe.log.size(), expected.records().size());
-        pendingTotal += message.value("servicePendingList").toArray().size();
+        pendingTotal += int(message.value("servicePendingList").toArray().size());
     }
     QVERIFY2(pendingTotal > 400, qPrintable(QString::number(pendingTotal)));
 }

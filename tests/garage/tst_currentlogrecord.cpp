@@ -226,7 +226,7 @@ void TestCurrentLogRecord::theMenuKeyOffersTheActionsOnce()
         menu->close();
     });
     timer.start(0);
-    QContextMenuEvent event(QContextMenuEvent::Keyboard, {10, 10}, m_log->mapToGlobal({10, 10}));
+    QContextMenuEvent event(QContextMenuEvent::Keyboard, {10, 10}, m_log->mapToGlobal(QPoint(10, 10)));
     QApplication::sendEvent(m_log, &event);
     QTRY_COMPARE(menus, 1);
     QCOMPARE(offered, QStringList({deleteText, "Выполнено"}));

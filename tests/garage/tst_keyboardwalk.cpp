@@ -200,9 +200,9 @@ void TestKeyboardWalk::tabGoesThroughEveryPlace()
     };
     QStringList round = places;
     round.append(tabBar);
-    QCOMPARE(walk(Qt::Key_Tab, {}, round.size()), round);
+    QCOMPARE(walk(Qt::Key_Tab, {}, int(round.size())), round);
     std::reverse(places.begin(), places.end());
-    QCOMPARE(walk(Qt::Key_Backtab, Qt::ShiftModifier, places.size()), places);
+    QCOMPARE(walk(Qt::Key_Backtab, Qt::ShiftModifier, int(places.size())), places);
 }
 
 void TestKeyboardWalk::everyPlaceHasAnAccessibleName()

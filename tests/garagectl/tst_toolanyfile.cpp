@@ -359,7 +359,7 @@ void TestToolAnyFile::hostileNamesComeThroughWhole()
             QCOMPARE(row.value(key).toString(), name);
         const Tool::Result csv = Tool::run({command, "--format", "csv"});
         QCOMPARE(csv.exitCode, 0);
-        QVERIFY(csv.output.contains(',' + csvCell.toUtf8() + ','));
+        QVERIFY(csv.output.contains(QByteArray(',' + csvCell.toUtf8() + ',')));
         const Tool::Result table = Tool::run({command});
         QCOMPARE(table.exitCode, 0);
         QVERIFY(!table.output.contains('\033'));

@@ -77,7 +77,7 @@ void TestToolRecomputed::pendingRowsAreTheLoadersListAndCountersAreRight()
         const QJsonArray listed = probe.last("update_pending_service").value("servicePendingList").toArray();
         QCOMPARE(pendingOf(due.rows()), listed);
         QCOMPARE(countCountersThatDiffer(due.rows(), Recomputed::Recomputation(*database), compared), 0);
-        pendingTotal += listed.size();
+        pendingTotal += int(listed.size());
     }
     QVERIFY2(pendingTotal > 400, qPrintable(QString::number(pendingTotal)));
     QVERIFY2(compared > 2000, qPrintable(QString::number(compared)));

@@ -249,7 +249,7 @@ void TestToolReport::nothingIsLoadedOrRun()
             policy = meta.attributes.value("content");
     }
     const QByteArray bytes = fileBytes(pagePath());
-    const int start = bytes.indexOf("<style>") + int(qstrlen("<style>"));
+    const int start = int(bytes.indexOf("<style>")) + int(qstrlen("<style>"));
     const QByteArray style = bytes.mid(start, bytes.indexOf("</style>") - start);
     const QString hash = QCryptographicHash::hash(style, QCryptographicHash::Sha256).toBase64();
     QCOMPARE(policy,

@@ -75,7 +75,7 @@ void TestTrack::timeInSmallStepsDrivesAsFarAsInOne()
     pieces.setAvailableCars({1, 2, 3, 4});
     int laps = 0;
     for (int minute = 0; minute < 60; ++minute)
-        laps += pieces.advance(hour / 60).laps.size();
+        laps += int(pieces.advance(hour / 60).laps.size());
     // Chance falls differently, distance does not.
     QVERIFY(std::abs(laps - whole.advance(hour).laps.size()) < laps / 20);
 }

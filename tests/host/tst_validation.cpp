@@ -76,7 +76,7 @@ void TestValidation::theRealPluginPassesEveryCheck()
     const Verdict verdict = validate(realPlugin);
     QVERIFY2(verdict.exitCode == 0, qPrintable(verdict.output));
     QCOMPARE(verdict.complaints, QString());
-    const int checks = verdict.output.count("PASSED ");
+    const int checks = int(verdict.output.count("PASSED "));
     QVERIFY(checks >= 25);
     QCOMPARE(verdict.lastLine(), QString("%1 passed, 0 failed").arg(checks));
     QCOMPARE(verdict.output.trimmed().count('\n'), checks);
@@ -139,7 +139,7 @@ void TestValidation::whatDoesNotLoadFailsOnceAndSkipsTheRest()
     const Verdict verdict = validate(file);
     QCOMPARE(verdict.exitCode, 7);
     QVERIFY2(verdict.line("loading").startsWith("FAILED "), qPrintable(verdict.output));
-    const int skipped = verdict.output.count("SKIPPED ");
+    const int skipped = int(verdict.output.count("SKIPPED "));
     QVERIFY(skipped >= 25);
     QCOMPARE(verdict.lastLine(), QString("0 passed, 1 failed, %1 skipped").arg(skipped));
 }

@@ -20,7 +20,7 @@ public:
 
     int rowCount(const QModelIndex &parent = {}) const override
     {
-        return parent.isValid() ? 0 : letters.size();
+        return parent.isValid() ? 0 : int(letters.size());
     }
     QVariant data(const QModelIndex &index, int role = Qt::DisplayRole) const override
     {

@@ -17,6 +17,7 @@ QPalette darkPalette()
     QPalette palette;
     palette.setColor(QPalette::Base, QColor(35, 35, 35));
     palette.setColor(QPalette::Text, Qt::white);
+    palette.setColor(QPalette::PlaceholderText, Qt::lightGray);
     return palette;
 }
 
@@ -187,6 +188,7 @@ void TestEmptyTableHint::nothingIsCutOff()
 void TestEmptyTableHint::scrollingLeavesTheTextInPlace()
 {
     m_view->setColumnWidth(0, 2000);
+    QTRY_VERIFY(m_view->horizontalScrollBar()->isVisible());
     QTRY_VERIFY(m_view->horizontalScrollBar()->maximum() > 500);
     const QImage before = m_view->grab().toImage();
     const QRect place = ink();

@@ -68,7 +68,7 @@ public:
     }
     QModelIndex indexOfCar(int carId, int column) const
     {
-        return proxy.index(carIds().indexOf(carId), column);
+        return proxy.index(int(carIds().indexOf(carId)), column);
     }
 
     Reglament reglament;

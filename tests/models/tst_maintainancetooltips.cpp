@@ -108,7 +108,7 @@ QString TestMaintainanceToolTips::toolTip(int column) const
     QHelpEvent event(QEvent::ToolTip, at, m_view->viewport()->mapToGlobal(at));
     QApplication::sendEvent(m_view->viewport(), &event);
     const QString text = QToolTip::isVisible() ? QToolTip::text() : QString();
-    const int start = text.indexOf('>') + 1;
+    const int start = int(text.indexOf('>') + 1);
     return text.mid(start, text.lastIndexOf('<') - start).replace(QChar(QChar::LineSeparator), '\n');
 }
 

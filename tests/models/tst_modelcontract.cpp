@@ -107,7 +107,7 @@ public:
     ClearbackgroundTableModel &model() override { return m_model; }
     QString recordKey() const override { return ColumnKeys::comment; }
 
-    void edit(QRandomGenerator &random) override { remove(random.bounded(-1, m_records.size() + 1)); }
+    void edit(QRandomGenerator &random) override { remove(random.bounded(-1, int(m_records.size()) + 1)); }
     QVector<Mutation> mutations() override
     {
         return {

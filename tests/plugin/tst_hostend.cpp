@@ -113,7 +113,7 @@ void TestHostEnd::aQuittingHostIsToldWhatWasStored()
     const auto database = createDatabase();
     const Result result = runHost("quit");
     QCOMPARE(result.exitCode, 0);
-    const int end = result.output.indexOf("end of the event loop");
+    const int end = int(result.output.indexOf("end of the event loop"));
     QVERIFY2(result.output.mid(0, end).contains(archived), qPrintable(result.output.join(' ')));
     QCOMPARE(result.output.mid(end + 1), QStringList());
 }
@@ -123,7 +123,7 @@ void TestHostEnd::aHostThatRunsItsEventLoopAgainIsServedOn()
     const auto database = createDatabase();
     const Result result = runHost("run-again");
     QCOMPARE(result.exitCode, 0);
-    const int end = result.output.indexOf("end of the event loop");
+    const int end = int(result.output.indexOf("end of the event loop"));
     QVERIFY2(result.output.mid(0, end).contains(archived), qPrintable(result.output.join(' ')));
     QVERIFY2(result.output.mid(end).contains("update_pending_service"), qPrintable(result.output.join(' ')));
 }

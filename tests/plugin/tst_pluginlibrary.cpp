@@ -82,7 +82,7 @@ void TestPluginLibrary::itsMetadataBlockHoldsTwoEntries()
     QVERIFY(file.open(QIODevice::ReadOnly));
     const QByteArray library = file.readAll();
     const QByteArray magic("QTMETADATA ");
-    const int start = library.indexOf(magic);
+    const int start = int(library.indexOf(magic));
     QVERIFY(start > 0);
     // The magic is followed by "!" and four bytes: layout, Qt's major and minor version, kind of build.
     const QCborValue block = QCborValue::fromCbor(library.mid(start + magic.size() + 5, 1000));
@@ -188,7 +188,8 @@ void TestPluginLibrary::itsMessagesAreVisibleToTheMetaObjectSystem()
 void TestPluginLibrary::itLeavesNothingBehind()
 {
     const auto database = createDatabase();
-    const int threadsBefore = QDir("/proc/self/task").entryList(QDir::Dirs | QDir::NoDotAndDotDot).size();
+    const int threadsBefore =
+        int(QDir("/proc/self/task").entryList(QDir::Dirs | QDir::NoDotAndDotDot).size());
     const QStringList connectionsBefore = QSqlDatabase::connectionNames();
     for (int round = 0; round < 20; ++round) {
         LoadedPlugin host;

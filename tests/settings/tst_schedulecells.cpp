@@ -113,7 +113,7 @@ void TestScheduleCells::allFiguresAreShown()
                    {seconds, runs, laps});
     open();
     QCOMPARE(scheduleView()->columnWidth(2), 120);
-    QTEST(linesOf(picture(0, 2)).size(), "lines");
+    QTEST(int(linesOf(picture(0, 2)).size()), "lines");
     QCOMPARE(toolTip(0, 2), QString()); // it is shown for a text that is cut off
 }
 

@@ -64,7 +64,7 @@ void TestSettingsKeys::chooseFromMenu(int place) const
     });
     timer->start(1);
     QWidget *widget = m_host->focusWidget();
-    QContextMenuEvent event(QContextMenuEvent::Keyboard, {10, 10}, widget->mapToGlobal({10, 10}));
+    QContextMenuEvent event(QContextMenuEvent::Keyboard, {10, 10}, widget->mapToGlobal(QPoint(10, 10)));
     QApplication::sendEvent(widget, &event);
 }
 

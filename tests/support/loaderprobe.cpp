@@ -32,7 +32,7 @@ void LoaderProbe::reload()
 
 void LoaderProbe::updateService(const QJsonArray &serviceOps, const QJsonArray &personalList)
 {
-    const int sent = sequence.count("remote_service_move_to_archive");
+    const int sent = int(sequence.count("remote_service_move_to_archive"));
     emit updateRequested(serviceOps, personalList);
     QTRY_COMPARE_WITH_TIMEOUT(sequence.count("remote_service_move_to_archive"), sent + 1, 30000);
 }

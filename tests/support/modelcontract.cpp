@@ -152,7 +152,7 @@ private:
     }
     bool isWhereItBelongs(const FollowedCell &cell, const Records &rows) const
     {
-        const int row = rows.indexOf(cell.record);
+        const int row = int(rows.indexOf(cell.record));
         int column = -1;
         for (int candidate = 0; candidate < m_subject.model().columnCount(); ++candidate) {
             if (m_subject.model().columnKey(candidate) == cell.columnKey)
@@ -313,7 +313,7 @@ void checkSignals(Subject &subject)
         QVERIFY2(shownLog.take() == oneLayoutChange, refill.name);
         QVERIFY2(subject.actual() == subject.expected(), refill.name);
     }
-    const int mutationCount = subject.mutations().size();
+    const int mutationCount = int(subject.mutations().size());
     for (int number = 0; number < mutationCount; ++number) {
         subject.refill(sequence(1, 5));
         const Mutation mutation = subject.mutations().at(number);

@@ -39,7 +39,7 @@ public:
 
 private:
     int below(int limit) { return int(m_random.bounded(limit)); }
-    QVariant oneOf(const QVariantList &values) { return values.at(below(values.size())); }
+    QVariant oneOf(const QVariantList &values) { return values.at(below(int(values.size()))); }
     QVariant rarely(const QVariantList &odd, const QVariant &usual) { return below(12) ? usual : oneOf(odd); }
     QVariant carId() { return rarely({QVariant(), 99, "карт"}, below(8)); }
     QVariant model() { return oneOf({"Sodi", "RX", "sodi", ""}); }
@@ -53,7 +53,7 @@ private:
                                   .arg(below(3) * 15, 2, 10, QLatin1Char('0'));
         const QStringList forms {"%1T%2:00.000Z", "%1T%2Z", "%1 %2", "%1T%2+03:00"};
         return rarely({QVariant(), "вчера", 1700000000, "2026-03-08"},
-                      forms.at(below(forms.size())).arg(date, clock));
+                      forms.at(below(int(forms.size()))).arg(date, clock));
     }
 
     QRandomGenerator m_random;

@@ -65,7 +65,7 @@ inline QString utcMinutes(const Cell &cell)
     QDateTime time(QDate(part(1), part(2), part(3)), QTime(part(4), part(5)), Qt::UTC);
     const QString zone = match.captured(6);
     if (zone.size() == 6) {
-        const int minutes = zone.midRef(1, 2).toInt() * 60 + zone.midRef(4, 2).toInt();
+        const int minutes = zone.mid(1, 2).toInt() * 60 + zone.mid(4, 2).toInt();
         time = time.addSecs((zone.startsWith('-') ? 60 : -60) * minutes);
     }
     return time.toString("yyyy-MM-ddThh:mm");
@@ -132,7 +132,7 @@ public:
         return it == m_statuses.end() ? std::map<int, Status>() : it->second;
     }
 
-    int carCount() const { return m_cars.size(); }
+    int carCount() const { return int(m_cars.size()); }
     const Table &records() const { return m_records; }
 
 private:

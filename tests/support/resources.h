@@ -29,6 +29,6 @@ struct Resources
 private:
     static int entriesOf(const QString &folder)
     {
-        return QDir(folder).entryList(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot).size();
+        return int(QDir(folder).entryList(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot).size());
     }
 };

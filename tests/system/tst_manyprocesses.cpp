@@ -24,7 +24,7 @@ public:
     {
         m_rest += output;
         while (m_rest.contains('\n')) {
-            const int end = m_rest.indexOf('\n');
+            const int end = int(m_rest.indexOf('\n'));
             const QByteArray line = m_rest.left(end);
             m_rest.remove(0, end + 1);
             const QList<QByteArray> words = line.split(' ');
@@ -175,7 +175,7 @@ void TestManyProcesses::aKilledProcessLosesNothingThatWasAnnounced()
             QVERIFY2(remoteIds.count(id) <= 1, qPrintable(QString::number(id)));
             missing += !deleted.contains(id) && !remoteIds.contains(id);
         }
-        const int underWay = reports.of("deleting").size() - reports.of("deleted").size();
+        const int underWay = int(reports.of("deleting").size() - reports.of("deleted").size());
         QVERIFY2(missing <= underWay, qPrintable(QString("%1 missing").arg(missing)));
         for (int id : qAsConst(deleted))
             QVERIFY2(!remoteIds.contains(id), qPrintable(QString::number(id)));
@@ -183,9 +183,9 @@ void TestManyProcesses::aKilledProcessLosesNothingThatWasAnnounced()
         for (int comment : reports.of("service"))
             QVERIFY2(comments.count(comment) == 1, qPrintable(QString::number(comment)));
 
-        archived += reports.of("archived").size();
-        services += reports.of("service").size();
-        deletions += reports.of("deleted").size();
+        archived += int(reports.of("archived").size());
+        services += int(reports.of("service").size());
+        deletions += int(reports.of("deleted").size());
         firstId += idsPerRound;
         if (round % 20 == 19)
             m_database->exec("DELETE FROM maintainance WHERE remote_id<?", {firstId - 2 * idsPerRound});
@@ -226,14 +226,14 @@ void TestManyProcesses::processesShareOneFile()
     QVector<int> comments = stored("SELECT comment FROM maintainance WHERE remote_id IS NULL");
     std::sort(comments.begin(), comments.end());
     QCOMPARE(comments, services);
-    const int lapCount = 3 * laps.reports().of("laps").size();
+    const int lapCount = 3 * int(laps.reports().of("laps").size());
     QCOMPARE(m_database->value("SELECT count(*) FROM laps").toInt(), lapCount);
     QCOMPARE(reader.reports().of("torn").size(), 0);
     QVERIFY(reader.reports().of("whole").size() > 0);
     QCOMPARE(m_database->rows("PRAGMA integrity_check"), QStringList("ok"));
     qInfo("%d s, %s: %d remote records, %d services, %d laps, %d looks at whole batches", seconds,
-          qPrintable(journal), archived.size(), services.size(), lapCount,
-          reader.reports().of("whole").size());
+          qPrintable(journal), int(archived.size()), int(services.size()), lapCount,
+          int(reader.reports().of("whole").size()));
 }
 
 GARAGE_TEST_WITHOUT_WINDOWS(TestManyProcesses)

@@ -294,7 +294,7 @@ void TestRemoteSoak::theBooksAgreeAfterRandomActions()
     QVERIFY(pending.wait(patience));
     QTest::qWait(500);
 
-    const int remoteRecords = host.remote().store().latest(std::numeric_limits<int>::max()).size();
+    const int remoteRecords = int(host.remote().store().latest(std::numeric_limits<int>::max()).size());
     checkBooks(host.remote().checkArchive(), remoteRecords);
 }
 
@@ -310,7 +310,7 @@ void TestRemoteSoak::checkBooks(const ArchiveFindings &findings, int remoteRecor
     qInfo(
         "%d messages; rows %d before, %d after; %d services and %d complaints recorded, %d records deleted, "
         "%d remote records, %d of them archived",
-        m_events, m_rowsBefore, rows, m_recorded, m_complaints, m_deleted.size(), remoteRecords,
+        m_events, m_rowsBefore, rows, m_recorded, m_complaints, int(m_deleted.size()), remoteRecords,
         findings.archived);
     QCOMPARE(findings.missing, QVector<int>());
     QCOMPARE(findings.notDeleted, QVector<int>());
