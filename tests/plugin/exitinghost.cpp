@@ -180,6 +180,8 @@ int runAgain(int argc, char **argv)
         if (event == "update_pending_service")
             QApplication::quit();
     };
+    // The reload after the work may have been announced before the loop ended.
+    plugin->pluginSlot(QString(), "run_saved_to_db", {});
     QApplication::exec();
     return loader.unload() ? 0 : 1;
 }
