@@ -116,18 +116,20 @@ void GarageForm::setUpServiceLogTab()
 
 void GarageForm::setUpHints()
 {
-    const QString noCars = tr("Здесь появятся машины, которые заведены в программе хронометража.");
-    EmptyTableHint::install(m_ui->tvAllCars, [=] { return noCars; });
+    const auto noCars = [] {
+        return tr("Здесь появятся машины, которые заведены в программе хронометража.");
+    };
+    EmptyTableHint::install(m_ui->tvAllCars, noCars);
     EmptyTableHint::install(m_ui->tvAvailableCars, [this] {
         return m_allCarsModel.rowCount() == 0
             ? tr("Здесь появятся машины, доступные для заездов.")
             : tr("Здесь появятся машины, доступные для заездов: выделите их слева и нажмите стрелку вправо.");
     });
-    EmptyTableHint::install(m_ui->tvMaintainanceTable, [=] {
+    EmptyTableHint::install(m_ui->tvMaintainanceTable, [this, noCars] {
         if (!m_isFilled)
             return QString();
         return m_maintainanceModel.rowCount() == 0
-            ? noCars
+            ? noCars()
             : tr("Под фильтры не подходит ни одна машина. «Сброс» покажет все.");
     });
     EmptyTableHint::install(m_ui->tvServiceLog, [this] {

@@ -8,9 +8,9 @@
 /// The colours that carry meaning in the tables.
 namespace CellColors {
 
-inline const QColor attention(QRgb(StatusColors::attention));
-inline const QColor withinLimits(QRgb(StatusColors::withinLimits));
-inline const QColor unavailable(QRgb(StatusColors::unavailable));
+inline const QColor attention {QRgb(StatusColors::attention)};
+inline const QColor withinLimits {QRgb(StatusColors::withinLimits)};
+inline const QColor unavailable {QRgb(StatusColors::unavailable)};
 
 /// These colours are light: light text over them is replaced by black; any other is unchanged.
 inline void setReadableText(QPalette &palette)
