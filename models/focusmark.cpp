@@ -1,5 +1,6 @@
 #include "models/focusmark.h"
 
+#include <QCoreApplication>
 #include <QFocusEvent>
 #include <QPainter>
 #include <QScopedValueRollback>
