@@ -36,7 +36,7 @@ std::optional<Platform::FileIdentity> Platform::identityOfFile(const QString &pa
     if (!file.exists())
         return std::nullopt;
     const QDateTime created = file.birthTime();
-    // The path without links tells the targets of a changed link apart.
+    // The canonical path differs when a link is changed to another file.
     return FileIdentity(created.isValid() ? created.toMSecsSinceEpoch() : 0, qHash(file.canonicalFilePath()));
 }
 

@@ -1,7 +1,35 @@
 #include "garagectl/doctor/catalogue.h"
 
+#include <QByteArray>
+
+namespace {
+
+constexpr char rebuildMaintainance[] =
+    "BEGIN IMMEDIATE;\n"
+    "ALTER TABLE maintainance RENAME TO maintainance_old;\n"
+    "CREATE TABLE maintainance (id INTEGER PRIMARY KEY AUTOINCREMENT, car_id INTEGER, operation_id "
+    "INTEGER,\n"
+    "  operation_time TEXT, person_id INTEGER, person_name TEXT, comment TEXT, operation_state INTEGER "
+    "DEFAULT 1,\n"
+    "  remote_id INTEGER);\n"
+    "INSERT INTO maintainance SELECT id, car_id, operation_id, operation_time, person_id, person_name, "
+    "comment,\n"
+    "  ifnull(operation_state, 1), remote_id FROM maintainance_old;\n"
+    "DROP TABLE maintainance_old;\n"
+    "COMMIT;";
+constexpr char rebuildOperations[] =
+    "BEGIN IMMEDIATE;\n"
+    "ALTER TABLE service_operations RENAME TO service_operations_old;\n"
+    "CREATE TABLE service_operations (id INTEGER PRIMARY KEY AUTOINCREMENT, operation_name TEXT);\n"
+    "INSERT INTO service_operations SELECT id, operation_name FROM service_operations_old;\n"
+    "DROP TABLE service_operations_old;\n"
+    "COMMIT;";
+
+} // namespace
+
 const std::vector<FindingText> &DoctorCatalogue::all()
 {
+    static const QByteArray rebuildBoth = QByteArray(rebuildMaintainance) + '\n' + rebuildOperations;
     static const std::vector<FindingText> texts {
         {"folder-missing",
          Finding::Error,
@@ -190,24 +218,7 @@ const std::vector<FindingText> &DoctorCatalogue::all()
           "чужую запись."},
          {"Rebuild the tables, with the host closed; make their other indexes and triggers again:",
           "Закрыв программу хронометража, пересоздайте таблицы, затем их прочие индексы и триггеры:"},
-         "BEGIN IMMEDIATE;\n"
-         "ALTER TABLE maintainance RENAME TO maintainance_old;\n"
-         "CREATE TABLE maintainance (id INTEGER PRIMARY KEY AUTOINCREMENT, car_id INTEGER, operation_id "
-         "INTEGER,\n"
-         "  operation_time TEXT, person_id INTEGER, person_name TEXT, comment TEXT, operation_state INTEGER "
-         "DEFAULT 1,\n"
-         "  remote_id INTEGER);\n"
-         "INSERT INTO maintainance SELECT id, car_id, operation_id, operation_time, person_id, person_name, "
-         "comment,\n"
-         "  ifnull(operation_state, 1), remote_id FROM maintainance_old;\n"
-         "DROP TABLE maintainance_old;\n"
-         "COMMIT;\n"
-         "BEGIN IMMEDIATE;\n"
-         "ALTER TABLE service_operations RENAME TO service_operations_old;\n"
-         "CREATE TABLE service_operations (id INTEGER PRIMARY KEY AUTOINCREMENT, operation_name TEXT);\n"
-         "INSERT INTO service_operations SELECT id, operation_name FROM service_operations_old;\n"
-         "DROP TABLE service_operations_old;\n"
-         "COMMIT;"},
+         rebuildBoth.constData()},
         {"state-default",
          Finding::Error,
          {"operation_state does not default to 1", "operation_state по умолчанию не 1"},
@@ -215,18 +226,7 @@ const std::vector<FindingText> &DoctorCatalogue::all()
           "Сделанная работа сохраняется открытой: ячейка остаётся красной."},
          {"Rebuild the table, with the host closed; make its other indexes and triggers again:",
           "Закрыв программу хронометража, пересоздайте таблицу, затем её прочие индексы и триггеры:"},
-         "BEGIN IMMEDIATE;\n"
-         "ALTER TABLE maintainance RENAME TO maintainance_old;\n"
-         "CREATE TABLE maintainance (id INTEGER PRIMARY KEY AUTOINCREMENT, car_id INTEGER, operation_id "
-         "INTEGER,\n"
-         "  operation_time TEXT, person_id INTEGER, person_name TEXT, comment TEXT, operation_state INTEGER "
-         "DEFAULT 1,\n"
-         "  remote_id INTEGER);\n"
-         "INSERT INTO maintainance SELECT id, car_id, operation_id, operation_time, person_id, person_name, "
-         "comment,\n"
-         "  ifnull(operation_state, 1), remote_id FROM maintainance_old;\n"
-         "DROP TABLE maintainance_old;\n"
-         "COMMIT;"},
+         rebuildMaintainance},
         {"required-column",
          Finding::Error,
          {"A column the module leaves out is required", "Обязателен столбец, который модуль не пишет"},

@@ -13,7 +13,7 @@ namespace {
 
 constexpr double msPerSecond = 1000;
 
-/// Placeholders stand for any values.
+/// The placeholders are bound to NULL.
 QStringList planOf(const GarageDatabase &database, const QString &statement)
 {
     static const QRegularExpression placeholder(QStringLiteral(":\\w+"));
@@ -31,7 +31,7 @@ QStringList planOf(const GarageDatabase &database, const QString &statement)
     return plan;
 }
 
-/// The step of the plan that reads the laps: the table's name stands after SCAN or SEARCH.
+/// The step of the plan that reads the laps: the name of the table follows SCAN or SEARCH.
 QString lapStep(const QStringList &plan)
 {
     for (const QString &step : plan) {

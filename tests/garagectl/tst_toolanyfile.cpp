@@ -1,3 +1,4 @@
+#include "support/busyhost.h"
 #include "support/databaselock.h"
 #include "support/garagetest.h"
 #include "tool.h"
@@ -9,12 +10,10 @@
 #include <QFile>
 
 #include <algorithm>
-#include <atomic>
-#include <thread>
 
 namespace {
 
-/// FOLDER stands for a folder without files, LOG for a message log.
+/// FOLDER is replaced by the path of an empty folder, LOG by that of a message log.
 const QList<QStringList> commands = {
     {"due"},    {"forecast"},     {"explain", "7", "Chain"}, {"history"}, {"report", "/dev/stdout"},
     {"doctor"}, {"audit", "LOG"}, {"backup", "FOLDER"}};
@@ -139,11 +138,7 @@ void TestToolAnyFile::filesThatAreNoDatabaseAreRefused()
 {
     QFETCH(QByteArray, content);
     QFETCH(QString, reason);
-    home().createDatabaseFolder();
-    QFile file(home().databasePath());
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write(content);
-    file.close();
+    QVERIFY(home().writeDatabaseFile(content));
     const QStringList before = Tool::folderState(home().databasePath());
     const QString findingId = content.isEmpty() ? "file-empty" : "not-a-database";
     for (const QStringList &command : commands) {
@@ -283,30 +278,13 @@ void TestToolAnyFile::aBusyHostDoesNotDisturb()
         const auto database = createDatabase();
         fill(*database);
     }
-    std::atomic<bool> isDone {false};
-    std::atomic<int> commits {0};
-    std::thread host([&] {
-        const TestDatabase database(home().databasePath(), false);
-        while (!isDone) {
-            if (!database.tryExec("BEGIN IMMEDIATE"))
-                continue;
-            // Each run has 10 laps: one that is cut off would show.
-            for (int lap = 0; lap < 10; ++lap)
-                database.addLap(1, 100 + commits, "2026-03-03T10:00:00.000Z", 40000);
-            while (!database.tryExec("COMMIT")) { }
-            ++commits;
-        }
-    });
+    BusyHost host(home().databasePath());
     for (int i = 0; i < 20; ++i) {
         const Tool::Result result = Tool::run({"due", "--format", "json"});
         const QJsonObject row = result.rows().first().toObject();
-        const bool isWhole =
-            result.exitCode == 0 && row.value("laps").toInt() == 3 + 10 * (row.value("runs").toInt() - 1);
-        if (!isWhole) {
-            isDone = true;
-            host.join();
-            QFAIL(qPrintable(result.errors + result.output));
-        }
+        const bool isWhole = result.exitCode == 0
+            && row.value("laps").toInt() == 3 + BusyHost::lapsPerRun * (row.value("runs").toInt() - 1);
+        QVERIFY2(isWhole, qPrintable(result.errors + result.output));
     }
     QStringList failed;
     for (const QStringList &command : commands) {
@@ -314,10 +292,9 @@ void TestToolAnyFile::aBusyHostDoesNotDisturb()
         if (result.exitCode != 0)
             failed.append(command.first() + ": " + result.errors + result.output);
     }
-    isDone = true;
-    host.join();
+    host.stop();
     QVERIFY2(failed.isEmpty(), qPrintable(failed.join('\n')));
-    QVERIFY(commits > 5);
+    QVERIFY(host.commits() > 5);
 }
 
 void TestToolAnyFile::hostileNamesComeThroughWhole_data()

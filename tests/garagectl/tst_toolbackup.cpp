@@ -1,3 +1,4 @@
+#include "support/busyhost.h"
 #include "support/databaselock.h"
 #include "support/garagetest.h"
 #include "tool.h"
@@ -5,9 +6,6 @@
 #include <QDir>
 #include <QFile>
 #include <QProcess>
-
-#include <atomic>
-#include <thread>
 
 namespace {
 
@@ -205,7 +203,7 @@ void TestToolBackup::aFullDiskLeavesNoFile()
         const auto database = createDatabase();
         fill(*database);
     }
-    // A limit of the process stands for a full disk.
+    // A limit on the size of files simulates a full disk.
     QProcess shell;
     shell.start("sh", {"-c", "trap '' XFSZ; ulimit -f 8; exec \"$0\" backup \"$1\"", GARAGECTL, folder()});
     QVERIFY(shell.waitForFinished());
@@ -239,25 +237,12 @@ void TestToolBackup::aCopyBesideABusyHostIsWhole()
         const auto database = createDatabase();
         fill(*database);
     }
-    std::atomic<bool> isDone {false};
-    std::atomic<int> commits {0};
-    std::thread host([&] {
-        const TestDatabase database(home().databasePath(), false);
-        while (!isDone) {
-            if (!database.tryExec("BEGIN IMMEDIATE"))
-                continue;
-            for (int lap = 0; lap < 10; ++lap)
-                database.addLap(1, 100 + commits, "2026-03-03T10:00:00.000Z", 40000);
-            while (!database.tryExec("COMMIT")) { }
-            ++commits;
-        }
-    });
+    BusyHost host(home().databasePath());
     const Tool::Result result = Tool::run({"backup", folder(), "--format", "json"});
-    isDone = true;
-    host.join();
+    host.stop();
     QVERIFY2(result.exitCode == 0, qPrintable(result.errors));
-    QCOMPARE((result.json().value("rows").toObject().value("laps").toInt() - 3) % 10, 0);
-    QVERIFY(commits > 0);
+    QCOMPARE((result.json().value("rows").toObject().value("laps").toInt() - 3) % BusyHost::lapsPerRun, 0);
+    QVERIFY(host.commits() > 0);
 }
 
 void TestToolBackup::theFolderMustBeAnother()

@@ -371,11 +371,7 @@ void TestToolDoctor::aFileThatIsNoDatabaseIsFound()
 {
     QFETCH(QByteArray, content);
     QFETCH(QString, id);
-    home().createDatabaseFolder();
-    QFile file(home().databasePath());
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write(content);
-    file.close();
+    QVERIFY(home().writeDatabaseFile(content));
     const QStringList before = Tool::folderState(home().databasePath());
     QStringList ids = foundIds();
     ids.removeAll("journal-mode"); // the header alone says so

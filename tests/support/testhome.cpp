@@ -1,6 +1,7 @@
 #include "support/testhome.h"
 
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 
 TestHome::TestHome() : m_previousHome(qgetenv("HOME")), m_previousConfigHome(qgetenv("XDG_CONFIG_HOME"))
@@ -25,4 +26,11 @@ QString TestHome::databasePath() const
 void TestHome::createDatabaseFolder() const
 {
     QDir().mkpath(QFileInfo(databasePath()).path());
+}
+
+bool TestHome::writeDatabaseFile(const QByteArray &content) const
+{
+    createDatabaseFolder();
+    QFile file(databasePath());
+    return file.open(QIODevice::WriteOnly) && file.write(content) == content.size() && file.flush();
 }

@@ -16,6 +16,8 @@ public:
     QString databasePath() const;
     /// Makes the folder of the database.
     void createDatabaseFolder() const;
+    /// Writes a file with that content in place of the database; false if that fails.
+    bool writeDatabaseFile(const QByteArray &content) const;
 
 private:
     QTemporaryDir m_directory;
