@@ -65,6 +65,7 @@ bool GarageDatabase::mayWriteFile() const
 
 void GarageDatabase::open()
 {
+    m_isDurable = false;
     if (!m_database.open())
         return;
     m_isReadOnly = !mayWriteFile(); // SQLite then opens it for reading, and never tries again

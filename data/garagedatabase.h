@@ -40,6 +40,11 @@ public:
     /// Incremented each time another file is opened: data read at another count are from another file.
     int fileCount() const { return m_fileCount; }
 
+    /// Whether a commit of this connection survives a power cut. Every opening resets it; the first write
+    /// sets it.
+    bool isDurable() const { return m_isDurable; }
+    void setDurable(bool isDurable) { m_isDurable = isDurable; }
+
     /// While this object exists, statements on a busy database fail at once. Otherwise they wait for the
     /// driver's timeout, 5 s.
     class NoWaiting final
@@ -73,6 +78,7 @@ private:
     QSqlDatabase m_database;
     std::optional<Platform::FileIdentity> m_openedFile;
     bool m_isReadOnly = false; ///< the file could not be written when it was opened
+    bool m_isDurable = false;
     int m_fileCount = 0;
     mutable QSqlError m_readError;
 };

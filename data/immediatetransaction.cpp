@@ -19,6 +19,7 @@ ImmediateTransaction::ImmediateTransaction(GarageDatabase &database, RetryPredic
     : m_database(database), m_mayRetry(std::move(mayRetry))
 {
     m_database.ensureOpen();
+    makeDurable();
     m_active = runWhileBusy(QStringLiteral("BEGIN IMMEDIATE"));
 }
 
@@ -62,6 +63,14 @@ bool ImmediateTransaction::commit()
     }
     m_active = false;
     return true;
+}
+
+/// SQLite's default does not sync the folder after the deletion of the rollback journal: a power cut may
+/// bring the journal back, and it then undoes the last write, which the host was already told of.
+void ImmediateTransaction::makeDurable()
+{
+    if (!m_database.isDurable())
+        m_database.setDurable(runWhileBusy(QStringLiteral("PRAGMA synchronous=EXTRA")));
 }
 
 bool ImmediateTransaction::runWhileBusy(const QString &statement) const

@@ -16,7 +16,7 @@ using StatementValues = std::initializer_list<std::pair<QLatin1String, QVariant>
 ///
 /// While another connection keeps the database busy, BEGIN and COMMIT wait in the calling thread, by default
 /// without limit. Any other failure ends the write silently: nothing of it is stored. The connection is never
-/// left inside a transaction.
+/// left inside a transaction. What is committed is on the disk, and survives a power cut.
 class ImmediateTransaction final
 {
     Q_DISABLE_COPY(ImmediateTransaction)
@@ -38,6 +38,7 @@ public:
     bool commit();
 
 private:
+    void makeDurable();
     bool runWhileBusy(const QString &statement) const;
     void leave();
 

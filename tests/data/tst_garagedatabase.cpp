@@ -1,5 +1,6 @@
 #include "data/garagedatabase.h"
 #include "data/immediatetransaction.h"
+#include "support/databaselock.h"
 #include "support/garagetest.h"
 
 #include <cstdio>
@@ -14,6 +15,7 @@ private slots:
     void aFileThatBecomesWritableIsOpenedAnew();
     void anotherFileIsCounted();
     void aBusyDatabaseIsNotWaitedForWithoutWaiting();
+    void everyWriteIsSyncedWithItsFolder();
 };
 
 namespace {
@@ -109,6 +111,30 @@ void TestGarageDatabase::aBusyDatabaseIsNotWaitedForWithoutWaiting()
     }
     database->exec("COMMIT");
     QVERIFY(garage.run(countOperations).isActive());
+}
+
+void TestGarageDatabase::everyWriteIsSyncedWithItsFolder()
+{
+    const auto database = createDatabase();
+    const QString path = home().databasePath();
+    constexpr int extra = 3;
+    const auto level = [](const GarageDatabase &garage) {
+        QSqlQuery query = garage.run("PRAGMA synchronous");
+        return query.next() ? query.value(0).toInt() : -1;
+    };
+    GarageDatabase garage(connection);
+    {
+        const DatabaseLock lock(path, DatabaseLock::Exclusive, 60); // the first write waits
+        QVERIFY(writeStatement(garage, addOperation, {}).isValid());
+    }
+    QCOMPARE(level(garage), extra);
+
+    {
+        const TestDatabase replacement(path + ".other");
+    }
+    QCOMPARE(std::rename(qPrintable(path + ".other"), qPrintable(path)), 0);
+    QVERIFY(writeStatement(garage, addOperation, {}).isValid());
+    QCOMPARE(level(garage), extra);
 }
 
 GARAGE_TEST_WITHOUT_WINDOWS(TestGarageDatabase)
