@@ -5,6 +5,7 @@
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
+#include <QFile>
 #include <QMap>
 #include <QRect>
 
@@ -64,6 +65,24 @@ QList<QCommandLineOption> allOptions()
          CommandLine::tr("With --validate: time limit of each check in seconds. The default is 30."),
          CommandLine::tr("SECONDS")},
         inThisProcessOption(),
+        {QStringLiteral("serve"),
+         CommandLine::tr("Serves the page of the remote side, on which mechanics see what is due and tick it "
+                         "off, at this address. The default is 127.0.0.1:8080: this machine only. Without a "
+                         "display, or with --stdio, there is no window. Ends with SIGINT or SIGTERM."),
+         CommandLine::tr("ADDRESS:PORT")},
+        {QStringLiteral("serve-certificate"),
+         CommandLine::tr("With --serve: certificate, in PEM format; the page is encrypted."),
+         CommandLine::tr("FILE")},
+        {QStringLiteral("serve-key"), CommandLine::tr("With --serve-certificate: its key, in PEM format."),
+         CommandLine::tr("FILE")},
+        {QStringLiteral("serve-proxy"),
+         CommandLine::tr("With --serve: address of a reverse proxy that names its clients in "
+                         "X-Forwarded-For. Can be repeated."),
+         CommandLine::tr("ADDRESS")},
+        {QStringLiteral("serve-url"),
+         CommandLine::tr("With --serve: address under which a reverse proxy shows the page, such as "
+                         "https://garage.example."),
+         CommandLine::tr("URL")},
         {QStringLiteral("plugin"),
          CommandLine::tr("Library of the plug-in. The default is libruvalogarage.so beside the program."),
          CommandLine::tr("FILE")},
@@ -100,6 +119,18 @@ const QMap<QString, SampleKind> &sampleKinds()
     return kinds;
 }
 
+/// Qt's options have a value always or never; that of --serve may be missing.
+QStringList withServeAddress(QStringList arguments)
+{
+    for (QString &argument : arguments) {
+        const int next = int(&argument - &arguments.first()) + 1;
+        const bool hasValue = next < arguments.size() && !arguments.at(next).startsWith(QLatin1Char('-'));
+        if (argument == QLatin1String("--serve") && !hasValue)
+            argument += QLatin1Char('=') + QString::fromStdString(WebAccess().endpoint.text());
+    }
+    return arguments;
+}
+
 QStringList checkNames()
 {
     QStringList names;
@@ -117,10 +148,10 @@ CommandLine::CommandLine(const QStringList &arguments)
         "Demo host of the garage module: loads the plug-in and exchanges messages with it as a timing "
         "application does.\n\nExit codes: 0 - success, 1 - invalid options, 2 - plug-in not loaded, 3 - no "
         "database, 4 - the plug-in did not answer, 5 - some input lines are not messages, 6 - cancelled, 7 - "
-        "the plug-in failed a check, 8 - a screenshot was not saved."));
+        "the plug-in failed a check, 8 - a screenshot was not saved, 9 - the page is not served."));
     parser.addOptions(allOptions());
     m_helpText = parser.helpText();
-    if (!parser.parse(arguments)) {
+    if (!parser.parse(withServeAddress(arguments))) {
         m_errorText = parser.errorText();
         return;
     }
@@ -168,6 +199,7 @@ void CommandLine::read(const QCommandLineParser &parser)
         m_errorText = tr("--lang must be one of: %1").arg(languages.join(QLatin1String(", ")));
     readWindowSize(parser.value(QStringLiteral("window-size")));
     readValidation(parser);
+    readServe(parser);
     if (m_errorText.isEmpty())
         checkCombination();
 }
@@ -212,6 +244,37 @@ void CommandLine::readValidation(const QCommandLineParser &parser)
         m_errorText = tr("a check in this process needs --check and --home");
 }
 
+void CommandLine::readServe(const QCommandLineParser &parser)
+{
+    const QString certificate = parser.value(QStringLiteral("serve-certificate"));
+    const QString key = parser.value(QStringLiteral("serve-key"));
+    const QStringList proxies = parser.values(QStringLiteral("serve-proxy"));
+    const QString url = parser.value(QStringLiteral("serve-url"));
+    if (!parser.isSet(QStringLiteral("serve"))) {
+        if (!certificate.isEmpty() || !key.isEmpty() || !proxies.isEmpty() || !url.isEmpty())
+            m_errorText = tr("the options that begin with --serve- need --serve");
+        return;
+    }
+    WebAccess access;
+    if (const auto endpoint = WebAddress::parse(parser.value(QStringLiteral("serve")).toStdString()))
+        access.endpoint = *endpoint;
+    else
+        m_errorText = tr("--serve must be like 192.168.1.5:8080 or [fd00::1]:8080");
+    access.certificateFile = QFile::encodeName(certificate).toStdString();
+    access.keyFile = QFile::encodeName(key).toStdString();
+    if (certificate.isEmpty() != key.isEmpty())
+        m_errorText = tr("--serve-certificate and --serve-key need each other");
+    for (const QString &proxy : proxies) {
+        access.trustedProxies.push_back(proxy.toStdString());
+        if (!WebAddress::isAddress(access.trustedProxies.back()))
+            m_errorText = tr("--serve-proxy must be an address like 127.0.0.1");
+    }
+    access.publicUrl = url.toStdString();
+    if (!url.isEmpty() && WebAddress::authority(access.publicUrl).empty())
+        m_errorText = tr("--serve-url must be like https://garage.example");
+    m_options.serve = access;
+}
+
 void CommandLine::checkCombination()
 {
     if (m_options.documents && (m_options.fresh || !m_options.homeFolder.isEmpty()))
@@ -222,4 +285,7 @@ void CommandLine::checkCombination()
         m_errorText = tr("--stdio, --due, --play and --validate exclude each other");
     if ((m_options.stdio || m_options.due) && !m_options.screenshotsFolder.isEmpty())
         m_errorText = tr("--screenshots excludes --stdio and --due");
+    const bool endsByItself = ways - int(m_options.stdio) > 0 || !m_options.screenshotsFolder.isEmpty();
+    if (m_options.serve && endsByItself)
+        m_errorText = tr("--serve excludes --due, --play, --validate and --screenshots");
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "host/remote/web/webserver.h"
 #include "host/sample/sampledata.h"
 #include "host/validation/validation.h"
 
@@ -7,6 +8,8 @@
 #include <QSize>
 #include <QString>
 #include <QStringList>
+
+#include <optional>
 
 class QCommandLineParser;
 
@@ -30,6 +33,7 @@ struct HostOptions
     quint32 seed = 1;
     SampleKind data = SampleKind::Sample;
     bool isDataChosen = false; // --data was given
+    std::optional<WebAccess> serve; // the page of the remote side
 };
 
 /// Parses the command line. Needs an application object for the program's name.
@@ -49,6 +53,7 @@ private:
     void read(const QCommandLineParser &parser);
     void readWindowSize(const QString &text);
     void readValidation(const QCommandLineParser &parser);
+    void readServe(const QCommandLineParser &parser);
     void checkCombination();
 
     HostOptions m_options;

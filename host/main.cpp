@@ -5,6 +5,7 @@
 #include "host/sample/samplejob.h"
 #include "host/sessions/duesession.h"
 #include "host/sessions/playsession.h"
+#include "host/sessions/servesession.h"
 #include "host/sessions/stdiosession.h"
 #include "host/sessions/toursession.h"
 #include "host/sessions/windowsession.h"
@@ -152,9 +153,26 @@ std::unique_ptr<HostSession> makeSession(const HostOptions &options, const DataF
         return std::make_unique<DueSession>(host);
     if (!options.playFile.isEmpty())
         return std::make_unique<PlaySession>(host, folder, options.playFile, screenshots);
+    if (isHeadless() && options.serve)
+        return std::make_unique<ServeSession>(host);
     if (isHeadless() || !options.screenshotsFolder.isEmpty())
         return std::make_unique<TourSession>(host, folder, screenshots, options.windowSize);
     return std::make_unique<WindowSession>(host, folder);
+}
+
+/// Prints the address where standard output is not for messages.
+Result serve(const HostOptions &options, DemoHost &host)
+{
+    if (const Result result = host.remote().prepare(); !result)
+        return result;
+    if (const Result result = host.web().start(*options.serve); !result)
+        return result;
+    const QString text = Text::tr("Page for phones: %1").arg(host.web().url());
+    if (options.stdio)
+        Console::writeError(text);
+    else
+        Console::writeLine(text);
+    return Result::success();
 }
 
 int run(const HostOptions &options, const DataFolder &folder)
@@ -163,6 +181,12 @@ int run(const HostOptions &options, const DataFolder &folder)
     if (const Result result = loadPlugin(options, host.plugin()); !result) {
         Console::writeError(Text::tr("plug-in not loaded: %1").arg(result.errorText()));
         return ExitCode::NoPlugin;
+    }
+    if (options.serve) {
+        if (const Result result = serve(options, host); !result) {
+            Console::writeError(result.errorText());
+            return ExitCode::NoServer;
+        }
     }
     const std::unique_ptr<HostSession> session = makeSession(options, folder, host);
     QObject::connect(session.get(), &HostSession::finished, qApp, &QApplication::exit, Qt::QueuedConnection);

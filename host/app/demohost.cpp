@@ -8,5 +8,6 @@ DemoHost::DemoHost(const DataFolder &folder, quint32 seed)
     , m_fleet(m_connection, m_plugin)
     , m_track(folder.databasePath(), m_fleet, m_plugin, seed)
     , m_remote(folder.remoteRecordsPath(), m_connection, m_plugin)
+    , m_web(m_remote, m_fleet, folder.databasePath())
 {
 }

@@ -5,6 +5,7 @@
 #include "host/messages/messagelogmodel.h"
 #include "host/plugin/pluginhost.h"
 #include "host/remote/remoteside.h"
+#include "host/remote/web/webservice.h"
 #include "host/track/track.h"
 
 class DataFolder;
@@ -23,6 +24,7 @@ public:
     FleetController &fleet() { return m_fleet; }
     Track &track() { return m_track; }
     RemoteSide &remote() { return m_remote; }
+    WebService &web() { return m_web; }
 
 private:
     HostConnection m_connection;
@@ -31,4 +33,5 @@ private:
     FleetController m_fleet;
     Track m_track;
     RemoteSide m_remote;
+    WebService m_web;
 };

@@ -51,3 +51,18 @@ private:
     bool m_failedOnLock = false;
     int m_lastInsertId = -1;
 };
+
+/// Sets how long a statement waits for a lock, for one scope.
+class LockWait final
+{
+    Q_DISABLE_COPY(LockWait)
+public:
+    LockWait(HostConnection &connection, int milliseconds) : m_connection(connection)
+    {
+        m_connection.setBusyTimeout(milliseconds);
+    }
+    ~LockWait() { m_connection.setBusyTimeout(HostConnection::usualBusyTimeout); }
+
+private:
+    HostConnection &m_connection;
+};

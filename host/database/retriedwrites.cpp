@@ -44,8 +44,6 @@ void RetriedWrites::runWaiting()
 
 Result RetriedWrites::attempt(const Write &write)
 {
-    m_connection.setBusyTimeout(shortWait);
-    Result result = write();
-    m_connection.setBusyTimeout(HostConnection::usualBusyTimeout);
-    return result;
+    const LockWait wait(m_connection, shortWait);
+    return write();
 }

@@ -10,9 +10,15 @@
 #include <QJsonDocument>
 #include <QSet>
 
+#include <algorithm>
+
 namespace {
 
 constexpr int minuteLength = 16; // "yyyy-MM-ddThh:mm"
+constexpr int firstResendDelay = 30000; // milliseconds; each attempt doubles it
+constexpr int longestResendDelay = 16 * 60000;
+constexpr int shortLockWait = 5; // milliseconds; a page asks again
+constexpr int switchTime = 5000; // until a switch without an effect is forgotten, milliseconds
 
 QString nowText()
 {
@@ -30,6 +36,29 @@ QString fullTime(QString text)
     return TimestampFormatter().format(QDateTime(time.date(), time.time(), Qt::UTC).toMSecsSinceEpoch());
 }
 
+/// The figures of each car by operation id.
+QHash<int, QJsonObject> drivenByCar(const QJsonArray &statuses)
+{
+    QHash<int, QJsonObject> cars;
+    for (const QJsonValue value : statuses) {
+        const QJsonObject status = value.toObject();
+        cars.insert(status.value(QLatin1String("carId")).toInt(-1),
+                    status.value(QLatin1String("opsStatus")).toObject());
+    }
+    return cars;
+}
+
+std::optional<DrivenSince> drivenSince(const QJsonObject &operations, int opId)
+{
+    const QJsonValue value = operations.value(QString::number(opId));
+    if (!value.isObject())
+        return std::nullopt;
+    const QJsonObject figures = value.toObject();
+    return DrivenSince {figures.value(QLatin1String("tt")).toInt(),
+                        figures.value(QLatin1String("tr")).toInt(),
+                        figures.value(QLatin1String("tl")).toInt()};
+}
+
 QVector<int> idsOf(const QVector<RemoteRecord> &records)
 {
     QVector<int> ids;
@@ -45,6 +74,9 @@ RemoteSide::RemoteSide(const QString &recordsPath, HostConnection &track, Plugin
 {
     // Queued: the plug-in must return from its signal before it gets an answer.
     connect(&plugin, &PluginHost::received, this, &RemoteSide::handleMessage, Qt::QueuedConnection);
+    m_resendTimer.setSingleShot(true);
+    m_resendTimer.setInterval(firstResendDelay);
+    connect(&m_resendTimer, &QTimer::timeout, this, &RemoteSide::sendAgain);
 }
 
 Result RemoteSide::prepare()
@@ -61,28 +93,115 @@ QString RemoteSide::storedText(const PendingService &work)
     return work.opId < 0 ? work.opName : QString(); // the due list names a complaint by its text
 }
 
-bool RemoteSide::complete(const PendingService &work, const HostPerson &by, const QString &comment,
-                          Channel channel)
+std::optional<QVector<RecordedWork>> RemoteSide::record(const QVector<DoneWork> &works, const HostPerson &by)
 {
-    const std::optional<bool> isOpen = isOpenAtTrack(work.localId);
-    if (!isOpen) {
-        emit logged(tr("Not recorded, the track's database cannot be read: %1").arg(m_track.errorText()));
-        return false;
+    const LockWait trackWait(m_track, shortLockWait);
+    const LockWait storeWait(m_store.connection(), shortLockWait);
+    const auto results = store(works, by);
+    if (results)
+        sendWhenArchived();
+    return results;
+}
+
+std::optional<QVector<RecordedWork>> RemoteSide::store(const QVector<DoneWork> &works, const HostPerson &by)
+{
+    const std::optional<KnownThings> known = readKnownThings();
+    if (!known)
+        return std::nullopt;
+    QVector<RecordedWork> results(works.size());
+    const Result stored = m_store.transact([&] {
+        for (int index = 0; index < works.size(); ++index) {
+            if (!store(works.at(index), by, *known, results[index]))
+                return false;
+        }
+        return true;
+    });
+    if (!stored) {
+        if (m_errorText.isEmpty())
+            m_errorText = stored.errorText();
+        return std::nullopt;
     }
+    emit recordsChanged();
+    return results;
+}
+
+std::optional<RemoteSide::KnownThings> RemoteSide::readKnownThings()
+{
+    m_errorText.clear();
+    KnownThings known;
+    QSqlQuery cars = m_track.query(QStringLiteral("SELECT id FROM cars"));
+    while (cars.next())
+        known.cars.insert(cars.value(0).toInt());
+    if (!cars.isActive()) {
+        fail(m_track);
+        return std::nullopt;
+    }
+    QSqlQuery operations = m_track.query(QStringLiteral("SELECT id,operation_name FROM service_operations"));
+    while (operations.next())
+        known.operations.insert(operations.value(0).toInt(), operations.value(1).toString());
+    if (!operations.isActive()) {
+        fail(m_track);
+        return std::nullopt;
+    }
+    return known;
+}
+
+bool RemoteSide::store(const DoneWork &work, const HostPerson &by, const KnownThings &known,
+                       RecordedWork &result)
+{
+    if (!work.requestKey.isEmpty()) {
+        if (const std::optional<RemoteRecord> stored = m_store.withKey(work.requestKey)) {
+            result = {RecordedWork::Stored, stored->id, stored->state};
+            return true;
+        }
+    }
+    const bool isComplaint = work.opId < 0;
+    if (!known.cars.contains(work.carId)) {
+        result.outcome = RecordedWork::UnknownCar;
+        return true;
+    }
+    if (!isComplaint && !known.operations.contains(work.opId)) {
+        result.outcome = RecordedWork::UnknownOperation;
+        return true;
+    }
+    const std::optional<OpenRecord> open = openRecord(work);
+    if (!open)
+        return fail(m_track);
+    const QString now = nowText();
     RemoteRecord record;
     record.carId = work.carId;
-    record.opId = work.opId;
-    record.opName = work.opName;
-    record.doneTime = nowText();
+    record.opId = isComplaint ? -1 : work.opId;
+    record.opName = isComplaint ? open->text : known.operations.value(work.opId);
+    record.doneTime = work.doneTime.isEmpty() || work.doneTime > now ? now : work.doneTime;
     record.operatorId = by.id;
     record.operatorName = QStringList {by.lastName, by.firstName}.join(QLatin1Char(' ')).trimmed();
     record.serviceCode = by.serviceCode;
-    record.comment = comment;
-    // The due list names the last record also where that is done and only overrun; closing that
-    // record would change it instead of adding one.
-    record.localId = *isOpen ? work.localId : -1;
-    m_store.add(record);
-    emit recordsChanged();
+    record.comment = work.comment;
+    record.requestKey = work.requestKey;
+    // Completing a record that is done already, or is about to be, would change it instead of adding one.
+    record.localId = open->exists && !m_store.isTaken(work.localId) ? work.localId : -1;
+    result.id = m_store.add(record);
+    return result.id >= 0;
+}
+
+bool RemoteSide::fail(const HostConnection &connection)
+{
+    m_errorText = connection.errorText();
+    return false;
+}
+
+bool RemoteSide::complete(const PendingService &work, const HostPerson &by, const QString &comment,
+                          Channel channel)
+{
+    const auto recorded = store({{work.carId, work.opId, work.localId, QString(), comment, QString()}}, by);
+    if (!recorded) {
+        emit logged(tr("Not recorded: %1").arg(m_errorText));
+        return false;
+    }
+    if (recorded->first().outcome != RecordedWork::Stored) {
+        emit logged(tr("Not recorded: the kart or the operation does not exist any more"));
+        return false;
+    }
     if (m_sendsAtOnce)
         sendWaiting(channel);
     return true;
@@ -90,16 +209,29 @@ bool RemoteSide::complete(const PendingService &work, const HostPerson &by, cons
 
 void RemoteSide::sendWaiting(Channel channel)
 {
-    const QVector<RemoteRecord> waiting = m_store.inState(RemoteRecord::Waiting);
-    if (waiting.isEmpty())
+    send(m_store.inState(RemoteRecord::Waiting), channel);
+}
+
+void RemoteSide::send(const QVector<RemoteRecord> &records, Channel channel)
+{
+    if (records.isEmpty())
         return;
     QJsonArray array;
-    for (const RemoteRecord &record : waiting)
+    for (const RemoteRecord &record : records)
         array.append(record.toJson());
     QJsonObject data {
         {QStringLiteral("data"), QString::fromUtf8(QJsonDocument(array).toJson(QJsonDocument::Compact))}};
-    logFailure(m_store.setState(idsOf(waiting), RemoteRecord::Sent));
-    emit logged(tr("Records sent: %1").arg(waiting.size()));
+    const QVector<int> ids = idsOf(records);
+    // A record that is not marked would be sent again while it is on its way.
+    if (const Result marked = m_store.setState(ids, RemoteRecord::Sent); !marked) {
+        logFailure(marked);
+        return;
+    }
+    for (const int id : ids)
+        m_underWay.insert(id);
+    if (!m_resendTimer.isActive())
+        m_resendTimer.start();
+    emit logged(tr("Records sent: %1").arg(records.size()));
     if (channel == Channel::Service) {
         m_plugin.send(QStringLiteral("remote_service_data"), data);
     } else {
@@ -110,12 +242,53 @@ void RemoteSide::sendWaiting(Channel channel)
     emit recordsChanged();
 }
 
+void RemoteSide::sendWhenArchived()
+{
+    if (m_sendsAtOnce && m_underWay.isEmpty())
+        sendWaiting();
+}
+
+/// The track archives nothing of a message that it could not store.
+void RemoteSide::sendAgain()
+{
+    m_resendTimer.setInterval(std::min(2 * m_resendTimer.interval(), longestResendDelay));
+    send(m_store.inState(RemoteRecord::Sent), Channel::Service);
+}
+
 void RemoteSide::switchAvailability(int carId)
 {
     m_plugin.send(QStringLiteral("remote_control_data"),
                   {{QStringLiteral("msg"), QStringLiteral("switchCarAvailability")},
                    {QStringLiteral("data"), QJsonObject {{QStringLiteral("carId"), carId}}},
                    {QStringLiteral("sinkId"), ++m_lastSinkId}});
+}
+
+std::optional<bool> RemoteSide::requestAvailability(int carId, bool available)
+{
+    const LockWait wait(m_track, shortLockWait);
+    m_errorText.clear();
+    QSqlQuery car = m_track.query(
+        QStringLiteral(
+            "SELECT ifnull(available,1) FROM cars LEFT JOIN host_cars ON car_id=cars.id WHERE cars.id=?"),
+        {carId});
+    if (!car.isActive()) {
+        fail(m_track);
+        return std::nullopt;
+    }
+    if (!car.next())
+        return false;
+    const bool isAvailable = car.value(0).toBool();
+    const auto wanted = m_wanted.constFind(carId);
+    // The message only switches: sent again before it has had its effect, it would undo it.
+    const bool isSwitching = wanted != m_wanted.cend() && wanted->available != isAvailable
+        && !wanted->since.hasExpired(switchTime);
+    if (available == (isSwitching ? wanted->available : isAvailable))
+        return true;
+    WantedAvailability want {available, QElapsedTimer()};
+    want.since.start();
+    m_wanted.insert(carId, want);
+    switchAvailability(carId);
+    return true;
 }
 
 ArchiveFindings RemoteSide::checkArchive()
@@ -165,11 +338,15 @@ void RemoteSide::handleMessage(const HostMessage &message)
 
 void RemoteSide::answerRequest()
 {
-    if (m_store.inState(RemoteRecord::Waiting).isEmpty())
+    QVector<RemoteRecord> records = m_store.inState(RemoteRecord::Waiting);
+    // What an earlier run of the program has sent, and does not know to be archived.
+    if (m_underWay.isEmpty())
+        records += m_store.inState(RemoteRecord::Sent);
+    if (records.isEmpty())
         m_plugin.send(QStringLiteral("remote_service_data"),
                       {{QStringLiteral("data"), QStringLiteral("[]")}});
     else
-        sendWaiting();
+        send(records, Channel::Service);
 }
 
 void RemoteSide::handleRecord(const QJsonObject &data)
@@ -192,6 +369,10 @@ void RemoteSide::handleRecord(const QJsonObject &data)
     if (record.localId < 0)
         record.localId = localIdOf(record.carId, record.opId, record.doneTime.left(minuteLength));
     const int id = m_store.add(record);
+    if (id < 0) {
+        logFailure(Result::error(m_store.connection().errorText()));
+        return;
+    }
     emit logged(tr("Record %1 received: %2").arg(id).arg(record.opName.simplified()));
     emit recordsChanged();
     if (isDoneHere && m_sendsAtOnce)
@@ -211,14 +392,23 @@ void RemoteSide::handleArchive(const QJsonObject &data)
     QVector<int> ids;
     for (const QJsonValue id : data.value(QLatin1String("idList")).toArray())
         ids.append(id.toInt(-1));
-    logFailure(m_store.setState(ids, RemoteRecord::Archived));
+    const Result archived = m_store.setState(ids, RemoteRecord::Archived);
+    logFailure(archived);
+    for (const int id : qAsConst(ids))
+        m_underWay.remove(id);
+    if (archived && m_underWay.isEmpty()) {
+        m_resendTimer.stop();
+        m_resendTimer.setInterval(firstResendDelay);
+    }
     emit logged(tr("Archived: %1").arg(ids.size()));
     emit recordsChanged();
+    sendWhenArchived();
 }
 
 void RemoteSide::handlePending(const QJsonObject &data)
 {
     m_pending.clear();
+    const auto driven = drivenByCar(data.value(QLatin1String("maintainanceStatus")).toArray());
     for (const QJsonValue value : data.value(QLatin1String("servicePendingList")).toArray()) {
         const QJsonObject due = value.toObject();
         PendingService service;
@@ -229,6 +419,7 @@ void RemoteSide::handlePending(const QJsonObject &data)
         service.opName = due.value(QLatin1String("opName")).toString();
         service.since = due.value(QLatin1String("opDateTime")).toString();
         service.localId = due.value(QLatin1String("localId")).toInt(-1);
+        service.driven = drivenSince(driven.value(service.carId), service.opId);
         m_pending.append(service);
     }
     emit pendingChanged();
@@ -278,10 +469,17 @@ int RemoteSide::localIdOf(int carId, int opId, const QString &minute)
     return id.isNull() ? -1 : id.toInt();
 }
 
-std::optional<bool> RemoteSide::isOpenAtTrack(int localId)
+std::optional<RemoteSide::OpenRecord> RemoteSide::openRecord(const DoneWork &work)
 {
-    const QVariant isOpen = m_track.value(
-        QStringLiteral("SELECT EXISTS (SELECT 1 FROM maintainance WHERE id=? AND operation_state=0)"),
-        {localId});
-    return isOpen.isValid() ? std::make_optional(isOpen.toBool()) : std::nullopt;
+    if (work.localId < 0)
+        return OpenRecord();
+    QSqlQuery found =
+        m_track.query(QStringLiteral("SELECT comment FROM maintainance WHERE id=? AND car_id=? AND "
+                                     "operation_id=? AND operation_state=0"),
+                      {work.localId, work.carId, work.opId});
+    if (!found.isActive())
+        return std::nullopt;
+    if (!found.next())
+        return OpenRecord();
+    return OpenRecord {true, found.value(0).toString()};
 }

@@ -1,7 +1,5 @@
 #include "host/remote/remotestore.h"
 
-#include "host/database/hosttransaction.h"
-
 #include <QStringList>
 
 #include <algorithm>
@@ -35,7 +33,10 @@ RemoteStore::RemoteStore(const QString &path) : m_connection(path)
 Result RemoteStore::prepare(int usedRemoteId)
 {
     initResources();
-    if (!m_connection.isOpen() || !m_connection.execScript(QStringLiteral(":/host/remotetables.sql")))
+    // With a write-ahead log a record is durable after one write to the disk.
+    const bool isReady = m_connection.isOpen() && m_connection.exec(QStringLiteral("PRAGMA journal_mode=WAL"))
+        && addMissingColumns() && m_connection.execScript(QStringLiteral(":/host/remotetables.sql"));
+    if (!isReady)
         return Result::error(m_connection.errorText());
     // A new record with an id that the track's database knows would overwrite the older one.
     const int last =
@@ -51,13 +52,24 @@ Result RemoteStore::prepare(int usedRemoteId)
     });
 }
 
+/// Files of earlier versions lack columns.
+bool RemoteStore::addMissingColumns()
+{
+    const QString count = QStringLiteral("SELECT count(*) FROM pragma_table_info('remote_records')");
+    const bool isOld = m_connection.value(count).toInt() > 0
+        && m_connection.value(count + QLatin1String(" WHERE name='request_key'")).toInt() == 0;
+    return !isOld
+        || m_connection.exec(QStringLiteral("ALTER TABLE remote_records ADD COLUMN request_key TEXT"));
+}
+
 int RemoteStore::add(const RemoteRecord &record)
 {
+    const QVariant key = record.requestKey.isEmpty() ? QVariant() : QVariant(record.requestKey);
     const bool added = m_connection.exec(
         QStringLiteral("INSERT INTO remote_records (car_id,op_id,op_name,done_time,operator_id,operator_name,"
-                       "service_code,comment,local_id,state) VALUES (?,?,?,?,?,?,?,?,?,?)"),
+                       "service_code,comment,local_id,state,request_key) VALUES (?,?,?,?,?,?,?,?,?,?,?)"),
         {record.carId, record.opId, record.opName, record.doneTime, record.operatorId, record.operatorName,
-         record.serviceCode, record.comment, record.localId, record.state});
+         record.serviceCode, record.comment, record.localId, record.state, key});
     return added ? m_connection.lastInsertId() : -1;
 }
 
@@ -101,6 +113,26 @@ QVector<RemoteRecord> RemoteStore::inState(RemoteRecord::State state)
     return read(QStringLiteral("WHERE state=? ORDER BY id"), {state});
 }
 
+QVector<RemoteRecord> RemoteStore::doneSince(const QString &time, int limit)
+{
+    return read(QStringLiteral("WHERE done_time>=? ORDER BY done_time DESC,id DESC LIMIT ?"), {time, limit});
+}
+
+std::optional<RemoteRecord> RemoteStore::withKey(const QString &requestKey)
+{
+    const QVector<RemoteRecord> found = read(QStringLiteral("WHERE request_key=?"), {requestKey});
+    return found.isEmpty() ? std::nullopt : std::make_optional(found.first());
+}
+
+bool RemoteStore::isTaken(int localId)
+{
+    return m_connection
+        .value(QStringLiteral(
+                   "SELECT EXISTS (SELECT 1 FROM remote_records WHERE local_id=? AND state IN (?,?))"),
+               {localId, RemoteRecord::Waiting, RemoteRecord::Sent})
+        .toBool();
+}
+
 int RemoteStore::count(RemoteRecord::State state)
 {
     return m_connection.value(QStringLiteral("SELECT count(*) FROM remote_records WHERE state=?"), {state})
@@ -113,7 +145,7 @@ QVector<RemoteRecord> RemoteStore::read(const QString &condition, const QVariant
     QSqlQuery query = m_connection.query(
         QLatin1String(
             "SELECT id,car_id,op_id,op_name,done_time,operator_id,operator_name,service_code,comment,"
-            "local_id,state FROM remote_records ")
+            "local_id,state,request_key FROM remote_records ")
             + condition,
         values);
     while (query.next()) {
@@ -129,6 +161,7 @@ QVector<RemoteRecord> RemoteStore::read(const QString &condition, const QVariant
         record.comment = query.value(8).toString();
         record.localId = query.value(9).toInt();
         record.state = RemoteRecord::State(query.value(10).toInt());
+        record.requestKey = query.value(11).toString();
         records.append(record);
     }
     return records;

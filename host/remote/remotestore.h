@@ -1,11 +1,14 @@
 #pragma once
 
 #include "host/database/hostconnection.h"
+#include "host/database/hosttransaction.h"
 #include "host/result.h"
 
 #include <QJsonArray>
 #include <QJsonObject>
 #include <QVector>
+
+#include <optional>
 
 /// A service record of the remote side.
 struct RemoteRecord
@@ -29,6 +32,7 @@ struct RemoteRecord
     QString comment;
     int localId = -1;
     State state = Waiting;
+    QString requestKey; // of the page that made it; empty if none did
 
     /// An element of the array that "remote_service_data" carries.
     QJsonObject toJson() const;
@@ -40,11 +44,16 @@ class RemoteStore final
 public:
     explicit RemoteStore(const QString &path);
 
-    /// Creates the missing table. `usedRemoteId` is the highest id in the track's database.
+    /// Creates the missing table and columns. `usedRemoteId` is the highest id in the track's database.
     Result prepare(int usedRemoteId);
 
-    /// Stores the record under a new id, which it returns.
+    /// Stores the record under a new id, which it returns; -1 on failure.
     int add(const RemoteRecord &record);
+    /// Calls `write` in a transaction, as HostTransaction::run().
+    template<typename Write> Result transact(Write write)
+    {
+        return HostTransaction::run(m_connection, write);
+    }
     Result setState(const QVector<int> &ids, RemoteRecord::State state);
     /// Marks the records that belong to the deleted local record.
     Result markDeleted(int remoteId, int localId);
@@ -52,9 +61,18 @@ public:
     /// Latest first; at most `limit`.
     QVector<RemoteRecord> latest(int limit);
     QVector<RemoteRecord> inState(RemoteRecord::State state);
+    /// Latest first; at most `limit`. `time` is a UTC time as in doneTime.
+    QVector<RemoteRecord> doneSince(const QString &time, int limit);
+    /// The record that was made with that key.
+    std::optional<RemoteRecord> withKey(const QString &requestKey);
+    /// Whether a record that the track has not archived yet completes that local record.
+    bool isTaken(int localId);
     int count(RemoteRecord::State state);
 
+    HostConnection &connection() { return m_connection; }
+
 private:
+    bool addMissingColumns();
     QVector<RemoteRecord> read(const QString &condition, const QVariantList &values);
 
     HostConnection m_connection;

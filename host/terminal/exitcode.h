@@ -10,5 +10,6 @@ enum ExitCode {
     BadInput = 5, // some input lines were not messages; the others were sent
     Cancelled = 6, // the user cancelled the generation of sample data
     ValidationFailed = 7, // the plug-in did not pass a check
-    NoPicture = 8 // a screenshot could not be written
+    NoPicture = 8, // a screenshot could not be written
+    NoServer = 9 // the page could not be served at the address
 };

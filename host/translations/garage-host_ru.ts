@@ -177,14 +177,6 @@
         <translation>Печатать в поток ошибок все сообщения Qt и плагина, а не только предупреждения. Файл garage-host.log в папке программы всегда содержит все сообщения.</translation>
     </message>
     <message>
-        <source>Demo host of the garage module: loads the plug-in and exchanges messages with it as a timing application does.
-
-Exit codes: 0 - success, 1 - invalid options, 2 - plug-in not loaded, 3 - no database, 4 - the plug-in did not answer, 5 - some input lines are not messages, 6 - cancelled, 7 - the plug-in failed a check, 8 - a screenshot was not saved.</source>
-        <translation>Демонстрационное приложение для модуля «Гараж»: загружает плагин и разговаривает с ним, как это делает программа хронометража.
-
-Коды завершения: 0 — успех, 1 — неверные параметры, 2 — плагин не загружен, 3 — нет базы данных, 4 — плагин не ответил, 5 — часть входных строк не разобрана, 6 — работа прервана, 7 — плагин не прошёл проверку, 8 — снимок не записан.</translation>
-    </message>
-    <message>
         <source>unexpected argument: %1</source>
         <translation>лишний параметр: %1</translation>
     </message>
@@ -251,6 +243,70 @@ Exit codes: 0 - success, 1 - invalid options, 2 - plug-in not loaded, 3 - no dat
     <message>
         <source>--window-size needs --screenshots</source>
         <translation>--window-size требует --screenshots</translation>
+    </message>
+    <message>
+        <source>Serves the page of the remote side, on which mechanics see what is due and tick it off, at this address. The default is 127.0.0.1:8080: this machine only. Without a display, or with --stdio, there is no window. Ends with SIGINT or SIGTERM.</source>
+        <translation>Показывает по этому адресу страницу удалённой стороны, на которой механики видят, что пора делать, и отмечают сделанное. По умолчанию 127.0.0.1:8080, то есть только на этой машине. Без экрана и с --stdio окна нет. Завершается по SIGINT или SIGTERM.</translation>
+    </message>
+    <message>
+        <source>ADDRESS:PORT</source>
+        <translation>АДРЕС:ПОРТ</translation>
+    </message>
+    <message>
+        <source>With --serve: certificate, in PEM format; the page is encrypted.</source>
+        <translation>С --serve: сертификат в формате PEM; страница шифруется.</translation>
+    </message>
+    <message>
+        <source>With --serve-certificate: its key, in PEM format.</source>
+        <translation>С --serve-certificate: ключ сертификата в формате PEM.</translation>
+    </message>
+    <message>
+        <source>With --serve: address of a reverse proxy that names its clients in X-Forwarded-For. Can be repeated.</source>
+        <translation>С --serve: адрес обратного прокси, который называет своих клиентов в X-Forwarded-For. Можно повторять.</translation>
+    </message>
+    <message>
+        <source>ADDRESS</source>
+        <translation>АДРЕС</translation>
+    </message>
+    <message>
+        <source>With --serve: address under which a reverse proxy shows the page, such as https://garage.example.</source>
+        <translation>С --serve: адрес, по которому страницу показывает обратный прокси, например https://garage.example.</translation>
+    </message>
+    <message>
+        <source>URL</source>
+        <translation>АДРЕС</translation>
+    </message>
+    <message>
+        <source>Demo host of the garage module: loads the plug-in and exchanges messages with it as a timing application does.
+
+Exit codes: 0 - success, 1 - invalid options, 2 - plug-in not loaded, 3 - no database, 4 - the plug-in did not answer, 5 - some input lines are not messages, 6 - cancelled, 7 - the plug-in failed a check, 8 - a screenshot was not saved, 9 - the page is not served.</source>
+        <translation>Демонстрационное приложение для модуля «Гараж»: загружает плагин и разговаривает с ним, как это делает программа хронометража.
+
+Коды завершения: 0 — успех, 1 — неверные параметры, 2 — плагин не загружен, 3 — нет базы данных, 4 — плагин не ответил, 5 — часть входных строк не разобрана, 6 — работа прервана, 7 — плагин не прошёл проверку, 8 — снимок не записан, 9 — страница не показана.</translation>
+    </message>
+    <message>
+        <source>the options that begin with --serve- need --serve</source>
+        <translation>параметрам, которые начинаются с --serve-, нужен --serve</translation>
+    </message>
+    <message>
+        <source>--serve must be like 192.168.1.5:8080 or [fd00::1]:8080</source>
+        <translation>--serve должен выглядеть как 192.168.1.5:8080 или [fd00::1]:8080</translation>
+    </message>
+    <message>
+        <source>--serve-certificate and --serve-key need each other</source>
+        <translation>--serve-certificate и --serve-key нужны вместе</translation>
+    </message>
+    <message>
+        <source>--serve-proxy must be an address like 127.0.0.1</source>
+        <translation>--serve-proxy должен быть адресом, например 127.0.0.1</translation>
+    </message>
+    <message>
+        <source>--serve-url must be like https://garage.example</source>
+        <translation>--serve-url должен выглядеть как https://garage.example</translation>
+    </message>
+    <message>
+        <source>--serve excludes --due, --play, --validate and --screenshots</source>
+        <translation>--serve исключает --due, --play, --validate и --screenshots</translation>
     </message>
 </context>
 <context>
@@ -1032,10 +1088,6 @@ Exit codes: 0 - success, 1 - invalid options, 2 - plug-in not loaded, 3 - no dat
 <context>
     <name>RemoteSide</name>
     <message>
-        <source>Not recorded, the track&apos;s database cannot be read: %1</source>
-        <translation>Не отмечено, база трассы не читается: %1</translation>
-    </message>
-    <message>
         <source>Records sent: %1</source>
         <translation>Отправлено записей: %1</translation>
     </message>
@@ -1074,6 +1126,14 @@ Exit codes: 0 - success, 1 - invalid options, 2 - plug-in not loaded, 3 - no dat
     <message>
         <source>with unknown id %1</source>
         <translation>с неизвестным id %1</translation>
+    </message>
+    <message>
+        <source>Not recorded: %1</source>
+        <translation>Не отмечено: %1</translation>
+    </message>
+    <message>
+        <source>Not recorded: the kart or the operation does not exist any more</source>
+        <translation>Не отмечено: этого карта или этой операции больше нет</translation>
     </message>
 </context>
 <context>
@@ -1210,6 +1270,13 @@ Exit codes: 0 - success, 1 - invalid options, 2 - plug-in not loaded, 3 - no dat
     </message>
 </context>
 <context>
+    <name>WebService</name>
+    <message>
+        <source>no web server at %1: %2</source>
+        <translation>веб-сервер не запущен по адресу %1: %2</translation>
+    </message>
+</context>
+<context>
     <name>WindowChecks</name>
     <message>
         <source>the window has no &quot;%1&quot;</source>
@@ -1317,6 +1384,10 @@ Exit codes: 0 - success, 1 - invalid options, 2 - plug-in not loaded, 3 - no dat
     <message>
         <source>--data was not applied: file %1 has data already; --fresh starts over</source>
         <translation>--data не применён: в файле %1 уже есть данные; --fresh начинает заново</translation>
+    </message>
+    <message>
+        <source>Page for phones: %1</source>
+        <translation>Страница для телефонов: %1</translation>
     </message>
 </context>
 </TS>
