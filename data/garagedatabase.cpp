@@ -3,6 +3,16 @@
 #include <QDir>
 #include <QStandardPaths>
 
+namespace {
+
+int primaryCode(const QSqlError &error)
+{
+    constexpr int primaryCodeMask = 0xff;
+    return error.nativeErrorCode().toInt() & primaryCodeMask;
+}
+
+} // namespace
+
 QString garageDatabasePath()
 {
     const QString documents = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
@@ -11,11 +21,20 @@ QString garageDatabasePath()
 
 bool isBusy(const QSqlError &error)
 {
-    constexpr int primaryCodeMask = 0xff;
     constexpr int sqliteBusy = 5;
     constexpr int sqliteLocked = 6;
-    const int code = error.nativeErrorCode().toInt() & primaryCodeMask;
+    const int code = primaryCode(error);
     return code == sqliteBusy || code == sqliteLocked;
+}
+
+bool isDiskFault(const QSqlError &error)
+{
+    constexpr int sqliteReadOnly = 8;
+    constexpr int sqliteIoError = 10;
+    constexpr int sqliteFull = 13;
+    constexpr int sqliteCannotOpen = 14;
+    const int code = primaryCode(error);
+    return code == sqliteReadOnly || code == sqliteIoError || code == sqliteFull || code == sqliteCannotOpen;
 }
 
 GarageDatabase::GarageDatabase(const QString &connectionName, StatementInterrupter::Condition interruption)

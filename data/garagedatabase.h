@@ -16,6 +16,10 @@
 /// True if another connection kept the database busy or locked.
 [[nodiscard]] bool isBusy(const QSqlError &error);
 
+/// True if the file or its journal could not be written: the disk is full or broken, or there are no
+/// permissions. Whatever the statement was, others of its transaction would fail as well.
+[[nodiscard]] bool isDiskFault(const QSqlError &error);
+
 /// One named connection to the garage database, opened on construction, closed and removed from Qt's list
 /// on destruction. Belongs to the creating thread. Opening is never reported as failed: statements on a
 /// connection that is not open fail silently. No query on it may outlive it.

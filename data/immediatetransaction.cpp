@@ -47,8 +47,9 @@ bool ImmediateTransaction::exec(QSqlQuery &query, StatementValues values)
         return true;
 
     // SQLite may have rolled back by itself; the statements still to come would then be stored one by one.
-    // A new transaction can begin only outside another.
-    if (m_database.run(QStringLiteral("BEGIN")).isActive())
+    // A new transaction can begin only outside another. A journal that cannot be created leaves the
+    // transaction open, but nothing can be stored in it.
+    if (isDiskFault(query.lastError()) || m_database.run(QStringLiteral("BEGIN")).isActive())
         leave();
     return false;
 }

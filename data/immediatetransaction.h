@@ -31,7 +31,7 @@ public:
     /// A query for one statement of this write, with named placeholders.
     QSqlQuery prepare(const QString &statement) const;
     /// Runs a prepared statement with these values. Its failure does not end the write, unless SQLite ended
-    /// the whole transaction over it (a full disk, say): then no further statement is run.
+    /// the whole transaction over it, or the disk is full or broken: then no further statement is run.
     bool exec(QSqlQuery &query, StatementValues values);
 
     /// True once everything is stored.

@@ -58,7 +58,8 @@ const QVector<Write> writes {
          ScheduleTables::storeLimit(db, {"Вихрь", 1, 3600, 20, 200});
      }}};
 
-const char *const operationNames[] = {"write", "sync", "lock", "busy lock", "truncation", "deletion"};
+const char *const operationNames[] = {
+    "write", "sync", "lock", "busy lock", "truncation", "deletion", "opening of the journal"};
 
 QStringList contentOf(const TestDatabase &database)
 {

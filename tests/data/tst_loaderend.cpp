@@ -40,7 +40,7 @@ private slots:
     void aBatchWithAFailedStatementIsArchived();
 
 private:
-    enum Fault { RolledBack, FailedCommit, NoFolder, NoDatabase };
+    enum Fault { RolledBack, NoJournal, FailedCommit, NoFolder, NoDatabase };
 
     static void replaceLapsByEndlessRows(const TestDatabase &database);
 };
@@ -186,6 +186,7 @@ void TestLoaderEnd::aBatchThatWasNotStoredIsNotArchived_data()
 {
     QTest::addColumn<int>("fault");
     QTest::newRow("SQLite ends the transaction in a statement") << int(RolledBack);
+    QTest::newRow("the journal cannot be created") << int(NoJournal);
     QTest::newRow("the commit fails") << int(FailedCommit);
     QTest::newRow("there is no folder") << int(NoFolder);
     QTest::newRow("the file is no database") << int(NoDatabase);
@@ -209,6 +210,8 @@ void TestLoaderEnd::aBatchThatWasNotStoredIsNotArchived()
     }
     LoaderProbe probe;
     probe.reload();
+    if (fault == NoJournal)
+        FaultyFiles::fail(FaultyFiles::OpenJournal, 1, FaultyFiles::UntilCleared);
     if (fault == FailedCommit)
         FaultyFiles::fail(FaultyFiles::Sync, 1, FaultyFiles::UntilCleared);
     emit probe.updateRequested({remoteRecord(40), remoteRecord(41)}, {});

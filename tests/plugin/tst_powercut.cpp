@@ -5,7 +5,6 @@
 
 #include <sqlite3.h>
 
-#include <functional>
 #include <string_view>
 
 namespace {
@@ -64,7 +63,9 @@ public:
         write(folder, m_folder);
         const QByteArray path = QFile::encodeName(m_folder.filePath(databaseName));
         sqlite3_open_v2(path.constData(), &m_connection, SQLITE_OPEN_READWRITE, "unix");
-        Promises::Stored stored = readAll();
+        sqlite3_exec(m_connection, "PRAGMA synchronous=OFF", nullptr, nullptr, nullptr);
+        const Promises::Stored stored =
+            Promises::stored([this](const char *statement) { return select(statement); });
         sqlite3_close(m_connection);
         return stored;
     }
@@ -77,38 +78,18 @@ private:
             folder.remove(name);
     }
 
-    Promises::Stored readAll() const
+    QList<QByteArray> select(const char *statement) const
     {
-        Promises::Stored stored;
-        run("PRAGMA synchronous=OFF", {});
-        const QByteArray failure =
-            run("PRAGMA integrity_check", [&stored](const char *line) { stored.integrity += line; });
-        stored.integrity += QString::fromUtf8(failure);
-        run("SELECT comment FROM maintainance",
-            [&stored](const char *comment) { stored.comments.insert(comment); });
-        run("SELECT id||':'||operation_name||';' FROM service_operations ORDER BY id",
-            [&stored](const char *operation) { stored.operations += operation; });
-        run("SELECT DISTINCT run_id FROM laps", [&stored](const char *run) { stored.runs.insert(run); });
-        run("SELECT run_id FROM laps GROUP BY run_id HAVING count(*)<>3 "
-            "UNION ALL SELECT model FROM service_reglament "
-            "WHERE laps_limit<>runs_limit OR time_limit<>3600*runs_limit",
-            [&stored](const char *) { ++stored.tornWrites; });
-        return stored;
-    }
-
-    /// Calls back for each row; returns SQLite's message, empty after success.
-    QByteArray run(const char *statement, const std::function<void(const char *)> &row) const
-    {
-        const auto callBack = [](void *function, int, char **columns, char **) {
-            (*static_cast<const std::function<void(const char *)> *>(function))(columns[0] ? columns[0] : "");
+        const auto append = [](void *rows, int, char **columns, char **) {
+            static_cast<QList<QByteArray> *>(rows)->append(columns[0]);
             return 0;
         };
+        QList<QByteArray> rows;
         char *message = nullptr;
-        sqlite3_exec(m_connection, statement, callBack, const_cast<void *>(static_cast<const void *>(&row)),
-                     &message);
-        const QByteArray text = message;
+        if (sqlite3_exec(m_connection, statement, append, &rows, &message) != SQLITE_OK)
+            rows.append(message);
         sqlite3_free(message);
-        return text;
+        return rows;
     }
 
     QTemporaryDir m_folder;
@@ -311,7 +292,8 @@ void TestPowerCut::check(const PowerCut::Folder &folder, const Promises &promise
     }
     const QStringList broken = promises.broken(*stored);
     if (!broken.isEmpty() && m_figures.lossy++ == 0)
-        m_figures.firstLoss = place + broken.join(", ");
+        m_figures.firstLoss =
+            place + broken.join(", ") + "; operations stored: " + QString::fromUtf8(stored->operations);
     m_figures.mostLost = qMax(m_figures.mostLost, int(broken.size()));
     const int missingRuns = promises.missingRuns(*stored);
     m_figures.withoutRuns += missingRuns > 0;

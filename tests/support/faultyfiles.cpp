@@ -136,6 +136,8 @@ const sqlite3_io_methods methods = {1,
 int openFile(sqlite3_vfs *, const char *name, sqlite3_file *file, int flags, int *outFlags)
 {
     file->pMethods = nullptr;
+    if ((flags & SQLITE_OPEN_MAIN_JOURNAL) && strikes(FaultyFiles::OpenJournal))
+        return SQLITE_CANTOPEN;
     const int result = osFiles->xOpen(osFiles, name, realFile(file), flags, outFlags);
     if (realFile(file)->pMethods)
         file->pMethods = &methods;

@@ -4,7 +4,7 @@
 /// install(). Operations of all threads count; one fault is set at a time.
 namespace FaultyFiles {
 
-enum Operation { Write, Sync, Lock, BusyLock, Truncate, Delete, OperationCount };
+enum Operation { Write, Sync, Lock, BusyLock, Truncate, Delete, OpenJournal, OperationCount };
 enum Duration { Once, UntilCleared };
 
 /// Replaces SQLite's default VFS by one that injects faults. Call once per process.

@@ -19,12 +19,26 @@ constexpr int batchSize = 4;
 QByteArray listed(const QJsonArray &operations)
 {
     QMap<int, QString> names;
-    for (const QJsonValue &operation : operations)
-        names.insert(operation["id"].toInt(), operation["opName"].toString());
+    for (const QJsonValue &operation : operations) {
+        const int id = operation["id"].toInt();
+        if (id != -1) // not stored
+            names.insert(id, operation["opName"].toString());
+    }
     QByteArray list;
     for (auto name = names.cbegin(); name != names.cend(); ++name)
         list += QByteArray::number(name.key()) + ':' + name.value().toUtf8() + ';';
     return list;
+}
+
+/// Of a row of the service log; empty for a complaint.
+QByteArray commentOf(const QAbstractItemModel &log, int row)
+{
+    for (int column = 0; column < log.columnCount(); ++column) {
+        const QByteArray text = log.index(row, column).data().toString().toLatin1();
+        if (text.startsWith("remote") || text.startsWith("service"))
+            return text;
+    }
+    return {};
 }
 
 } // namespace
@@ -113,6 +127,15 @@ void GarageAtWork::end()
     m_host.unload();
 }
 
+QSet<QByteArray> GarageAtWork::shownComments() const
+{
+    const QAbstractItemModel &log = *child<QTreeView>(m_window, "tvServiceLog")->model();
+    QSet<QByteArray> comments;
+    for (int row = 0; row < log.rowCount(); ++row)
+        comments.insert(commentOf(log, row));
+    return comments;
+}
+
 void GarageAtWork::handleMessage(const HostMessage &message)
 {
     if (message.event == "update_pending_service") {
@@ -127,8 +150,10 @@ void GarageAtWork::handleMessage(const HostMessage &message)
         note("operations", listed(message.data["opsList"].toArray()));
     } else if (message.event == "remote_service_move_to_archive") {
         QByteArray comments;
-        for (const QJsonValue &id : message.data["idList"].toArray())
+        for (const QJsonValue &id : message.data["idList"].toArray()) {
             comments += m_remote.value(id.toInt()) + ' ';
+            m_unarchived.remove(id.toInt());
+        }
         note("archived", comments.trimmed());
     }
 }
@@ -164,19 +189,34 @@ QByteArray GarageAtWork::newComment(const char *prefix)
     return prefix + QByteArray::number(m_nextComment++);
 }
 
-/// Records that come again have a new comment.
 void GarageAtWork::sendBatch(bool sendsAgain)
 {
     if (sendsAgain && (m_nextId <= batchSize || !settle()))
         return;
     const int first = sendsAgain ? 1 + batchSize * below((m_nextId - 1) / batchSize) : m_nextId;
     m_nextId = qMax(m_nextId, first + batchSize);
+    QList<int> ids;
+    for (int id = first; id < first + batchSize; ++id)
+        ids.append(id);
+    sendBatch(ids);
+}
+
+void GarageAtWork::sendUnarchived()
+{
+    if (!m_unarchived.isEmpty() && settle())
+        sendBatch(m_unarchived.values());
+}
+
+/// Records that come again have a new comment.
+void GarageAtWork::sendBatch(const QList<int> &ids)
+{
     QJsonArray records;
     QByteArray comments;
-    for (int id = first; id < first + batchSize; ++id) {
-        if (sendsAgain)
+    for (int id : ids) {
+        if (m_remote.contains(id))
             m_note("changing " + m_remote.value(id));
         m_remote.insert(id, newComment("remote"));
+        m_unarchived.insert(id);
         comments += ' ' + m_remote.value(id);
         records.append(QJsonObject {{"id", id},
                                     {"carId", 1 + id % cars},
@@ -222,12 +262,7 @@ void GarageAtWork::deleteRecord()
     if (log->model()->rowCount() == 0)
         return;
     const int row = below(log->model()->rowCount());
-    QByteArray comment;
-    for (int column = 0; column < log->model()->columnCount(); ++column) {
-        const QByteArray text = log->model()->index(row, column).data().toString().toLatin1();
-        if (text.startsWith("remote") || text.startsWith("service"))
-            comment = text;
-    }
+    const QByteArray comment = commentOf(*log->model(), row);
     const QVariant id = m_database.value("SELECT id FROM maintainance WHERE comment=?", {QString(comment)});
     if (!id.isValid())
         return;
@@ -291,13 +326,14 @@ void GarageAtWork::recordLaps()
 {
     if (!m_database.tryExec("BEGIN IMMEDIATE"))
         return;
-    for (int car = 1; car <= cars; ++car) {
-        m_database.tryExec(QString("INSERT INTO laps (car_id,run_id,lap_timestamp,sum_sectors) "
-                                   "VALUES (%1,%2,'2026-04-01T10:00:00.000Z',40000)")
-                               .arg(car)
-                               .arg(m_nextRun));
+    bool isStored = true;
+    for (int car = 1; car <= cars && isStored; ++car) {
+        isStored = m_database.tryExec(QString("INSERT INTO laps (car_id,run_id,lap_timestamp,sum_sectors) "
+                                              "VALUES (%1,%2,'2026-04-01T10:00:00.000Z',40000)")
+                                          .arg(car)
+                                          .arg(m_nextRun));
     }
-    if (m_database.tryExec("COMMIT"))
+    if (isStored && m_database.tryExec("COMMIT"))
         note("laps", QByteArray::number(m_nextRun));
     else
         m_database.tryExec("ROLLBACK");

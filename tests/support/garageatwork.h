@@ -32,6 +32,11 @@ public:
     /// Waits, then unloads the library.
     void end();
 
+    /// One batch of all records of the remote side that were not archived. Does nothing if there are none.
+    void sendUnarchived();
+
+    QSet<QByteArray> shownComments() const; ///< in the service log
+    int unarchived() const { return int(m_unarchived.size()); }
     int announcements() const { return m_announcements; }
 
 private:
@@ -41,6 +46,7 @@ private:
     QByteArray newComment(const char *prefix);
 
     void sendBatch(bool sendsAgain);
+    void sendBatch(const QList<int> &ids);
     void recordService();
     void complain();
     void deleteRecord();
@@ -64,6 +70,7 @@ private:
     QTimer m_dialogTimer;
     QByteArray m_commentToEnter;
     QHash<int, QByteArray> m_remote; ///< comments by remote id
+    QSet<int> m_unarchived; ///< remote ids
     QHash<int, QByteArray> m_deleting; ///< comments by local id
     int m_nextId = 1; ///< of remote records
     int m_nextComment = 1;

@@ -8,6 +8,25 @@ constexpr char operationsVerb[] = "operations ";
 
 } // namespace
 
+Promises::Stored Promises::stored(const Select &select)
+{
+    const auto set = [&select](const char *statement) {
+        const QList<QByteArray> rows = select(statement);
+        return QSet<QByteArray>(rows.cbegin(), rows.cend());
+    };
+    Stored stored;
+    stored.integrity = QString::fromUtf8(select("PRAGMA integrity_check").join(' '));
+    stored.comments = set("SELECT comment FROM maintainance");
+    stored.operations =
+        select("SELECT id||':'||operation_name||';' FROM service_operations ORDER BY id").join();
+    stored.runs = set("SELECT DISTINCT run_id FROM laps");
+    stored.tornWrites = int(select("SELECT run_id FROM laps GROUP BY run_id HAVING count(*)<>3 "
+                                   "UNION ALL SELECT model FROM service_reglament "
+                                   "WHERE laps_limit<>runs_limit OR time_limit<>3600*runs_limit")
+                                .size());
+    return stored;
+}
+
 Promises::Promises(const QVector<QByteArray> &notes) : m_notes(notes)
 {
 }

@@ -6,6 +6,8 @@
 #include <QStringList>
 #include <QVector>
 
+#include <functional>
+
 /// What a host was told of the records, what it stored itself, and what the file must therefore hold. Learns
 /// it from the notes of GarageAtWork, word by word:
 ///   batch COMMENT...       a batch of the remote side was sent; it is stored as a whole or not at all
@@ -27,6 +29,10 @@ public:
         QSet<QByteArray> runs; ///< that have laps
         int tornWrites = 0; ///< runs and limits that are there in part
     };
+
+    /// Runs a statement and returns the first column of its rows; the message if it fails.
+    using Select = std::function<QList<QByteArray>(const char *statement)>;
+    static Stored stored(const Select &select);
 
     /// All notes, because a change of the operations is in the file before it is announced.
     explicit Promises(const QVector<QByteArray> &notes);
