@@ -49,7 +49,7 @@ HostWindow::HostWindow(DemoHost &host, const DataFolder &folder)
     m_tabs->setObjectName(QStringLiteral("hostTabWidget"));
     m_tabs->addTab(new TrackPanel(host.track(), host.fleet()), tr("Track"));
     m_tabs->addTab(new FleetPanel(host.fleet()), tr("Karts and people"));
-    m_tabs->addTab(new RemotePanel(host.remote(), host.fleet()), tr("Remote side"));
+    m_tabs->addTab(new RemotePanel(host.remote(), host.fleet(), host.web()), tr("Remote side"));
     m_tabs->addTab(new MessageLogPanel(host.messageLog(), host.plugin()), tr("Message log"));
 
     auto *central = new QWidget;

@@ -3,6 +3,7 @@
 #include "host/database/timestamp.h"
 #include "host/fleet/fleetcontroller.h"
 #include "host/remote/remoteside.h"
+#include "host/remote/web/phonedialog.h"
 #include "host/widgets/noticelabel.h"
 #include "host/widgets/tableviews.h"
 #include "host/widgets/tailfollower.h"
@@ -57,10 +58,11 @@ QString idList(const QVector<int> &ids)
 
 } // namespace
 
-RemotePanel::RemotePanel(RemoteSide &remote, FleetController &fleet, QWidget *parent)
+RemotePanel::RemotePanel(RemoteSide &remote, FleetController &fleet, WebService &web, QWidget *parent)
     : QWidget(parent)
     , m_remote(remote)
     , m_fleet(fleet)
+    , m_web(web)
     , m_pending(new QStandardItemModel(this))
     , m_records(new QStandardItemModel(this))
     , m_pendingView(makeReadOnlyTable(m_pending, "pendingTableView"))
@@ -153,6 +155,8 @@ QWidget *RemotePanel::makeRecordsBox()
     auto *atOnce = new QCheckBox(tr("Send at once"));
     atOnce->setChecked(true);
     atOnce->setObjectName(QStringLiteral("sendAtOnceCheckBox"));
+    auto *phone = new QPushButton(tr("Phone"));
+    phone->setObjectName(QStringLiteral("phonePushButton"));
     auto *send = new QPushButton(tr("Send waiting"));
     send->setObjectName(QStringLiteral("sendWaitingPushButton"));
     m_log->setObjectName(QStringLiteral("remoteLogPlainTextEdit"));
@@ -162,14 +166,26 @@ QWidget *RemotePanel::makeRecordsBox()
     auto *row = new QHBoxLayout;
     row->addWidget(atOnce);
     row->addStretch();
+    row->addWidget(phone);
     row->addWidget(send);
     layout->addWidget(m_recordsView, 3);
     layout->addLayout(row);
     layout->addWidget(m_check);
     layout->addWidget(m_log, 1);
     connect(atOnce, &QCheckBox::toggled, &m_remote, &RemoteSide::setSendsAtOnce);
+    connect(phone, &QPushButton::clicked, this, &RemotePanel::showPhoneDialog);
     connect(send, &QPushButton::clicked, &m_remote, [this] { m_remote.sendWaiting(); });
     return box;
+}
+
+void RemotePanel::showPhoneDialog()
+{
+    if (!m_phone)
+        m_phone = new PhoneDialog(m_web, this);
+    m_phone->serve();
+    m_phone->show();
+    m_phone->raise();
+    m_phone->activateWindow();
 }
 
 void RemotePanel::refillPending()

@@ -7,18 +7,20 @@
 
 class FleetController;
 class NoticeLabel;
+class PhoneDialog;
 class QComboBox;
 class QLineEdit;
 class QPlainTextEdit;
 class QStandardItemModel;
 class QTableView;
+class WebService;
 
 /// Shows the remote side: the due list, the form to complete a service, the records, the log.
 class RemotePanel final : public QWidget
 {
     Q_OBJECT
 public:
-    RemotePanel(RemoteSide &remote, FleetController &fleet, QWidget *parent = nullptr);
+    RemotePanel(RemoteSide &remote, FleetController &fleet, WebService &web, QWidget *parent = nullptr);
 
 private:
     QWidget *makePendingBox();
@@ -31,9 +33,11 @@ private:
     void showStoredText();
     void completeCurrent();
     void showCheck();
+    void showPhoneDialog();
 
     RemoteSide &m_remote;
     FleetController &m_fleet;
+    WebService &m_web;
     QVector<PendingService> m_shownPending;
     PendingService m_chosen; // its comment is being edited
     QTimer m_recordsTimer;
@@ -47,4 +51,5 @@ private:
     QLineEdit *m_comment;
     NoticeLabel *m_check;
     QPlainTextEdit *m_log;
+    PhoneDialog *m_phone = nullptr; // made when it is first shown
 };

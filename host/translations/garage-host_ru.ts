@@ -937,6 +937,61 @@ Exit codes: 0 - success, 1 - invalid options, 2 - plug-in not loaded, 3 - no dat
     </message>
 </context>
 <context>
+    <name>PhoneDialog</name>
+    <message>
+        <source>Page for phones</source>
+        <translation>Страница для телефонов</translation>
+    </message>
+    <message>
+        <source>Address</source>
+        <translation>Адрес</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>Закрыть</translation>
+    </message>
+    <message>
+        <source>Connected:</source>
+        <translation>Подключены:</translation>
+    </message>
+    <message>
+        <source>The address must be like 192.168.1.5:8080</source>
+        <translation>Адрес должен выглядеть как 192.168.1.5:8080</translation>
+    </message>
+    <message>
+        <source>Stop</source>
+        <translation>Остановить</translation>
+    </message>
+    <message>
+        <source>Start</source>
+        <translation>Запустить</translation>
+    </message>
+    <message>
+        <source>The page is not served.</source>
+        <translation>Страница не показывается.</translation>
+    </message>
+    <message>
+        <source>Open this address on the phone and sign in with the service code.</source>
+        <translation>Откройте этот адрес на телефоне и войдите по сервисному коду.</translation>
+    </message>
+    <message>
+        <source>The connection is not encrypted: use it only in a network that you trust.</source>
+        <translation>Соединение не шифруется: пользуйтесь им только в сети, которой доверяете.</translation>
+    </message>
+    <message>
+        <source>%1, %2</source>
+        <translation>%1, %2</translation>
+    </message>
+    <message>
+        <source>%1 (pages: %2)</source>
+        <translation>%1 (страниц: %2)</translation>
+    </message>
+    <message>
+        <source>nobody</source>
+        <translation>никого</translation>
+    </message>
+</context>
+<context>
     <name>PlaySession</name>
     <message>
         <source>the plug-in did not answer</source>
@@ -1083,6 +1138,10 @@ Exit codes: 0 - success, 1 - invalid options, 2 - plug-in not loaded, 3 - no dat
     <message>
         <source>Comparison: %1</source>
         <translation>Сверка: %1</translation>
+    </message>
+    <message>
+        <source>Phone</source>
+        <translation>Телефон</translation>
     </message>
 </context>
 <context>

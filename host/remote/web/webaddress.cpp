@@ -4,6 +4,7 @@
 #include <ifaddrs.h>
 #include <net/if.h>
 #include <netinet/in.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <array>
@@ -126,6 +127,12 @@ std::string WebAddress::authority(const std::string &url)
             return url.substr(scheme.size(), url.find_first_of("/?#", scheme.size()) - scheme.size());
     }
     return {};
+}
+
+std::string WebAddress::machineName()
+{
+    std::array<char, 256> name {};
+    return gethostname(name.data(), name.size() - 1) == 0 ? std::string(name.data()) : std::string();
 }
 
 std::vector<std::string> WebAddress::own()

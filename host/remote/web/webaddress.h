@@ -37,6 +37,9 @@ std::string client(const std::string &peer, const std::string &forwardedFor,
 /// not one of http or https.
 std::string authority(const std::string &url);
 
+/// This machine's name; empty if it has none.
+std::string machineName();
+
 /// This machine's IPv4 addresses, those that other machines reach first.
 std::vector<std::string> own();
 

@@ -496,7 +496,7 @@ void WebServer::Private::setUp()
 
 std::string WebServer::Private::start()
 {
-    if (m_access.isEncrypted()) {
+    if (m_access.hasCertificate()) {
         std::string error;
         std::unique_ptr<WebTls> tls = WebTls::load(m_access.certificateFile, m_access.keyFile, error);
         if (!tls)
@@ -585,7 +585,8 @@ bool WebServer::Private::isKnownHost(const std::string &host) const
     const bool hasPort =
         host.size() > suffix.size() && host.compare(host.size() - suffix.size(), suffix.size(), suffix) == 0;
     std::string name = hasPort ? host.substr(0, host.size() - suffix.size()) : host;
-    if (name == "localhost")
+    const std::string own = WebAddress::machineName();
+    if (name == "localhost" || (!own.empty() && (name == own || name == own + ".local")))
         return true;
     if (name.size() > 2 && name.front() == '[' && name.back() == ']')
         name = name.substr(1, name.size() - 2);
@@ -609,10 +610,9 @@ std::string WebServer::Private::tokenOf(const Request &request) const
 
 std::string WebServer::Private::cookieFor(const std::string &token, bool isEnd) const
 {
-    const bool isSecure = m_access.isEncrypted() || m_access.publicUrl.compare(0, 8, "https://") == 0;
     const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(m_limits.sessionTime).count();
     return cookieName + '=' + token + "; Path=/; HttpOnly; SameSite=Strict; Max-Age="
-        + std::to_string(isEnd ? 0 : seconds) + (isSecure ? "; Secure" : "");
+        + std::to_string(isEnd ? 0 : seconds) + (m_access.isEncrypted() ? "; Secure" : "");
 }
 
 void WebServer::Private::sendFile(const Request &request, Response &response) const

@@ -26,7 +26,9 @@ struct WebAccess
     /// The address under which a reverse proxy shows the page, like "https://garage.example"; else empty.
     std::string publicUrl;
 
-    bool isEncrypted() const { return !certificateFile.empty(); }
+    bool hasCertificate() const { return !certificateFile.empty(); }
+    /// Whether browsers reach the page by an encrypted connection.
+    bool isEncrypted() const { return hasCertificate() || publicUrl.compare(0, 8, "https://") == 0; }
 };
 
 /// The HTTP side of the remote side, in threads of its own. It knows sessions, requests and limits; what a

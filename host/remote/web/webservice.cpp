@@ -161,7 +161,7 @@ QString WebService::url() const
         return {};
     if (!m_access.publicUrl.empty())
         return QString::fromStdString(m_access.publicUrl);
-    const std::string scheme = m_access.isEncrypted() ? "https://" : "http://";
+    const std::string scheme = m_access.hasCertificate() ? "https://" : "http://";
     return QString::fromStdString(scheme + m_server->endpoint().text() + '/');
 }
 

@@ -34,6 +34,8 @@ public:
     bool isRunning() const { return m_server != nullptr; }
     /// The address of the page; empty unless it runs.
     QString url() const;
+    /// Whether what phones and the page exchange is encrypted, here or by a reverse proxy.
+    bool isEncrypted() const { return m_access.isEncrypted(); }
     /// Who has the page open.
     std::vector<WebSessions::Client> clients() { return m_sessions.clients(); }
 
