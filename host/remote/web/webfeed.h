@@ -25,7 +25,7 @@ public:
     WebFeed(const WebFeed &) = delete;
     WebFeed &operator=(const WebFeed &) = delete;
 
-    /// Ignores a state that equals the latest one but for its time.
+    /// Ignores a state that equals the latest one.
     void publish(WebState state);
 
     /// Never null.

@@ -8,7 +8,10 @@
 
 #include <atomic>
 #include <cerrno>
+#include <chrono>
+#include <cstdio>
 #include <cstring>
+#include <ctime>
 #include <deque>
 #include <mutex>
 #include <set>
@@ -414,6 +417,7 @@ private:
     void sendFile(const Request &request, Response &response) const;
     void signIn(const Request &request, Response &response);
     void signOut(const Request &request, Response &response);
+    void sendPerson(const Request &request, Response &response);
     void sendState(Response &response);
     void sendEvents(const Request &request, Response &response);
     void recordServices(const Request &request, Response &response);
@@ -436,7 +440,7 @@ const std::vector<std::string> *methodsOf(const std::string &path, bool isFile)
 {
     static const std::vector<std::string> reading {"GET", "HEAD"};
     static const std::map<std::string, std::vector<std::string>> methods {
-        {"/api/session", {"POST", "DELETE"}},
+        {"/api/session", {"GET", "POST", "DELETE"}},
         {"/api/state", {"GET"}},
         {"/api/events", {"GET"}},
         {"/api/services", {"POST"}},
@@ -538,6 +542,8 @@ WebServer::Private::Handling WebServer::Private::route(const Request &request, R
         sendEvents(request, response);
     else if (request.path == "/api/session" && request.method == "DELETE")
         signOut(request, response);
+    else if (request.path == "/api/session" && request.method == "GET")
+        sendPerson(request, response);
     else if (!isWrite(request))
         sendFile(request, response);
     else
@@ -557,7 +563,8 @@ std::optional<Refusal> WebServer::Private::examine(const Request &request)
         && !WebRequests::isOwnPage({request.get_header_value("Host"), request.get_header_value("Origin"),
                                     request.get_header_value("Sec-Fetch-Site")}))
         return foreignPage;
-    const bool needsSession = !isFile && methods && request.path != "/api/session";
+    const bool needsSession =
+        !isFile && methods && (request.path != "/api/session" || request.method == "GET");
     WebSessions::Check check = WebSessions::Check::SignedOut;
     if (needsSession && m_sessions.personOf(tokenOf(request), check))
         check = WebSessions::Check::Good;
@@ -651,10 +658,44 @@ void WebServer::Private::signOut(const Request &request, Response &response)
     response.status = 204;
 }
 
+void WebServer::Private::sendPerson(const Request &request, Response &response)
+{
+    if (const std::optional<WebPerson> person = m_sessions.personOfSession(tokenOf(request)))
+        answer(response, 200, {{"person", {{"id", person->id}, {"name", person->name}}}});
+    else
+        refuse(response, signedOut);
+}
+
+namespace {
+
+/// UTC, ISO 8601 with milliseconds.
+std::string timeText()
+{
+    using namespace std::chrono;
+    const auto now = system_clock::now();
+    const std::time_t seconds = system_clock::to_time_t(now);
+    const auto milliseconds = duration_cast<std::chrono::milliseconds>(now.time_since_epoch()).count() % 1000;
+    std::tm parts {};
+    gmtime_r(&seconds, &parts);
+    char text[32];
+    const std::size_t length = std::strftime(text, sizeof text, "%Y-%m-%dT%H:%M:%S", &parts);
+    std::snprintf(text + length, sizeof text - length, ".%03dZ", int(milliseconds));
+    return text;
+}
+
+/// The state as it is sent: a page corrects the clock of its phone by the time, which must be that of the
+/// sending.
+std::string withTime(const std::string &state)
+{
+    return "{\"now\":\"" + timeText() + "\"," + state.substr(1);
+}
+
+} // namespace
+
 void WebServer::Private::sendState(Response &response)
 {
     response.status = 200;
-    response.set_content(m_feed.latest()->json, "application/json; charset=utf-8");
+    response.set_content(withTime(m_feed.latest()->json), "application/json; charset=utf-8");
 }
 
 void WebServer::Private::sendEvents(const Request &request, Response &response)
@@ -676,7 +717,7 @@ void WebServer::Private::sendEvents(const Request &request, Response &response)
             sink.done();
         } else if (text) {
             *seen = text->version;
-            write("event: state\ndata: " + text->json + "\n\n");
+            write("event: state\ndata: " + withTime(text->json) + "\n\n");
         } else if (m_feed.isClosed()) {
             sink.done();
         } else {

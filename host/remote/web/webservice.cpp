@@ -41,11 +41,6 @@ WebServer::Files readFiles()
     return files;
 }
 
-std::string nowText()
-{
-    return TimestampFormatter().format(QDateTime::currentMSecsSinceEpoch()).toStdString();
-}
-
 QString startOfToday()
 {
     return TimestampFormatter().format(QDate::currentDate().startOfDay().toMSecsSinceEpoch());
@@ -292,7 +287,6 @@ void WebService::readDueList()
 WebState WebService::makeState()
 {
     WebState state;
-    state.now = nowText();
     state.due = m_due;
     QHash<int, QString> numbers;
     for (const HostCar &car : m_fleet.cars().list()) {
@@ -304,7 +298,7 @@ WebState WebService::makeState()
                                  numbers.value(record.carId).toStdString(), record.opId,
                                  record.opName.toStdString(), record.doneTime.toStdString(),
                                  record.operatorName.toStdString(), record.comment.toStdString(),
-                                 stateName(record.state)});
+                                 record.localId, stateName(record.state)});
     }
     return state;
 }

@@ -22,7 +22,7 @@ auto fieldsOf(const WebState::Due &due)
 auto fieldsOf(const WebState::Record &record)
 {
     return std::tie(record.id, record.key, record.carId, record.car, record.opId, record.op, record.doneTime,
-                    record.person, record.comment, record.state);
+                    record.person, record.comment, record.localId, record.state);
 }
 
 auto fieldsOf(const WebState::Kart &kart)
@@ -75,6 +75,7 @@ Json jsonOf(const WebState::Record &record)
             {"done_time", record.doneTime},
             {"person", record.person},
             {"comment", record.comment},
+            {"local_id", record.localId},
             {"state", record.state}};
 }
 
@@ -120,8 +121,10 @@ bool WebState::isSame(const WebState &other) const
 
 std::string WebState::toJson(const std::string &epoch, std::uint64_t version) const
 {
-    const Json json {
-        {"version", version},         {"epoch", epoch},        {"now", now}, {"due", jsonOf(due)},
-        {"records", jsonOf(records)}, {"karts", jsonOf(karts)}};
+    const Json json {{"version", version},
+                     {"epoch", epoch},
+                     {"due", jsonOf(due)},
+                     {"records", jsonOf(records)},
+                     {"karts", jsonOf(karts)}};
     return json.dump(-1, ' ', false, Json::error_handler_t::replace);
 }

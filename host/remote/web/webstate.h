@@ -46,6 +46,7 @@ struct WebState
         std::string doneTime; // UTC, ISO 8601
         std::string person;
         std::string comment;
+        int localId = -1; // the record of the track that it completed; -1: none
         std::string state; // "waiting", "sent", "archived", "deleted"
 
         bool operator==(const Record &other) const;
@@ -61,13 +62,11 @@ struct WebState
         bool operator==(const Kart &other) const;
     };
 
-    std::string now; // the host's time, UTC, ISO 8601
     std::vector<Due> due;
     std::vector<Record> records; // latest first
     std::vector<Kart> karts;
 
-    /// Whether they differ in their time at most.
     bool isSame(const WebState &other) const;
-    /// One line. Bytes that are not UTF-8 become replacement characters.
+    /// One line, an object. Bytes that are not UTF-8 become replacement characters.
     std::string toJson(const std::string &epoch, std::uint64_t version) const;
 };
