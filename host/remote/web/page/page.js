@@ -7,6 +7,7 @@ const undoTime = 5000; // ms in which a tick can be undone; page.css shows it to
 const foreignDelay = 2000; // ms that other tabs wait longer than the tab of the tick, which may just undo it
 const answerTime = 10000; // ms until a request counts as failed
 const checkInterval = 25000; // ms without an event until the connection is checked
+const acceptedTime = 120000; // ms for which accepted work is shown that the state does not hold
 const longestWait = 15000; // ms between two attempts to connect
 const largestBatch = 100; // works in one request
 const longestNote = 1000; // characters
@@ -17,7 +18,7 @@ const refusals = ['invalid', 'unknown_car', 'unknown_op']; // sending again woul
 const texts = {
   ru: {
     garage: 'Гараж', skip: 'К содержанию', places: 'Разделы', close: 'Закрыть', cancel: 'Отмена',
-    due: 'Пора', dueTitle: 'Пора сделать', done: 'Сделано', doneTitle: 'Сделано сегодня', karts: 'Карты', filter: 'Номер карта',
+    due: 'Пора', dueTitle: 'Пора сделать', done: 'Сделано', doneTitle: 'Сделано сегодня', karts: 'Карты', kartsTitle: 'Карты', filter: 'Номер карта',
     language: 'EN', languageLabel: 'EN: switch to English', languageOfLabel: 'en',
     signInTitle: 'Вход механика', code: 'Служебный код', letters: 'АБВ', lettersLabel: 'АБВ: код с буквами',
     codeHint: 'Код есть у каждого в списке людей программы хронометража.',
@@ -64,7 +65,7 @@ const texts = {
   },
   en: {
     garage: 'Garage', skip: 'Skip to content', places: 'Places', close: 'Close', cancel: 'Cancel',
-    due: 'Due', dueTitle: 'Due work', done: 'Done', doneTitle: 'Done today', karts: 'Karts', filter: 'Kart number',
+    due: 'Due', dueTitle: 'Due work', done: 'Done', doneTitle: 'Done today', karts: 'Karts', kartsTitle: 'Karts', filter: 'Kart number',
     language: 'РУ', languageLabel: 'РУ: переключить на русский', languageOfLabel: 'ru',
     signInTitle: 'Mechanic sign-in', code: 'Service code', letters: 'ABC', lettersLabel: 'ABC: code with letters',
     codeHint: 'Everyone’s code is in the list of people of the timing application.',
@@ -251,6 +252,7 @@ let shownPlace = 'due';
 let filter = '';
 let openedRow = null; // the due line of the open dialog
 let lastComment = ''; // the stored text with which the dialog started
+let nextLine; // where the focus goes when the last tick can no longer be undone
 let lockedUntil = 0; // Date.now() at which a code may be entered again
 let sendTimer = 0;
 const ownKeys = new Set(); // ticked in this tab
@@ -360,8 +362,13 @@ function lose() {
 }
 
 function reconnectNow() {
-  if (document.hidden || connection === 'signedOut' || connection === 'online' && events)
+  if (document.hidden || connection === 'signedOut')
     return;
+  if (connection === 'online') {
+    lastEvent = -checkInterval; // while the phone slept, the connection may have gone
+    checkConnection();
+    return;
+  }
   retryWait = 1000;
   connect();
 }
@@ -370,6 +377,7 @@ function reconnectNow() {
 async function checkConnection() {
   if (connection !== 'online' || document.hidden || performance.now() - lastEvent < checkInterval)
     return;
+  lastEvent = performance.now();
   const answer = await request('GET', '/api/state');
   if (answer.status === 200)
     takeState(answer.data);
@@ -384,13 +392,21 @@ function takeState(data) {
     return;
   state = data;
   clockOffset = Date.parse(data.now) - Date.now() || 0;
-  for (const record of state.records)
-    accepted.delete(record.key);
+  forgetAccepted();
   for (const kart of state.karts) {
     if (switching.get(kart.id) === kart.available)
       switching.delete(kart.id);
   }
   render();
+}
+
+/** The state holds what was accepted, unless it is of another day or one of too many. */
+function forgetAccepted() {
+  const known = new Set(state.records.map(record => record.key));
+  for (const [key, work] of accepted) {
+    if (known.has(key) || Date.now() - work.acceptedAt > acceptedTime)
+      accepted.delete(key);
+  }
 }
 
 // ---- Sending what was ticked ----------------------------------------------------------------------------------
@@ -457,8 +473,9 @@ function takeResult(work, result) {
     return;
   if (Number.isInteger(result.id)) {
     removeWork(work.key);
-    if (!state.records.some(record => record.key === work.key))
-      accepted.set(work.key, work);
+    accepted.set(work.key, { ...work, acceptedAt: Date.now() });
+    if (state)
+      forgetAccepted();
   } else if (refusals.includes(result.error)) {
     storeWork({ ...work, error: result.error });
   } else {
@@ -481,6 +498,7 @@ function tick(row, note) {
     person, sendAt: now + undoTime,
   };
   drafts.delete(work.line);
+  nextLine = lineBeside(work.line);
   ownKeys.add(work.key);
   storeWork(work);
   announce(text.ticked(work.op, work.car));
@@ -502,7 +520,7 @@ function undo(key) {
   announce(text.undone(work.op, work.car));
   render();
   planSending();
-  const row = [...document.querySelectorAll('#due-list .work')].find(element => element.line === work.line);
+  const row = shownLine(work.line);
   if (row && shownPlace === 'due')
     row.querySelector('button').focus();
   else
@@ -689,7 +707,7 @@ function isRecorded(row) {
     if (record.state === 'deleted' || record.car_id !== row.car_id || record.op_id !== row.op_id)
       return false;
     if (row.kind !== 'due')
-      return record.local_id === row.local_id;
+      return record.key !== null && record.local_id === row.local_id; // others may stand for the open record itself
     const done = minuteOf(Date.parse(record.done_time));
     return done > since || done === since && record.state !== 'archived';
   });
@@ -836,7 +854,8 @@ function updateDialog(rows) {
     setText(byId('note-error'), text.nowCovered);
     return;
   }
-  setText(byId('note-error'), '');
+  if (byId('note-error').textContent === text.nowCovered)
+    setText(byId('note-error'), '');
   const comment = row.kind === 'due' ? '' : row.comment ?? '';
   if (byId('note').value === lastComment)
     byId('note').value = comment;
@@ -876,9 +895,18 @@ function renderUndo() {
     renderUndo.timer = setTimeout(render, 250);
 }
 
+const shownLine = line => [...document.querySelectorAll('#due-list .work')].find(element => element.line === line);
+
+/** The line below, or above the last one. */
+function lineBeside(line) {
+  const lines = [...document.querySelectorAll('#due-list .work')].map(element => element.line);
+  const place = lines.indexOf(line);
+  return lines[place + 1] ?? lines[place - 1];
+}
+
 /** Where a keyboard or a screen reader goes on after a tick. */
 function focusNext() {
-  const next = shownPlace === 'due' && document.querySelector('#due-list button') || byId(`${shownPlace}-title`);
+  const next = shownPlace === 'due' && shownLine(nextLine)?.querySelector('button') || byId(`${shownPlace}-title`);
   next.focus({ preventScroll: true });
 }
 
@@ -935,7 +963,7 @@ function localState(work) {
     return 'sent';
   if (work.error)
     return 'refused';
-  return isMine(work) ? 'local' : 'foreign';
+  return person === null || isMine(work) ? 'local' : 'foreign';
 }
 
 const stateChips = { archived: 'good', refused: 'alarm', deleted: '', sent: '', waiting: 'warn', local: 'warn', foreign: 'warn' };
@@ -1066,7 +1094,7 @@ function renderFrame() {
   setText(byId('connection'), shown);
   byId('connection').dataset.is = connection;
   renderReason(kept);
-  setText(document.querySelector('title'), text.garage);
+  document.title = `${isSignedOut ? text.signInTitle : text[`${shownPlace}Title`]} · ${text.garage}`;
 }
 
 function renderReason(kept) {
@@ -1105,9 +1133,9 @@ function setLanguage(name) {
   numbers = {
     whole: decimals(0), tenths: decimals(1), hundredths: decimals(2),
     ago: new Intl.RelativeTimeFormat(language),
-    date: new Intl.DateTimeFormat(language, { ...date, hour12: false }),
-    yearDate: new Intl.DateTimeFormat(language, { ...date, year: 'numeric', hour12: false }),
-    time: new Intl.DateTimeFormat(language, { hour: '2-digit', minute: '2-digit', hour12: false }),
+    date: new Intl.DateTimeFormat(language, { ...date, hourCycle: 'h23' }),
+    yearDate: new Intl.DateTimeFormat(language, { ...date, year: 'numeric', hourCycle: 'h23' }),
+    time: new Intl.DateTimeFormat(language, { hour: '2-digit', minute: '2-digit', hourCycle: 'h23' }),
     order: new Intl.Collator(language, { numeric: true }),
   };
   document.documentElement.lang = language;
@@ -1152,8 +1180,10 @@ function handleKey(event) {
     event.preventDefault();
     undoLast();
   }
-  if (event.key === 'Enter' && (event.ctrlKey || event.metaKey) && event.target === byId('note'))
+  if (event.key === 'Enter' && (event.ctrlKey || event.metaKey) && event.target === byId('note')) {
+    event.preventDefault(); // or it would press the button that gets the focus now
     byId('work-form').requestSubmit();
+  }
 }
 
 function setFilter(event) {
