@@ -44,6 +44,11 @@ public:
     /// Incremented each time another file is opened: data read at another count are from another file.
     int fileCount() const { return m_fileCount; }
 
+    /// Incremented by each write that had begun and was then refused by the disk.
+    int diskFaultCount() const { return m_diskFaultCount; }
+    /// Increments it if this is a fault of the disk.
+    void countDiskFault(const QSqlError &error) { m_diskFaultCount += isDiskFault(error); }
+
     /// Whether a commit of this connection survives a power cut. Every opening resets it; the first write
     /// sets it.
     bool isDurable() const { return m_isDurable; }
@@ -83,6 +88,7 @@ private:
     std::optional<Platform::FileIdentity> m_openedFile;
     bool m_isReadOnly = false; ///< the file could not be written when it was opened
     bool m_isDurable = false;
+    int m_diskFaultCount = 0;
     int m_fileCount = 0;
     mutable QSqlError m_readError;
 };

@@ -46,6 +46,7 @@ bool ImmediateTransaction::exec(QSqlQuery &query, StatementValues values)
     if (query.exec())
         return true;
 
+    m_database.countDiskFault(query.lastError());
     // SQLite may have rolled back by itself; the statements still to come would then be stored one by one.
     // A new transaction can begin only outside another. A journal that cannot be created leaves the
     // transaction open, but nothing can be stored in it.
@@ -82,6 +83,8 @@ bool ImmediateTransaction::runWhileBusy(const QString &statement) const
         const QSqlQuery query = m_database.run(statement);
         if (query.isActive())
             return true;
+        if (m_active)
+            m_database.countDiskFault(query.lastError());
         if (!isBusy(query.lastError()) || (m_mayRetry && !m_mayRetry()))
             return false;
         QThread::msleep(retryIntervalMs);

@@ -142,6 +142,19 @@ bool GarageSettingsForm::followDatabase()
     return isOtherFile;
 }
 
+bool GarageSettingsForm::followRefusedWrite()
+{
+    if (m_database.diskFaultCount() == m_shownDiskFaults)
+        return false;
+    const QVector<ServiceOperation> operations = ScheduleTables::readOperations(m_database);
+    // None if the file cannot be read either.
+    if (!operations.isEmpty()) {
+        m_operationsModel.setStoredOperations(operations);
+        m_shownDiskFaults = m_database.diskFaultCount();
+    }
+    return true;
+}
+
 void GarageSettingsForm::reloadReglamentModel()
 {
     showReglament(readReglament());
@@ -160,6 +173,7 @@ GarageSettingsForm::Reglament GarageSettingsForm::readReglament()
 {
     m_rereadTimer.stop();
     followDatabase();
+    followRefusedWrite();
 
     Reglament reglament;
     bool wasBusy = m_rereadTimer.isActive();
@@ -208,6 +222,7 @@ void GarageSettingsForm::opnameChange(int opId, const QString &newName)
 
 void GarageSettingsForm::announceOperations()
 {
+    followRefusedWrite();
     QJsonArray opsList;
     for (int row = 0; row < m_operationsModel.rowCount(); ++row) {
         const ServiceOperation &operation = m_operationsModel.operationAt(row);
@@ -283,4 +298,6 @@ void GarageSettingsForm::serviceReglamentChange(const QModelIndex &index)
         return;
     ScheduleTables::storeLimit(m_database, {model, limit.opId, dialog->limits()});
     m_reglamentModel.setLimits(cell, limit.opId, dialog->limits());
+    if (followRefusedWrite())
+        reloadReglamentModel();
 }

@@ -58,6 +58,8 @@ private:
     /// Shows the operations of the file that the connection has open now. True if the page showed another
     /// file: then the user's choice must not be written.
     bool followDatabase();
+    /// Shows the stored operations again if the disk refused a write. True if it did.
+    bool followRefusedWrite();
     /// What the schedule's table shows beside the operations.
     struct Reglament
     {
@@ -78,6 +80,7 @@ private:
     ServiceOperationsModel m_operationsModel;
     GarageDatabase m_database;
     int m_shownFile = 0; ///< the database's fileCount() whose operations are shown
+    int m_shownDiskFaults = 0; ///< the database's diskFaultCount() when the operations were read
     SettingsDelegate m_gridDelegate;
     QTimer m_rowHeightTimer; ///< active while the schedule's rows are to be laid out
     QTimer m_rereadTimer; ///< active while what is shown could not be read because the file was busy
