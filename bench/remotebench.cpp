@@ -28,27 +28,42 @@ QVector<RemoteServiceRecord> batch()
     return records;
 }
 
+enum class RemoteIdIndex { Present, Missing };
+
 /// Each iteration starts from the same service log, and neither side waits for the disk.
 class Journal final
 {
 public:
-    explicit Journal(const BenchShape &shape) : home(shape), m_database(home.databasePath())
+    Journal(const BenchShape &shape, RemoteIdIndex index) : home(shape), m_database(home.databasePath())
     {
         m_database.exec("PRAGMA synchronous=OFF");
+        if (index == RemoteIdIndex::Missing)
+            m_database.exec("DROP INDEX IF EXISTS maintainance_by_remote_id");
+        else
+            createIndex();
         clear();
     }
-    ~Journal() { clear(); }
+    ~Journal()
+    {
+        createIndex();
+        clear();
+    }
     void clear() { m_database.exec("DELETE FROM maintainance WHERE remote_id>=10000000"); }
 
     const BenchHome home;
 
 private:
+    void createIndex()
+    {
+        m_database.exec("CREATE INDEX IF NOT EXISTS maintainance_by_remote_id ON maintainance (remote_id)");
+    }
+
     PlainSqlite m_database;
 };
 
-void garageBatch(benchmark::State &state, const BenchShape &shape)
+void garageBatch(benchmark::State &state, const BenchShape &shape, RemoteIdIndex index)
 {
-    Journal journal(shape);
+    Journal journal(shape, index);
     journal.home.enter();
     const QVector<RemoteServiceRecord> records = batch();
     GarageDatabase database(QStringLiteral("bench"));
@@ -62,9 +77,9 @@ void garageBatch(benchmark::State &state, const BenchShape &shape)
     }
 }
 
-void plainBatch(benchmark::State &state, const BenchShape &shape)
+void plainBatch(benchmark::State &state, const BenchShape &shape, RemoteIdIndex index)
 {
-    Journal journal(shape);
+    Journal journal(shape, index);
     const QVector<RemoteServiceRecord> records = batch();
     PlainSqlite database(journal.home.databasePath());
     database.exec("PRAGMA synchronous=OFF");
@@ -115,9 +130,13 @@ void plainBatch(benchmark::State &state, const BenchShape &shape)
 
 void registerRemoteBenchmarks()
 {
-    for (const auto &[name, run] :
-         {std::pair("remote/journal/plain", plainBatch), {"remote/journal/garage", garageBatch}})
-        benchmark::RegisterBenchmark(name, run, journalShape)
+    const auto add = [](const char *name, auto run, RemoteIdIndex index) {
+        benchmark::RegisterBenchmark(name, run, journalShape, index)
             ->Unit(benchmark::kMillisecond)
             ->MeasureProcessCPUTime();
+    };
+    add("remote/journal/plain", plainBatch, RemoteIdIndex::Present);
+    add("remote/journal/garage", garageBatch, RemoteIdIndex::Present);
+    add("remote/journal-no-index/plain", plainBatch, RemoteIdIndex::Missing);
+    add("remote/journal-no-index/garage", garageBatch, RemoteIdIndex::Missing);
 }

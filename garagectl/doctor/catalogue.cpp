@@ -16,6 +16,7 @@ constexpr char rebuildMaintainance[] =
     "comment,\n"
     "  ifnull(operation_state, 1), remote_id FROM maintainance_old;\n"
     "DROP TABLE maintainance_old;\n"
+    "CREATE INDEX maintainance_by_remote_id ON maintainance (remote_id);\n"
     "COMMIT;";
 constexpr char rebuildOperations[] =
     "BEGIN IMMEDIATE;\n"

@@ -43,3 +43,5 @@ CREATE TABLE maintainance (
     operation_state INTEGER DEFAULT 1, -- 0 = open, 1 = done
     remote_id       INTEGER
 );
+-- Each record of the remote side is searched by its remote id.
+CREATE INDEX maintainance_by_remote_id ON maintainance (remote_id);

@@ -20,7 +20,6 @@ namespace {
 void fill(const TestDatabase &database)
 {
     database.exec("PRAGMA journal_mode=WAL");
-    database.exec("CREATE INDEX by_remote_id ON maintainance (remote_id)");
     database.addCar(1, "7", "Sodi");
     database.addOperation(1, "Chain");
     database.addLimit("Sodi", 1, 0, 0, 2);
@@ -58,7 +57,7 @@ const QString recordColumns = "id INTEGER PRIMARY KEY AUTOINCREMENT, car_id INTE
                               "operation_time %1, person_id INTEGER, person_name TEXT, comment TEXT, "
                               "operation_state INTEGER %2, remote_id INTEGER";
 const QString lapIndex = "CREATE INDEX laps_by_car ON laps (car_id, lap_timestamp, sum_sectors, run_id)";
-const QString remoteIndex = "CREATE INDEX by_remote_id ON maintainance (remote_id)";
+const QString remoteIndex = "CREATE INDEX maintainance_by_remote_id ON maintainance (remote_id)";
 
 QStringList lapAt(const QString &value)
 {
@@ -88,15 +87,9 @@ QVector<Case> schemaCases()
          rebuilt("service_operations", "id INTEGER PRIMARY KEY, operation_name TEXT", "*", "WITHOUT ROWID"),
          rebuilt("service_operations", operationColumns)},
         {"ids-reused",
-         rebuilt("service_operations", "id INTEGER PRIMARY KEY /* no AUTOINCREMENT */, operation_name TEXT"),
-         {},
-         {},
-         {"remote-index"}},
+         rebuilt("service_operations", "id INTEGER PRIMARY KEY /* no AUTOINCREMENT */, operation_name TEXT")},
         {"state-default",
-         rebuilt("maintainance", recordColumns.arg("TEXT", "DEFAULT 0")) + QStringList {remoteIndex},
-         {},
-         {},
-         {"remote-index"}},
+         rebuilt("maintainance", recordColumns.arg("TEXT", "DEFAULT 0")) + QStringList {remoteIndex}},
         {"required-column",
          rebuilt("service_operations", operationColumns + ", kind TEXT NOT NULL", "id, operation_name, 'x'"),
          rebuilt("service_operations", operationColumns, "id, operation_name")},
@@ -116,7 +109,7 @@ QVector<Case> schemaCases()
         {"laps-index", {"DROP INDEX laps_by_car"}},
         {"laps-index-narrow",
          {"DROP INDEX laps_by_car", "CREATE INDEX narrow ON laps (car_id, lap_timestamp)"}},
-        {"remote-index", {"DROP INDEX by_remote_id"}},
+        {"remote-index", {"DROP INDEX maintainance_by_remote_id"}},
     };
 }
 
