@@ -1,10 +1,8 @@
 #pragma once
 
-#include <QDateTime>
-#include <QHash>
-#include <QString>
+#include "data/recordtime.h"
 
-#include <optional>
+#include <QString>
 
 /// The date-time texts of the system, in ASCII digits in every locale. An invalid date-time yields an empty
 /// text.
@@ -20,24 +18,8 @@ namespace DateTimeText {
 [[nodiscard]] QString forServiceAnnouncement(const QDateTime &dateTime);
 
 /// Reads "yyyy-MM-ddThh:mm[:ss[.zzz]][Z|±hh:mm]", with "T" or a space, as stored in the database, and
-/// returns local time; invalid if the text is no such date-time. A text without a zone is UTC, because that
-/// is how it compares with the others as text.
-[[nodiscard]] QDateTime fromDatabase(const QString &text);
-
-/// Returns the same as fromDatabase(), faster for many texts. Caches the offsets of the time zone: use one
-/// object per query, because the zone may change afterwards.
-class Reader final
-{
-public:
-    [[nodiscard]] QDateTime fromDatabase(const QString &text);
-
-private:
-    std::optional<int> offsetAround(qint64 day);
-    int offsetAtStart(qint64 day);
-
-    // Seconds, by Julian day in UTC.
-    QHash<qint64, std::optional<int>> m_offsets; ///< none: the clock changes around this day
-    QHash<qint64, int> m_startOffsets;
-};
+/// returns an invalid time if the text is no such date-time. A text without a zone is UTC, because that is
+/// how it compares with the others as text.
+[[nodiscard]] RecordTime fromDatabase(const QString &text);
 
 } // namespace DateTimeText

@@ -15,7 +15,7 @@ QJsonObject pendingService(const MaintainanceItem &car, const OperationStat &sta
             {QStringLiteral("carModel"), car.model},
             {QStringLiteral("opId"), opId},
             {QStringLiteral("opName"), opName},
-            {QStringLiteral("opDateTime"), DateTimeText::forJson(stat.lastDone)},
+            {QStringLiteral("opDateTime"), DateTimeText::forJson(stat.lastDone.toUtc())},
             {QStringLiteral("localId"), stat.localId}};
 }
 
@@ -44,7 +44,7 @@ QJsonObject operationStatus(const OperationStat &stat)
     return {{QStringLiteral("tt"), stat.totalTime},
             {QStringLiteral("tl"), stat.laps},
             {QStringLiteral("tr"), stat.runs},
-            {QStringLiteral("dt"), DateTimeText::forJson(stat.lastDone)}};
+            {QStringLiteral("dt"), DateTimeText::forJson(stat.lastDone.toUtc())}};
 }
 
 } // namespace

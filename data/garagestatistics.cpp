@@ -109,12 +109,11 @@ void GarageStatistics::readDrivingSinceService(const GarageDatabase &database, Q
     for (int row = 0; row < cars.size(); ++row)
         carRows.insert(cars.at(row).carId, row);
 
-    DateTimeText::Reader times;
     QSqlQuery query = database.run(selectDrivingSinceService);
     while (database.next(query)) {
         OperationStat stat;
         stat.opId = query.value(DrivingOperationId).toInt();
-        stat.lastDone = times.fromDatabase(query.value(DrivingOperationTime).toString());
+        stat.lastDone = DateTimeText::fromDatabase(query.value(DrivingOperationTime).toString());
         stat.totalTime = query.value(DrivingSeconds).toInt();
         stat.runs = query.value(DrivingRuns).toInt();
         stat.laps = query.value(DrivingLaps).toInt();
@@ -131,7 +130,6 @@ void GarageStatistics::readDrivingSinceService(const GarageDatabase &database, Q
 QList<ServiceLogItem> GarageStatistics::readServiceLog(const GarageDatabase &database)
 {
     QList<ServiceLogItem> log;
-    DateTimeText::Reader times;
     SharedTexts names;
     QSqlQuery query = database.run(selectServiceLog);
     while (database.next(query)) {
@@ -143,7 +141,7 @@ QList<ServiceLogItem> GarageStatistics::readServiceLog(const GarageDatabase &dat
         item.opId = query.value(LogOperationId).toInt();
         item.num = names.shared(query.value(LogNum));
         item.model = names.shared(query.value(LogModel));
-        item.opTime = times.fromDatabase(query.value(LogOperationTime).toString());
+        item.opTime = DateTimeText::fromDatabase(query.value(LogOperationTime).toString());
         item.opName = names.shared(query.value(LogOperationName));
         item.personName = names.shared(query.value(LogPersonName));
         item.comment = query.value(LogComment).toString();

@@ -1,6 +1,7 @@
 #pragma once
 
-#include <QDateTime>
+#include "data/recordtime.h"
+
 #include <QList>
 #include <QMap>
 #include <QString>
@@ -25,7 +26,7 @@ enum ServiceState {
 struct OperationStat
 {
     int opId = 0;
-    QDateTime lastDone; ///< local time of the latest record, open or done; invalid: never
+    RecordTime lastDone; ///< of the latest record, open or done; invalid: never
     int totalTime = 0; ///< seconds of driving since `lastDone`
     int runs = 0;
     int laps = 0;
@@ -60,7 +61,7 @@ struct ServiceLogItem
     int opId = complaintOperationId;
     QString num; ///< empty if the car was deleted, as is `model`
     QString model;
-    QDateTime opTime; ///< local time
+    RecordTime opTime;
     QString opName; ///< empty for a complaint
     QString personName;
     QString comment;

@@ -170,7 +170,7 @@ void GarageForm::carComplain(const MaintainanceItem &item)
     if (const std::optional<OperationStat> complaint = openComplaint(carId)) {
         shownId = complaint->localId;
         dialog->setComment(complaint->comment);
-        dialog->setDateTime(complaint->lastDone);
+        dialog->setDateTime(complaint->lastDone.toLocalTime());
     }
 
     m_complaintDialogs.insert(carId, dialog.get());

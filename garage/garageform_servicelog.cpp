@@ -22,7 +22,7 @@ QString recordName(const ServiceLogItem &record)
     QString operation = PlainText::shortName(record.opName);
     if (record.opId == complaintOperationId)
         operation = record.state == OpenState ? GarageForm::tr("Жалоба") : GarageForm::tr("Прочее");
-    QStringList parts {car.trimmed(), operation, DateTimeText::forDisplay(record.opTime)};
+    QStringList parts {car.trimmed(), operation, DateTimeText::forDisplay(record.opTime.toLocalTime())};
     parts.removeAll(QString());
     return parts.join(QLatin1String(", "));
 }
@@ -107,7 +107,7 @@ void GarageForm::on_actionDoneOperation_triggered()
 
     ModalDialog<ServiceDialog> dialog(this);
     prepareDialog(*dialog, record.model + QLatin1String("  ") + record.num, record.opId);
-    dialog->setDateTime(record.opTime.isValid() ? record.opTime : currentMinute());
+    dialog->setDateTime(record.opTime.isValid() ? record.opTime.toLocalTime() : currentMinute());
     dialog->setComment(record.comment);
     if (dialog.exec() != QDialog::Accepted || isFileReplaced(file))
         return;

@@ -19,7 +19,7 @@ QString number(qint64 value)
 
 QString dateAndPerson(const OperationStat &stat, const ServiceLogItem *record)
 {
-    QStringList parts {DateTimeText::forDisplay(stat.lastDone),
+    QStringList parts {DateTimeText::forDisplay(stat.lastDone.toLocalTime()),
                        record ? record->personName.simplified() : QString()};
     parts.removeAll(QString());
     return parts.join(QLatin1String(", "));

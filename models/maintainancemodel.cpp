@@ -157,7 +157,7 @@ void MaintainanceModel::moveLastDone(int carId, int opId, const QDateTime &doneA
     const MaintainanceItem *first = itemById(carId);
     if (!first || !doneAt.isValid())
         return;
-    const QDateTime lastDone = first->operation(opId).lastDone;
+    const RecordTime lastDone = first->operation(opId).lastDone;
     if (lastDone.isValid() && lastDone >= doneAt)
         return;
 
@@ -230,7 +230,7 @@ int MaintainanceModel::shownRowNumber(const QModelIndex &index) const
 
 QString MaintainanceModel::operationText(const OperationStat &stat) const
 {
-    QString date = DateTimeText::forDisplay(stat.lastDone);
+    QString date = DateTimeText::forDisplay(stat.lastDone.toLocalTime());
     if (stat.laps == 0 && stat.runs == 0 && stat.totalTime == 0)
         return date;
     return date + QLatin1Char('\n')

@@ -34,7 +34,7 @@ std::optional<qint64> MaintainanceOrder::value(const MaintainanceItem &car) cons
     case MaintainanceModel::SortByLastDone:
         if (!stat->lastDone.isValid())
             return std::nullopt;
-        return stat->lastDone.toSecsSinceEpoch();
+        return stat->lastDone.toMSecsSinceEpoch();
     case MaintainanceModel::SortByTotalTime:
         return stat->totalTime;
     case MaintainanceModel::SortByRuns:

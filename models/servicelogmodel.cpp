@@ -40,7 +40,7 @@ QVariant ServiceLogModel::data(const QModelIndex &index, int role) const
         if (key == ColumnKeys::number)
             return item.num;
         if (key == ColumnKeys::time)
-            return DateTimeText::forDisplay(item.opTime);
+            return DateTimeText::forDisplay(item.opTime.toLocalTime());
         if (key == ColumnKeys::operationName)
             return item.opName;
         if (key == ColumnKeys::personName)

@@ -22,7 +22,7 @@ const QStringList csvColumns = {
 QJsonObject jsonRow(const ServiceLogItem &item)
 {
     return {
-        {QStringLiteral("time"), TimeText::forJson(item.opTime)},
+        {QStringLiteral("time"), TimeText::forJson(item.opTime.toUtc())},
         {QStringLiteral("carId"), item.carId},
         {QStringLiteral("carNumber"), item.num},
         {QStringLiteral("carModel"), item.model},
@@ -56,8 +56,8 @@ TextTable tableOf(const QList<ServiceLogItem> &log)
         const bool isOpen = item.state == OpenState;
         const TextTable::Cell state(isOpen ? text("open", "открыто") : text("done", "сделано"),
                                     isOpen ? TextTable::Bad : TextTable::Plain);
-        table.addRow({TimeText::forPeople(item.opTime), item.model, item.num, operationText(item), state,
-                      item.personName, item.comment});
+        table.addRow({TimeText::forPeople(item.opTime.toLocalTime()), item.model, item.num,
+                      operationText(item), state, item.personName, item.comment});
     }
     table.addFooter(text("Records: %1", "Записей: %1").arg(log.size()));
     return table;
@@ -98,7 +98,7 @@ ExitCode HistoryCommand::run(const QString &databasePath)
                        [&log](const GarageDatabase &database) { log = readServiceLog(database); });
 
     const auto isHidden = [&](const ServiceLogItem &item) {
-        const QDate day = item.opTime.date();
+        const QDate day = item.opTime.toLocalTime().date();
         return !m_filter.accepts(item.num, item.model, item.opId, item.opName)
             || (from.isValid() && !(day >= from)) || (to.isValid() && !(day.isValid() && day <= to))
             || (m_onlyOpen && item.state != OpenState);

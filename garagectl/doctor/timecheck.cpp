@@ -85,11 +85,11 @@ QString selectSuspicious(const QString &table, const QString &idColumn, const QS
         .arg(table, idColumn, column, normalForm, latest);
 }
 
-bool isFuture(const QVariant &value, const QDateTime &latest)
+bool isFuture(const QVariant &value, RecordTime latest)
 {
     if (value.type() != QVariant::String)
         return false;
-    const QDateTime time = DateTimeText::fromDatabase(value.toString());
+    const RecordTime time = DateTimeText::fromDatabase(value.toString());
     return time.isValid() && time > latest;
 }
 

@@ -71,7 +71,7 @@ QJsonObject DueOutput::json(const DueRow &row)
             {QStringLiteral("operationId"), row.opId},
             {QStringLiteral("operation"), row.operation},
             {QStringLiteral("state"), key(row.state)},
-            {QStringLiteral("lastDone"), TimeText::forJson(row.stat.lastDone)},
+            {QStringLiteral("lastDone"), TimeText::forJson(row.stat.lastDone.toUtc())},
             {QStringLiteral("seconds"), row.stat.totalTime},
             {QStringLiteral("runs"), row.stat.runs},
             {QStringLiteral("laps"), row.stat.laps},
@@ -114,7 +114,7 @@ TextTable::Row DueOutput::cells(const DueRow &row)
             row.carNumber,
             operationText(row),
             {stateText(row.state), tone},
-            TimeText::forPeople(row.stat.lastDone),
+            TimeText::forPeople(row.stat.lastDone.toLocalTime()),
             {shareText(row), tone},
             drivenText(row),
             leftText(row)};

@@ -35,8 +35,8 @@ QString recordSentence(const Derivation &derivation)
     QString sentence = text("The latest record is %1 of %2, by %3, %4; comment %5.",
                             "Последняя запись — №%1 от %2, исполнитель %3, %4; примечание %5.")
                            .arg(row.stat.localId)
-                           .arg(TimeText::forPeople(row.stat.lastDone), quoted(derivation.person), state,
-                                quoted(row.stat.comment));
+                           .arg(TimeText::forPeople(row.stat.lastDone.toLocalTime()),
+                                quoted(derivation.person), state, quoted(row.stat.comment));
     if (derivation.recordCount > 1)
         sentence += text(" It is the latest of %1 records because its time, %2, is the greatest as a text.",
                          " Она последняя из %1, потому что её время, %2, как текст больше остальных.")

@@ -51,7 +51,7 @@ void addDueRow(Dictionary &table, const DueRow &row, const ExpectedDays &expecte
     setShare(line, row);
     setText(line, "DRIVEN_TEXT", DueOutput::drivenText(row));
     setText(line, "LEFT_TEXT", DueOutput::leftText(row));
-    setText(line, "LAST_DONE_TEXT", TimeText::forPeople(row.stat.lastDone));
+    setText(line, "LAST_DONE_TEXT", TimeText::forPeople(row.stat.lastDone.toLocalTime()));
     setText(line, "EXPECTED_TEXT", expectedText(row, expected));
 }
 

@@ -29,7 +29,7 @@ void addOpenItem(Dictionary &list, const ServiceLogItem &item)
     const QString task = item.comment.isEmpty() ? shownOperation(item)
                                                 : shownOperation(item) + QLatin1String(": ") + item.comment;
     setText(entry, "WHAT", isComplaint && !item.comment.isEmpty() ? item.comment : task, commentWidth);
-    setText(entry, "TIME", TimeText::forPeople(item.opTime));
+    setText(entry, "TIME", TimeText::forPeople(item.opTime.toLocalTime()));
     addPerson(entry, item.personName);
 }
 
@@ -37,7 +37,7 @@ void addRecord(Dictionary &table, const ServiceLogItem &item)
 {
     Dictionary &line = *table.AddSectionDictionary("RECORD");
     line.SetValue("KIND", item.state == OpenState ? "open" : "done");
-    setText(line, "RECORD_TIME", TimeText::forPeople(item.opTime));
+    setText(line, "RECORD_TIME", TimeText::forPeople(item.opTime.toLocalTime()));
     setText(line, "WHAT", shownOperation(item));
     if (item.state == OpenState)
         line.ShowSection("OPEN_RECORD");

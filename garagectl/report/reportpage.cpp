@@ -76,12 +76,13 @@ void addCounts(Dictionary &page, const Report &report)
                                  [state](const DueRow &row) { return row.state == state; }));
     };
     const QDate weekAhead = report.now.date().addDays(7);
-    const QDateTime weekAgo = report.now.addDays(-7);
+    const RecordTime now = report.now;
+    const RecordTime weekAgo = report.now.addDays(-7);
     const auto coming =
         std::count_if(report.forecast.cbegin(), report.forecast.cend(),
                       [&](const ForecastRow &row) { return !row.due.needsWork() && row.isDueBy(weekAhead); });
-    const auto done = std::count_if(report.log.cbegin(), report.log.cend(), [&](const ServiceLogItem &item) {
-        return item.state == DoneState && item.opTime > weekAgo && item.opTime <= report.now;
+    const auto done = std::count_if(report.log.cbegin(), report.log.cend(), [=](const ServiceLogItem &item) {
+        return item.state == DoneState && item.opTime > weekAgo && item.opTime <= now;
     });
     addCount(page, "count-open", "attention", inState(DueState::Open), text("open", "открыто"));
     addCount(page, "count-due", "attention", inState(DueState::Due), text("due", "пора"));

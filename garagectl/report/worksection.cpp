@@ -39,7 +39,7 @@ QVector<Worker> workersOf(const Report &report, const QDate &firstMonday)
 {
     QMap<QString, Worker> byName;
     for (const ServiceLogItem &item : report.log) {
-        const qint64 day = firstMonday.daysTo(item.opTime.date());
+        const qint64 day = firstMonday.daysTo(item.opTime.toLocalTime().date());
         const bool isListed = item.opTime.isValid() && item.opTime <= report.now && item.state == DoneState;
         if (!isListed || day < 0)
             continue;

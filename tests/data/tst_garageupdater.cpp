@@ -148,8 +148,8 @@ void TestGarageUpdater::onlyLaterLapsWithATimeCount()
     QCOMPARE(stat.totalTime, 1);
     QCOMPARE(stat.laps, 1);
     QCOMPARE(stat.runs, 1);
-    QCOMPARE(stat.lastDone, QDateTime(QDate(2026, 1, 1), QTime(10, 0), Qt::UTC));
-    QCOMPARE(stat.lastDone.timeSpec(), Qt::LocalTime);
+    QCOMPARE(stat.lastDone.toLocalTime(), QDateTime(QDate(2026, 1, 1), QTime(10, 0), Qt::UTC));
+    QCOMPARE(stat.lastDone.toLocalTime().timeSpec(), Qt::LocalTime);
 }
 
 void TestGarageUpdater::theJournalNamesPeopleAndForgottenCars()
@@ -180,7 +180,7 @@ void TestGarageUpdater::theJournalNamesPeopleAndForgottenCars()
     QCOMPARE(complaint.opId, -1);
     QCOMPARE(complaint.state, int(OpenState));
     QCOMPARE(complaint.remoteId, 77);
-    QCOMPARE(complaint.opTime.timeSpec(), Qt::LocalTime);
+    QCOMPARE(complaint.opTime.toLocalTime().timeSpec(), Qt::LocalTime);
     QCOMPARE(probe.log.at(2).remoteId, -1);
 }
 

@@ -419,7 +419,7 @@ void TestMaintainanceModel::aServiceMovesTheDateForward()
     table.model.setItems({car(1, "1", "Sodi", {stat})});
     table.model.recordServiceDone(1, 7, doneAt, {});
     const OperationStat result = table.model.itemAt(0).operation(7);
-    QCOMPARE(result.lastDone, after);
+    QCOMPARE(result.lastDone.toLocalTime(), after);
     QCOMPARE(result.laps, 41);
     QCOMPARE(result.state, int(OpenState));
 }
@@ -436,7 +436,7 @@ void TestMaintainanceModel::aServiceOfANewOperationIsDoneWork()
     const OperationStat result = table.model.itemAt(0).operation(7);
     QCOMPARE(result.opId, 7);
     QCOMPARE(result.state, int(DoneState));
-    QCOMPARE(result.lastDone, noonOf(3));
+    QCOMPARE(result.lastDone.toLocalTime(), noonOf(3));
     QVERIFY(!table.model.itemAt(0).hasOpenOperation());
 }
 
@@ -447,9 +447,9 @@ void TestMaintainanceModel::aServiceReachesEveryItemOfTheCar()
                           car(2, "2", "Sodi", {done(7, noonOf(1))}),
                           car(1, "1", "Sodi", {done(7, noonOf(5))})});
     table.model.recordServiceDone(1, 7, noonOf(3), {});
-    QCOMPARE(table.model.itemAt(0).operation(7).lastDone, noonOf(3));
-    QCOMPARE(table.model.itemAt(1).operation(7).lastDone, noonOf(1));
-    QCOMPARE(table.model.itemAt(2).operation(7).lastDone, noonOf(3));
+    QCOMPARE(table.model.itemAt(0).operation(7).lastDone.toLocalTime(), noonOf(3));
+    QCOMPARE(table.model.itemAt(1).operation(7).lastDone.toLocalTime(), noonOf(1));
+    QCOMPARE(table.model.itemAt(2).operation(7).lastDone.toLocalTime(), noonOf(3));
 }
 
 void TestMaintainanceModel::aServiceAnnouncesTheClickedCellAlone()
@@ -465,11 +465,11 @@ void TestMaintainanceModel::aServiceAnnouncesTheClickedCellAlone()
 
     // An earlier date changes nothing; the cell is announced as well.
     table.model.recordServiceDone(1, 7, noonOf(2), clicked);
-    QCOMPARE(table.model.itemAt(0).operation(7).lastDone, noonOf(3));
+    QCOMPARE(table.model.itemAt(0).operation(7).lastDone.toLocalTime(), noonOf(3));
     QCOMPARE(changed.count(), 2);
 
     table.model.recordServiceDone(1, 7, noonOf(4), {});
-    QCOMPARE(table.model.itemAt(0).operation(7).lastDone, noonOf(4));
+    QCOMPARE(table.model.itemAt(0).operation(7).lastDone.toLocalTime(), noonOf(4));
     QCOMPARE(changed.count(), 2);
 }
 

@@ -28,7 +28,7 @@ std::optional<qint64> oracleValue(const MaintainanceItem &item, int opId, int mo
         return std::nullopt;
     const OperationStat stat = item.ops.value(opId);
     if (mode == 0)
-        return stat.lastDone.isValid() ? std::optional<qint64>(stat.lastDone.toSecsSinceEpoch())
+        return stat.lastDone.isValid() ? std::optional<qint64>(stat.lastDone.toMSecsSinceEpoch())
                                        : std::nullopt;
     if (mode == 1)
         return stat.totalTime;

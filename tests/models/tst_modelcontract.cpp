@@ -236,7 +236,7 @@ private:
         case numberColumn:
             return item(record).num;
         case timeColumn:
-            return DateTimeText::forDisplay(item(record).opTime);
+            return DateTimeText::forDisplay(item(record).opTime.toLocalTime());
         default:
             return item(record).comment;
         }
