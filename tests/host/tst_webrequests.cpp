@@ -238,7 +238,6 @@ void TestWebRequests::onlyATrustedProxyNamesTheClient()
 void TestWebRequests::theStateIsOneLineWhateverTheNamesHold()
 {
     WebState state;
-    state.now = "2026-11-22T08:15:30.123Z";
     WebState::Due due;
     due.op = "</script><b>\"\n\r\u2028";
     due.comment = "\xff";

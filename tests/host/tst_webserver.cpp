@@ -47,6 +47,7 @@ private slots:
     void requestsOfOtherPagesAreRefused_data();
     void requestsOfOtherPagesAreRefused();
     void aForeignHostNameIsRefused();
+    void theStateCarriesTheTimeOfItsSending();
     void eventsComeWithEachChange();
     void eventsEndWithTheSession();
     void tooManyStreamsAreRefused();
@@ -168,7 +169,7 @@ void TestWebServer::onlyThePageIsServed()
 
 void TestWebServer::withoutASessionNothingIsTold()
 {
-    for (const char *path : {"/api/state", "/api/events"}) {
+    for (const char *path : {"/api/session", "/api/state", "/api/events"}) {
         const WebAnswer answer = page().get(path);
         QCOMPARE(answer.status, 401);
         QCOMPARE(answer.body, std::string(R"({"error":"signed_out"})"));
@@ -190,6 +191,7 @@ void TestWebServer::aSessionReadsAndWrites()
     QVERIFY(!cookie.contains("Secure")); // the browser would not send it
 
     WebPage page = signedIn();
+    QCOMPARE(page.get("/api/session").body, answer.body); // after a reload of the page
     m_feed->publish(stateOf("стук"));
     QVERIFY(page.get("/api/state").body.find("стук") != std::string::npos);
     QCOMPARE(json(page.post("/api/services", oneService).body.c_str()),
@@ -277,6 +279,18 @@ void TestWebServer::aForeignHostNameIsRefused()
         421);
     for (const std::string host : {"localhost", "127.0.0.1", "[::1]"})
         QCOMPARE(page().ask("GET", "/", {}, {{"Host", host + ':' + std::to_string(port())}}).status, 200);
+}
+
+void TestWebServer::theStateCarriesTheTimeOfItsSending()
+{
+    const auto timeOf = [](const WebAnswer &answer) {
+        return QDateTime::fromString(json(answer.body.c_str()).value("now").toString(), Qt::ISODateWithMs);
+    };
+    WebPage page = signedIn();
+    m_feed->publish(stateOf("стук"));
+    const QDateTime first = timeOf(page.get("/api/state"));
+    QVERIFY(qAbs(first.msecsTo(QDateTime::currentDateTimeUtc())) < 60'000);
+    QTRY_VERIFY(timeOf(page.get("/api/state")) > first);
 }
 
 void TestWebServer::eventsComeWithEachChange()

@@ -687,7 +687,7 @@ std::string timeText()
 /// sending.
 std::string withTime(const std::string &state)
 {
-    return "{\"now\":\"" + timeText() + "\"," + state.substr(1);
+    return state.substr(0, state.size() - 1) + ",\"now\":\"" + timeText() + "\"}";
 }
 
 } // namespace
