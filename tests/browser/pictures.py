@@ -1,5 +1,5 @@
-"""Takes the pictures of the page for the guides: pictures.py FOLDER. scripts/screenshots combines them. The host's clock
-stands still; the page follows it."""
+"""Takes the pictures of the page for the guides: pictures.py FOLDER. scripts/screenshots combines them. The clock of
+the host stands still; the page follows it."""
 import pathlib
 import sys
 

@@ -8,7 +8,10 @@ LOWEST_CONTRAST = 4.5
 
 # Every visible text with too low a contrast. What lies behind it is the nearest background that is not transparent.
 LOW_CONTRAST = """
-    const channels = color => { const of = color.match(/[\\d.]+/g).map(Number); return of.length < 4 ? [...of, 1] : of; };
+    const channels = color => {
+        const of = color.match(/[\\d.]+/g).map(Number);
+        return of.length < 4 ? [...of, 1] : of;
+    };
     const luminance = color => color.slice(0, 3).map(value => value / 255)
         .map(value => value <= 0.03928 ? value / 12.92 : ((value + 0.055) / 1.055) ** 2.4)
         .reduce((sum, value, index) => sum + value * [0.2126, 0.7152, 0.0722][index], 0);
@@ -41,7 +44,8 @@ SMALL_TARGETS = """
 # Texts that their box cuts off; a person's long name in the head and a long name in a bar may be.
 CUT_OFF = """
     return [...document.querySelectorAll('body *')].filter(element => element.checkVisibility()
-            && !element.closest('.hidden-text, .person, .skip, textarea, svg') && !element.matches('.bar b, #bars, .knob, .scale')
+            && !element.closest('.hidden-text, .person, .skip, textarea')
+            && !element.matches('.bar b, #bars, .knob, .scale')
             && getComputedStyle(element).overflowX !== 'visible' && element.scrollWidth > element.clientWidth + 1)
         .map(element => element.outerHTML.slice(0, 120));
 """
@@ -200,7 +204,8 @@ class TestAccessibility(HostTest):
         phone.press("#undo button")
 
     def focused(self, phone):
-        return phone.script("const e = document.activeElement; return e.id || e.getAttribute('aria-label') || e.tagName")
+        return phone.script("""const focused = document.activeElement;
+            return focused.id || focused.getAttribute('aria-label') || focused.tagName""")
 
     def tab_until(self, phone, condition):
         for _ in range(40):

@@ -8,7 +8,8 @@ class TestMarkup(HostTest):
     @classmethod
     def prepare(cls):
         change = cls.home.change
-        [(car_id,)] = cls.home.rows("SELECT car_id FROM maintainance WHERE operation_id=-1 AND operation_state=0 LIMIT 1")
+        [(car_id,)] = cls.home.rows(
+            "SELECT car_id FROM maintainance WHERE operation_id=-1 AND operation_state=0 LIMIT 1")
         change("UPDATE cars SET num=?, name=? WHERE id=?", MARKUP, MARKUP, car_id)
         change("UPDATE maintainance SET comment=? WHERE car_id=? AND operation_state=0", MARKUP, car_id)
         change("UPDATE service_operations SET operation_name=?", MARKUP)

@@ -118,8 +118,8 @@ class TestWork(HostTest):
         phone.tick(*phone.first_due(), "две вкладки")
         # Both send it: the second tab does not wait for the first one here.
         phone.driver.switch_to.window(next(one for one in phone.driver.window_handles if one != first))
-        phone.script("""for (const name of Object.keys(localStorage).filter(name => name.startsWith('garage.work.'))) {
-                ownKeys.add(name.slice('garage.work.'.length)); } planSending();""")
+        [work] = phone.kept()
+        phone.script("ownKeys.add(arguments[0]); planSending();", work["key"])
         phone.open("done")
         phone.await_state("две вкладки", "в базе")
         self.assertEqual(len(self.stored("две вкладки")), 1)
@@ -155,8 +155,9 @@ class TestWork(HostTest):
         kart, op = phone.first_due()
         phone.set_network(False)
         phone.tick(kart, op, "карта уже нет")
-        phone.script("""for (const name of Object.keys(localStorage).filter(name => name.startsWith('garage.work.'))) {
-            localStorage.setItem(name, JSON.stringify({ ...JSON.parse(localStorage.getItem(name)), carId: 99999 })); }""")
+        [work] = phone.kept()
+        phone.script("localStorage.setItem(`garage.work.${arguments[0].key}`, JSON.stringify(arguments[0]))",
+                     work | {"carId": 99999})
         phone.set_network(True)
         phone.open("done")
         phone.await_state("карта уже нет", "не принято")

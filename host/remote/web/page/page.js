@@ -11,6 +11,7 @@ const acceptedTime = 120000; // ms for which accepted work is shown that the sta
 const longestWait = 15000; // ms between two attempts to connect
 const largestBatch = 100; // works in one request
 const longestNote = 1000; // characters
+const controlCharacters = /[\u0000-\u0008\u000b-\u001f\u007f-\u009f]/g; // the server takes none of them
 const refusals = ['invalid', 'unknown_car', 'unknown_op']; // sending again would not help
 
 // ---- Texts ----------------------------------------------------------------------------------------------------
@@ -18,7 +19,8 @@ const refusals = ['invalid', 'unknown_car', 'unknown_op']; // sending again woul
 const texts = {
   ru: {
     garage: 'Гараж', skip: 'К содержанию', places: 'Разделы', close: 'Закрыть', cancel: 'Отмена',
-    due: 'Пора', dueTitle: 'Пора сделать', done: 'Сделано', doneTitle: 'Сделано сегодня', karts: 'Карты', kartsTitle: 'Карты', filter: 'Номер карта',
+    due: 'Пора', dueTitle: 'Пора сделать', done: 'Сделано', doneTitle: 'Сделано сегодня', karts: 'Карты',
+    kartsTitle: 'Карты', filter: 'Номер карта',
     language: 'EN', languageLabel: 'EN: switch to English', languageOfLabel: 'en',
     signInTitle: 'Вход механика', code: 'Служебный код', letters: 'АБВ', lettersLabel: 'АБВ: код с буквами',
     codeHint: 'Код есть у каждого в списке людей программы хронометража.',
@@ -65,7 +67,8 @@ const texts = {
   },
   en: {
     garage: 'Garage', skip: 'Skip to content', places: 'Places', close: 'Close', cancel: 'Cancel',
-    due: 'Due', dueTitle: 'Due work', done: 'Done', doneTitle: 'Done today', karts: 'Karts', kartsTitle: 'Karts', filter: 'Kart number',
+    due: 'Due', dueTitle: 'Due work', done: 'Done', doneTitle: 'Done today', karts: 'Karts', kartsTitle: 'Karts',
+    filter: 'Kart number',
     language: 'РУ', languageLabel: 'РУ: переключить на русский', languageOfLabel: 'ru',
     signInTitle: 'Mechanic sign-in', code: 'Service code', letters: 'ABC', lettersLabel: 'ABC: code with letters',
     codeHint: 'Everyone’s code is in the list of people of the timing application.',
@@ -866,7 +869,7 @@ function updateDialog(rows) {
 
 function confirmWork(event) {
   event.preventDefault();
-  const note = byId('note').value.trim();
+  const note = byId('note').value.replace(controlCharacters, ' ').trim();
   if (!openedRow || byId('work-confirm').disabled)
     return;
   if (note.length > longestNote) {
@@ -912,7 +915,8 @@ function focusNext() {
 
 function makeUndo(work) {
   const bar = make('div', 'bar');
-  const parts = bar.parts = { left: make('span', 'left'), name: make('b'), button: make('button'), time: make('span', 'time') };
+  const parts = bar.parts = { left: make('span', 'left'), name: make('b'), button: make('button'),
+    time: make('span', 'time') };
   parts.button.type = 'button';
   parts.button.addEventListener('click', () => undo(work.key));
   parts.time.setAttribute('aria-hidden', 'true');
@@ -951,8 +955,8 @@ function doneLines() {
   }));
   for (const record of state?.records ?? []) {
     lines.push({
-      key: record.key ?? `record ${record.id}`, state: record.state, time: Date.parse(record.done_time), kart: record.car,
-      op: opText(record), person: record.person, note: record.comment,
+      key: record.key ?? `record ${record.id}`, state: record.state, time: Date.parse(record.done_time),
+      kart: record.car, op: opText(record), person: record.person, note: record.comment,
     });
   }
   return lines.sort((a, b) => b.time - a.time);
@@ -966,7 +970,7 @@ function localState(work) {
   return person === null || isMine(work) ? 'local' : 'foreign';
 }
 
-const stateChips = { archived: 'good', refused: 'alarm', deleted: '', sent: '', waiting: 'warn', local: 'warn', foreign: 'warn' };
+const stateChips = { archived: 'good', refused: 'alarm', waiting: 'warn', local: 'warn', foreign: 'warn' };
 
 function renderDone() {
   const lines = doneLines();
@@ -983,8 +987,9 @@ function renderDone() {
 function makeRecord(line) {
   const item = make('li', 'record');
   const parts = item.parts = {
-    kart: make('span', 'hidden-text'), plate: make('span', 'plate'), name: make('span', 'name'), chip: make('span', 'chip'),
-    who: make('p', 'who'), note: make('p', 'note'), why: make('p', 'why'), again: make('button'), drop: make('button'),
+    kart: make('span', 'hidden-text'), plate: make('span', 'plate'), name: make('span', 'name'),
+    chip: make('span', 'chip'), who: make('p', 'who'), note: make('p', 'note'), why: make('p', 'why'),
+    again: make('button'), drop: make('button'),
     answers: make('div', 'answers'),
   };
   parts.again.type = parts.drop.type = 'button';
