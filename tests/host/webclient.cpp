@@ -54,6 +54,11 @@ bool WebConnection::send(const std::string &bytes)
     return m_socket >= 0;
 }
 
+void WebConnection::finish()
+{
+    ::shutdown(m_socket, SHUT_WR);
+}
+
 bool WebConnection::receive(Time deadline)
 {
     if (m_socket < 0)

@@ -28,6 +28,8 @@ public:
 
     /// False if the server has closed the connection.
     bool send(const std::string &bytes);
+    /// Says that nothing more is sent.
+    void finish();
     /// What the server sends until `end` is part of it, the connection ends or the time is over.
     std::string readUntil(const std::string &end, std::chrono::milliseconds limit = std::chrono::seconds(20));
     WebAnswer readAnswer(std::chrono::milliseconds limit = std::chrono::seconds(20));
