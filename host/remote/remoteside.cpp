@@ -18,6 +18,7 @@ constexpr int minuteLength = 16; // "yyyy-MM-ddThh:mm"
 constexpr int firstResendDelay = 30000; // milliseconds; each attempt doubles it
 constexpr int longestResendDelay = 16 * 60000;
 constexpr int shortLockWait = 5; // milliseconds; a page asks again
+constexpr int mostPerMessage = 100; // records; more would hold up the GUI thread
 constexpr int switchTime = 5000; // until a switch without an effect is forgotten, milliseconds
 
 QString nowText()
@@ -245,7 +246,7 @@ void RemoteSide::send(const QVector<RemoteRecord> &records, Channel channel)
 void RemoteSide::sendWhenArchived()
 {
     if (m_sendsAtOnce && m_underWay.isEmpty())
-        sendWaiting();
+        send(m_store.inState(RemoteRecord::Waiting, mostPerMessage), Channel::Service);
 }
 
 /// The track archives nothing of a message that it could not store.

@@ -2,8 +2,6 @@
 
 #include <QStringList>
 
-#include <algorithm>
-
 /// The linker drops a static library's resources unless they are referenced by name.
 static void initResources()
 {
@@ -33,11 +31,14 @@ RemoteStore::RemoteStore(const QString &path) : m_connection(path)
 Result RemoteStore::prepare(int usedRemoteId)
 {
     initResources();
-    // With a write-ahead log a record is durable after one write to the disk.
     const bool isReady = m_connection.isOpen() && m_connection.exec(QStringLiteral("PRAGMA journal_mode=WAL"))
-        && addMissingColumns() && m_connection.execScript(QStringLiteral(":/host/remotetables.sql"));
+        && m_connection.exec(QStringLiteral("PRAGMA synchronous=NORMAL"))
+        && m_connection.exec(QStringLiteral("PRAGMA wal_autocheckpoint=0")) && addMissingColumns()
+        && m_connection.execScript(QStringLiteral(":/host/remotetables.sql"));
     if (!isReady)
         return Result::error(m_connection.errorText());
+    if (!m_keeper)
+        m_keeper = std::make_unique<WalKeeper>(m_connection.path());
     // A new record with an id that the track's database knows would overwrite the older one.
     const int last =
         m_connection.value(QStringLiteral("SELECT seq FROM sqlite_sequence WHERE name='remote_records'"))
@@ -70,17 +71,19 @@ int RemoteStore::add(const RemoteRecord &record)
                        "service_code,comment,local_id,state,request_key) VALUES (?,?,?,?,?,?,?,?,?,?,?)"),
         {record.carId, record.opId, record.opName, record.doneTime, record.operatorId, record.operatorName,
          record.serviceCode, record.comment, record.localId, record.state, key});
+    if (m_keeper)
+        m_keeper->touch();
     return added ? m_connection.lastInsertId() : -1;
 }
 
 Result RemoteStore::setState(const QVector<int> &ids, RemoteRecord::State state)
 {
-    return HostTransaction::run(m_connection, [&] {
-        return std::all_of(ids.begin(), ids.end(), [&](int id) {
-            return m_connection.exec(QStringLiteral("UPDATE remote_records SET state=? WHERE id=?"),
-                                     {state, id});
-        });
-    });
+    QStringList texts;
+    for (const int id : ids)
+        texts.append(QString::number(id));
+    const QString statement = QStringLiteral("UPDATE remote_records SET state=? WHERE id IN (%1)")
+                                  .arg(texts.join(QLatin1Char(',')));
+    return transact([&] { return m_connection.exec(statement, {state}); });
 }
 
 Result RemoteStore::markDeleted(int remoteId, int localId)
@@ -100,7 +103,7 @@ Result RemoteStore::markDeleted(int remoteId, int localId)
                 && m_connection.exec(QStringLiteral("UPDATE remote_records SET state=? WHERE local_id=?"),
                                      {RemoteRecord::Deleted, localId}));
     };
-    return HostTransaction::run(m_connection, [&] { return markRemote() && markLocal(); });
+    return transact([&] { return markRemote() && markLocal(); });
 }
 
 QVector<RemoteRecord> RemoteStore::latest(int limit)
@@ -108,9 +111,9 @@ QVector<RemoteRecord> RemoteStore::latest(int limit)
     return read(QStringLiteral("ORDER BY id DESC LIMIT ?"), {limit});
 }
 
-QVector<RemoteRecord> RemoteStore::inState(RemoteRecord::State state)
+QVector<RemoteRecord> RemoteStore::inState(RemoteRecord::State state, int limit)
 {
-    return read(QStringLiteral("WHERE state=? ORDER BY id"), {state});
+    return read(QStringLiteral("WHERE state=? ORDER BY id LIMIT ?"), {state, limit});
 }
 
 QVector<RemoteRecord> RemoteStore::doneSince(const QString &time, int limit)

@@ -2,12 +2,15 @@
 
 #include "host/database/hostconnection.h"
 #include "host/database/hosttransaction.h"
+#include "host/database/walkeeper.h"
 #include "host/result.h"
 
 #include <QJsonArray>
 #include <QJsonObject>
 #include <QVector>
 
+#include <limits>
+#include <memory>
 #include <optional>
 
 /// A service record of the remote side.
@@ -52,7 +55,10 @@ public:
     /// Calls `write` in a transaction, as HostTransaction::run().
     template<typename Write> Result transact(Write write)
     {
-        return HostTransaction::run(m_connection, write);
+        const Result result = HostTransaction::run(m_connection, write);
+        if (m_keeper)
+            m_keeper->touch();
+        return result;
     }
     Result setState(const QVector<int> &ids, RemoteRecord::State state);
     /// Marks the records that belong to the deleted local record.
@@ -60,7 +66,8 @@ public:
 
     /// Latest first; at most `limit`.
     QVector<RemoteRecord> latest(int limit);
-    QVector<RemoteRecord> inState(RemoteRecord::State state);
+    /// The oldest first; at most `limit`.
+    QVector<RemoteRecord> inState(RemoteRecord::State state, int limit = std::numeric_limits<int>::max());
     /// Latest first; at most `limit`. `time` is a UTC time as in doneTime.
     QVector<RemoteRecord> doneSince(const QString &time, int limit);
     /// The record that was made with that key.
@@ -69,6 +76,10 @@ public:
     bool isTaken(int localId);
     int count(RemoteRecord::State state);
 
+    /// For any thread, after prepare(): waits until all that has been written is on the disk. Each write is
+    /// by then safe from the kill of the process only. False if that fails.
+    bool sync() { return m_keeper && m_keeper->sync(); }
+
     HostConnection &connection() { return m_connection; }
 
 private:
@@ -76,4 +87,5 @@ private:
     QVector<RemoteRecord> read(const QString &condition, const QVariantList &values);
 
     HostConnection m_connection;
+    std::unique_ptr<WalKeeper> m_keeper;
 };

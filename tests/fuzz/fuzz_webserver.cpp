@@ -1,6 +1,6 @@
-// Feeds the web server of the demo host with the fuzzer's bytes: as they are, or as a part of a request that would
-// else be right. One server runs all inputs. Every input gets an answer of the protocol, or the end of the connection;
-// what reaches the host is work that a page may send.
+// Feeds the web server of the demo host with the fuzzer's bytes: as they are, or as a part of a request that
+// would else be right. One server runs all inputs. Every input gets an answer of the protocol, or the end of
+// the connection; what reaches the host is work that a page may send.
 
 #include "host/remote/web/webfeed.h"
 #include "host/remote/web/webrequests.h"
@@ -105,7 +105,8 @@ public:
         case 4:
             return m_page->bytes("GET", "/api/state", {}, {{"Cookie", text}, {"X-Forwarded-For", text}});
         case 5: // headers, and whatever follows them
-            return "POST /api/services HTTP/1.1\r\nHost: 127.0.0.1\r\nCookie: " + m_page->cookie() + "\r\n" + text;
+            return "POST /api/services HTTP/1.1\r\nHost: 127.0.0.1\r\nCookie: " + m_page->cookie() + "\r\n"
+                + text;
         case 6:
             return m_page->bytes("GET", "/") + text;
         default:

@@ -163,14 +163,18 @@ QString WebService::url() const
 WebServer::Actions WebService::makeActions()
 {
     WebServer::Actions actions;
-    // Called in the server's threads: they know the bridge only.
-    actions.recordServices = [this, bridge = m_bridge.get(), limit = m_limits.callTime](
-                                 const WebPerson &person, const std::vector<WebRequests::Service> &services)
+    // Called in the server's threads: they use the bridge and what is safe in any thread.
+    actions.recordServices = [this, bridge = m_bridge.get(), store = &m_remote.store(),
+                              limit = m_limits.callTime](const WebPerson &person,
+                                                         const std::vector<WebRequests::Service> &services)
         -> std::optional<std::vector<WebServer::ServiceResult>> {
         const auto work = [this, personId = person.id, services] {
             return recordServices(personId, services);
         };
-        return bridge->ask(work, limit).value_or(std::nullopt);
+        const auto results = bridge->ask(work, limit).value_or(std::nullopt);
+        // The page forgets what is answered, so it must be on the disk; the GUI thread does not wait for
+        // that.
+        return results && store->sync() ? results : std::nullopt;
     };
     actions.setAvailable = [this, bridge = m_bridge.get(),
                             limit = m_limits.callTime](int carId, bool available) -> std::optional<bool> {
