@@ -5,6 +5,12 @@
 
 #include <QStylePainter>
 
+SingleLineComboBox::SingleLineComboBox(QWidget *parent) : QComboBox(parent)
+{
+    connect(this, QOverload<int>::of(&QComboBox::currentIndexChanged), this,
+            [this](int index) { emit currentIndexChanged(itemText(index)); });
+}
+
 void SingleLineComboBox::paintEvent(QPaintEvent *event)
 {
     Q_UNUSED(event)

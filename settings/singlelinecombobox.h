@@ -8,7 +8,12 @@ class SingleLineComboBox final : public QComboBox
 {
     Q_OBJECT
 public:
-    using QComboBox::QComboBox;
+    explicit SingleLineComboBox(QWidget *parent = nullptr);
+
+signals:
+    /// The current index has changed, by the user or by a call; `text` is that of the new current entry.
+    /// Slots of forms are connected to this signal by name; Qt 6 has dropped QComboBox's own.
+    void currentIndexChanged(const QString &text);
 
 protected:
     void paintEvent(QPaintEvent *event) override;
