@@ -9,7 +9,8 @@ constexpr unsigned long retryIntervalMs = 100;
 
 QVariant storable(const QVariant &value)
 {
-    const bool isNullText = value.type() == QVariant::String && value.isNull();
+    // QVariant::isNull() looks at the text in Qt 5 only.
+    const bool isNullText = value.type() == QVariant::String && value.toString().isNull();
     return isNullText ? QVariant(QLatin1String("")) : value;
 }
 
