@@ -7,6 +7,7 @@
 namespace {
 
 constexpr int dateLength = 10; // "yyyy-MM-dd"
+constexpr int hourLength = 13; // "yyyy-MM-ddThh"
 
 bool namesZone(const QString &text)
 {
@@ -110,7 +111,8 @@ RecordTime DateTimeText::fromDatabase(const QString &text)
     if (const std::optional<qint64> moment = parsePlain(text))
         return RecordTime::fromMSecsSinceEpoch(*moment);
 
-    if (text.size() <= dateLength)
+    // Qt 6 reads an hour without minutes, too.
+    if (text.size() <= hourLength || text.at(hourLength) != QLatin1Char(':'))
         return {};
     QString iso = text;
     if (iso.at(dateLength) == QLatin1Char(' '))

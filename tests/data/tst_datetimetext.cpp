@@ -131,7 +131,8 @@ void TestDateTimeText::whatIsNoDateTimeIsInvalid_data()
 {
     QTest::addColumn<QString>("text");
     for (const char *text : {"", "2026-03-08", "12345", "yesterday", "2026-13-08T02:30", "2026-03-08T25:30",
-                             "2026-03-08T", "2026-03-08X02:30", "08.03.2026 02:30", "2026-03-08T02:30Q"})
+                             "2026-03-08T", "2026-03-08T02", "2026-03-08T02Z", "2026-03-08T02,30",
+                             "2026-03-08X02:30", "08.03.2026 02:30", "2026-03-08T02:30Q"})
         QTest::newRow(*text ? text : "empty") << text;
 }
 
