@@ -1,5 +1,6 @@
 #include "host/plugin/pluginhost.h"
 
+#include "host/plugin/pluginmetadata.h"
 #include "trivexplugininterface.h"
 
 #include <QCoreApplication>
@@ -26,6 +27,14 @@ Result PluginHost::load(const QString &fileName)
     if (!library.exists())
         return Result::error(tr("file %1 does not exist").arg(fileName));
     m_loader.setFileName(library.absoluteFilePath());
+    // The loader of Qt 5 takes a plug-in of Qt 6 for a file without metadata.
+    const std::optional<PluginMetadata> metadata = readPluginMetadata(library.absoluteFilePath());
+    if (metadata && metadata->qtMajorVersion != QT_VERSION_MAJOR) {
+        return Result::error(tr("%1 was built with Qt %2, this host with Qt %3")
+                                 .arg(fileName)
+                                 .arg(metadata->qtMajorVersion)
+                                 .arg(QT_VERSION_MAJOR));
+    }
     QObject *root = m_loader.instance();
     if (!root)
         return Result::error(m_loader.errorString());

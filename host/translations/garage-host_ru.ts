@@ -631,10 +631,6 @@ Exit codes: 0 - success, 1 - invalid options, 2 - plug-in not loaded, 3 - no dat
         <translation>нет блока метаданных</translation>
     </message>
     <message>
-        <source>the metadata block is not a map</source>
-        <translation>блок метаданных не является словарём</translation>
-    </message>
-    <message>
         <source>the interface identifier</source>
         <translation>идентификатор интерфейса</translation>
     </message>
@@ -649,10 +645,6 @@ Exit codes: 0 - success, 1 - invalid options, 2 - plug-in not loaded, 3 - no dat
     <message>
         <source>the number of metadata entries</source>
         <translation>число записей метаданных</translation>
-    </message>
-    <message>
-        <source>qt_plugin_query_metadata does not return the metadata block</source>
-        <translation>qt_plugin_query_metadata не возвращает блок метаданных</translation>
     </message>
     <message>
         <source>qt_plugin_instance returns null</source>
@@ -765,6 +757,10 @@ Exit codes: 0 - success, 1 - invalid options, 2 - plug-in not loaded, 3 - no dat
     <message>
         <source>a host that does not unload the library exits normally</source>
         <translation>программа, которая не выгружает библиотеку, завершается нормально</translation>
+    </message>
+    <message>
+        <source>%1 does not return the metadata block</source>
+        <translation>%1 не возвращает блок метаданных</translation>
     </message>
 </context>
 <context>
@@ -1007,6 +1003,10 @@ Exit codes: 0 - success, 1 - invalid options, 2 - plug-in not loaded, 3 - no dat
     <message>
         <source>%1 is not a plug-in with the interface %2</source>
         <translation>%1 не является плагином с интерфейсом %2</translation>
+    </message>
+    <message>
+        <source>%1 was built with Qt %2, this host with Qt %3</source>
+        <translation>%1 собран с Qt %2, а эта программа — с Qt %3</translation>
     </message>
 </context>
 <context>

@@ -1,9 +1,10 @@
 #include "host/validation/checkcontext.h"
 
+#include "data/qtcompatibility.h"
+#include "host/plugin/pluginmetadata.h"
 #include "trivexplugininterface.h"
 
-#include <QCborMap>
-#include <QCborValue>
+#include <QCborStreamReader>
 #include <QCoreApplication>
 #include <QFile>
 #include <QLibrary>
@@ -18,8 +19,6 @@ static void initResources()
 }
 
 namespace {
-
-const QByteArray metadataMagic("QTMETADATA ");
 
 struct Text
 {
@@ -52,17 +51,11 @@ void checkLoading(CheckContext &context)
 
 void checkMetadata(CheckContext &context)
 {
-    QFile file(context.library());
-    expect(file.open(QIODevice::ReadOnly), file.errorString());
-    const QByteArray library = file.readAll();
-    const int start = int(library.indexOf(metadataMagic));
-    expect(start >= 0, Text::tr("there is no metadata block"));
-    // The magic is followed by "!" and four bytes: layout, Qt's major and minor version, kind of build.
-    const QCborValue block = QCborValue::fromCbor(library.mid(start + metadataMagic.size() + 5, 4000));
-    expect(block.isMap(), Text::tr("the metadata block is not a map"));
+    const std::optional<PluginMetadata> metadata = readPluginMetadata(context.library());
+    expect(metadata.has_value(), Text::tr("there is no metadata block"));
     constexpr int identifierKey = 2;
     constexpr int classNameKey = 3;
-    const QCborMap entries = block.toMap();
+    const QCborMap &entries = metadata->entries;
     const QString identifier = QString::fromLatin1(TRIVEX_PLUGIN_IID);
     expectEqual(Text::tr("the interface identifier"), entries.value(identifierKey).toString(), identifier);
     expect(identifier.endsWith(QLatin1String("/v1.0")), Text::tr("%1 does not end in /v1.0").arg(identifier));
@@ -74,9 +67,10 @@ void checkMetadata(CheckContext &context)
 void checkEntryPoints(CheckContext &context)
 {
     context.makeDatabase();
-    const auto query = reinterpret_cast<const char *(*)()>(entryPoint(context, "qt_plugin_query_metadata"));
-    expect(qstrncmp(query(), metadataMagic.constData(), uint(metadataMagic.size())) == 0,
-           Text::tr("qt_plugin_query_metadata does not return the metadata block"));
+    const char *name = QtCompatibility::metadataEntryPoint;
+    const char *metadata = QtCompatibility::metadataMap(entryPoint(context, name));
+    expect(QCborStreamReader(metadata, 1).isMap(),
+           Text::tr("%1 does not return the metadata block").arg(text(name)));
     const QPointer<QObject> first = instance(context);
     expect(first, Text::tr("qt_plugin_instance returns null"));
     expect(!first->parent(), Text::tr("the root object has a parent"));
