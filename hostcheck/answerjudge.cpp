@@ -37,6 +37,11 @@ void AnswerJudge::check()
         m_timer.stop();
 }
 
+void AnswerJudge::judgeQuit()
+{
+    reportOlderThan(limitAtEnd);
+}
+
 void AnswerJudge::judgeEnd()
 {
     reportOlderThan(limitAtEnd);

@@ -23,6 +23,8 @@ public:
     void forget(QLatin1String id);
     /// Called after each message and regularly.
     void check();
+    /// The application was asked to quit; it may decline.
+    void judgeQuit();
     void judgeEnd();
 
 private:

@@ -27,7 +27,8 @@ HostCheckPlugin::HostCheckPlugin()
     if (!m_startJudge.judgeLoading())
         return;
     m_databaseJudge.judgeLoading();
-    // Later the host may have deleted its windows, which hides the tab.
+    // Later the host may have deleted its windows, which hides the tab; Qt 6 closes them before that.
+    qApp->installEventFilter(this);
     connect(qApp, &QCoreApplication::aboutToQuit, this, [this] { m_answerJudge.judgeEnd(); });
     makeWidgets();
 }
@@ -41,6 +42,13 @@ HostCheckPlugin::~HostCheckPlugin()
     judgeUse();
     deleteWidgets();
     m_endJudge.judgeDestruction();
+}
+
+bool HostCheckPlugin::eventFilter(QObject *watched, QEvent *event)
+{
+    if (watched == qApp && event->type() == QEvent::Quit)
+        m_answerJudge.judgeQuit();
+    return CastWatch::eventFilter(watched, event);
 }
 
 void HostCheckPlugin::makeWidgets()

@@ -35,6 +35,8 @@ public:
     /// Notices calls in another thread than the plug-in's; they are then handled in the plug-in's thread.
     void pluginSlot(QString module, QString event, QJsonObject jsonData) override;
 
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
 protected:
     void noteCast() override { m_startJudge.noteCast(); }
 
