@@ -19,10 +19,12 @@ set(CPACK_DEBIAN_PACKAGE_SECTION misc)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 # Dependencies that are not linked: the driver and the texts of Qt are loaded by name, Russian needs a Cyrillic font.
 set(translations qttranslations5-l10n)
+set(qt_headers qtbase5-dev)
 if(GARAGE_QT EQUAL 6)
     set(translations qt6-translations-l10n)
+    set(qt_headers qt6-base-dev)
 endif()
 set(CPACK_DEBIAN_PACKAGE_DEPENDS
     "libqt${GARAGE_QT}sql${GARAGE_QT}-sqlite, ${translations}, fonts-dejavu-core | fonts-noto-core | fonts-liberation2 | fonts-liberation")
-set(CPACK_DEBIAN_PACKAGE_SUGGESTS "cmake, qtbase5-dev")
+set(CPACK_DEBIAN_PACKAGE_SUGGESTS "cmake, ${qt_headers}")
 include(CPack)
