@@ -581,11 +581,10 @@ void TestKeyboardWalk::theLogIsFilteredAndARecordDeleted()
 
 void TestKeyboardWalk::theCurrentCellIsMarkedWhileKeysAreUsed()
 {
-    // A dark frame inside the cell, on the light colour of the selection.
+    // A frame inside the cell, on the colour of the selection; its lower side, which no text touches.
     const auto frameColor = [this](const QModelIndex &cell) {
         const QRect rect = table()->visualRect(cell);
-        return table()->viewport()->grab().toImage().pixelColor(rect.left() + rect.width() / 2,
-                                                                rect.top() + 2);
+        return table()->viewport()->grab().toImage().pixelColor(rect.center().x(), rect.bottom() - 2);
     };
     const QPalette palette = table()->palette();
     tabTo<QTreeView>("tvMaintainanceTable");

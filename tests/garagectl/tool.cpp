@@ -59,7 +59,6 @@ QStringList Tool::folderState(const QString &path)
 QString Tool::schemaFaults(const QString &name, const QByteArray &output)
 {
     QProcess process;
-    process.setProcessChannelMode(QProcess::MergedChannels);
     process.start(PYTHON, {CHECK_OUTPUT, name, "-"});
     const Result result = resultOf(process, output);
     return result.exitCode == 0 ? QString() : QString::fromUtf8(result.output) + result.errors;
