@@ -1,8 +1,11 @@
 #include "browser/eventtimes.h"
 
+#include <algorithm>
 #include <cstdlib>
+#include <ctime>
 #include <fcntl.h>
 #include <unistd.h>
+#include <utility>
 
 namespace {
 
@@ -18,16 +21,28 @@ qint64 waitedForProcessor()
     return std::strtoll(second, nullptr, 10);
 }
 
-/// Timers and sockets count for the object that uses them.
-QByteArray classNameOf(const QObject &object)
+qint64 workOfThread()
 {
+    timespec time {};
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+    return time.tv_sec * 1000000000LL + time.tv_nsec;
+}
+
+} // namespace
+
+/// Timers and sockets count for the object that uses them.
+QByteArray EventTimes::classNameOf(const QObject &object) const
+{
+    const auto *address = reinterpret_cast<const char *>(&object);
+    for (const Owner &owner : m_owners) {
+        if (address > owner.begin && address < owner.begin + owner.size)
+            return owner.className;
+    }
     const QByteArray name = object.metaObject()->className();
     if (object.parent() && (name == "QTimer" || name == "QSingleShotTimer" || name == "QSocketNotifier"))
         return object.parent()->metaObject()->className();
     return name;
 }
-
-} // namespace
 
 bool EventTimes::notify(QObject *receiver, QEvent *event)
 {
@@ -35,6 +50,7 @@ bool EventTimes::notify(QObject *receiver, QEvent *event)
         return QApplication::notify(receiver, event);
     const QByteArray name = classNameOf(*receiver); // the event may delete it
     const qint64 waitedBefore = waitedForProcessor();
+    const qint64 workBefore = workOfThread();
     QElapsedTimer timer;
     timer.start();
     m_isInEvent = true;
@@ -42,6 +58,7 @@ bool EventTimes::notify(QObject *receiver, QEvent *event)
     m_isInEvent = false;
     Times &times = m_times[name];
     ++times.events;
+    times.longestWork = std::max(times.longestWork, workOfThread() - workBefore);
     times.longest = std::max(times.longest, timer.nsecsElapsed() - (waitedForProcessor() - waitedBefore));
     return isHandled;
 }

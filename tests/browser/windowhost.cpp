@@ -143,7 +143,9 @@ private:
         const auto taken = m_times.take();
         for (auto it = taken.begin(); it != taken.end(); ++it)
             byClass.insert(QString::fromLatin1(it.key()),
-                           QJsonObject {{"events", it->events}, {"longest_ms", double(it->longest) / 1e6}});
+                           QJsonObject {{"events", it->events},
+                                        {"longest_ms", double(it->longest) / 1e6},
+                                        {"work_ms", double(it->longestWork) / 1e6}});
         return {{"times", byClass}};
     }
 
@@ -176,6 +178,9 @@ int main(int argc, char **argv)
     window.start();
     window.openGarage();
 
+    application.addOwner(host.web());
+    application.addOwner(host.remote());
+    application.addOwner(host.track());
     Commands commands(host, window, application);
     writeLine(commands.serve());
     StandardInputReader input;
