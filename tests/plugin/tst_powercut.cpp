@@ -9,7 +9,8 @@
 
 namespace {
 
-constexpr int defaultActions = 48;
+constexpr int defaultActions = 32;
+constexpr int defaultSeed = 3; // its actions lead to every kind of announcement
 constexpr int randomParts = 20;
 constexpr char databaseName[] = "ruvalo.sqlite";
 
@@ -197,7 +198,7 @@ void TestPowerCut::announcedRecordsSurviveAPowerCut()
     synchronous = level;
     m_figures = {};
     m_figures.keepsDamage = !damages;
-    const int firstSeed = fromEnvironment("GARAGE_POWER_SEED", 1);
+    const int firstSeed = fromEnvironment("GARAGE_POWER_SEED", defaultSeed);
     const int seeds = fromEnvironment("GARAGE_POWER_SEEDS", 1);
     for (int seed = firstSeed; seed < firstSeed + seeds; ++seed)
         cutEverywhere(historyOf(journal, hostLevel, quint32(seed)), quint32(seed));
