@@ -75,6 +75,8 @@ RemoteSide::RemoteSide(const QString &recordsPath, HostConnection &track, Plugin
 {
     // Queued: the plug-in must return from its signal before it gets an answer.
     connect(&plugin, &PluginHost::received, this, &RemoteSide::handleMessage, Qt::QueuedConnection);
+    m_resendTimer.setParent(this);
+    m_resendTimer.setObjectName(QStringLiteral("resendTimer"));
     m_resendTimer.setSingleShot(true);
     m_resendTimer.setInterval(firstResendDelay);
     connect(&m_resendTimer, &QTimer::timeout, this, &RemoteSide::sendAgain);
@@ -253,7 +255,12 @@ void RemoteSide::sendWhenArchived()
 void RemoteSide::sendAgain()
 {
     m_resendTimer.setInterval(std::min(2 * m_resendTimer.interval(), longestResendDelay));
-    send(m_store.inState(RemoteRecord::Sent), Channel::Service);
+    m_underWay.clear(); // some of it may be deleted by now
+    const QVector<RemoteRecord> sent = m_store.inState(RemoteRecord::Sent);
+    if (sent.isEmpty())
+        sendWhenArchived();
+    else
+        send(sent, Channel::Service);
 }
 
 void RemoteSide::switchAvailability(int carId)

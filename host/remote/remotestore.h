@@ -55,7 +55,7 @@ public:
     /// Calls `write` in a transaction, as HostTransaction::run().
     template<typename Write> Result transact(Write write)
     {
-        const Result result = HostTransaction::run(m_connection, write);
+        Result result = HostTransaction::run(m_connection, write);
         if (m_keeper)
             m_keeper->touch();
         return result;

@@ -14,6 +14,7 @@
 #include <QJsonDocument>
 #include <QLabel>
 #include <QListWidget>
+#include <QTimer>
 #include <QUrl>
 
 #include <future>
@@ -56,6 +57,7 @@ private slots:
     void workForUnknownKartsAndOperationsIsRefused();
     void aTimeToComeIsNow();
     void ticksWaitUntilWhatWasSentIsArchived();
+    void whatIsNotArchivedIsSentAgain();
     void aSwitchIsSentOnceUntilItHasWorked();
     void thePageShowsWhatTheHostKnows();
     void aRemovedPersonIsSignedOut();
@@ -190,6 +192,25 @@ void TestWebService::ticksWaitUntilWhatWasSentIsArchived()
     archive({2, 3});
     QCOMPARE(m_fixture.countSent("remote_service_data"), 2);
     QCOMPARE(m_fixture.host->remote().store().count(RemoteRecord::Archived), 3);
+}
+
+void TestWebService::whatIsNotArchivedIsSentAgain()
+{
+    result(workBody("key-00001", 101, 1, -1));
+    result(workBody("key-00002", 102, 1, -1));
+    auto *timer = child<QTimer>(m_fixture.host->remote(), "resendTimer");
+    QVERIFY(timer->isActive());
+    const int delay = timer->interval();
+    QVERIFY(QMetaObject::invokeMethod(timer, "timeout"));
+    QCOMPARE(m_fixture.countSent("remote_service_data"), 2);
+    QCOMPARE(timer->interval(), 2 * delay);
+    QCOMPARE(lastSent().size(), 1);
+    QCOMPARE(lastSent().first().toObject().value("id").toInt(), 1);
+    archive({1});
+    QCOMPARE(m_fixture.countSent("remote_service_data"), 3);
+    archive({2});
+    QVERIFY(!timer->isActive());
+    QCOMPARE(timer->interval(), delay);
 }
 
 void TestWebService::aSwitchIsSentOnceUntilItHasWorked()

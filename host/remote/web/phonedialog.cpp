@@ -114,7 +114,7 @@ QString PhoneDialog::hintText() const
 {
     if (!m_web.isRunning())
         return tr("The page is not served.");
-    const QString hint = tr("Open this address on the phone and sign in with the service code.");
+    QString hint = tr("Open this address on the phone and sign in with the service code.");
     if (m_web.isEncrypted())
         return hint;
     return hint + QLatin1Char(' ')

@@ -44,14 +44,6 @@ std::string textOf(const Bytes &bytes)
     return text;
 }
 
-bool isOneOf(const std::string &address, const std::vector<std::string> &list)
-{
-    const std::optional<Bytes> bytes = bytesOf(address);
-    return bytes && std::any_of(list.begin(), list.end(), [&](const std::string &other) {
-               return bytesOf(other) == bytes;
-           });
-}
-
 std::string trimmed(const std::string &text)
 {
     const auto first = text.find_first_not_of(" \t");
@@ -90,6 +82,14 @@ std::optional<WebAddress::Endpoint> WebAddress::parse(const std::string &text)
 bool WebAddress::isAddress(const std::string &text)
 {
     return bytesOf(text).has_value();
+}
+
+bool WebAddress::isOneOf(const std::string &address, const std::vector<std::string> &list)
+{
+    const std::optional<Bytes> bytes = bytesOf(address);
+    return bytes && std::any_of(list.begin(), list.end(), [&](const std::string &other) {
+               return bytesOf(other) == bytes;
+           });
 }
 
 std::string WebAddress::network(const std::string &address)

@@ -24,6 +24,9 @@ std::optional<Endpoint> parse(const std::string &text);
 /// Whether it is an IPv4 or IPv6 address of numbers.
 bool isAddress(const std::string &text);
 
+/// Whether the list holds that address, in whatever form.
+bool isOneOf(const std::string &address, const std::vector<std::string> &list);
+
 /// What one client can take: an IPv4 address, or the first 64 bits of an IPv6 address. Another text is
 /// returned as it is.
 std::string network(const std::string &address);

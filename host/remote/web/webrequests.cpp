@@ -152,7 +152,7 @@ std::string_view trimmed(std::string_view text)
 std::optional<std::string> WebRequests::code(const std::string &body)
 {
     const std::optional<Json> json = objectOf(body);
-    const std::optional<std::string> code = json ? textOf(*json, "code") : std::nullopt;
+    std::optional<std::string> code = json ? textOf(*json, "code") : std::nullopt;
     if (!code || code->empty() || code->size() > longestCode)
         return std::nullopt;
     return code;

@@ -315,7 +315,7 @@ std::string PatientServer::bind(WebAddress::Endpoint &endpoint)
         && ::listen(listening, m_limits.connections) == 0
         && ::getsockname(listening, reinterpret_cast<sockaddr *>(&address), &size) == 0;
     if (!isListening) {
-        const std::string error = std::strerror(errno);
+        std::string error = std::strerror(errno);
         if (listening >= 0)
             ::close(listening);
         return error;
@@ -362,7 +362,7 @@ void PatientServer::handleRequests(Connection &connection)
 bool PatientServer::enter(Connection &connection)
 {
     const std::lock_guard<std::mutex> lock(m_mutex);
-    const bool isProxy = std::find(m_proxies.begin(), m_proxies.end(), connection.peer()) != m_proxies.end();
+    const bool isProxy = WebAddress::isOneOf(connection.peer(), m_proxies);
     int &count = m_connectionsOf[WebAddress::network(connection.peer())];
     if (m_isOver || (count >= m_limits.connectionsPerAddress && !isProxy))
         return false;
@@ -508,7 +508,7 @@ std::string WebServer::Private::start()
         m_server.setTls(std::move(tls));
     }
     m_server.setTrustedProxies(m_access.trustedProxies);
-    const std::string error = m_server.bind(m_access.endpoint);
+    std::string error = m_server.bind(m_access.endpoint);
     if (!error.empty())
         return error;
     m_listener = std::thread([this] { m_server.listen_after_bind(); });
