@@ -48,7 +48,8 @@ def take_set(phone, language, notes):
     phone.until(phone.is_online, "the connection")
     phone.await_state(notes[2], "в базе" if language == "ru" else "stored")
     phone.open("karts")
-    phone.resize(390, 844, dark=True)
+    phone.command("Emulation.setEmulatedMedia", features=[
+        {"name": "prefers-color-scheme", "value": "dark"}, {"name": "prefers-reduced-motion", "value": "reduce"}])
     phone.press_kart(sorted(phone.karts())[0])
     phone.until(lambda: not all(phone.karts().values()) and not phone.all('[aria-busy="true"]'), "the switch")
     take(phone, f"{language}-karts")
