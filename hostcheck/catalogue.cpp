@@ -38,7 +38,7 @@ const std::vector<FindingKind> &Catalogue::all()
         {QLatin1String("start-not-connected"), Severity::Error,
          QLatin1String("The answers read_cars_list and update_remote_service are lost."), startUp},
         {QLatin1String("start-order"), Severity::Warning,
-         QLatin1String("The module is used before it has requested the karts: the window shows empty lists."),
+         QLatin1String("Before load_complete the module has no karts: its window shows empty lists."),
          startUp},
         {QLatin1String("start-no-load-complete"), Severity::Error,
          QLatin1String("The module never requests the karts and the pending records of the remote side."),
@@ -53,8 +53,8 @@ const std::vector<FindingKind> &Catalogue::all()
          QLatin1String("The module ignores the message."),
          QLatin1String("events.md#events-from-the-host-to-the-module")},
         {QLatin1String("message-shape"), Severity::Error,
-         QLatin1String(
-             "The module reads the wrong value as a missing one: an empty text, false, or the id -1."),
+         QLatin1String("The module reads the wrong value as a missing one: an empty text, false, or the id "
+                       "-1. The schemas are in docs/protocol."),
          QLatin1String("events.md#events-from-the-host-to-the-module")},
         {QLatin1String("message-text"), Severity::Error,
          QLatin1String("The module cannot read the records and stores none of them."),
@@ -63,8 +63,8 @@ const std::vector<FindingKind> &Catalogue::all()
          QLatin1String("The module ignores a request about a car that it does not know."),
          QLatin1String("events.md#cars_list_changed")},
         {QLatin1String("event-missing"), Severity::Warning,
-         QLatin1String(
-             "Every host sends this event: without it people, karts, tab or statistics are missing."),
+         QLatin1String("Without this event people, karts, tab or statistics are missing. A host that records "
+                       "no runs needs no run_saved_to_db."),
          startUp},
         {QLatin1String("event-unused"), Severity::Note,
          QLatin1String("This session did not try the part of the module that this event starts."),
@@ -86,7 +86,9 @@ const std::vector<FindingKind> &Catalogue::all()
          QLatin1String("The garage window stays open after the user has closed it."),
          QLatin1String("events.md#close_tab")},
         {QLatin1String("widget-window-deleted"), Severity::Error,
-         QLatin1String("Without its window the module ignores most messages."), lifeCycle},
+         QLatin1String(
+             "Without its window the module ignores most messages. After close_tab, too, the host keeps it."),
+         lifeCycle},
         {QLatin1String("widget-page-deleted"), Severity::Error,
          QLatin1String("Deleting the settings page ends the process."), lifeCycle},
         {QLatin1String("widget-delete-on-close"), Severity::Error,

@@ -27,10 +27,11 @@ void StartJudge::judgeMessage(const QString &event, bool isConnected)
             QLatin1String("start-not-cast"),
             QStringLiteral("pluginSlot was called before the instance was cast with qobject_cast "
                            "to TrivexPluginInterface."));
-    if (m_firstEvent.isEmpty())
-        m_firstEvent = event;
-    if (event != QLatin1String("load_complete"))
+    if (event != QLatin1String("load_complete")) {
+        if (!m_isLoadComplete && !m_earlyEvents.contains(event))
+            m_earlyEvents.append(event);
         return;
+    }
     if (m_isLoadComplete)
         m_findings.report(QLatin1String("start-load-complete-twice"),
                           QStringLiteral("load_complete came more than once."));
@@ -44,9 +45,10 @@ void StartJudge::judgeLoadComplete(bool isConnected)
     if (!isConnected)
         m_findings.report(QLatin1String("start-not-connected"),
                           QStringLiteral("load_complete came before pluginSignal was connected."));
-    if (m_firstEvent != QLatin1String("load_complete"))
-        m_findings.report(QLatin1String("start-order"),
-                          QStringLiteral("%1 came before load_complete.").arg(m_firstEvent));
+    if (!m_earlyEvents.isEmpty())
+        m_findings.report(
+            QLatin1String("start-order"),
+            QStringLiteral("%1 came before load_complete.").arg(m_earlyEvents.join(QLatin1String(", "))));
 }
 
 void StartJudge::judgeEnd()

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QString>
+#include <QStringList>
 
 class Findings;
 
@@ -21,7 +21,7 @@ private:
     void judgeLoadComplete(bool isConnected);
 
     Findings &m_findings;
-    QString m_firstEvent;
+    QStringList m_earlyEvents; ///< before load_complete, each once
     bool m_isCast = false;
     bool m_isLoadComplete = false;
 };

@@ -61,6 +61,7 @@ private slots:
     void aWrongHostGetsItsFindingAndNoOther();
     void everyFindingHasAWrongHost();
     void aFindingSaysWhatWasSeenAndWhatItBreaks();
+    void everyEarlyEventIsNamed();
     void afterACrashTheReportEndsWithTheMessage();
     void theDatabaseIsNotWritten();
 
@@ -183,6 +184,14 @@ void TestHostCheck::everyFindingHasAWrongHost()
     const QString text = QString::fromUtf8(source.readAll());
     for (const FindingKind &kind : Catalogue::all())
         QVERIFY2(text.contains(QString("<< \"%1\"").arg(kind.id)), kind.id.data());
+}
+
+void TestHostCheck::everyEarlyEventIsNamed()
+{
+    const HostRun host = run(WRONG_HOST, {"order"});
+    QCOMPARE(host.ids(), QStringList {"start-order"});
+    QCOMPARE(host.findings().constFirst().value("seen").toString(),
+             QString("personal_list, clicked came before load_complete."));
 }
 
 void TestHostCheck::aFindingSaysWhatWasSeenAndWhatItBreaks()

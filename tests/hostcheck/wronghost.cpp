@@ -102,8 +102,10 @@ void Host::start()
     m_tabs.show();
     if (!hasFault("not-connected"))
         receiveMessages();
-    if (hasFault("order"))
+    if (hasFault("order")) {
+        send("personal_list", {{"personalList", QJsonArray()}});
         send("clicked", {{"key", "show_garage"}});
+    }
     if (!hasFault("no-load-complete"))
         send("load_complete");
     if (hasFault("load-complete-twice"))
