@@ -1,6 +1,9 @@
 #include "data/numbertext.h"
 
+#include "data/records.h"
+
 #include <algorithm>
+#include <cmath>
 #include <limits>
 
 std::optional<int> leadingInteger(QStringView text)
@@ -21,4 +24,16 @@ std::optional<int> leadingInteger(QStringView text)
     if (negative)
         value = -value;
     return int(std::clamp<qint64>(value, IntRange::min(), IntRange::max()));
+}
+
+int secondsFromHours(QString text)
+{
+    bool isRead = false;
+    const double hours = text.replace(QLatin1Char(','), QLatin1Char('.')).toDouble(&isRead);
+    // toDouble() reads "inf" and "nan"; a number too large for it is infinite too, but not read.
+    if (isRead && !std::isfinite(hours))
+        return 0;
+    const double seconds = hours * secondsPerHour;
+    using Range = std::numeric_limits<int>;
+    return int(std::clamp(seconds, double(Range::min()), double(Range::max())));
 }

@@ -1,29 +1,14 @@
 #include "settings/reglamentsettingsdialog.h"
 
+#include "data/numbertext.h"
+#include "data/records.h"
 #include "models/plaintext.h"
 #include "settings/sizehintminimum.h"
 #include "ui_reglamentsettingsdialog.h"
 
 #include <QPushButton>
 
-#include <algorithm>
-#include <cmath>
-#include <limits>
-
 namespace {
-
-/// Seconds from hours as people type them, with a comma or a point.
-int secondsFromHours(QString text)
-{
-    bool isRead = false;
-    const double hours = text.replace(QLatin1Char(','), QLatin1Char('.')).toDouble(&isRead);
-    // toDouble() reads "inf" and "nan"; a number too large for it is infinite too, but not read.
-    if (isRead && !std::isfinite(hours))
-        return 0;
-    const double seconds = hours * secondsPerHour;
-    using Range = std::numeric_limits<int>;
-    return int(std::clamp(seconds, double(Range::min()), double(Range::max())));
-}
 
 QString limitText(int limit)
 {

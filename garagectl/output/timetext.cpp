@@ -44,9 +44,10 @@ QJsonValue TimeText::forJson(const QDate &date)
 
 QDate TimeText::dayFromArgument(const QString &text)
 {
-    for (const char *format : {"yyyy-MM-dd", "dd.MM.yyyy"}) {
-        const QDate day = QLocale::c().toDate(text, QLatin1String(format));
-        if (day.isValid())
+    const QLocale locale = QLocale::c();
+    for (const QString &format : {QStringLiteral("yyyy-MM-dd"), QStringLiteral("dd.MM.yyyy")}) {
+        const QDate day = locale.toDate(text, format);
+        if (day.isValid() && locale.toString(day, format) == text) // "+028" is a year to toDate()
             return day;
     }
     throw Failure {

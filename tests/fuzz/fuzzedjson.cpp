@@ -131,3 +131,13 @@ QJsonObject FuzzedJson::object(ByteReader &bytes)
         return QJsonDocument::fromJson(bytes.take(int(bytes.integer(2)))).object();
     return members(bytes, 0);
 }
+
+QJsonObject FuzzedJson::objectOf(ByteReader &bytes, const QStringList &keys)
+{
+    QJsonObject object;
+    for (const QString &key : keys) {
+        if (bytes.below(4) != 0)
+            object.insert(key, value(bytes, 0));
+    }
+    return object;
+}

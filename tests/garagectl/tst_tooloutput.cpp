@@ -175,6 +175,7 @@ void TestToolOutput::daysAreRead_data()
     QTest::newRow("Russian") << "31.12.2026" << QDate(2026, 12, 31);
     QTest::newRow("no day") << "2026-02-30" << QDate();
     QTest::newRow("word") << "tomorrow" << QDate();
+    QTest::newRow("a year with a sign") << "29.02.+028" << QDate();
 }
 
 void TestToolOutput::daysAreRead()
