@@ -46,7 +46,7 @@ private:
 
     static void bind(sqlite3_stmt *statement, int place, const QByteArray &text)
     {
-        sqlite3_bind_text(statement, place, text.constData(), text.size(), SQLITE_TRANSIENT);
+        sqlite3_bind_text(statement, place, text.constData(), int(text.size()), SQLITE_TRANSIENT);
     }
 
     static QByteArray modelOf(int car) { return "Модель " + QByteArray::number(car % carModels); }

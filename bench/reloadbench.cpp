@@ -41,7 +41,7 @@ void garageReload(benchmark::State &state, const BenchShape &shape)
     QObject::connect(&loader, &GarageUpdater::pluginSignal, &loop,
                      [&state](const QString &, const QString &, const QJsonObject &message) {
                          state.counters["pending"] =
-                             message.value(QLatin1String("servicePendingList")).toArray().size();
+                             double(message.value(QLatin1String("servicePendingList")).toArray().size());
                      });
     const InstructionCount count;
     for (auto _ : state) {
@@ -98,7 +98,7 @@ void byNameReload(benchmark::State &state, const BenchShape &shape)
     const SqlConnection connection(home);
     for (auto _ : state) {
         const PlainQt::Reload reload = PlainQt::reload(connection.database());
-        state.counters["pending"] = reload.pending.size();
+        state.counters["pending"] = double(reload.pending.size());
         benchmark::DoNotOptimize(reload);
     }
 }

@@ -84,7 +84,8 @@ void plainBatch(benchmark::State &state, const BenchShape &shape, RemoteIdIndex 
     PlainSqlite database(journal.home.databasePath());
     database.exec("PRAGMA synchronous=OFF");
     const auto bindText = [](sqlite3_stmt *statement, int place, const QString &text) {
-        sqlite3_bind_text16(statement, place, text.utf16(), text.size() * int(sizeof(QChar)), SQLITE_STATIC);
+        sqlite3_bind_text16(statement, place, text.utf16(), int(text.size()) * int(sizeof(QChar)),
+                            SQLITE_STATIC);
     };
     // The places are those of each statement's placeholders in the order of their first use.
     const auto bindUpdate = [&](sqlite3_stmt *update, const RemoteServiceRecord &record) {

@@ -150,7 +150,7 @@ public:
         GarageDatabase database(QStringLiteral("bench"));
         QList<MaintainanceItem> cars = GarageStatistics::readCars(database);
         GarageStatistics::readDrivingSinceService(database, cars);
-        const int different = cars.size();
+        const int different = int(cars.size());
         for (int row = different; row < manyCars; ++row) {
             cars.append(cars.at(row % different));
             cars.last().carId = row + 1;
