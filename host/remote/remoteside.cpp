@@ -100,7 +100,7 @@ std::optional<QVector<RecordedWork>> RemoteSide::record(const QVector<DoneWork> 
 {
     const LockWait trackWait(m_track, shortLockWait);
     const LockWait storeWait(m_store.connection(), shortLockWait);
-    const auto results = store(works, by);
+    auto results = store(works, by);
     if (results)
         sendWhenArchived();
     return results;

@@ -40,7 +40,7 @@ std::shared_ptr<WebBridge::Call> WebBridge::takeNext(std::function<void()> &work
 {
     const std::lock_guard<std::mutex> lock(m_mutex);
     while (!m_calls.empty()) {
-        const std::shared_ptr<Call> call = m_calls.front();
+        std::shared_ptr<Call> call = m_calls.front();
         m_calls.pop_front();
         work.swap(call->work);
         if (work)
