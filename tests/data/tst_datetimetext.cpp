@@ -14,6 +14,8 @@ QDateTime readByQt(QString text)
         return {};
     if (text.at(10) == ' ')
         text[10] = 'T';
+    if (text.mid(13, 1) != ":")
+        return {}; // Qt 6 reads an hour without minutes
     static const QRegularExpression zone("(Z|[+-].*)$");
     if (!zone.match(text, 10).hasMatch())
         text += 'Z';
