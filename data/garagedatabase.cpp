@@ -93,7 +93,14 @@ void GarageDatabase::open()
         ++m_fileCount;
     m_openedFile = file;
     m_interrupter.install(m_database);
-    run(QStringLiteral("PRAGMA encoding=UTF8"));
+    const bool isReady = run(QStringLiteral("PRAGMA encoding=UTF8")).isActive();
+    // Not while the file is locked: this would wait once more.
+    m_isDurable = isReady && run(durabilityStatement()).isActive();
+}
+
+QString GarageDatabase::durabilityStatement()
+{
+    return QStringLiteral("PRAGMA synchronous=EXTRA");
 }
 
 QSqlQuery GarageDatabase::newQuery() const

@@ -49,9 +49,11 @@ public:
     /// Increments it if this is a fault of the disk.
     void countDiskFault(const QSqlError &error) { m_diskFaultCount += isDiskFault(error); }
 
-    /// Whether a commit of this connection survives a power cut. Every opening resets it; the first write
-    /// sets it.
+    /// Whether a commit of this connection survives a power cut. Set by every opening, unless the file is
+    /// locked: then by the first write.
     bool isDurable() const { return m_isDurable; }
+    /// What makes it so.
+    static QString durabilityStatement();
     void setDurable(bool isDurable) { m_isDurable = isDurable; }
 
     /// While this object exists, statements on a busy database fail at once. Otherwise they wait for the

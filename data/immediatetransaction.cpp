@@ -73,7 +73,7 @@ bool ImmediateTransaction::commit()
 void ImmediateTransaction::makeDurable()
 {
     if (!m_database.isDurable())
-        m_database.setDurable(runWhileBusy(QStringLiteral("PRAGMA synchronous=EXTRA")));
+        m_database.setDurable(runWhileBusy(GarageDatabase::durabilityStatement()));
 }
 
 bool ImmediateTransaction::runWhileBusy(const QString &statement) const
