@@ -96,7 +96,8 @@ QString RemoteSide::storedText(const PendingService &work)
     return work.opId < 0 ? work.opName : QString(); // the due list names a complaint by its text
 }
 
-std::optional<QVector<RecordedWork>> RemoteSide::record(const QVector<DoneWork> &works, const HostPerson &by)
+std::optional<QVector<RecordedWork>> RemoteSide::recordWorks(const QVector<DoneWork> &works,
+                                                             const HostPerson &by)
 {
     const LockWait trackWait(m_track, shortLockWait);
     const LockWait storeWait(m_store.connection(), shortLockWait);
@@ -139,10 +140,10 @@ std::optional<RemoteSide::KnownThings> RemoteSide::readKnownThings()
         fail(m_track);
         return std::nullopt;
     }
-    QSqlQuery operations = m_track.query(QStringLiteral("SELECT id,operation_name FROM service_operations"));
-    while (operations.next())
-        known.operations.insert(operations.value(0).toInt(), operations.value(1).toString());
-    if (!operations.isActive()) {
+    QSqlQuery names = m_track.query(QStringLiteral("SELECT id,operation_name FROM service_operations"));
+    while (names.next())
+        known.operations.insert(names.value(0).toInt(), names.value(1).toString());
+    if (!names.isActive()) {
         fail(m_track);
         return std::nullopt;
     }

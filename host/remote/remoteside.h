@@ -94,7 +94,7 @@ public:
     /// Stores the work as done by the person, all of it or none, and sends what is new as soon as the track
     /// has archived what was sent before. Nothing if a database cannot be read or written, or is locked,
     /// which is not waited for; errorText() then says why.
-    std::optional<QVector<RecordedWork>> record(const QVector<DoneWork> &works, const HostPerson &by);
+    std::optional<QVector<RecordedWork>> recordWorks(const QVector<DoneWork> &works, const HostPerson &by);
     QString errorText() const { return m_errorText; }
     /// Records one service as done now, and sends it at once. False if it was not recorded.
     bool complete(const PendingService &work, const HostPerson &by, const QString &comment, Channel channel);

@@ -56,9 +56,9 @@ Result RemoteStore::prepare(int usedRemoteId)
 /// Files of earlier versions lack columns.
 bool RemoteStore::addMissingColumns()
 {
-    const QString count = QStringLiteral("SELECT count(*) FROM pragma_table_info('remote_records')");
-    const bool isOld = m_connection.value(count).toInt() > 0
-        && m_connection.value(count + QLatin1String(" WHERE name='request_key'")).toInt() == 0;
+    const QString columns = QStringLiteral("SELECT count(*) FROM pragma_table_info('remote_records')");
+    const bool isOld = m_connection.value(columns).toInt() > 0
+        && m_connection.value(columns + QLatin1String(" WHERE name='request_key'")).toInt() == 0;
     return !isOld
         || m_connection.exec(QStringLiteral("ALTER TABLE remote_records ADD COLUMN request_key TEXT"));
 }

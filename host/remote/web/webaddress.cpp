@@ -150,7 +150,7 @@ std::vector<std::string> WebAddress::own()
         std::memcpy(&address, one->ifa_addr, sizeof address);
         char text[INET_ADDRSTRLEN] = "";
         inet_ntop(AF_INET, &address.sin_addr, text, sizeof text);
-        (one->ifa_flags & IFF_LOOPBACK ? local : reachable).emplace_back(text);
+        ((one->ifa_flags & IFF_LOOPBACK) != 0 ? local : reachable).emplace_back(text);
     }
     reachable.insert(reachable.end(), local.begin(), local.end());
     return reachable;

@@ -199,7 +199,7 @@ WebService::recordServices(int personId, const std::vector<WebRequests::Service>
                           QString::fromStdString(service.doneTime), QString::fromStdString(service.comment),
                           QString::fromStdString(service.key)});
     }
-    const auto recorded = m_remote.record(works, *person);
+    const auto recorded = m_remote.recordWorks(works, *person);
     if (!recorded)
         return std::nullopt;
     std::vector<WebServer::ServiceResult> results;

@@ -62,7 +62,7 @@ public:
 
     enum class Check { Good, SignedOut, TooMany };
 
-    WebSessions(const WebLimits &limits, Clock clock = &std::chrono::steady_clock::now);
+    explicit WebSessions(const WebLimits &limits, Clock clock = &std::chrono::steady_clock::now);
     WebSessions(const WebSessions &) = delete;
     WebSessions &operator=(const WebSessions &) = delete;
 
