@@ -163,9 +163,9 @@ std::unique_ptr<HostSession> makeSession(const HostOptions &options, const DataF
 /// Prints the address where standard output is not for messages.
 Result serve(const HostOptions &options, DemoHost &host)
 {
-    if (const Result result = host.remote().prepare(); !result)
+    if (Result result = host.remote().prepare(); !result)
         return result;
-    if (const Result result = host.web().start(*options.serve); !result)
+    if (Result result = host.web().start(*options.serve); !result)
         return result;
     const QString text = Text::tr("Page for phones: %1").arg(host.web().url());
     if (options.stdio)

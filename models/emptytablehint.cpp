@@ -10,13 +10,13 @@
 namespace {
 
 constexpr int flags = Qt::AlignCenter | Qt::TextWordWrap;
-constexpr int margin = 8;
+constexpr int hintMargin = 8;
 constexpr int mostCharactersOfLine = 60; ///< longer lines are hard to read
 constexpr qreal smallestPoints = 5;
 
 QRect roomIn(const QWidget &viewport)
 {
-    QRect room = viewport.rect().adjusted(margin, margin, -margin, -margin);
+    QRect room = viewport.rect().adjusted(hintMargin, hintMargin, -hintMargin, -hintMargin);
     const int width =
         std::min(room.width(), viewport.fontMetrics().averageCharWidth() * mostCharactersOfLine);
     room.setLeft(room.left() + (room.width() - width) / 2);
