@@ -10,8 +10,8 @@
 
 #include <functional>
 
-/// The finished library in a host, at work: mechanic, drivers, remote side, settings page and the host's own
-/// laps act at random. Every record has a comment of its own, one word, by which it is known.
+/// The finished library in a host. Mechanic, drivers, remote side, settings page and the laps of the host act
+/// at random. Every record has a comment of its own, one word, by which it is known.
 ///
 /// Tells by notes what the host was told, and what is about to change; Promises understands them.
 class GarageAtWork final : public QObject

@@ -16,7 +16,7 @@ namespace {
 
 using Bytes = std::array<unsigned char, 16>;
 
-/// An IPv4 address as the IPv6 address that stands for it.
+/// An IPv4 address as its IPv4-mapped IPv6 address.
 std::optional<Bytes> bytesOf(const std::string &address)
 {
     Bytes bytes {};

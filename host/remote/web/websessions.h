@@ -72,7 +72,7 @@ public:
     /// If several people have the code, the first of them.
     SignIn signIn(const std::string &address, const std::string &code);
     void signOut(const std::string &token);
-    /// The person of the session, counting a request. `outcome` tells why there is none.
+    /// The person of the session, counting a request. `outcome` is the reason if there is none.
     std::optional<WebPerson> personOf(const std::string &token, Check &outcome);
     /// Counts no request.
     std::optional<WebPerson> personOfSession(const std::string &token);
