@@ -1,14 +1,13 @@
 #include "support/faultyfiles.h"
 
-#include <sqlite3.h>
+#include "support/forwardedfiles.h"
 
 #include <atomic>
 #include <climits>
-#include <cstdlib>
 
 namespace {
 
-sqlite3_vfs *const osFiles = sqlite3_vfs_find(nullptr);
+sqlite3_vfs *const osFiles = ForwardedFiles::system();
 
 struct Fault
 {
@@ -31,26 +30,9 @@ bool strikes(FaultyFiles::Operation operation)
     return true;
 }
 
-/// SQLite's file object: ours first, the system's behind it in the same memory.
-struct File
-{
-    sqlite3_file base;
-    sqlite3_file *real() { return reinterpret_cast<sqlite3_file *>(this + 1); }
-};
-
 sqlite3_file *realFile(sqlite3_file *file)
 {
-    return reinterpret_cast<File *>(file)->real();
-}
-
-int closeFile(sqlite3_file *file)
-{
-    return realFile(file)->pMethods->xClose(realFile(file));
-}
-
-int readFile(sqlite3_file *file, void *data, int size, sqlite3_int64 at)
-{
-    return realFile(file)->pMethods->xRead(realFile(file), data, size, at);
+    return ForwardedFiles::File::of(file)->real();
 }
 
 int writeFile(sqlite3_file *file, const void *data, int size, sqlite3_int64 at)
@@ -73,11 +55,6 @@ int syncFile(sqlite3_file *, int)
     return strikes(FaultyFiles::Sync) ? SQLITE_IOERR_FSYNC : SQLITE_OK;
 }
 
-int fileSize(sqlite3_file *file, sqlite3_int64 *size)
-{
-    return realFile(file)->pMethods->xFileSize(realFile(file), size);
-}
-
 int lockFile(sqlite3_file *file, int level)
 {
     if (strikes(FaultyFiles::BusyLock))
@@ -87,51 +64,15 @@ int lockFile(sqlite3_file *file, int level)
     return realFile(file)->pMethods->xLock(realFile(file), level);
 }
 
-int unlockFile(sqlite3_file *file, int level)
-{
-    return realFile(file)->pMethods->xUnlock(realFile(file), level);
-}
-
-int checkReservedLock(sqlite3_file *file, int *isReserved)
-{
-    return realFile(file)->pMethods->xCheckReservedLock(realFile(file), isReserved);
-}
-
-int fileControl(sqlite3_file *file, int operation, void *argument)
-{
-    return realFile(file)->pMethods->xFileControl(realFile(file), operation, argument);
-}
-
-int sectorSize(sqlite3_file *file)
-{
-    return realFile(file)->pMethods->xSectorSize(realFile(file));
-}
-
-int deviceCharacteristics(sqlite3_file *file)
-{
-    return realFile(file)->pMethods->xDeviceCharacteristics(realFile(file));
-}
-
-// Version 1: without the shared memory of write-ahead logging and without mapped files.
-const sqlite3_io_methods methods = {1,
-                                    closeFile,
-                                    readFile,
-                                    writeFile,
-                                    truncateFile,
-                                    syncFile,
-                                    fileSize,
-                                    lockFile,
-                                    unlockFile,
-                                    checkReservedLock,
-                                    fileControl,
-                                    sectorSize,
-                                    deviceCharacteristics,
-                                    nullptr,
-                                    nullptr,
-                                    nullptr,
-                                    nullptr,
-                                    nullptr,
-                                    nullptr};
+const sqlite3_io_methods methods = [] {
+    sqlite3_io_methods changed = ForwardedFiles::methods();
+    changed.iVersion = 1; // without the shared memory of write-ahead logging
+    changed.xWrite = writeFile;
+    changed.xTruncate = truncateFile;
+    changed.xSync = syncFile;
+    changed.xLock = lockFile;
+    return changed;
+}();
 
 int openFile(sqlite3_vfs *, const char *name, sqlite3_file *file, int flags, int *outFlags)
 {
@@ -155,14 +96,7 @@ int deleteFile(sqlite3_vfs *, const char *name, int syncDirectory)
 
 void FaultyFiles::install()
 {
-    static sqlite3_vfs faulty = *osFiles;
-    faulty.pNext = nullptr;
-    faulty.zName = "faulty";
-    faulty.szOsFile = int(sizeof(File)) + osFiles->szOsFile;
-    faulty.xOpen = openFile;
-    faulty.xDelete = deleteFile;
-    if (sqlite3_vfs_register(&faulty, 1) != SQLITE_OK)
-        std::abort();
+    ForwardedFiles::install("faulty", openFile, deleteFile);
 }
 
 void FaultyFiles::fail(Operation operation, int k, Duration duration)

@@ -1,17 +1,18 @@
 #include "support/recordedfiles.h"
 
-#include <QFile>
+#include "support/forwardedfiles.h"
 
-#include <sqlite3.h>
+#include <QFile>
 
 #include <cstdlib>
 #include <mutex>
 
+using ForwardedFiles::File;
 using RecordedFiles::Event;
 
 namespace {
 
-sqlite3_vfs *const osFiles = sqlite3_vfs_find(nullptr);
+sqlite3_vfs *const osFiles = ForwardedFiles::system();
 
 using OpenFolder = int (*)(const char *, int *);
 OpenFolder osOpenFolder = nullptr;
@@ -26,17 +27,9 @@ RecordedFiles::History history;
 
 constexpr int notRecorded = -1;
 
-/// SQLite's file object: ours first, the system's behind it in the same memory.
-struct File
-{
-    sqlite3_file base;
-    int number;
-    sqlite3_file *real() { return reinterpret_cast<sqlite3_file *>(this + 1); }
-};
-
 File *ours(sqlite3_file *file)
 {
-    return reinterpret_cast<File *>(file);
+    return File::of(file);
 }
 
 sqlite3_file *realFile(sqlite3_file *file)
@@ -48,16 +41,6 @@ void record(Event::Kind kind, int file, const QByteArray &text = {}, qint64 at =
 {
     if (isRecording && (file != notRecorded || kind == Event::SyncFolder || kind == Event::Note))
         history.events.append({kind, file, text, at});
-}
-
-int closeFile(sqlite3_file *file)
-{
-    return realFile(file)->pMethods->xClose(realFile(file));
-}
-
-int readFile(sqlite3_file *file, void *data, int size, sqlite3_int64 at)
-{
-    return realFile(file)->pMethods->xRead(realFile(file), data, size, at);
 }
 
 int writeFile(sqlite3_file *file, const void *data, int size, sqlite3_int64 at)
@@ -81,82 +64,13 @@ int syncFile(sqlite3_file *file, int flags)
     return realFile(file)->pMethods->xSync(realFile(file), flags);
 }
 
-int fileSize(sqlite3_file *file, sqlite3_int64 *size)
-{
-    return realFile(file)->pMethods->xFileSize(realFile(file), size);
-}
-
-int lockFile(sqlite3_file *file, int level)
-{
-    return realFile(file)->pMethods->xLock(realFile(file), level);
-}
-
-int unlockFile(sqlite3_file *file, int level)
-{
-    return realFile(file)->pMethods->xUnlock(realFile(file), level);
-}
-
-int checkReservedLock(sqlite3_file *file, int *isReserved)
-{
-    return realFile(file)->pMethods->xCheckReservedLock(realFile(file), isReserved);
-}
-
-int fileControl(sqlite3_file *file, int operation, void *argument)
-{
-    return realFile(file)->pMethods->xFileControl(realFile(file), operation, argument);
-}
-
-int sectorSize(sqlite3_file *file)
-{
-    return realFile(file)->pMethods->xSectorSize(realFile(file));
-}
-
-int deviceCharacteristics(sqlite3_file *file)
-{
-    return realFile(file)->pMethods->xDeviceCharacteristics(realFile(file));
-}
-
-// The shared memory of write-ahead logging is made anew after a power cut: nothing to record.
-int mapShared(sqlite3_file *file, int region, int size, int extend, void volatile **memory)
-{
-    return realFile(file)->pMethods->xShmMap(realFile(file), region, size, extend, memory);
-}
-
-int lockShared(sqlite3_file *file, int offset, int count, int flags)
-{
-    return realFile(file)->pMethods->xShmLock(realFile(file), offset, count, flags);
-}
-
-void barrier(sqlite3_file *file)
-{
-    realFile(file)->pMethods->xShmBarrier(realFile(file));
-}
-
-int unmapShared(sqlite3_file *file, int remove)
-{
-    return realFile(file)->pMethods->xShmUnmap(realFile(file), remove);
-}
-
-// Version 2: without mapped files, which could be written unseen.
-const sqlite3_io_methods methods = {2,
-                                    closeFile,
-                                    readFile,
-                                    writeFile,
-                                    truncateFile,
-                                    syncFile,
-                                    fileSize,
-                                    lockFile,
-                                    unlockFile,
-                                    checkReservedLock,
-                                    fileControl,
-                                    sectorSize,
-                                    deviceCharacteristics,
-                                    mapShared,
-                                    lockShared,
-                                    barrier,
-                                    unmapShared,
-                                    nullptr,
-                                    nullptr};
+const sqlite3_io_methods methods = [] {
+    sqlite3_io_methods changed = ForwardedFiles::methods();
+    changed.xWrite = writeFile;
+    changed.xTruncate = truncateFile;
+    changed.xSync = syncFile;
+    return changed;
+}();
 
 /// Of a file that is opened; a new number if it was just created.
 int numberOf(const char *name, int flags, bool isNew)
@@ -206,17 +120,11 @@ int openFolder(const char *name, int *descriptor)
 
 void RecordedFiles::install()
 {
-    static sqlite3_vfs recording = *osFiles;
-    recording.pNext = nullptr;
-    recording.zName = "recording";
-    recording.szOsFile = int(sizeof(File)) + osFiles->szOsFile;
-    recording.xOpen = openFile;
-    recording.xDelete = deleteFile;
     osOpenFolder = reinterpret_cast<OpenFolder>(osFiles->xGetSystemCall(osFiles, "openDirectory"));
     const auto hook = reinterpret_cast<sqlite3_syscall_ptr>(openFolder);
-    if (!osOpenFolder || osFiles->xSetSystemCall(osFiles, "openDirectory", hook) != SQLITE_OK
-        || sqlite3_vfs_register(&recording, 1) != SQLITE_OK)
+    if (!osOpenFolder || osFiles->xSetSystemCall(osFiles, "openDirectory", hook) != SQLITE_OK)
         std::abort();
+    ForwardedFiles::install("recording", openFile, deleteFile);
 }
 
 void RecordedFiles::start()
