@@ -89,6 +89,34 @@ private:
         }
     }
 
+    QByteArray shortComment()
+    {
+        return below(5) == 0 ? "Замечание " + QByteArray::number(below(1000)) : QByteArray();
+    }
+
+    QByteArray longComment()
+    {
+        static constexpr const char *words[] = {"масло", "заменено",  "цепь", "натянута", "стук",
+                                                "слева", "проверить", "на",   "ходу",     "Rotax"};
+        QByteArrayList lines;
+        for (int line = below(m_shape.commentLines); line >= 0; --line) {
+            QByteArrayList text;
+            for (int word = below(9); word >= 0; --word)
+                text.append(words[below(10)]);
+            lines.append(text.join(' '));
+        }
+        return lines.join('\n');
+    }
+
+    void makeNewestCommentHuge()
+    {
+        const auto huge = m_database.prepare("UPDATE maintainance SET comment=? WHERE id=(SELECT id FROM "
+                                             "maintainance ORDER BY operation_time DESC LIMIT 1)");
+        const QByteArray text = "Стук слева на ходу. ";
+        bind(huge.get(), 1, text.repeated(m_shape.hugeComment / int(text.size())));
+        m_database.write(huge.get());
+    }
+
     /// Every operation of every car in turn, so that each pair is recorded if there are records enough.
     void addRecords()
     {
@@ -104,8 +132,7 @@ private:
                  utc(qint64(m_random()) % seasonSeconds,
                      record % 4 == 0 ? "yyyy-MM-ddThh:mm" : "yyyy-MM-ddThh:mm:ss.zzzZ"));
             sqlite3_bind_int(records.get(), 4, 1 + below(people));
-            bind(records.get(), 5,
-                 below(5) == 0 ? "Замечание " + QByteArray::number(below(1000)) : QByteArray());
+            bind(records.get(), 5, m_shape.commentLines > 0 ? longComment() : shortComment());
             sqlite3_bind_int(records.get(), 6, isOpen ? 0 : 1);
             if (below(3) == 0)
                 sqlite3_bind_int(records.get(), 7, record);
@@ -113,6 +140,8 @@ private:
                 sqlite3_bind_null(records.get(), 7);
             m_database.write(records.get());
         }
+        if (m_shape.hugeComment > 0)
+            makeNewestCommentHuge();
     }
 
     void addLaps()
@@ -139,7 +168,8 @@ private:
 
 BenchShape BenchShape::scaled(double factor, const char *scaledName) const
 {
-    return {scaledName, cars, operations, int(records * factor), int(laps * factor)};
+    return {scaledName,         cars,         operations, int(records * factor),
+            int(laps * factor), commentLines, hugeComment};
 }
 
 BenchHome::BenchHome(const BenchShape &shape)

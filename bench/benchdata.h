@@ -10,6 +10,8 @@ struct BenchShape
     int operations;
     int records;
     int laps;
+    int commentLines = 0; ///< at most, of every record; 0: one short line in a fifth of the records
+    int hugeComment = 0; ///< bytes of the newest record's comment; 0: as the others
 
     BenchShape scaled(double factor, const char *scaledName) const;
 };
@@ -21,6 +23,10 @@ inline constexpr BenchShape wideShape {"wide", 500, 30, 15000, 500000};
 
 /// The wide table with few laps: the window shows the same, and a reload is fast.
 inline constexpr BenchShape wideTableShape {"wide-table", 500, 30, 15000, 10000};
+
+/// A service log in which every comment has several lines, and one with a comment of a megabyte at its top.
+inline constexpr BenchShape notesShape {"notes", 60, 12, 100000, 20000, 8};
+inline constexpr BenchShape hugeNoteShape {"huge-note", 60, 12, 100000, 20000, 8, 1 << 20};
 
 /// Enough of everything for counting instructions.
 inline constexpr BenchShape smallShape {"small", 40, 12, 2000, 5000};

@@ -20,6 +20,8 @@ int main(int argc, char **argv)
     registerReloadBenchmarks();
     registerWindowBenchmarks();
     registerRemoteBenchmarks();
+    registerLogBenchmarks();
+    registerFreshTableBenchmarks();
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv))
         return 1;

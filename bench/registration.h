@@ -4,3 +4,5 @@
 void registerReloadBenchmarks();
 void registerWindowBenchmarks();
 void registerRemoteBenchmarks();
+void registerLogBenchmarks();
+void registerFreshTableBenchmarks();

@@ -31,6 +31,14 @@ QTreeView *ShownWindow::table() const
     return m_form->findChild<QTreeView *>(QStringLiteral("tvMaintainanceTable"));
 }
 
+QTreeView *ShownWindow::openLog()
+{
+    auto *log = m_form->findChild<QTreeView *>(QStringLiteral("tvServiceLog"));
+    m_form->findChild<QTabWidget *>()->setCurrentIndex(2);
+    m_loop.processEvents();
+    return log;
+}
+
 void ShownWindow::waitForReload()
 {
     while (m_awaited > 0)

@@ -10,7 +10,7 @@
 
 class QTreeView;
 
-/// The garage window on the file of a shape, shown and loaded.
+/// The garage window on the file of a shape, shown with its maintenance table and loaded.
 class ShownWindow final
 {
     Q_DISABLE_COPY(ShownWindow)
@@ -19,6 +19,9 @@ public:
 
     void reload();
     QTreeView *table() const;
+    /// Shows the service log.
+    QTreeView *openLog();
+    GarageForm &form() const { return *m_form; }
 
 private:
     void waitForReload();

@@ -2,6 +2,7 @@
 #include "bench/instructioncount.h"
 #include "bench/registration.h"
 #include "bench/shownwindow.h"
+#include "bench/waits.h"
 #include "data/garagestatistics.h"
 #include "tests/support/resources.h"
 
@@ -17,7 +18,6 @@
 #include <QTreeView>
 
 #include <algorithm>
-#include <ctime>
 #include <memory>
 #include <vector>
 
@@ -26,14 +26,6 @@ namespace {
 constexpr int gapReloads = 20;
 constexpr int manyCars = 2000;
 constexpr double msPerSecond = 1000;
-
-/// CPU time of the calling thread, which other programs disturb less than elapsed time.
-double threadMs()
-{
-    timespec now {};
-    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
-    return double(now.tv_sec) * 1e3 + double(now.tv_nsec) / 1e6;
-}
 
 /// The longest time between two iterations of the event loop.
 class Heartbeat final
@@ -60,13 +52,6 @@ private:
     double m_lastBeatMs = threadMs();
     double m_longestComputingMs = 0;
 };
-
-double median(std::vector<double> values)
-{
-    const auto middle = values.begin() + std::ptrdiff_t(values.size() / 2);
-    std::nth_element(values.begin(), middle, values.end());
-    return *middle;
-}
 
 /// Iteration times are the gaps, "median_ms" their median, "computing_ms" that of the computing time in them.
 void gapWhileReloading(benchmark::State &state, const BenchShape &shape)

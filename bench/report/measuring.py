@@ -22,10 +22,11 @@ def build():
 
 def collect(quick):
     """All samples of one run."""
-    groups = [("^reload/(journal|wide)/", 5), ("^gap/", 1),
+    groups = [("^reload/(journal|wide)/", 5), ("^(gap|log-key|log-wheel|log-open)/", 1),
               ("^(paint|scroll|sort|filter|log-filter|remote|memory)/", 5)]
     if not quick:
-        groups += [("^reload/laps/", 9), ("^reload/(laps|journal)-0.1/", 9), ("^reload/(laps|journal)-3/", 5)]
+        groups += [("^(fresh-table|service-to-green)/", 1), ("^reload/laps/", 9),
+                   ("^reload/(laps|journal)-0.1/", 9), ("^reload/(laps|journal)-3/", 5)]
     samples = {}
     for pattern, repetitions in groups:
         announce(pattern)

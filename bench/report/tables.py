@@ -1,7 +1,7 @@
 """The rows of the page's tables."""
 from report.measuring import SHAPES
 from report.samples import median, shortest
-from report.targets import RATIOS, START_MS, time_target, verdict
+from report.targets import FRESH_TABLE_MS, RATIOS, START_MS, time_target, verdict
 
 GROWN = ["laps-0.1", "laps", "laps-3", "journal-0.1", "journal", "journal-3"]
 PEERS = ["plain", "qtsql", "garage", "by-name", "python"]
@@ -22,13 +22,24 @@ def time_rows(samples):
         target = time_target(name)
         if target is None:
             continue
-        # The repetitions of a gap are within one sample.
-        figures = ("median_ms", "computing_ms") if name.startswith("gap/") else ("real_time", "cpu_time")
+        # The repetitions of a wait are within one sample.
+        is_wait = "median_ms" in samples[name][0]
+        figures = ("median_ms", "computing_ms") if is_wait else ("real_time", "cpu_time")
         clock, computing = (median(samples, name, figure) for figure in figures)
         rows.append(f"| {name} | {clock:.2f} | {computing:.2f} | {verdict(clock, target)} |")
     start = median(samples, "start", "real_time")
     rows.append(f"| start to the first paint | {start:.2f} | – | {verdict(start, START_MS)} |")
     return rows
+
+
+def fresh_table_rows(samples):
+    if "fresh-table/laps" not in samples:
+        return []
+    parts = [median(samples, "fresh-table/laps", f"{part}_ms")
+             for part in ("query", "records", "message", "delivery", "models", "paint", "other")]
+    service = median(samples, "service-to-green/laps", "median_ms")
+    return ["| " + " | ".join(f"{ms:.1f}" for ms in parts)
+            + f" | {verdict(parts[-1], FRESH_TABLE_MS)} | {service:.1f} |"]
 
 
 def peer_rows(samples):
