@@ -66,16 +66,25 @@ bool LapRecorder::writeWaiting()
     HostTransaction transaction(*m_connection);
     if (!transaction.isActive())
         return false;
-    TimestampFormatter timestamp;
-    for (const RecordedLap &lap : qAsConst(m_waiting)) {
-        if (!m_connection->exec(
-                QStringLiteral("INSERT INTO laps (car_id,run_id,lap_timestamp,sum_sectors) VALUES (?,?,?,?)"),
-                {lap.carId, runIdOf(lap.runNumber), timestamp.format(lap.finished), lap.milliseconds}))
-            return false;
-    }
-    if (!transaction.commit())
+    if (!insertWaiting() || !transaction.commit())
         return false;
     m_waiting.clear();
+    return true;
+}
+
+bool LapRecorder::insertWaiting()
+{
+    QSqlQuery insert = m_connection->prepared(
+        QStringLiteral("INSERT INTO laps (car_id,run_id,lap_timestamp,sum_sectors) VALUES (?,?,?,?)"));
+    TimestampFormatter timestamp;
+    for (const RecordedLap &lap : qAsConst(m_waiting)) {
+        insert.addBindValue(lap.carId);
+        insert.addBindValue(runIdOf(lap.runNumber));
+        insert.addBindValue(timestamp.format(lap.finished));
+        insert.addBindValue(lap.milliseconds);
+        if (!m_connection->exec(insert))
+            return false;
+    }
     return true;
 }
 

@@ -41,6 +41,7 @@ private:
     void saveWaiting();
     bool open();
     bool writeWaiting();
+    bool insertWaiting();
     int runIdOf(int runNumber);
 
     const QString m_path;
