@@ -8,7 +8,6 @@
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QPlainTextEdit>
-#include <QTabWidget>
 #include <QtTest>
 
 namespace {
@@ -235,7 +234,7 @@ void GarageAtWork::sendBatch(const QList<int> &ids)
 
 void GarageAtWork::recordService()
 {
-    QTreeView *table = view(m_window, "tvMaintainanceTable");
+    QTreeView *table = viewInFront(m_window, "tvMaintainanceTable");
     if (table->model()->rowCount() == 0 || table->model()->columnCount() < 4)
         return;
     click(table, table->model()->index(below(table->model()->rowCount()), 3));
@@ -247,7 +246,7 @@ void GarageAtWork::recordService()
 void GarageAtWork::complain()
 {
     const int car = 1 + below(cars);
-    if (!settle() || view(m_window, "tvMaintainanceTable")->model()->rowCount() < cars)
+    if (!settle() || viewInFront(m_window, "tvMaintainanceTable")->model()->rowCount() < cars)
         return;
     m_commentToEnter = newComment("complaint");
     ++m_reloadsAsked;
@@ -258,7 +257,7 @@ void GarageAtWork::deleteRecord()
 {
     if (!settle())
         return;
-    QTreeView *log = view(m_window, "tvServiceLog");
+    QTreeView *log = viewInFront(m_window, "tvServiceLog");
     if (log->model()->rowCount() == 0)
         return;
     const int row = below(log->model()->rowCount());
@@ -289,25 +288,25 @@ void GarageAtWork::switchAvailability()
 
 void GarageAtWork::renameOperation()
 {
-    QTreeView *operations = view(m_page, "tvServiceOperations");
+    QTreeView *operations = viewInFront(m_page, "tvServiceOperations");
     if (operations->model()->rowCount() == 0)
         return;
     doubleClick(operations, operations->model()->index(below(operations->model()->rowCount()), 1));
-    enterName(*operations, newComment("Work"));
+    enterIntoEditor(*operations, newComment("Work"));
 }
 
 void GarageAtWork::addOperation()
 {
-    QTreeView *operations = view(m_page, "tvServiceOperations");
+    QTreeView *operations = viewInFront(m_page, "tvServiceOperations");
     if (operations->model()->rowCount() > 4)
         return;
     child<QAction>(m_page, "actionAddOperation")->trigger();
-    enterName(*operations, newComment("Work"));
+    enterIntoEditor(*operations, newComment("Work"));
 }
 
 void GarageAtWork::removeOperation()
 {
-    QTreeView *operations = view(m_page, "tvServiceOperations");
+    QTreeView *operations = viewInFront(m_page, "tvServiceOperations");
     if (operations->model()->rowCount() < 3)
         return;
     click(operations, operations->model()->index(operations->model()->rowCount() - 1, 1));
@@ -316,7 +315,7 @@ void GarageAtWork::removeOperation()
 
 void GarageAtWork::enterLimit()
 {
-    QTreeView *schedule = view(m_page, "tvServiceReglament");
+    QTreeView *schedule = viewInFront(m_page, "tvServiceReglament");
     if (schedule->model()->rowCount() > 0 && schedule->model()->columnCount() > 2)
         doubleClick(schedule, schedule->model()->index(0, 2));
 }
@@ -340,25 +339,4 @@ void GarageAtWork::recordLaps()
     ++m_nextRun;
     ++m_reloadsAsked;
     m_host.send("run_saved_to_db");
-}
-
-/// Brings the view's tab to the front.
-QTreeView *GarageAtWork::view(QWidget &widget, const char *name) const
-{
-    auto *found = child<QTreeView>(widget, name);
-    for (QWidget *page = found; page != &widget; page = page->parentWidget()) {
-        if (auto *tabs = qobject_cast<QTabWidget *>(page->parentWidget()->parentWidget()))
-            tabs->setCurrentWidget(page);
-    }
-    return found;
-}
-
-void GarageAtWork::enterName(QTreeView &operations, const QString &name)
-{
-    auto *editor = operations.findChild<QLineEdit *>();
-    if (!editor)
-        return;
-    enterText(editor, name);
-    QTest::keyClick(editor, Qt::Key_Return);
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete); // the closed editor
 }

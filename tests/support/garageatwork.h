@@ -57,8 +57,6 @@ private:
     void enterLimit();
     void recordLaps();
 
-    QTreeView *view(QWidget &widget, const char *name) const;
-    void enterName(QTreeView &operations, const QString &name);
     int below(int bound) { return int(m_random.bounded(quint32(bound))); }
 
     const TestDatabase &m_database;

@@ -3,8 +3,11 @@
 #include <QAbstractButton>
 #include <QAbstractItemView>
 #include <QApplication>
+#include <QLineEdit>
 #include <QPushButton>
+#include <QTabWidget>
 #include <QTimer>
+#include <QTreeView>
 #include <QtTest>
 
 namespace {
@@ -27,6 +30,17 @@ void enterText(QWidget *editor, const QString &text)
     typeText(editor, text);
 }
 
+void enterIntoEditor(QAbstractItemView &view, const QString &text)
+{
+    auto *editor = view.findChild<QLineEdit *>();
+    if (!editor)
+        return;
+    enterText(editor, text);
+    QTest::keyClick(editor, Qt::Key_Return);
+    QCoreApplication::processEvents(); // the text is stored by a queued call
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete); // the closed editor
+}
+
 void press(QAbstractButton *button)
 {
     QTest::mouseClick(button, Qt::LeftButton);
@@ -47,6 +61,16 @@ void doubleClick(QAbstractItemView *view, const QModelIndex &cell)
 {
     click(view, cell);
     QTest::mouseDClick(view->viewport(), Qt::LeftButton, {}, view->visualRect(cell).center());
+}
+
+QTreeView *viewInFront(QWidget &window, const char *name)
+{
+    auto *found = child<QTreeView>(window, name);
+    for (QWidget *page = found; page != &window; page = page->parentWidget()) {
+        if (auto *tabs = qobject_cast<QTabWidget *>(page->parentWidget()->parentWidget()))
+            tabs->setCurrentWidget(page);
+    }
+    return found;
 }
 
 QStringList rowTexts(const QAbstractItemModel &model)

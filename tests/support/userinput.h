@@ -9,6 +9,7 @@
 
 class QAbstractButton;
 class QAbstractItemView;
+class QTreeView;
 
 // Operates widgets by real mouse and key events, and reads what they show.
 
@@ -26,6 +27,9 @@ void typeText(QWidget *widget, const QString &text);
 /// Types a text in place of all that the editor holds.
 void enterText(QWidget *editor, const QString &text);
 
+/// Types a text in place of that of the view's open editor, and stores it. Nothing without an editor.
+void enterIntoEditor(QAbstractItemView &view, const QString &text);
+
 void press(QAbstractButton *button);
 /// Presses a standard button of a dialog or message box.
 void press(const QDialog &dialog, QDialogButtonBox::StandardButton button);
@@ -33,6 +37,9 @@ void press(const QDialog &dialog, QDialogButtonBox::StandardButton button);
 /// Clicks the centre of a cell, which is scrolled into view before.
 void click(QAbstractItemView *view, const QModelIndex &cell, Qt::KeyboardModifiers modifiers = {});
 void doubleClick(QAbstractItemView *view, const QModelIndex &cell);
+
+/// The tree view of that name, whose tab it brings to the front.
+QTreeView *viewInFront(QWidget &window, const char *name);
 
 /// All rows as texts, cells joined by "|".
 QStringList rowTexts(const QAbstractItemModel &model);
