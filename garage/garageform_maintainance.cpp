@@ -90,8 +90,9 @@ void GarageForm::offerCarActions(QMenu &menu, const QModelIndex &index)
                 (this->*action)(cell);
         });
     };
-    offer(QStringLiteral(":/icons/iconService"), QGarageTreeView::serviceText(), &GarageForm::addServiceOp);
-    offer(QStringLiteral(":/icons/iconAttention"), QGarageTreeView::attentionText(),
+    offer(QStringLiteral(":/garage/iconService.png"), QGarageTreeView::serviceText(),
+          &GarageForm::addServiceOp);
+    offer(QStringLiteral(":/garage/iconAttention.png"), QGarageTreeView::attentionText(),
           &GarageForm::complainAbout);
 }
 

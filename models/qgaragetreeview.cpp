@@ -21,8 +21,8 @@ QGarageTreeView::QGarageTreeView(QWidget *parent)
     : QTreeView(parent), m_serviceButton(viewport()), m_attentionButton(viewport())
 {
     initGarageResources();
-    setUpButton(m_serviceButton, QStringLiteral(":/icons/iconService"), serviceText());
-    setUpButton(m_attentionButton, QStringLiteral(":/icons/iconAttention"), attentionText());
+    setUpButton(m_serviceButton, QStringLiteral(":/garage/iconService.png"), serviceText());
+    setUpButton(m_attentionButton, QStringLiteral(":/garage/iconAttention.png"), attentionText());
 }
 
 QString QGarageTreeView::serviceText()
