@@ -62,6 +62,8 @@ QSize GarageSettingsForm::sizeHint() const
 
 bool GarageSettingsForm::eventFilter(QObject *watched, QEvent *event)
 {
+    if (event->type() == QEvent::Show)
+        m_ui->tvServiceReglament->doItemsLayout();
     const QModelIndex current = m_ui->tvServiceReglament->currentIndex();
     if (event->type() != QEvent::KeyPress || !isLimitsKey(*static_cast<QKeyEvent *>(event))
         || !m_reglamentModel.isOperationColumn(current.column()))

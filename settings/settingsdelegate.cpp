@@ -50,7 +50,7 @@ QSize SettingsDelegate::sizeHint(const QStyleOptionViewItem &option, const QMode
     const QSize size = GridDelegate::sizeHint(option, index);
     const ServiceReglamentModel *schedule = scheduleOf(index);
     const auto *view = qobject_cast<const QTreeView *>(option.widget);
-    if (!schedule || !view || index.column() != lastColumn(*view))
+    if (!schedule || !view || !view->isVisible() || index.column() != lastColumn(*view))
         return size;
     QStyleOptionViewItem lines(option);
     GridDelegate::initStyleOption(&lines, index);

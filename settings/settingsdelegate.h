@@ -16,6 +16,7 @@ public:
     using GridDelegate::GridDelegate;
 
     /// Of the schedule only the last column measures all cells: once for a layout, not once for each column.
+    /// While the schedule is hidden, nothing is measured and a row has the height of one line.
     QSize sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const override;
 
 protected:

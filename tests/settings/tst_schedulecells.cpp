@@ -1,6 +1,7 @@
 #include "settingspagetest.h"
 
 #include <QHeaderView>
+#include <QProxyStyle>
 #include <QToolTip>
 
 #include <algorithm>
@@ -36,6 +37,21 @@ QVector<QImage> linesOf(const QImage &cell)
     return lines;
 }
 
+/// Counts the texts that a table measures.
+class MeasureCounter : public QProxyStyle
+{
+public:
+    QRect subElementRect(SubElement element, const QStyleOption *option, const QWidget *widget) const override
+    {
+        m_count += element == SE_ItemViewItemText ? 1 : 0;
+        return QProxyStyle::subElementRect(element, option, widget);
+    }
+    int count() const { return m_count; }
+
+private:
+    mutable int m_count = 0;
+};
+
 } // namespace
 
 /// That all figures of the schedule can be read at its fixed column width.
@@ -52,6 +68,7 @@ private slots:
     void aWiderColumnNeedsFewerLines();
     void editedLimitsGetTheirLines();
     void aRowOutOfSightCounts();
+    void aHiddenPageMeasuresNoCell();
 
 private:
     QImage picture(int row, int column) const;
@@ -162,6 +179,23 @@ void TestScheduleCells::aRowOutOfSightCounts()
     QCOMPARE(scheduleCell(last, 1), "Модель 39");
     QCOMPARE(linesOf(picture(last, 3)).size(), 3);
     QCOMPARE(toolTip(last, 3), QString());
+}
+
+void TestScheduleCells::aHiddenPageMeasuresNoCell()
+{
+    open();
+    m_form->hide();
+    MeasureCounter counter;
+    scheduleView()->setStyle(&counter);
+    scheduleView()->setColumnWidth(2, 80);
+    scheduleView()->doItemsLayout();
+    QCoreApplication::processEvents();
+    QCOMPARE(counter.count(), 0);
+
+    m_form->show();
+    QVERIFY(counter.count() > 0);
+    QCOMPARE(linesOf(picture(0, 2)).size(), 3);
+    scheduleView()->setStyle(nullptr);
 }
 
 GARAGE_TEST(TestScheduleCells)
