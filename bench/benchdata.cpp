@@ -16,7 +16,8 @@ constexpr int carModels = 6;
 constexpr int people = 25;
 constexpr int lapMs = 36000;
 constexpr int lapsPerRun = 12;
-constexpr qint64 seasonSeconds = 365 * 24 * 3600;
+constexpr qint64 secondsPerDay = 24 * 3600;
+constexpr qint64 seasonSeconds = 365 * secondsPerDay;
 
 class Generator final
 {
@@ -117,6 +118,13 @@ private:
         m_database.write(huge.get());
     }
 
+    qint64 secondOfRecord(bool isLatest)
+    {
+        const qint64 recent = qint64(m_shape.serviceDays) * secondsPerDay;
+        const qint64 random = qint64(m_random());
+        return isLatest ? seasonSeconds - 1 - random % recent : random % (seasonSeconds - recent);
+    }
+
     /// Every operation of every car in turn, so that each pair is recorded if there are records enough.
     void addRecords()
     {
@@ -124,12 +132,15 @@ private:
             "INSERT INTO maintainance (car_id,operation_id,operation_time,person_id,comment,operation_state,"
             "remote_id) VALUES (?,?,?,?,?,?,?)");
         for (int record = 0; record < m_shape.records; ++record) {
-            const int slot = record % (m_shape.cars * m_shape.operations);
+            const int pairs = m_shape.cars * m_shape.operations;
+            const int slot = record % pairs;
+            const bool isLatest = m_shape.serviceDays > 0 && record < pairs;
             const bool isOpen = below(50) == 0;
             sqlite3_bind_int(records.get(), 1, 1 + slot / m_shape.operations);
-            sqlite3_bind_int(records.get(), 2, below(40) == 0 ? -1 : 1 + slot % m_shape.operations);
+            const bool isComplaint = below(40) == 0 && m_shape.serviceDays == 0;
+            sqlite3_bind_int(records.get(), 2, isComplaint ? -1 : 1 + slot % m_shape.operations);
             bind(records.get(), 3,
-                 utc(qint64(m_random()) % seasonSeconds,
+                 utc(secondOfRecord(isLatest),
                      record % 4 == 0 ? "yyyy-MM-ddThh:mm" : "yyyy-MM-ddThh:mm:ss.zzzZ"));
             sqlite3_bind_int(records.get(), 4, 1 + below(people));
             bind(records.get(), 5, m_shape.commentLines > 0 ? longComment() : shortComment());
@@ -149,11 +160,11 @@ private:
         const auto laps =
             m_database.prepare("INSERT INTO laps (car_id,run_id,lap_timestamp,sum_sectors) "
                                "VALUES (?,?,strftime('%Y-%m-%dT%H:%M:%S.000Z',1763683200+?,'unixepoch'),?)");
-        for (int lap = 0; lap < m_shape.laps; ++lap) {
+        for (int lap = 0; lap < m_shape.olderLaps + m_shape.laps; ++lap) {
             const int round = lap / m_shape.cars;
             sqlite3_bind_int(laps.get(), 1, 1 + lap % m_shape.cars);
             sqlite3_bind_int(laps.get(), 2, round / lapsPerRun);
-            sqlite3_bind_int64(laps.get(), 3, seasonSeconds * lap / m_shape.laps);
+            sqlite3_bind_int64(laps.get(), 3, seasonSeconds * (lap - m_shape.olderLaps) / m_shape.laps);
             sqlite3_bind_int(laps.get(), 4, lapMs + below(9000));
             m_database.write(laps.get());
         }
@@ -165,12 +176,6 @@ private:
 };
 
 } // namespace
-
-BenchShape BenchShape::scaled(double factor, const char *scaledName) const
-{
-    return {scaledName,         cars,         operations, int(records * factor),
-            int(laps * factor), commentLines, hugeComment};
-}
 
 BenchHome::BenchHome(const BenchShape &shape)
     : m_path(QDir::tempPath() + QLatin1String("/garage-bench/") + QLatin1String(shape.name))

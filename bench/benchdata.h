@@ -12,8 +12,8 @@ struct BenchShape
     int laps;
     int commentLines = 0; ///< at most, of every record; 0: one short line in a fifth of the records
     int hugeComment = 0; ///< bytes of the newest record's comment; 0: as the others
-
-    BenchShape scaled(double factor, const char *scaledName) const;
+    int serviceDays = 0; ///< most days since the latest record of an operation; 0: any number
+    int olderLaps = 0; ///< from the time before the season, as many per day as in it
 };
 
 /// A season of laps, a long journal, and many cars with every operation recorded.

@@ -19,6 +19,7 @@ int main(int argc, char **argv)
 
     registerReloadBenchmarks();
     registerWindowBenchmarks();
+    registerMemoryBenchmarks();
     registerRemoteBenchmarks();
     registerLogBenchmarks();
     registerFreshTableBenchmarks();

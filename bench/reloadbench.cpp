@@ -16,6 +16,10 @@
 #include <QSqlRecord>
 #include <QVariant>
 
+#include <initializer_list>
+#include <list>
+#include <string>
+
 namespace {
 
 void plainReload(benchmark::State &state, const BenchShape &shape)
@@ -103,14 +107,37 @@ void byNameReload(benchmark::State &state, const BenchShape &shape)
     }
 }
 
-void registerReload(const BenchShape &shape, const char *variant,
+void registerReload(const std::string &name, const char *variant, const BenchShape &shape,
                     void (*run)(benchmark::State &, const BenchShape &))
 {
-    const std::string name = std::string("reload/") + shape.name + "/" + variant;
-    benchmark::RegisterBenchmark(name.c_str(), run, shape)
+    benchmark::RegisterBenchmark((name + "/" + variant).c_str(), run, shape)
         ->Unit(benchmark::kMillisecond)
         ->MeasureProcessCPUTime()
         ->UseRealTime();
+}
+
+/// Files in which one size differs from the season's: each yields a point of a line. Registered as
+/// "fit/SIZE/NUMBER/VARIANT"; the folders are named "fit-SIZE-NUMBER".
+void registerFitted()
+{
+    static std::list<std::string> names; // a shape refers to its name
+    const auto add = [](const char *size, int BenchShape::*member, std::initializer_list<int> numbers) {
+        for (const int number : numbers) {
+            names.push_back(std::string("fit-") + size + "-" + std::to_string(number));
+            BenchShape shape = lapsShape;
+            shape.name = names.back().c_str();
+            shape.serviceDays = 30;
+            shape.*member = number;
+            const std::string name = std::string("fit/") + size + "/" + std::to_string(number);
+            registerReload(name, "plain", shape, plainReload);
+            registerReload(name, "garage", shape, garageReload);
+        }
+    };
+    add("karts", &BenchShape::cars, {20, 40, 60, 80, 100});
+    add("operations", &BenchShape::operations, {4, 8, 12, 16, 20});
+    add("records", &BenchShape::records, {10000, 20000, 40000, 60000, 80000});
+    add("laps", &BenchShape::laps, {600000, 1200000, 1800000, 2400000, 3000000});
+    add("older-laps", &BenchShape::olderLaps, {0, 1000000, 2000000, 3000000, 4000000});
 }
 
 void registerCounted(const char *variant, void (*run)(benchmark::State &, const BenchShape &))
@@ -123,16 +150,14 @@ void registerCounted(const char *variant, void (*run)(benchmark::State &, const 
 
 void registerReloadBenchmarks()
 {
-    for (const BenchShape &shape : {lapsShape, journalShape, wideShape, lapsShape.scaled(0.1, "laps-0.1"),
-                                    lapsShape.scaled(3, "laps-3"), journalShape.scaled(0.1, "journal-0.1"),
-                                    journalShape.scaled(3, "journal-3")}) {
-        registerReload(shape, "plain", plainReload);
-        registerReload(shape, "garage", garageReload);
-    }
     for (const BenchShape &shape : {lapsShape, journalShape, wideShape}) {
-        registerReload(shape, "qtsql", qtSqlReload);
-        registerReload(shape, "by-name", byNameReload);
+        const std::string name = std::string("reload/") + shape.name;
+        registerReload(name, "plain", shape, plainReload);
+        registerReload(name, "garage", shape, garageReload);
+        registerReload(name, "qtsql", shape, qtSqlReload);
+        registerReload(name, "by-name", shape, byNameReload);
     }
+    registerFitted();
     registerCounted("plain", plainReload);
     registerCounted("garage", garageReload);
 }

@@ -4,7 +4,6 @@
 #include "bench/shownwindow.h"
 #include "bench/waits.h"
 #include "data/garagestatistics.h"
-#include "tests/support/resources.h"
 
 #include <benchmark/benchmark.h>
 
@@ -102,25 +101,6 @@ void scrollPage(benchmark::State &state)
     for (auto _ : state) {
         bar->setValue(bar->value() == bar->maximum() ? 0 : bar->value() + bar->pageStep());
         table->viewport()->repaint();
-    }
-}
-
-/// The heap that the window uses for the service log of a shape.
-qint64 heapOfWindow(const BenchShape &shape)
-{
-    const qint64 before = Resources::now().heapBytes;
-    const ShownWindow window(shape);
-    return Resources::now().heapBytes - before;
-}
-
-/// The difference between two lengths of the service log, which excludes the window's own share.
-void memoryPerRecord(benchmark::State &state)
-{
-    const BenchShape tenth = journalShape.scaled(0.1, "journal-0.1");
-    heapOfWindow(tenth); // allocates what is allocated only once
-    for (auto _ : state) {
-        const qint64 bytes = heapOfWindow(journalShape) - heapOfWindow(tenth);
-        state.counters["bytes_per_record"] = double(bytes) / (journalShape.records - tenth.records);
     }
 }
 
@@ -258,7 +238,6 @@ void registerWindowBenchmarks()
         RegisterBenchmark((std::string("count/paint") + variant).c_str(), repaint, smallShape, plain)
             ->Iterations(countedIterations);
     }
-    RegisterBenchmark("memory/journal", memoryPerRecord)->Unit(kMillisecond)->Iterations(1);
     RegisterBenchmark("scroll/wide", scrollPage)->Unit(kMillisecond)->MeasureProcessCPUTime();
 
     const char *const sortNames[] = {"last-done", "time", "runs", "laps", "model-and-number"};

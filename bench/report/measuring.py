@@ -11,37 +11,12 @@ from report.paths import BENCH, BUILD, DATA, ROOT
 PACKAGES = ["libbenchmark-dev", "valgrind"]
 PROGRAMS = ["garage-bench", "garage-startup", "garagectl"]
 SHAPES = ["laps", "journal", "wide"]
-STARTS = 11
 
 
 def build():
     subprocess.run([ROOT / "scripts" / "bootstrap", *PACKAGES], check=True)
     subprocess.run(["cmake", "--preset", "bench"], check=True, cwd=ROOT, stdout=subprocess.DEVNULL)
     subprocess.run(["cmake", "--build", BUILD, "--target", *PROGRAMS], check=True, stdout=subprocess.DEVNULL)
-
-
-def collect(quick):
-    """All samples of one run."""
-    groups = [("^reload/(journal|wide)/", 5), ("^(gap|log-key|log-wheel|log-open)/", 1),
-              ("^(paint|scroll|sort|filter|log-filter|remote|memory)/", 5)]
-    if not quick:
-        groups += [("^(fresh-table|service-to-green)/", 1), ("^reload/laps/", 9),
-                   ("^reload/(laps|journal)-0.1/", 9), ("^reload/(laps|journal)-3/", 5)]
-    samples = {}
-    for pattern, repetitions in groups:
-        announce(pattern)
-        samples.update(measure(pattern, repetitions))
-    for name, rows in measure("^reload/journal/(plain|garage)", 5, zone=":/etc/localtime").items():
-        samples[name.replace("journal/", "journal, TZ set/")] = rows
-    for shape in SHAPES:
-        if f"reload/{shape}/garage" in samples:
-            samples[f"reload/{shape}/python"] = measure_peer(shape, 2)
-            check_peers(samples, shape)
-    if not quick:
-        announce("garagectl")
-        samples.update(measure_tool("laps", 7))
-    samples["start"] = measure_start("journal" if quick else "laps")
-    return samples
 
 
 def announce(what):
@@ -105,14 +80,6 @@ def measure_tool(shape, repetitions):
             samples.setdefault(f"garagectl {name}/{shape}/plain", []).extend(reloads)
             samples.setdefault(f"garagectl {name}/{shape}/garage", []).append({"cpu_time": ms})
     return samples
-
-
-def measure_start(shape):
-    """Milliseconds to the first paint, each in a process of its own; the first one warms the disk's cache."""
-    command = [BUILD / "bench" / "garage-startup", DATA / shape]
-    times = [float(subprocess.run(command, check=True, capture_output=True, text=True).stdout)
-             for _ in range(STARTS)]
-    return [{"real_time": ms} for ms in times[1:]]
 
 
 def count_instructions(*options):

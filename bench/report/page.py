@@ -4,9 +4,10 @@ import json
 import os
 import platform
 
+from report import growth
 from report.paths import FIGURES, PAGE
 from report.samples import median
-from report.tables import count_rows, fresh_table_rows, growth_rows, peer_rows, ratio_rows, time_rows
+from report.tables import cold_start_rows, count_rows, fresh_table_rows, memory_rows, peer_rows, ratio_rows, time_rows
 
 NOTES = "<!-- Written by hand from here on; scripts/bench keeps it. -->"
 
@@ -36,8 +37,14 @@ def measured(samples, counts, load):
         "command.",
         "Medians in milliseconds, by the clock and of computing; the target is the clock's:",
         table("| Measured | Clock | Computing | Target | |", "|---|---:|---:|---:|---|", time_rows(samples)),
-        f"Memory: {median(samples, 'memory/journal', 'bytes_per_record'):.0f} bytes per record of the journal, its "
-        "row in the window included.",
+        "Bytes of the heap:",
+        table("| Of | Bytes | Target | |", "|---|---:|---:|---|", memory_rows(samples)),
+        "## The start with nothing in the disk's cache",
+        "Medians of starts by turns, each in a process of its own, with the library as it is installed and the season's "
+        "file. Before each one, all files of both sides are removed from the disk's cache. The time is from the creation "
+        "of the process; \"empty\" is a Qt window with nothing in it. The other threads are the loader's first reload:",
+        table("| Of a start | Empty | Module | Ratio | Target | |", "|---|---:|---:|---:|---:|---|",
+              cold_start_rows(samples)),
         "## After a run and after a service",
         "From the host's message about a saved run to the repainted table in the library's window, milliseconds on "
         "the laps shape. SQLite's time is the rest of the whole by the clock, as are the delivery between the threads "
@@ -50,14 +57,34 @@ def measured(samples, counts, load):
         "forward-only. Python: `bench/peer.py`, in a process of its own. All find the same work due.",
         table("| Shape | SQLite C API | QtSql | Module | Plain Qt | Python |", "|---|---:|---:|---:|---:|---:|",
               peer_rows(samples)),
-        "## Growth",
-        "A reload of a tenth, the whole and three times a shape, milliseconds of computing:",
-        table("| Shape | Plain | Module | Ratio | Difference |", "|---|---:|---:|---:|---:|", growth_rows(samples)),
+        *growth_section(samples),
         "## Instructions",
         "Millions of instructions of five runs on a small shape (`valgrind --tool=callgrind`). They repeat within "
         "1 %; the test `instruction_counts` fails when one grows by over 10 % against "
         "`bench/instruction-counts.json`, and `scripts/bench --keep-counts` keeps new ones.",
         table("| Job | Millions |", "|---|---:|", count_rows(counts)),
+    ]
+
+
+def growth_section(samples):
+    lines = growth.fit(samples)
+    if not lines:
+        return []
+    growth.draw(lines)
+    season = growth.SEASON
+    return [
+        "## Growth",
+        f"Files of a season ({season['karts']} karts, {season['operations']} operations, {season['records']:,} records, "
+        f"{season['laps']:,} laps; the latest record of each operation is at most 30 days old) in which one size "
+        "differs, five of each. A line is fitted to the shortest computing times of a reload (least squares): "
+        "microseconds for each further one, milliseconds where the size is 0, and R².",
+        table("| One | From | SQLite: µs | ms | R² | Module: µs | ms | R² |", "|---|---|---:|---:|---:|---:|---:|---:|",
+              growth.fitted_rows(lines)),
+        growth.images(lines),
+        "What the module's lines say of a track of the season's size that never deletes anything; memory is that of the "
+        "service log without its comments:",
+        table("| Years | Records | Laps | Reload, ms | Log in memory, MB |", "|---:|---:|---:|---:|---:|",
+              growth.year_rows(lines, median(samples, "memory/record", "bytes"))),
     ]
 
 

@@ -25,15 +25,16 @@ text { fill: #b3bcc6 }
 
 @dataclasses.dataclass
 class Series:
-    """`points` are pairs (x, y) in the order of x."""
+    """`points` are pairs (x, y) in the order of x. A series without a name is not in the legend."""
     name: str
     points: list
     has_line: bool = True
     has_dots: bool = False
+    color: int | None = None  # 0 to 3; none: that of its place among the series
 
 
 def plot(title, x_title, y_title, series):
-    """The SVG text. Both axes start at 0; there are at most four series."""
+    """The SVG text. Both axes start at 0."""
     x_ticks = ticks(max(x for one in series for x, _ in one.points), 8)
     y_ticks = ticks(max(y for one in series for _, y in one.points), 5)
 
@@ -41,10 +42,12 @@ def plot(title, x_title, y_title, series):
         return (LEFT + point[0] / x_ticks[-1] * (WIDTH - LEFT - RIGHT),
                 HEIGHT - BOTTOM - point[1] / y_ticks[-1] * (HEIGHT - TOP - BOTTOM))
 
+    series = [dataclasses.replace(one, color=number if one.color is None else one.color)
+              for number, one in enumerate(series)]
     parts = [*axes(x_ticks, y_ticks, place), *titles(title, x_title, y_title), *legend(series)]
-    for number, one in enumerate(series):
+    for one in series:
         places = [place(point) for point in one.points]
-        parts += marks(one, number, places, places)
+        parts += marks(one, places, places)
     return "\n".join([f'<svg xmlns="http://www.w3.org/2000/svg" viewBox="0 0 {WIDTH} {HEIGHT}" width="{WIDTH}" '
                       f'height="{HEIGHT}" role="img">', f"<style>{STYLE}</style>", *parts, "</svg>", ""])
 
@@ -90,16 +93,16 @@ def titles(title, x_title, y_title):
 
 def legend(series):
     x = LEFT
-    for number, one in enumerate(series):
-        yield from marks(one, number, [(x, 41), (x + 22, 41)], [(x + 11, 41)])
+    for one in filter(lambda one: one.name, series):
+        yield from marks(one, [(x, 41), (x + 22, 41)], [(x + 11, 41)])
         yield text(x + 30, 45, one.name, "start")
         x += 50 + LETTER_WIDTH * len(one.name)
 
 
-def marks(one, number, corners, dots):
+def marks(one, corners, dots):
     """The line through the corners and the dots of one series, where it has them."""
     if one.has_line:
         path = " ".join(f"{x:.1f},{y:.1f}" for x, y in corners)
-        yield f'<polyline class="line c{number}" points="{path}"/>'
+        yield f'<polyline class="line c{one.color}" points="{path}"/>'
     if one.has_dots:
-        yield from (f'<circle class="c{number}" cx="{x:.1f}" cy="{y:.1f}" r="3.5"/>' for x, y in dots)
+        yield from (f'<circle class="c{one.color}" cx="{x:.1f}" cy="{y:.1f}" r="3.5"/>' for x, y in dots)

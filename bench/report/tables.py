@@ -1,9 +1,15 @@
 """The rows of the page's tables."""
 from report.measuring import SHAPES
 from report.samples import median, shortest
-from report.targets import FRESH_TABLE_MS, RATIOS, START_MS, time_target, verdict
+from report.starts import medians
+from report.targets import BYTES, COLD_START_RATIOS, FRESH_TABLE_MS, RATIOS, START_MS, time_target, verdict
 
-GROWN = ["laps-0.1", "laps", "laps-3", "journal-0.1", "journal", "journal-3"]
+MEMORY = {"memory/record": "a record of the journal, its row in the window included, without a comment",
+          "memory/record-with-comment": "the same with a comment of 20 letters",
+          "memory/kart-operation": "an operation of one kart",
+          "memory/reloads": "growth in 1,000 reloads, in all"}
+COLD_START = {"ms": ("milliseconds to the first paint", 1), "gui_read_bytes": ("MB read by the GUI thread", 1e6),
+              "read_bytes": ("MB read by all threads", 1e6), "major_faults": ("waits for a page of a file", 1)}
 PEERS = ["plain", "qtsql", "garage", "by-name", "python"]
 
 
@@ -32,6 +38,16 @@ def time_rows(samples):
     return rows
 
 
+def cold_start_rows(samples):
+    rows = []
+    for figure, (meaning, unit) in COLD_START.items():
+        plain, ours = medians(samples, figure)
+        ratio = ours / plain
+        rows.append(f"| {meaning} | {plain / unit:.1f} | {ours / unit:.1f} | {ratio:.2f} | "
+                    f"{verdict(ratio, COLD_START_RATIOS.get(figure))} |")
+    return rows
+
+
 def fresh_table_rows(samples):
     if "fresh-table/laps" not in samples:
         return []
@@ -42,21 +58,20 @@ def fresh_table_rows(samples):
             + f" | {verdict(parts[-1], FRESH_TABLE_MS)} | {service:.1f} |"]
 
 
+def memory_rows(samples):
+    rows = []
+    for name, meaning in MEMORY.items():
+        bytes_used = median(samples, name, "bytes")
+        rows.append(f"| {meaning} | {bytes_used:,.0f} | {verdict(bytes_used, BYTES.get(name))} |")
+    return rows
+
+
 def peer_rows(samples):
     rows = []
     for shape in SHAPES:
         if f"reload/{shape}/garage" in samples:
             times = [shortest(samples, f"reload/{shape}/{variant}") for variant in PEERS]
             rows.append(f"| {shape} | " + " | ".join(f"{ms:.0f} ({ms / times[2]:.2f})" for ms in times) + " |")
-    return rows
-
-
-def growth_rows(samples):
-    rows = []
-    for shape in GROWN:
-        if f"reload/{shape}/plain" in samples and f"reload/{shape.split('-')[0]}-3/plain" in samples:
-            plain, ours = (shortest(samples, f"reload/{shape}/{variant}") for variant in ("plain", "garage"))
-            rows.append(f"| {shape} | {plain:.1f} | {ours:.1f} | {ours / plain:.2f} | {ours - plain:.1f} |")
     return rows
 
 
