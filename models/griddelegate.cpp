@@ -9,6 +9,7 @@
 #include <QHelpEvent>
 #include <QMetaProperty>
 #include <QPainter>
+#include <QTextLayout>
 #include <QToolTip>
 
 namespace {
@@ -31,13 +32,50 @@ const QStyle *styleOf(const QStyleOptionViewItem &option)
     return option.widget ? option.widget->style() : QApplication::style();
 }
 
-/// The text's font, condensed if that makes it fit; none if it is too wide for that.
-std::optional<QFont> fittingFont(const QStyleOptionViewItem &cell)
+/// Whether the style paints the cell as QCommonStyle does, and nothing but a text over its background.
+bool isPlainText(const QStyleOptionViewItem &cell)
+{
+    constexpr QStyleOptionViewItem::ViewItemFeatures others = QStyleOptionViewItem::WrapText
+        | QStyleOptionViewItem::HasCheckIndicator | QStyleOptionViewItem::HasDecoration;
+    return !(cell.features & others) && !cell.state.testFlag(QStyle::State_Editing)
+        && cell.showDecorationSelected
+        && qstrcmp(styleOf(cell)->metaObject()->className(), "QFusionStyle") == 0;
+}
+
+/// Where the text is. Other styles may have to lay it out for that.
+QRect textRoom(const QStyleOptionViewItem &cell)
 {
     const QStyle *style = styleOf(cell);
     const int margin = style->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, cell.widget) + 1;
-    const QRect text = style->subElementRect(QStyle::SE_ItemViewItemText, &cell, cell.widget);
-    return condensedFont(cell.text, cell.font, text.width() - 2 * margin);
+    const QRect room = isPlainText(cell)
+        ? cell.rect
+        : style->subElementRect(QStyle::SE_ItemViewItemText, &cell, cell.widget);
+    return room.adjusted(margin, 0, -margin, 0);
+}
+
+QColor textColor(const QStyleOptionViewItem &cell)
+{
+    const bool isEnabled = cell.state.testFlag(QStyle::State_Enabled);
+    const bool isActive = cell.state.testFlag(QStyle::State_Active);
+    const QPalette::ColorGroup group = !isEnabled ? QPalette::Disabled
+        : isActive                                ? QPalette::Normal
+                                                  : QPalette::Inactive;
+    const bool isSelected = cell.state.testFlag(QStyle::State_Selected);
+    return cell.palette.color(group, isSelected ? QPalette::HighlightedText : QPalette::Text);
+}
+
+/// What CE_ItemViewItem paints for such a cell.
+void paintPlainText(QPainter *painter, const QStyleOptionViewItem &cell, const QRect &room,
+                    const QTextLayout &layout)
+{
+    painter->save();
+    painter->setClipRect(cell.rect);
+    styleOf(cell)->drawPrimitive(QStyle::PE_PanelItemViewItem, &cell, painter, cell.widget);
+    const QRect placed = QStyle::alignedRect(Qt::LayoutDirectionAuto, cell.displayAlignment,
+                                             layout.boundingRect().size().toSize(), room);
+    painter->setPen(textColor(cell));
+    layout.draw(painter, QPointF(room.x(), placed.top()));
+    painter->restore();
 }
 
 bool isHuge(const QString &text)
@@ -59,6 +97,28 @@ void GridDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option,
     initStyleOption(&cell, index);
     paintContent(painter, cell);
     paintGrid(painter, option);
+}
+
+QSize GridDelegate::sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const
+{
+    constexpr int onlyHeight = -1;
+    if (option.rect.width() == onlyHeight) {
+        if (const std::optional<int> height = heightByLines(option, index))
+            return {option.rect.width(), *height};
+    }
+    return QStyledItemDelegate::sizeHint(option, index);
+}
+
+std::optional<int> GridDelegate::heightByLines(const QStyleOptionViewItem &option,
+                                               const QModelIndex &index) const
+{
+    for (const int role :
+         {int(Qt::SizeHintRole), int(Qt::FontRole), int(Qt::CheckStateRole), int(Qt::DecorationRole)}) {
+        if (index.data(role).isValid())
+            return std::nullopt;
+    }
+    const QVariant value = index.data();
+    return value.isValid() ? m_lineHeights.height(displayText(value, option.locale), option) : std::nullopt;
 }
 
 void GridDelegate::updateEditorGeometry(QWidget *editor, const QStyleOptionViewItem &option,
@@ -120,19 +180,28 @@ void GridDelegate::initStyleOption(QStyleOptionViewItem *option, const QModelInd
         CellColors::setReadableText(option->palette);
 }
 
-void GridDelegate::paintContent(QPainter *painter, QStyleOptionViewItem cell)
+void GridDelegate::paintContent(QPainter *painter, QStyleOptionViewItem cell) const
 {
     cell.state &= ~QStyle::State_HasFocus;
-    if (const std::optional<QFont> font = fittingFont(cell)) {
-        cell.font = *font;
-        cell.fontMetrics = QFontMetrics(*font);
+    const QRect room = textRoom(cell);
+    const CellTexts::Text &text = m_texts.text(cell, room.width());
+    const bool isLaidOut = text.font || cell.textElideMode == Qt::ElideRight;
+    if (isLaidOut && isPlainText(cell) && text.layout->boundingRect().height() <= room.height()) {
+        paintPlainText(painter, cell, room, *text.layout);
+        return;
+    }
+    if (!text.font && isLaidOut) {
+        cell.text = text.cut;
+    } else if (text.font && *text.font != cell.font) {
+        cell.font = *text.font;
+        cell.fontMetrics = QFontMetrics(cell.font);
     }
     styleOf(cell)->drawControl(QStyle::CE_ItemViewItem, &cell, painter, cell.widget);
 }
 
 bool GridDelegate::fits(const QStyleOptionViewItem &cell)
 {
-    return fittingFont(cell).has_value();
+    return condensedFont(cell.text, cell.font, textRoom(cell).width()).has_value();
 }
 
 void GridDelegate::paintGrid(QPainter *painter, const QStyleOptionViewItem &option)

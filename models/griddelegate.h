@@ -1,5 +1,8 @@
 #pragma once
 
+#include "models/celltexts.h"
+#include "models/lineheights.h"
+
 #include <QStyledItemDelegate>
 
 #include <optional>
@@ -16,6 +19,8 @@ public:
     /// Leaves the grid's pen on the painter.
     void paint(QPainter *painter, const QStyleOptionViewItem &option,
                const QModelIndex &index) const override;
+    /// With a width of -1, as QTreeView asks for the heights of its rows, only the height is meant.
+    QSize sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const override;
     /// The editor fills the cell.
     void updateEditorGeometry(QWidget *editor, const QStyleOptionViewItem &option,
                               const QModelIndex &index) const override;
@@ -32,7 +37,7 @@ protected:
     virtual bool isUnsaved(const QModelIndex &index) const;
     void initStyleOption(QStyleOptionViewItem *option, const QModelIndex &index) const override;
     /// Qt's styled painting of an option that is complete, condensed if that makes its text fit.
-    static void paintContent(QPainter *painter, QStyleOptionViewItem cell);
+    void paintContent(QPainter *painter, QStyleOptionViewItem cell) const;
     /// Whether the whole text of an option that is complete is shown, condensed if need be.
     static bool fits(const QStyleOptionViewItem &cell);
     /// The cell's outline; its pen stays on the painter.
@@ -41,5 +46,9 @@ protected:
     virtual QString explanation(const QModelIndex &index) const;
 
 private:
+    std::optional<int> heightByLines(const QStyleOptionViewItem &option, const QModelIndex &index) const;
     bool isCut(const QStyleOptionViewItem &option, const QModelIndex &index) const;
+
+    mutable LineHeights m_lineHeights;
+    mutable CellTexts m_texts;
 };
