@@ -7,6 +7,8 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QPair>
+#include <QVector>
 
 #include <random>
 
@@ -26,18 +28,26 @@ public:
     {
     }
 
-    void fill()
+    /// Takes the laps from a file that has the same ones, if there is one: it is faster.
+    void fill(const QByteArray &lapsFile)
     {
+        const bool hasLaps = !lapsFile.isEmpty();
+        if (hasLaps)
+            m_database.exec(QByteArray("ATTACH '" + lapsFile + "' AS made").constData());
         m_database.exec("BEGIN");
         addNames();
         addLimits();
         addRecords();
-        addLaps();
+        if (hasLaps)
+            m_database.exec("INSERT INTO laps SELECT * FROM made.laps");
+        else
+            addLaps();
         m_database.exec("COMMIT");
     }
 
 private:
-    int below(int bound) { return int(m_random() % quint32(bound)); }
+    int below(int bound) { return below(bound, m_random); }
+    static int below(int bound, std::mt19937 &random) { return int(random() % quint32(bound)); }
 
     static QByteArray utc(qint64 secondOfSeason, const char *format)
     {
@@ -165,7 +175,7 @@ private:
             sqlite3_bind_int(laps.get(), 1, 1 + lap % m_shape.cars);
             sqlite3_bind_int(laps.get(), 2, round / lapsPerRun);
             sqlite3_bind_int64(laps.get(), 3, seasonSeconds * (lap - m_shape.olderLaps) / m_shape.laps);
-            sqlite3_bind_int(laps.get(), 4, lapMs + below(9000));
+            sqlite3_bind_int(laps.get(), 4, lapMs + below(9000, m_lapRandom));
             m_database.write(laps.get());
         }
     }
@@ -173,13 +183,27 @@ private:
     PlainSqlite &m_database;
     const BenchShape m_shape;
     std::mt19937 m_random {20261121};
+    std::mt19937 m_lapRandom {20261121}; ///< so that the laps do not depend on the other tables
 };
+
+/// The file of a shape with the same laps that this program has made and that still exists, or empty.
+QByteArray fileWithLapsOf(const BenchShape &shape, const QVector<QPair<BenchShape, QString>> &made)
+{
+    for (const auto &[other, file] : made) {
+        const bool isSame =
+            other.cars == shape.cars && other.laps == shape.laps && other.olderLaps == shape.olderLaps;
+        if (isSame && QFileInfo::exists(file))
+            return QFile::encodeName(file);
+    }
+    return {};
+}
 
 } // namespace
 
 BenchHome::BenchHome(const BenchShape &shape)
     : m_path(QDir::tempPath() + QLatin1String("/garage-bench/") + QLatin1String(shape.name))
 {
+    static QVector<QPair<BenchShape, QString>> made;
     enter();
     const QString file = garageDatabasePath();
     if (QFileInfo::exists(file))
@@ -194,10 +218,11 @@ BenchHome::BenchHome(const BenchShape &shape)
         if (!schema.open(QIODevice::ReadOnly))
             qFatal("No schema");
         database.exec(schema.readAll().constData());
-        Generator(database, shape).fill();
+        Generator(database, shape).fill(fileWithLapsOf(shape, made));
     }
     if (!QFile::rename(unfinished, file))
         qFatal("Cannot make %s", qPrintable(file));
+    made.append({shape, file});
 }
 
 void BenchHome::enter() const
