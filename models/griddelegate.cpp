@@ -2,6 +2,7 @@
 
 #include "models/cellcolors.h"
 #include "models/condensedfont.h"
+#include "models/outline.h"
 #include "models/plaintext.h"
 
 #include <QAbstractItemView>
@@ -207,7 +208,7 @@ bool GridDelegate::fits(const QStyleOptionViewItem &cell)
 void GridDelegate::paintGrid(QPainter *painter, const QStyleOptionViewItem &option)
 {
     painter->setPen(option.palette.color(QPalette::Midlight));
-    painter->drawRect(option.rect);
+    paintOutline(*painter, option.rect);
 }
 
 QString GridDelegate::explanation(const QModelIndex &index) const

@@ -4,6 +4,7 @@
 #include "models/cellcolors.h"
 #include "models/dueexplanation.h"
 #include "models/maintainancemodel.h"
+#include "models/outline.h"
 
 #include <QApplication>
 #include <QPainter>
@@ -19,10 +20,9 @@ QRect bandOf(QRect cell)
 /// Draws with the pen that the previous cell has set.
 void paintBand(QPainter *painter, const QRect &cell, const QColor &color)
 {
-    painter->save();
-    painter->setBrush(color);
-    painter->drawRect(bandOf(cell));
-    painter->restore();
+    const QRect band = bandOf(cell);
+    painter->fillRect(band, color);
+    paintOutline(*painter, band);
 }
 
 /// A selected cell is filled whole.
