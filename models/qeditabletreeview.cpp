@@ -1,11 +1,10 @@
 #include "models/qeditabletreeview.h"
 
 #include "models/cellstep.h"
+#include "models/draggeditems.h"
 
 #include <QDrag>
 #include <QDropEvent>
-#include <QJsonDocument>
-#include <QJsonObject>
 #include <QKeyEvent>
 #include <QMimeData>
 #include <QMouseEvent>
@@ -108,22 +107,21 @@ void QEditableTreeView::startDrag(Qt::DropActions supportedActions)
         return;
 
     std::unique_ptr<QMimeData> mimeData(model()->mimeData(indexes));
-    const QJsonDocument payload = mimeData
-        ? QJsonDocument::fromJson(mimeData->data(QStringLiteral("application/json")))
-        : QJsonDocument();
-    if (!payload.isObject()) {
+    const auto items = mimeData
+        ? DraggedItems::fromPayload(mimeData->data(QStringLiteral("application/json")))
+        : std::nullopt;
+    if (!items) {
         mimeData.reset();
         QTreeView::startDrag(supportedActions);
         return;
     }
 
-    const QJsonArray items = payload.object().value(QLatin1String("srcList")).toArray();
     const QPointer<QDrag> drag = new QDrag(this); // deleted by Qt when the drag ends
-    drag->setPixmap(dragPixmap(items));
+    drag->setPixmap(dragPixmap(*items));
     drag->setMimeData(mimeData.release());
     drag->setHotSpot({0, 0});
     if (execDrag(*drag) == Qt::MoveAction && drag)
-        emit itemsDroppedOut(items, drag->target());
+        emit itemsDroppedOut(*items, drag->target());
 }
 
 Qt::DropAction QEditableTreeView::execDrag(QDrag &drag)
@@ -134,21 +132,11 @@ Qt::DropAction QEditableTreeView::execDrag(QDrag &drag)
 QPixmap QEditableTreeView::dragPixmap(const QJsonArray &items)
 {
     constexpr int side = 64;
-    QString label;
-    QColor fill = Qt::white;
-    if (items.size() == 1) {
-        const QJsonObject item = items.first().toObject();
-        label = item.value(QLatin1String("name")).toString();
-        fill = item.value(QLatin1String("color")).toVariant().value<QColor>();
-    } else if (items.size() > 1) {
-        label = QStringLiteral("x %1").arg(items.size());
-    }
-
     QPixmap pixmap(side, side);
     pixmap.fill(Qt::transparent);
     const QRect whole = pixmap.rect();
     QPainter painter(&pixmap);
-    painter.setBrush(QBrush(fill, Qt::SolidPattern));
+    painter.setBrush(QBrush(DraggedItems::fill(items), Qt::SolidPattern));
     painter.setPen(QPen(Qt::black));
     if (items.size() > 1) {
         painter.drawRect(whole.adjusted(0, 0, -17, -17));
@@ -157,6 +145,6 @@ QPixmap QEditableTreeView::dragPixmap(const QJsonArray &items)
     } else {
         painter.drawRect(whole.adjusted(0, 0, -1, -1));
     }
-    painter.drawText(whole, Qt::AlignCenter, label);
+    painter.drawText(whole, Qt::AlignCenter, DraggedItems::label(items));
     return pixmap;
 }

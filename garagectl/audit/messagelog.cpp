@@ -23,6 +23,25 @@ bool MessageLog::endsSoonAfter(const Message &message) const
     return last.isValid() && message.time.isValid() && message.time.secsTo(last) < longestAnswerSeconds;
 }
 
+void MessageLog::addLine(int line, const QByteArray &content)
+{
+    const QByteArray bytes = content.trimmed();
+    if (bytes.isEmpty())
+        return;
+    QJsonParseError error;
+    const QJsonObject object = QJsonDocument::fromJson(bytes, &error).object();
+    const QString event = object.value(QLatin1String("event")).toString();
+    if (error.error != QJsonParseError::NoError) {
+        malformedLines.append(faultAt(line, error.errorString()));
+    } else if (event.isEmpty()) {
+        malformedLines.append(faultAt(line, text("no event", "нет события")));
+    } else {
+        const QString time = object.value(QLatin1String("time")).toString();
+        messages.append({line, QDateTime::fromString(time, Qt::ISODateWithMs), event,
+                         object.value(QLatin1String("data")).toObject()});
+    }
+}
+
 MessageLog MessageLog::read(const QString &path)
 {
     QFile file(path);
@@ -32,22 +51,7 @@ MessageLog MessageLog::read(const QString &path)
                            .arg(path, file.errorString())};
     }
     MessageLog log;
-    for (int line = 1; !file.atEnd(); ++line) {
-        const QByteArray bytes = file.readLine().trimmed();
-        if (bytes.isEmpty())
-            continue;
-        QJsonParseError error;
-        const QJsonObject object = QJsonDocument::fromJson(bytes, &error).object();
-        const QString event = object.value(QLatin1String("event")).toString();
-        if (error.error != QJsonParseError::NoError) {
-            log.malformedLines.append(faultAt(line, error.errorString()));
-        } else if (event.isEmpty()) {
-            log.malformedLines.append(faultAt(line, text("no event", "нет события")));
-        } else {
-            const QString time = object.value(QLatin1String("time")).toString();
-            log.messages.append({line, QDateTime::fromString(time, Qt::ISODateWithMs), event,
-                                 object.value(QLatin1String("data")).toObject()});
-        }
-    }
+    for (int line = 1; !file.atEnd(); ++line)
+        log.addLine(line, file.readLine());
     return log;
 }

@@ -22,6 +22,9 @@ struct MessageLog
     /// True if the log ends so soon after the message that an answer may be missing for that reason.
     bool endsSoonAfter(const Message &message) const;
 
+    /// Adds what the next line of the log says.
+    void addLine(int line, const QByteArray &content);
+
     /// Throws Failure (BadUsage) if the file cannot be read.
     static MessageLog read(const QString &path);
 };

@@ -8,7 +8,7 @@ namespace {
 
 using namespace Parsers;
 
-constexpr std::array<Parser, 11> parsers {{{"date-time texts", dateTime},
+constexpr std::array<Parser, 15> parsers {{{"date-time texts", dateTime},
                                            {"leading numbers", leadingNumber},
                                            {"column keys", columnKey},
                                            {"hours of a limit", hours},
@@ -16,9 +16,13 @@ constexpr std::array<Parser, 11> parsers {{{"date-time texts", dateTime},
                                            {"message lines", messageLine},
                                            {"remote records", remoteRecord},
                                            {"cars lists", carsList},
+                                           {"message logs", messageLog},
+                                           {"dragged items", draggedItems},
                                            {"times of a request", requestTime},
                                            {"numbers of a path", requestNumber},
-                                           {"bodies of a request", requestBody}}};
+                                           {"bodies of a request", requestBody},
+                                           {"addresses to listen on", endpoint},
+                                           {"addresses of clients", clientAddress}}};
 
 std::array<long long, parsers.size()> executions;
 

@@ -1,15 +1,21 @@
 #include "data/numbertext.h"
 #include "data/servicerecordstore.h"
 #include "fuzzedjson.h"
+#include "garagectl/audit/messagelog.h"
 #include "host/plugin/hostmessage.h"
 #include "models/carslistmodel.h"
+#include "models/draggeditems.h"
 #include "parsers.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
+#include <QRegularExpression>
+
+#include <nlohmann/json.hpp>
 
 #include <cmath>
 #include <limits>
+#include <optional>
 #include <utility>
 #include <vector>
 
@@ -48,6 +54,26 @@ QJsonObject personOf(const QJsonObject &json, const QJsonArray &personal)
             return personal.at(i).toObject();
     }
     return {};
+}
+
+/// By another parser of JSON, which takes less than Qt's. Nothing if it is not an object, or if a key that is
+/// there twice makes the two differ.
+std::optional<std::vector<nlohmann::json>> itemsByNlohmann(const QByteArray &payload)
+{
+    const auto document = nlohmann::json::parse(payload.begin(), payload.end(), nullptr, false);
+    if (!document.is_object() || payload.count("srcList") > 1 || payload.contains('\\'))
+        return std::nullopt;
+    const auto list = document.find("srcList");
+    if (list == document.end() || !list->is_array())
+        return std::vector<nlohmann::json>();
+    return list->get<std::vector<nlohmann::json>>();
+}
+
+/// "#rrggbb" by its digits.
+QRgb colourByDigits(const QString &name)
+{
+    static const QRegularExpression form(QStringLiteral("^#[0-9a-fA-F]{6}\\z"));
+    return form.match(name).hasMatch() ? QRgb(0xff000000U | name.mid(1).toUInt(nullptr, 16)) : QRgb(0);
 }
 
 } // namespace
@@ -129,4 +155,61 @@ void Parsers::carsList(ByteReader &bytes)
     std::sort(rows.begin(), rows.end());
     std::sort(expected.begin(), expected.end());
     require(rows == expected, "each available kart once", textOf(message));
+}
+
+/// The host's reader of message lines is the second implementation.
+void Parsers::messageLog(ByteReader &bytes)
+{
+    const QByteArray text = bytes.take(std::numeric_limits<int>::max());
+    MessageLog log;
+    std::vector<HostMessage> expected;
+    int lines = 0;
+    for (const QByteArray &line : text.split('\n')) {
+        log.addLine(++lines, line);
+        if (const auto message = HostMessage::fromJsonLine(line.trimmed()))
+            expected.push_back(*message);
+    }
+    require(size_t(log.messages.size()) == expected.size(), "the messages that the host reads", text);
+    int last = 0;
+    for (int i = 0; i < log.messages.size(); ++i) {
+        const MessageLog::Message &message = log.messages.at(i);
+        require(message.event == expected[size_t(i)].event && message.data == expected[size_t(i)].data,
+                "the event and data that the host reads", text);
+        require(message.line > last && message.line <= lines, "ascending numbers of lines", text);
+        last = message.line;
+    }
+}
+
+void Parsers::draggedItems(ByteReader &bytes)
+{
+    static const QStringList keys {"name", "color"};
+    QByteArray payload;
+    if (bytes.below(2) == 0) {
+        QJsonArray made;
+        for (int left = bytes.below(4); left > 0; --left)
+            made.append(FuzzedJson::objectOf(bytes, keys));
+        payload = textOf({{"srcList", made}});
+        const auto again = DraggedItems::fromPayload(payload);
+        require(again && textOf({{"srcList", *again}}) == payload, "the items again", payload);
+    } else {
+        payload = bytes.take(std::numeric_limits<int>::max());
+    }
+    const auto items = DraggedItems::fromPayload(payload);
+    const auto other = itemsByNlohmann(payload);
+    require(!other || (items && size_t(items->size()) == other->size()), "the items of the other parser",
+            payload);
+    if (!items)
+        return;
+    const QString label = DraggedItems::label(*items);
+    const QColor fill = DraggedItems::fill(*items);
+    if (items->size() != 1) {
+        require(label == (items->isEmpty() ? QString() : "x " + QString::number(items->size()))
+                    && fill == QColor(255, 255, 255),
+                "the number of items on white", payload);
+        return;
+    }
+    const QJsonObject item = items->first().toObject();
+    require(label == item.value("name").toString(), "the name of the item", payload);
+    const QRgb colour = colourByDigits(item.value("color").toString());
+    require(colour == 0 || fill.rgb() == colour, "the colour by its digits", payload);
 }

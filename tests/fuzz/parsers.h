@@ -23,11 +23,17 @@ void dayArgument(ByteReader &bytes);
 void messageLine(ByteReader &bytes);
 void remoteRecord(ByteReader &bytes);
 void carsList(ByteReader &bytes);
+void messageLog(ByteReader &bytes);
+void draggedItems(ByteReader &bytes);
 
 // Requests of the page: tests/fuzz/requestparsers.cpp.
 void requestTime(ByteReader &bytes);
 void requestNumber(ByteReader &bytes);
 void requestBody(ByteReader &bytes);
+
+// Addresses of the page's server: tests/fuzz/addressparsers.cpp.
+void endpoint(ByteReader &bytes);
+void clientAddress(ByteReader &bytes);
 
 /// Ends the program unless the condition holds.
 void require(bool condition, const char *expected, const QByteArray &input);
