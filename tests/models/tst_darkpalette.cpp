@@ -9,6 +9,7 @@
 #include <QJsonArray>
 #include <QJsonObject>
 #include <QPainter>
+#include <QStandardItemModel>
 #include <QTreeView>
 
 #include <cmath>
@@ -57,6 +58,19 @@ qreal textContrast(const QImage &image, const QRect &part, const QColor &backgro
     return best;
 }
 
+/// The smallest rectangle around all pixels of another colour.
+QRect inkBounds(const QImage &image, const QRect &part, const QColor &background)
+{
+    QRect bounds;
+    for (int y = part.top(); y <= part.bottom(); ++y) {
+        for (int x = part.left(); x <= part.right(); ++x) {
+            if (image.pixelColor(x, y) != background)
+                bounds |= QRect(x, y, 1, 1);
+        }
+    }
+    return bounds;
+}
+
 /// One that paints as Qt does and knows of no palette.
 class PlainGrid : public QStyledItemDelegate
 {
@@ -98,6 +112,7 @@ private slots:
     void textOverRedAndGreyIsDark();
     void textOverABandIsDarkAndLightAboveIt_data();
     void textOverABandIsDarkAndLightAboveIt();
+    void eachLineIsPaintedInItsHalf();
     void textOverATranslucentSelectionIsDark();
     void aLightPaletteChangesNothing();
 };
@@ -182,6 +197,49 @@ void TestDarkPalette::textOverABandIsDarkAndLightAboveIt()
     const QColor highlight = darkPalette().color(QPalette::Highlight);
     QCOMPARE(selected.pixelColor(lower.bottomLeft()), highlight);
     QVERIFY(textContrast(selected, lower, highlight) >= contrast(Qt::white, highlight) - 0.2);
+}
+
+void TestDarkPalette::eachLineIsPaintedInItsHalf()
+{
+    const Reglament reglament = Reglament::ofOperations({opId});
+    MaintainanceModel model;
+    model.updateColumns(&reglament, nullptr);
+    model.setItems({car(1, "12", "Sodi", {done(opId, noonOf(1), 3600, 2, 3)})});
+    MaintainanceFilterProxy proxy;
+    proxy.setMaintainanceModel(&model);
+    MaintainanceDelegate delegate;
+    delegate.setReglament(&reglament);
+    const QModelIndex shown = proxy.index(0, 3);
+    const QStringList lines = shown.data().toString().split('\n');
+    QCOMPARE(lines.size(), 2);
+
+    const QColor paper = darkPalette().color(QPalette::Base);
+    const auto paint = [&](const QAbstractItemDelegate &painting, const QModelIndex &index,
+                           const QRect &cell) {
+        QImage image(200, 80, QImage::Format_ARGB32_Premultiplied);
+        image.fill(paper);
+        QPainter painter(&image);
+        painter.setPen(paper);
+        QStyleOptionViewItem option;
+        option.rect = cell;
+        option.state = QStyle::State_Enabled;
+        option.palette = darkPalette();
+        painting.paint(&painter, option, index);
+        return image;
+    };
+    constexpr int half = 30;
+    const QImage image = paint(delegate, shown, QRect(4, 4, 180, 2 * half));
+    for (int line = 0; line < 2; ++line) {
+        auto *item = new QStandardItem(lines.at(line));
+        item->setData(shown.data(Qt::TextAlignmentRole), Qt::TextAlignmentRole);
+        QStandardItemModel plain;
+        plain.appendRow(item);
+        const QRect part(4, 4 + line * half, 180, half);
+        const QImage expected = paint(QStyledItemDelegate(), plain.index(0, 0), part);
+        const QRect inside = part.adjusted(2, 2, -3, -3);
+        QVERIFY(!inkBounds(expected, inside, paper).isEmpty());
+        QCOMPARE(inkBounds(image, inside, line == 0 ? paper : green), inkBounds(expected, inside, paper));
+    }
 }
 
 void TestDarkPalette::textOverATranslucentSelectionIsDark()
