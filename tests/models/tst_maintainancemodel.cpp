@@ -84,6 +84,7 @@ private slots:
     void renamedOperationColumnsKeepTheirWidth();
     void fewerOperationsRemoveColumnsFromTheirCountOn();
     void withoutEntriesTheColumnsStay();
+    void anOperationWithTheIdOfNoneHasAnEmptyColumn();
     void onlyNewColumnsGetAWidthInTheView();
 
     void refillsAnnounceOneLayoutChange();
@@ -309,6 +310,16 @@ void TestMaintainanceModel::withoutEntriesTheColumnsStay()
     const Reglament empty;
     table.model.updateColumns(&empty, nullptr);
     QCOMPARE(table.keys(), "POS MODEL NUM OP_1");
+}
+
+void TestMaintainanceModel::anOperationWithTheIdOfNoneHasAnEmptyColumn()
+{
+    ChangeableModel table;
+    table.setOperations({noId, 7});
+    table.model.setItems({car(1, "1", "Sodi", {done(noId, noonOf(1)), done(7, noonOf(2))})});
+    QCOMPARE(table.keys(), "POS MODEL NUM OP_-1 OP_7");
+    QCOMPARE(table.model.index(0, 3).data().toString(), QString());
+    QCOMPARE(table.model.index(0, 4).data().toString(), "02.05.2024 12:00");
 }
 
 void TestMaintainanceModel::onlyNewColumnsGetAWidthInTheView()
