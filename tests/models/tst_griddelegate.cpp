@@ -103,6 +103,7 @@ void TestGridDelegate::aTextThatIsCutOffIsShownAsAToolTip()
     hover(model.index(1, 0));
     QVERIFY(QToolTip::isVisible());
     QVERIFY(QToolTip::text().contains("&lt;b&gt;a long text"));
+    QVERIFY(QToolTip::text().endsWith("does not fit</span>"));
     hover(model.index(0, 0));
     QTRY_VERIFY(!QToolTip::isVisible() || QToolTip::text().isEmpty());
     hover(model.index(2, 0));
