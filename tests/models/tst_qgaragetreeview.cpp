@@ -33,6 +33,7 @@ private slots:
     void theButtonsHaveAccessibleNames();
     void theReceiverMayDestroyTheView();
     void aViewWithoutAModelIsQuiet();
+    void theArrowKeysSkipHiddenColumns();
 };
 
 namespace {
@@ -404,6 +405,21 @@ void TestQGarageTreeView::aViewWithoutAModelIsQuiet()
         button->click();
     }
     QVERIFY(service.isEmpty());
+}
+
+void TestQGarageTreeView::theArrowKeysSkipHiddenColumns()
+{
+    Sample sample;
+    QVERIFY(sample.show());
+    sample.view.setColumnHidden(Number, true);
+    sample.view.setColumnHidden(Both, true);
+    sample.view.setCurrentIndex(sample.model.index(1, Position));
+    QTest::keyClick(&sample.view, Qt::Key_Right);
+    QCOMPARE(sample.view.currentIndex(), sample.model.index(1, Operation));
+    QTest::keyClick(&sample.view, Qt::Key_Right);
+    QCOMPARE(sample.view.currentIndex(), sample.model.index(1, Operation));
+    QTest::keyClick(&sample.view, Qt::Key_Left);
+    QCOMPARE(sample.view.currentIndex(), sample.model.index(1, Position));
 }
 
 GARAGE_TEST(TestQGarageTreeView)
