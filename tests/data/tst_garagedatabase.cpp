@@ -16,6 +16,7 @@ private slots:
     void anotherFileIsCounted();
     void aBusyDatabaseIsNotWaitedForWithoutWaiting();
     void everyWriteIsSyncedWithItsFolder();
+    void aTransactionThatIsNotCommittedStoresNothing();
 };
 
 namespace {
@@ -135,6 +136,20 @@ void TestGarageDatabase::everyWriteIsSyncedWithItsFolder()
     QCOMPARE(std::rename(qPrintable(path + ".other"), qPrintable(path)), 0);
     QVERIFY(writeStatement(garage, addOperation, {}).isValid());
     QCOMPARE(level(garage), extra);
+}
+
+void TestGarageDatabase::aTransactionThatIsNotCommittedStoresNothing()
+{
+    const auto database = createDatabase();
+    GarageDatabase garage(connection);
+    {
+        ImmediateTransaction transaction(garage);
+        QSqlQuery query = transaction.prepare(addOperation);
+        QVERIFY(transaction.exec(query, {}));
+    }
+    QCOMPARE(database->value(countOperations).toInt(), 0);
+    QVERIFY(writeStatement(garage, addOperation, {}).isValid());
+    QCOMPARE(database->value(countOperations).toInt(), 1);
 }
 
 GARAGE_TEST_WITHOUT_WINDOWS(TestGarageDatabase)
