@@ -75,6 +75,7 @@ void TestDueRule::numbersAreReadAsScanfDoes_data()
     QTest::newRow("a sign and a blank") << "- 5" << none;
     QTest::newRow("not an ASCII digit") << QString(QChar(0x0665)) << none;
     QTest::newRow("beyond 32 bits") << "99999999999999999999999" << std::numeric_limits<int>::max();
+    QTest::newRow("10 times the largest, negative") << "-21474836470" << std::numeric_limits<int>::min();
     QTest::newRow("below 32 bits") << "-99999999999999999999999" << std::numeric_limits<int>::min();
 }
 
