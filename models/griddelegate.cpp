@@ -1,12 +1,12 @@
 #include "models/griddelegate.h"
 
 #include "models/cellcolors.h"
+#include "models/cellstyle.h"
 #include "models/condensedfont.h"
 #include "models/outline.h"
 #include "models/plaintext.h"
 
 #include <QAbstractItemView>
-#include <QApplication>
 #include <QHelpEvent>
 #include <QMetaProperty>
 #include <QPainter>
@@ -27,11 +27,6 @@ constexpr int mostLines = 100;
 constexpr int mostCharacters = 10000;
 constexpr int linesOfHugeText = 10;
 constexpr int lineLengthOfHugeText = 1000;
-
-const QStyle *styleOf(const QStyleOptionViewItem &option)
-{
-    return option.widget ? option.widget->style() : QApplication::style();
-}
 
 /// Whether the style paints the cell as QCommonStyle does, and nothing but a text over its background.
 bool isPlainText(const QStyleOptionViewItem &cell)

@@ -1,6 +1,7 @@
 #include "models/lineheights.h"
 
-#include <QApplication>
+#include "models/cellstyle.h"
+
 #include <QStringList>
 
 namespace {
@@ -10,11 +11,6 @@ constexpr ushort firstRussian = 0x0410; // А
 constexpr ushort lastRussian = 0x044F; // я
 constexpr ushort upperIo = 0x0401;
 constexpr ushort lowerIo = 0x0451;
-
-bool isLineEnd(QChar c)
-{
-    return c == QChar(QChar::LineSeparator);
-}
 
 bool isUsualLetter(QChar c)
 {
@@ -41,11 +37,6 @@ QString sample(int lines)
     return texts.join(QChar(QChar::LineSeparator));
 }
 
-const QStyle *styleOf(const QStyleOptionViewItem &cell)
-{
-    return cell.widget ? cell.widget->style() : QApplication::style();
-}
-
 int styledHeight(QStyleOptionViewItem cell, const QString &text)
 {
     cell.features |= QStyleOptionViewItem::HasDisplay;
@@ -69,7 +60,7 @@ std::optional<int> LineHeights::height(const QString &text, const QStyleOptionVi
 
     int lines = text.isEmpty() ? 0 : 1;
     for (const QChar c : text) {
-        if (isLineEnd(c))
+        if (c == QChar(QChar::LineSeparator))
             ++lines;
         else if (!isUsualLetter(c))
             return std::nullopt;

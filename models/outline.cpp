@@ -9,10 +9,10 @@ namespace {
 /// Whether the pen's lines are one pixel wide and cover whole pixels.
 bool drawsSinglePixels(const QPainter &painter)
 {
-    const QPen pen = painter.pen();
+    const QPen &pen = painter.pen();
     const bool isThin = pen.style() == Qt::SolidLine && pen.width() <= 1;
     const bool isOpaque = pen.brush().style() == Qt::SolidPattern && pen.color().alpha() == 255;
-    const QTransform place = painter.deviceTransform();
+    const QTransform &place = painter.deviceTransform();
     const bool isOnPixels = place.type() <= QTransform::TxTranslate && place.dx() == std::floor(place.dx())
         && place.dy() == std::floor(place.dy()) && !painter.testRenderHint(QPainter::Antialiasing);
     return isThin && isOpaque && isOnPixels;
