@@ -135,7 +135,7 @@ void registerFitted()
     };
     add("karts", &BenchShape::cars, {20, 40, 60, 80, 100});
     add("operations", &BenchShape::operations, {4, 8, 12, 16, 20});
-    add("records", &BenchShape::records, {10000, 20000, 40000, 60000, 80000});
+    add("records", &BenchShape::records, {20000, 60000, 100000, 150000, 200000});
     add("laps", &BenchShape::laps, {600000, 1200000, 1800000, 2400000, 3000000});
     add("older-laps", &BenchShape::olderLaps, {0, 1000000, 2000000, 3000000, 4000000});
 }
