@@ -57,8 +57,9 @@ class MutantBuild:
         files = [str(path.relative_to(self.root)) for folder in FOLDERS
                  for path in sorted((self.root / folder).glob("*.cpp"))]
         arguments = self._compiler_arguments()
-        found = dict(enumerate(places.find(self.root, files, arguments)))
-        wrong = schemata.rejected(self.root, files, arguments, by_file(found))
+        groups = places.compatible(self.root, files, arguments)
+        found = dict(enumerate(places.find(self.root, groups, arguments)))
+        wrong = schemata.rejected(self.root, groups, arguments, by_file(found))
         candidates = [mutant for number, mutant in found.items() if number not in wrong]
         self.found = len(candidates)
         self._drawn = drawn(candidates)[:self._count]

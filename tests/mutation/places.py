@@ -35,17 +35,37 @@ class Mutant:
         return f"{self.file}:{self.line}: {self.operator}: {self.original_shown} -> {self.mutated_shown}"
 
 
-def find(root, files, arguments):
-    """The mutants of these files, which are compiled with the same arguments; paths are relative to root."""
-    sources = {str(root / name): (root / name).read_bytes() for name in files}
-    unit = parse(root, sources, arguments)
-    errors = [str(message) for message in unit.diagnostics if message.severity >= message.Error]
-    if errors:
-        raise SystemExit("mutate: libclang cannot read the sources:\n" + "\n".join(errors))
-    finder = Finder(root, sources, macro_uses(unit, sources))
-    for cursor in unit.cursor.get_children():
-        finder.visit_declaration(cursor)
-    return sorted(finder.found)
+def find(root, groups, arguments):
+    """The mutants of the files, whose paths are relative to root."""
+    found = set()
+    for files in groups:
+        sources = sources_of(root, files)
+        unit = parse(root, sources, arguments)
+        finder = Finder(root, sources, macro_uses(unit, sources))
+        for cursor in unit.cursor.get_children():
+            finder.visit_declaration(cursor)
+        found |= finder.found
+    return sorted(found)
+
+
+def compatible(root, files, arguments):
+    """Groups of files that can be read as one: a name is defined once only in each."""
+    groups = []
+    while files:
+        unit = parse(root, sources_of(root, files), arguments)  # its messages live as long as it does
+        errors = [message for message in unit.diagnostics
+                  if message.severity >= message.Error and message.location.file]
+        wrong = {message.location.file.name for message in errors}
+        group = [name for name in files if str(root / name) not in wrong]
+        if not group:
+            raise SystemExit("mutate: libclang cannot read the sources:\n" + "\n".join(map(str, errors)))
+        groups.append(group)
+        files = [name for name in files if name not in group]
+    return groups
+
+
+def sources_of(root, files):
+    return {str(root / name): (root / name).read_bytes() for name in files}
 
 
 def parse(root, sources, arguments):

@@ -41,15 +41,16 @@ def write_choice(alternatives, original):
     return f"({choices}({original}))"
 
 
-def rejected(root, files, arguments, mutants):
+def rejected(root, groups, arguments, mutants):
     """The numbers of the mutants that do not compile, by the compiler's errors."""
-    sources = {str(root / name): instrument((root / name).read_bytes(), mutants.get(name, {})).encode()
-               for name in files}
     wrong = set()
-    for message in parse(root, sources, arguments).diagnostics:
-        if message.severity >= message.Error and message.location.file:
-            text = sources.get(message.location.file.name, b"")
-            wrong |= numbers_near(text, message.location.offset)
+    for files in groups:
+        sources = {str(root / name): instrument((root / name).read_bytes(), mutants.get(name, {})).encode()
+                   for name in files}
+        for message in parse(root, sources, arguments).diagnostics:
+            if message.severity >= message.Error and message.location.file:
+                text = sources.get(message.location.file.name, b"")
+                wrong |= numbers_near(text, message.location.offset)
     return wrong
 
 
