@@ -9,7 +9,9 @@ target_compile_definitions(garage_common_flags INTERFACE
     QT_USE_QSTRINGBUILDER
     QT_DISABLE_DEPRECATED_BEFORE=0x050F00)
 target_compile_options(garage_common_flags INTERFACE
-    -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wold-style-cast
+    -Wall -Wextra -Wpedantic -Wconversion -Wold-style-cast
+    # In a unity build sources see each other's names, and a source is a header to the compiler.
+    $<IF:$<BOOL:${CMAKE_UNITY_BUILD}>,-Wno-subobject-linkage,-Wshadow>
     -Woverloaded-virtual -Wnon-virtual-dtor
     $<$<CXX_COMPILER_ID:GNU>:-Wsuggest-override>
     $<$<BOOL:${GARAGE_WARNINGS_AS_ERRORS}>:-Werror>)
