@@ -49,7 +49,6 @@ GarageForm::GarageForm(QWidget *parent)
     , m_database(QStringLiteral("maintainanceDbReader"))
     , m_ui(std::make_unique<Ui::GarageForm>())
 {
-    initGarageResources();
     m_maintainanceModel.setObjectName(QStringLiteral("maintainanceModel"));
     // The spelling is kept on purpose, because hosts and tests find the proxy by this name.
     m_maintainanceFilterProxy.setObjectName(QStringLiteral("maintaincancFilterProxy"));
@@ -94,6 +93,8 @@ void GarageForm::setUpMaintainanceTab()
 
 void GarageForm::setUpCarsTab()
 {
+    m_ui->pbSetAvailable->setIcon(garageIcon(QStringLiteral(":/icons/iconMoveRight")));
+    m_ui->pbRemoveAvailable->setIcon(garageIcon(QStringLiteral(":/icons/iconMoveLeft")));
     const auto setUp = [this](QTreeView *view, CarsListModel &model) {
         view->setItemDelegate(&m_gridDelegate);
         ColumnTitles::install(view);

@@ -5,6 +5,7 @@
 #include "data/columnkeys.h"
 #include "data/datetimetext.h"
 #include "data/servicerecordstore.h"
+#include "resources/garageresources.h"
 #include "settings/modaldialog.h"
 #include "settings/servicedialog.h"
 #include "settings/servicereglamentmodel.h"
@@ -85,14 +86,13 @@ void GarageForm::offerCarActions(QMenu &menu, const QModelIndex &index)
     const int file = m_shownFile;
     using CellAction = void (GarageForm::*)(const QModelIndex &);
     const auto offer = [&](const QString &icon, const QString &text, CellAction action) {
-        connect(menu.addAction(QIcon(icon), text), &QAction::triggered, this, [=] {
+        connect(menu.addAction(garageIcon(icon), text), &QAction::triggered, this, [=] {
             if (m_shownFile == file)
                 (this->*action)(cell);
         });
     };
-    offer(QStringLiteral(":/garage/iconService.png"), QGarageTreeView::serviceText(),
-          &GarageForm::addServiceOp);
-    offer(QStringLiteral(":/garage/iconAttention.png"), QGarageTreeView::attentionText(),
+    offer(QStringLiteral(":/icons/iconService"), QGarageTreeView::serviceText(), &GarageForm::addServiceOp);
+    offer(QStringLiteral(":/icons/iconAttention"), QGarageTreeView::attentionText(),
           &GarageForm::complainAbout);
 }
 

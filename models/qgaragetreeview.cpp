@@ -20,9 +20,8 @@ bool isButtonKey(const QKeyEvent &event)
 QGarageTreeView::QGarageTreeView(QWidget *parent)
     : QTreeView(parent), m_serviceButton(viewport()), m_attentionButton(viewport())
 {
-    initGarageResources();
-    setUpButton(m_serviceButton, QStringLiteral(":/garage/iconService.png"), serviceText());
-    setUpButton(m_attentionButton, QStringLiteral(":/garage/iconAttention.png"), attentionText());
+    setUpButton(m_serviceButton, QStringLiteral(":/icons/iconService"), serviceText());
+    setUpButton(m_attentionButton, QStringLiteral(":/icons/iconAttention"), attentionText());
 }
 
 QString QGarageTreeView::serviceText()
@@ -37,7 +36,7 @@ QString QGarageTreeView::attentionText()
 
 void QGarageTreeView::setUpButton(QPushButton &button, const QString &icon, const QString &accessibleName)
 {
-    button.setIcon(QIcon(icon));
+    button.setIcon(garageIcon(icon));
     button.setAccessibleName(accessibleName);
     // A button that had the focus would lose it when it is hidden, to any other widget of the window.
     button.setFocusPolicy(Qt::NoFocus);
