@@ -81,18 +81,18 @@ const CellTexts::Text &CellTexts::text(const QStyleOptionViewItem &cell, int wid
 
 std::unique_ptr<CellTexts::Text> CellTexts::laidOut(const Key &key)
 {
-    auto text = std::make_unique<Text>();
-    text->font = condensedFont(key.text, key.font, key.width);
+    auto made = std::make_unique<Text>();
+    made->font = condensedFont(key.text, key.font, key.width);
     QTextOption option(QStyle::visualAlignment(key.direction, Qt::Alignment(key.alignment)));
     option.setWrapMode(QTextOption::ManualWrap);
     option.setTextDirection(key.direction);
-    if (text->font) {
-        text->layout = laidOutLines(key.text, *text->font, option, key.width);
+    if (made->font) {
+        made->layout = laidOutLines(key.text, *made->font, option, key.width);
     } else {
-        text->cut = withoutHiddenEnds(key.text, key.font, key.width);
-        const auto whole = laidOutLines(text->cut, key.font, option, key.width);
-        text->layout = laidOutLines(elided(*whole, key.width), key.font, option, key.width);
+        made->cut = withoutHiddenEnds(key.text, key.font, key.width);
+        const auto whole = laidOutLines(made->cut, key.font, option, key.width);
+        made->layout = laidOutLines(elided(*whole, key.width), key.font, option, key.width);
     }
-    text->layout->setCacheEnabled(true);
-    return text;
+    made->layout->setCacheEnabled(true);
+    return made;
 }

@@ -75,9 +75,9 @@ std::optional<int> LineHeights::height(const QString &text, const QStyleOptionVi
 void LineHeights::measure(const QStyleOptionViewItem &cell)
 {
     m_heights.clear();
-    const int height = styledHeight(cell, sample(1));
+    const int heightOfLine = styledHeight(cell, sample(1));
     // The sizes of a style sheet are those of the sheet that is set, not of the style's object.
     m_areLinesEven = !m_style->inherits("QStyleSheetStyle")
-        && height == styledHeight(cell, QString(QChar(lastRussian)))
-        && height == styledHeight(cell, usualLetters());
+        && heightOfLine == styledHeight(cell, QString(QChar(lastRussian)))
+        && heightOfLine == styledHeight(cell, usualLetters());
 }
