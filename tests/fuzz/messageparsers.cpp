@@ -56,12 +56,13 @@ QJsonObject personOf(const QJsonObject &json, const QJsonArray &personal)
     return {};
 }
 
-/// By another parser of JSON, which takes less than Qt's. Nothing if it is not an object, or if a key that is
-/// there twice makes the two differ.
+/// By another parser of JSON, which takes less than Qt's. Nothing if it is not an object, if a key that is
+/// there twice makes the two differ, or after a zero, which ends the text for this parser.
 std::optional<std::vector<nlohmann::json>> itemsByNlohmann(const QByteArray &payload)
 {
     const auto document = nlohmann::json::parse(payload.begin(), payload.end(), nullptr, false);
-    if (!document.is_object() || payload.count("srcList") > 1 || payload.contains('\\'))
+    const bool mayDiffer = payload.count("srcList") > 1 || payload.contains('\\') || payload.contains('\0');
+    if (!document.is_object() || mayDiffer)
         return std::nullopt;
     const auto list = document.find("srcList");
     if (list == document.end() || !list->is_array())
