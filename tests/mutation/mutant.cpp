@@ -15,7 +15,7 @@ int chosenMutant()
     return number ? std::atoi(number) : 0;
 }
 
-/// One byte for each mutant, shared by all processes of a test. What was noted survives a crash.
+/// One byte for each mutant, shared by all processes of a test. A crash does not lose it.
 volatile unsigned char *reachedMutants()
 {
     const char *path = std::getenv("GARAGE_MUTANTS_REACHED");

@@ -93,7 +93,7 @@ private:
     void recordRun(qint64 start);
     std::vector<int> availableKarts() const;
     std::vector<int> chooseKarts();
-    /// Fills in the dialog of services and complaints, and tells the ledger's record what was entered.
+    /// Fills in the dialog of services and complaints, and stores what was entered in the ledger's record.
     void enter(QDialog &dialog, TrackLedger::Record &record);
     void openRecord(int opId);
     QTreeView *operationsInFront();
